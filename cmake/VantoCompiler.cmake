@@ -1,0 +1,40 @@
+# SPDX-License-Identifier: Apache-2.0
+# Language level, warnings, sanitizers and where results go: the same for every target.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib/static")
+
+# A library finds its neighbours from where it lies itself, so a tree can be moved.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
+find_program(VANTO_CCACHE ccache)
+if(VANTO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${VANTO_CCACHE}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${VANTO_CCACHE}")
+endif()
+
+add_library(vanto_flags INTERFACE)
+target_compile_options(
+    vanto_flags
+    INTERFACE -Wall
+              -Wextra
+              -Wpedantic
+              -Wshadow
+              -Wconversion
+              -Werror
+              $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+              $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+if(VANTO_SANITIZE)
+    add_compile_options(-fsanitize=${VANTO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1)
+    add_link_options(-fsanitize=${VANTO_SANITIZE})
+endif()

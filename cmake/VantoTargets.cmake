@@ -1,0 +1,51 @@
+# SPDX-License-Identifier: Apache-2.0
+# Targets by folder: a folder's sources are its *.cpp files and those of its posix/ or windows/ folder.
+
+# Where the parts of an installed tree lie below its root; the build tree has the same shape below
+# build/<preset>, so that what is found by place is found in both.
+set(VANTO_DIR_TL "lib/vanto/tl")
+set(VANTO_DIR_PLUGINS "lib/vanto/plugins")
+if(WIN32)
+    set(VANTO_DRIVER_SYSTEM "Win64_x64")
+else()
+    set(VANTO_DRIVER_SYSTEM "Linux64_x64")
+endif()
+set(VANTO_DIR_DRIVERS "lib/vanto/clprotocol/${VANTO_DRIVER_SYSTEM}")
+
+# vanto_sources(<result> <folder>...): the sources of folders, for the system that is built for.
+function(vanto_sources result)
+    set(found)
+    foreach(folder IN LISTS ARGN)
+        if(WIN32)
+            set(system windows)
+        else()
+            set(system posix)
+        endif()
+        file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp"
+             "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/${system}/*.cpp")
+        list(APPEND found ${files})
+    endforeach()
+    set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+# vanto_gtest(<name> [FOLDER <folder>] [LINK <targets>...] [LABELS <labels>...] [TIMEOUT <seconds>]): one test program
+# of all *_test.cpp and support files of a folder below tests/, known to CTest case by case.
+function(vanto_gtest name)
+    cmake_parse_arguments(arg "" "FOLDER;TIMEOUT" "LINK;LABELS;DEPENDS" ${ARGN})
+    if(NOT arg_FOLDER)
+        set(arg_FOLDER ".")
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    vanto_sources(sources ${arg_FOLDER})
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE vanto_flags ${arg_LINK} GTest::gmock GTest::gtest_main Threads::Threads)
+    if(arg_DEPENDS)
+        add_dependencies(${name} ${arg_DEPENDS})
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()

@@ -1,0 +1,101 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The GenICam exceptions
+ */
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "Base/GCFormat.h"
+#include "Base/GCString.h"
+
+namespace GenICam {
+
+/// Root of all GenICam exceptions.
+class GCBASE_API GenericException : public std::exception {
+  public:
+    GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
+                     const char* exceptionType = "GenericException");
+    ~GenericException() override;
+    GenericException(const GenericException&) = default;
+    GenericException& operator=(const GenericException&) = default;
+
+    const char* GetDescription() const noexcept { return m_description.c_str(); }
+    const char* GetSourceFileName() const noexcept { return m_sourceFileName.c_str(); }
+    unsigned GetSourceLine() const noexcept { return m_sourceLine; }
+    const char* GetExceptionType() const noexcept { return m_exceptionType.c_str(); }
+    const char* what() const noexcept override { return m_what.c_str(); }
+
+  private:
+    std::string m_description;
+    std::string m_sourceFileName;
+    unsigned m_sourceLine;
+    std::string m_exceptionType;
+    std::string m_what;
+};
+
+#define GENICAM_DECLARE_EXCEPTION(Name)                                                                     \
+    class GCBASE_API Name : public GenericException {                                                       \
+      public:                                                                                               \
+        Name(const char* description, const char* sourceFileName, unsigned sourceLine,                      \
+             const char* exceptionType = #Name)                                                             \
+            : GenericException(description, sourceFileName, sourceLine, exceptionType) {}                   \
+        ~Name() override;                                                                                   \
+        Name(const Name&) = default;                                                                        \
+        Name& operator=(const Name&) = default;                                                             \
+    }
+
+GENICAM_DECLARE_EXCEPTION(BadAllocException);
+GENICAM_DECLARE_EXCEPTION(InvalidArgumentException);
+GENICAM_DECLARE_EXCEPTION(OutOfRangeException);
+GENICAM_DECLARE_EXCEPTION(PropertyException);
+GENICAM_DECLARE_EXCEPTION(RuntimeException);
+GENICAM_DECLARE_EXCEPTION(LogicalErrorException);
+GENICAM_DECLARE_EXCEPTION(AccessException);
+GENICAM_DECLARE_EXCEPTION(TimeoutException);
+GENICAM_DECLARE_EXCEPTION(DynamicCastException);
+
+#undef GENICAM_DECLARE_EXCEPTION
+
+/// Makes an exception from a printf text: throw ExceptionReporter<RuntimeException>(file, line, type).Report(...).
+template <class Exception>
+class ExceptionReporter {
+  public:
+    ExceptionReporter(const char* sourceFileName, unsigned sourceLine, const char* exceptionType)
+        : m_sourceFileName(sourceFileName), m_sourceLine(sourceLine), m_exceptionType(exceptionType) {}
+
+    template <class... Arguments>
+    Exception Report(const char* format, const Arguments&... arguments) const {
+        return Exception(FormatText(format, arguments...).c_str(), m_sourceFileName, m_sourceLine, m_exceptionType);
+    }
+
+  private:
+    const char* m_sourceFileName;
+    unsigned m_sourceLine;
+    const char* m_exceptionType;
+};
+
+}  // namespace GenICam
+
+#define GENERIC_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::GenericException>(__FILE__, __LINE__, "GenericException").Report
+#define BAD_ALLOC_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::BadAllocException>(__FILE__, __LINE__, "BadAllocException").Report
+#define INVALID_ARGUMENT_EXCEPTION                                                                               \
+    GenICam::ExceptionReporter<GenICam::InvalidArgumentException>(__FILE__, __LINE__, "InvalidArgumentException") \
+        .Report
+#define OUT_OF_RANGE_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::OutOfRangeException>(__FILE__, __LINE__, "OutOfRangeException").Report
+#define PROPERTY_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::PropertyException>(__FILE__, __LINE__, "PropertyException").Report
+#define RUNTIME_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::RuntimeException>(__FILE__, __LINE__, "RuntimeException").Report
+#define LOGICAL_ERROR_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::LogicalErrorException>(__FILE__, __LINE__, "LogicalErrorException").Report
+#define ACCESS_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::AccessException>(__FILE__, __LINE__, "AccessException").Report
+#define TIMEOUT_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::TimeoutException>(__FILE__, __LINE__, "TimeoutException").Report
+#define DYNAMICCAST_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::DynamicCastException>(__FILE__, __LINE__, "DynamicCastException").Report
