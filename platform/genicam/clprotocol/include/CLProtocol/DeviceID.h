@@ -1,0 +1,48 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * CDeviceID: the text that names a camera, its driver included
+ */
+#pragma once
+
+#include "Base/GCString.h"
+#include "Base/GCStringVector.h"
+#include "CLProtocol/CLException.h"
+
+namespace CLProtocol {
+
+/// A CLProtocol device identifier or template:
+/// DriverDirectory#DriverFileName#Manufacturer#Family#Model[#Version][#SerialNumber]. Six tokens end in the serial
+/// number, seven in version and serial number. All getters of an unparsed identifier yield the empty string.
+class CLPROTOCOL_API CDeviceID {
+  public:
+    CDeviceID() = default;
+    explicit CDeviceID(const GenICam::gcstring& deviceId) { FromString(deviceId); }
+
+    static GenICam::gcstring GetTokenSeperator();
+
+    bool FromString(const GenICam::gcstring& deviceId);
+    GenICam::gcstring ToString() const;
+
+    GenICam::gcstring GetDriverDirectory(bool replaceEnvironmentVariables = false) const;
+    GenICam::gcstring GetDriverFileName() const { return m_driverFileName; }
+    GenICam::gcstring GetDriverPath() const;
+    GenICam::gcstring GetCameraManufacturer() const { return m_manufacturer; }
+    GenICam::gcstring GetCameraFamily() const { return m_family; }
+    GenICam::gcstring GetCameraModel() const { return m_model; }
+    GenICam::gcstring GetCameraVersion() const { return m_version; }
+    GenICam::gcstring GetCameraSerialNumber() const { return m_serialNumber; }
+    GenICam::gcstring GetShortDeviceID() const;
+    bool IsMatchingTemplate(const GenICam::gcstring& deviceIdTemplate) const;
+
+  private:
+    GenICam::gcstring m_driverDirectory;
+    GenICam::gcstring m_driverFileName;
+    GenICam::gcstring m_manufacturer;
+    GenICam::gcstring m_family;
+    GenICam::gcstring m_model;
+    GenICam::gcstring m_version;
+    GenICam::gcstring m_serialNumber;
+    std::size_t m_tokens = 0;
+};
+
+}  // namespace CLProtocol

@@ -1,0 +1,38 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * CLock: the recursive lock of GenICam
+ */
+#pragma once
+
+#include <mutex>
+
+namespace GenApi {
+
+/// A recursive lock. Thread-safe by nature.
+class CLock {
+  public:
+    CLock() = default;
+    CLock(const CLock&) = delete;
+    CLock& operator=(const CLock&) = delete;
+
+    void Lock() { m_mutex.lock(); }
+    bool TryLock() { return m_mutex.try_lock(); }
+    void Unlock() { m_mutex.unlock(); }
+
+  private:
+    std::recursive_mutex m_mutex;
+};
+
+/// Holds a CLock for its own lifetime.
+class AutoLock {
+  public:
+    explicit AutoLock(CLock& lock) : m_lock(lock) { m_lock.Lock(); }
+    ~AutoLock() { m_lock.Unlock(); }
+    AutoLock(const AutoLock&) = delete;
+    AutoLock& operator=(const AutoLock&) = delete;
+
+  private:
+    CLock& m_lock;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,82 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The enumerations of GenApi
+ */
+#pragma once
+
+#include "Base/GCTypes.h"
+
+#ifdef GenApi_EXPORTS
+#define GENAPI_API GCBASE_EXPORT
+#else
+#define GENAPI_API GCBASE_IMPORT
+#endif
+
+namespace GenApi {
+
+/// What may be done with a node, a port or a device.
+enum EAccessMode {
+    NI,                   ///< not implemented
+    NA,                   ///< not available
+    WO,                   ///< write only
+    RO,                   ///< read only
+    RW,                   ///< read and write
+    _UndefinedAccesMode,  // the standard's own spelling
+    _CycleDetectAccesMode
+};
+
+enum EVisibility { Beginner = 0, Expert = 1, Guru = 2, Invisible = 3, _UndefinedVisibility = 99 };
+
+enum ECachingMode { NoCache, WriteThrough, WriteAround, _UndefinedCachingMode };
+
+enum ERepresentation {
+    Linear,
+    Logarithmic,
+    Boolean,
+    PureNumber,
+    HexNumber,
+    IPV4Address,
+    MACAddress,
+    _UndefinedRepresentation
+};
+
+enum EDisplayNotation { fnAutomatic, fnFixed, fnScientific, _UndefinedEDisplayNotation };
+
+enum EEndianess { BigEndian, LittleEndian, _UndefinedEndian };
+
+enum ESign { Signed, Unsigned, _UndefinedSign };
+
+enum ESlope { Increasing, Decreasing, Varying, Automatic, _UndefinedESlope };
+
+enum EIncMode { noIncrement, fixedIncrement, listIncrement };
+
+enum ENameSpace { Custom, Standard, _UndefinedNameSpace };
+
+enum EStandardNameSpace { None, GEV, IIDC, CL, USB, _UndefinedStandardNameSpace };
+
+enum EYesNo { Yes = 1, No = 0, _UndefinedYesNo = 2 };
+
+/// The principal interface of a node.
+enum EInterfaceType {
+    intfIValue,
+    intfIBase,
+    intfIInteger,
+    intfIBoolean,
+    intfICommand,
+    intfIFloat,
+    intfIString,
+    intfIRegister,
+    intfICategory,
+    intfIEnumeration,
+    intfIEnumEntry,
+    intfIPort
+};
+
+/// When a node callback runs: bits, so that a fire call can ask for both.
+enum ECallbackType {
+    cbPostInsideLock = 1,   ///< after the change, with the node map's lock held
+    cbPostOutsideLock = 2,  ///< after the change, without the lock
+    cbAll = 3
+};
+
+}  // namespace GenApi
