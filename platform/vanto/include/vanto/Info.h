@@ -1,0 +1,163 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Property bags and the info records of transport layers and devices
+ */
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "vanto/VantoTypes.h"
+
+namespace Vanto {
+
+/// Named string properties. Names are case-sensitive.
+class VANTOBASE_API IProperties {
+  public:
+    virtual int GetPropertyNames(StringList_t& names) const = 0;
+    virtual bool GetPropertyAvailable(const gcstring& name) const = 0;
+    virtual bool GetPropertyValue(const gcstring& name, gcstring& value) const = 0;
+    virtual IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) = 0;
+    /// True when every property of \a subset is here with the same value.
+    virtual bool IsSubset(const IProperties& subset) const = 0;
+    virtual bool IsUserProvided() const = 0;
+    virtual ~IProperties() = default;
+};
+
+/// Properties with a record of what was done with them since the flags were last cleared.
+class VANTOBASE_API CPropertyBag {
+  public:
+    bool Get(const gcstring& name, gcstring& value) const;
+    void Set(const gcstring& name, const gcstring& value);
+    bool Contains(const gcstring& name) const;
+    int GetNames(StringList_t& names) const;
+    bool IsModified() const noexcept;
+    bool IsAccessed(const gcstring& name) const;
+    void ClearAccessFlags() noexcept;
+
+  private:
+    struct Property {
+        gcstring value;
+        mutable bool accessed = false;
+        bool modified = false;
+    };
+    std::map<gcstring, Property> m_properties;
+};
+
+/// What an info record holds: its properties, and whether the application made it. Copies keep all of it.
+class VANTOBASE_API CInfoImpl : public CPropertyBag {
+  public:
+    bool IsUserProvided() const noexcept { return m_userProvided; }
+    void ClearUserProvidedFlag() noexcept { m_userProvided = false; }
+
+  private:
+    bool m_userProvided = true;
+};
+
+/// Base of the info records. Reentrant; comparing and reading one record from several threads is not.
+class VANTOBASE_API CInfoBase : public IProperties {
+  public:
+    static const gcstring PropertyNotAvailable;  ///< what a getter returns for an absent property
+
+    CInfoBase();
+    CInfoBase(const CInfoBase& other);
+    CInfoBase& operator=(const CInfoBase& other);
+    ~CInfoBase() override;
+
+    int GetPropertyNames(StringList_t& names) const override;
+    bool GetPropertyAvailable(const gcstring& name) const override;
+    bool GetPropertyValue(const gcstring& name, gcstring& value) const override;
+    IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) override;
+    bool IsSubset(const IProperties& subset) const override;
+    bool IsUserProvided() const override;
+
+#define VANTO_INFO_PROPERTY(Class, Name)                                                       \
+    gcstring Get##Name() const { return GetOrNotAvailable(#Name); }                            \
+    Class& Set##Name(const gcstring& value) {                                                  \
+        SetPropertyValue(#Name, value);                                                        \
+        return *this;                                                                          \
+    }                                                                                          \
+    bool Is##Name##Available() const { return GetPropertyAvailable(#Name); }
+
+    VANTO_INFO_PROPERTY(CInfoBase, FriendlyName)
+    VANTO_INFO_PROPERTY(CInfoBase, FullName)
+    VANTO_INFO_PROPERTY(CInfoBase, VendorName)
+    VANTO_INFO_PROPERTY(CInfoBase, DeviceClass)
+
+    /// The record's property bag, for transport layers.
+    CInfoImpl& GetInfoImpl() noexcept { return *m_impl; }
+    const CInfoImpl& GetInfoImpl() const noexcept { return *m_impl; }
+
+  protected:
+    gcstring GetOrNotAvailable(const char* name) const;
+
+  private:
+    std::unique_ptr<CInfoImpl> m_impl;
+};
+
+/// Names one camera.
+class VANTOBASE_API CDeviceInfo : public CInfoBase {
+  public:
+    CDeviceInfo() = default;
+    ~CDeviceInfo() override;
+    CDeviceInfo(const CDeviceInfo&) = default;
+    CDeviceInfo& operator=(const CDeviceInfo&) = default;
+
+    IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) override;
+
+    VANTO_INFO_PROPERTY(CDeviceInfo, ModelName)
+    VANTO_INFO_PROPERTY(CDeviceInfo, SerialNumber)
+    VANTO_INFO_PROPERTY(CDeviceInfo, UserDefinedName)
+    VANTO_INFO_PROPERTY(CDeviceInfo, DeviceVersion)
+    VANTO_INFO_PROPERTY(CDeviceInfo, DeviceFactory)
+    VANTO_INFO_PROPERTY(CDeviceInfo, XMLSource)
+};
+
+/// Describes one transport layer.
+class VANTOBASE_API CTlInfo : public CInfoBase {
+  public:
+    CTlInfo() = default;
+    ~CTlInfo() override;
+    CTlInfo(const CTlInfo&) = default;
+    CTlInfo& operator=(const CTlInfo&) = default;
+
+    VANTO_INFO_PROPERTY(CTlInfo, Version)
+    VANTO_INFO_PROPERTY(CTlInfo, FileName)
+};
+
+/// An info record as a transport layer makes it: with the bag at hand.
+template <class Info>
+class CInfoPrivateT : public Info {
+  public:
+    bool IsUserProvided() const override { return this->GetInfoImpl().IsUserProvided(); }
+};
+
+/// List of info records.
+template <class Info>
+class TList : private std::vector<Info> {
+    using Base = std::vector<Info>;
+
+  public:
+    using typename Base::const_iterator;
+    using typename Base::iterator;
+    using typename Base::value_type;
+    using Base::back;
+    using Base::begin;
+    using Base::clear;
+    using Base::empty;
+    using Base::end;
+    using Base::front;
+    using Base::push_back;
+    using Base::size;
+    using Base::operator[];
+    using Base::at;
+    using Base::erase;
+    using Base::reserve;
+};
+
+using DeviceInfoList = TList<CDeviceInfo>;
+using TlInfoList = TList<CTlInfo>;
+
+}  // namespace Vanto
