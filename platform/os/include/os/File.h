@@ -1,11 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Files: status and existence
+ * Files: status, existence, listing, and reading and writing whole files
  */
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace os {
 
@@ -20,5 +24,10 @@ struct FileStatus {
 
 FileStatus GetFileStatus(const std::string& path) noexcept;
 bool IsAccessible(const std::string& path) noexcept;
+
+std::vector<std::string> ListFiles(const std::string& folder);
+bool CreateFolders(const std::string& folder) noexcept;
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxSize);
+bool WriteWholeFile(const std::string& path, std::string_view content) noexcept;
 
 }  // namespace os

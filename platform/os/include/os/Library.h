@@ -11,13 +11,13 @@ namespace os {
 
 /// A library could not be loaded or lacks a function; what() holds the path and the system's reason.
 class LibraryError : public std::runtime_error {
-  public:
+public:
     using std::runtime_error::runtime_error;
 };
 
 /// One loaded shared library, unloaded by the destructor.
 class Library {
-  public:
+public:
     Library() noexcept = default;
     explicit Library(const std::string& path);
     ~Library();
@@ -42,7 +42,7 @@ class Library {
         return reinterpret_cast<Function*>(Symbol(name));
     }
 
-  private:
+private:
     void* m_handle = nullptr;
     std::string m_path;
 };

@@ -13,7 +13,7 @@ namespace os {
 
 /// Queue of one-shot timers with a thread of its own. The destructor waits for a running callback.
 class TimerQueue {
-  public:
+public:
     using Callback = void (*)(void* parameter) noexcept;
     using TimerId = std::uint64_t;  ///< never 0
 
@@ -29,7 +29,7 @@ class TimerQueue {
     /// when called from that very callback, which can't be waited for.
     virtual bool DeleteAndWait(TimerId timer) noexcept = 0;
 
-  protected:
+protected:
     TimerQueue() = default;
 };
 

@@ -1,0 +1,124 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Files: listing, reading and writing, the same on every system
+ */
+
+#include "os/File.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <random>
+
+namespace os {
+
+namespace {
+
+struct FileCloser {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
+
+// A name beside the wanted one, so that renaming stays within one file system. The random part keeps processes
+// apart, the count the threads of this one.
+std::string TemporaryNameFor(const std::string& path) {
+    static std::atomic<unsigned> count{0};
+    const unsigned random = std::random_device()();
+    return path + "." + std::to_string(random) + "-" + std::to_string(count++) + ".tmp";
+}
+
+bool WriteNewFile(const std::string& path, std::string_view content) {
+    OpenFile file(std::fopen(path.c_str(), "wbx"));
+    if (!file)
+        return false;
+    const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
+    return std::fclose(file.release()) == 0 && written;
+}
+
+}  // namespace
+
+/**
+ * \brief The files of a folder
+ * \param[in] folder Path of the folder
+ *
+ * Sub-folders and what can't be examined are left out.
+ *
+ * \return Names without the folder, sorted; empty when the folder can't be read
+ */
+std::vector<std::string> ListFiles(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folder, error);
+    for (const std::filesystem::directory_iterator end; !error && entry != end; entry.increment(error)) {
+        std::error_code unknown;
+        if (entry->is_regular_file(unknown) && !unknown)
+            names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/**
+ * \brief Makes a folder and those above it
+ * \return Whether the folder is there afterwards
+ */
+bool CreateFolders(const std::string& folder) noexcept {
+    try {
+        std::error_code error;
+        std::filesystem::create_directories(folder, error);
+        return std::filesystem::is_directory(folder, error);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/**
+ * \brief Reads a file
+ * \param[in] path Path of the file
+ * \param[in] maxSize Bytes that are accepted at most
+ * \return The content; nothing when it can't be read, is no plain file or is longer than \a maxSize
+ */
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxSize) {
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown))
+        return std::nullopt;
+    const OpenFile file(std::fopen(path.c_str(), "rb"));
+    if (!file)
+        return std::nullopt;
+    std::string content;
+    char block[65536];
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
+        if (count > maxSize - content.size())
+            return std::nullopt;
+        content.append(block, count);
+    }
+    if (std::ferror(file.get()) != 0)
+        return std::nullopt;
+    return content;
+}
+
+/**
+ * \brief Writes a file so that a reader sees either the old content or all of the new one
+ * \param[in] path Path of the file; its folder must exist
+ * \param[in] content The new content
+ * \return False when it can't be written; then the old file stands as it was and nothing else is left behind
+ */
+bool WriteWholeFile(const std::string& path, std::string_view content) noexcept {
+    try {
+        const std::string temporary = TemporaryNameFor(path);
+        std::error_code error;
+        if (WriteNewFile(temporary, content)) {
+            std::filesystem::rename(temporary, path, error);
+            if (!error)
+                return true;
+        }
+        std::filesystem::remove(temporary, error);
+    } catch (const std::exception&) {
+        return false;
+    }
+    return false;
+}
+
+}  // namespace os

@@ -1,0 +1,97 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Shared libraries on POSIX systems
+ */
+
+#include "os/Library.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace os {
+
+namespace {
+
+std::string LastReason() {
+    const char* reason = ::dlerror();
+    return reason != nullptr ? reason : "unknown reason";
+}
+
+}  // namespace
+
+/**
+ * \brief Loads a shared library
+ * \param[in] path Path of the library
+ *
+ * All its symbols are resolved at once and stay its own.
+ *
+ * \context Any thread.
+ * \throw LibraryError It can't be loaded; the text holds the path and the system's reason
+ */
+Library::Library(const std::string& path) : m_path(path) {
+    // An empty name would be the program itself.
+    if (path.empty())
+        throw LibraryError("Could not load library '': no path");
+    m_handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (m_handle == nullptr)
+        throw LibraryError("Could not load library '" + path + "': " + LastReason());
+}
+
+Library::~Library() {
+    Unload();
+}
+
+Library::Library(Library&& other) noexcept
+    : m_handle(std::exchange(other.m_handle, nullptr)), m_path(std::exchange(other.m_path, {})) {}
+
+Library& Library::operator=(Library&& other) noexcept {
+    if (this != &other) {
+        Unload();
+        m_handle = std::exchange(other.m_handle, nullptr);
+        m_path = std::exchange(other.m_path, {});
+    }
+    return *this;
+}
+
+/// Releases the library; its path is forgotten.
+void Library::Unload() noexcept {
+    if (m_handle != nullptr)
+        ::dlclose(std::exchange(m_handle, nullptr));
+    m_path.clear();
+}
+
+/// A symbol's address, or null when the library has none of that name or is not loaded.
+void* Library::FindSymbol(const char* name) const noexcept {
+    return m_handle != nullptr ? ::dlsym(m_handle, name) : nullptr;
+}
+
+/**
+ * \brief A symbol's address
+ * \throw LibraryError There is none of that name; the text names library and symbol
+ */
+void* Library::Symbol(const char* name) const {
+    if (void* symbol = FindSymbol(name))
+        return symbol;
+    throw LibraryError("Library '" + m_path + "' has no function '" + name + "'");
+}
+
+/**
+ * \brief Path of the library or program that a piece of code belongs to
+ * \param[in] address Address of a function or of static data
+ * \return Absolute path with links resolved; empty when the address belongs to none
+ */
+std::string PathOfCode(const void* address) {
+    Dl_info info{};
+    if (::dladdr(address, &info) == 0 || info.dli_fname == nullptr)
+        return {};
+    struct Freer {
+        void operator()(char* text) const noexcept { std::free(text); }
+    };
+    const std::unique_ptr<char, Freer> absolute(::realpath(info.dli_fname, nullptr));
+    return absolute ? absolute.get() : info.dli_fname;
+}
+
+}  // namespace os
