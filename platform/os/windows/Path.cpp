@@ -1,0 +1,66 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Folders and paths on Windows
+ */
+
+#include "os/Path.h"
+
+#include <windows.h>
+// After windows.h, which they need.
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include <array>
+
+#include "os/Environment.h"
+
+namespace os {
+
+/**
+ * \brief Where applications keep data for all users of the machine; the system creates it where it is missing
+ * \return The folder, without a separator at its end; nothing when the system knows none
+ */
+std::optional<std::string> CommonApplicationDataFolder() {
+    constexpr int kFolder = CSIDL_COMMON_APPDATA | CSIDL_FLAG_CREATE;
+    static_assert(kFolder == 0x8023);
+    std::array<char, kMaxPath> path{};
+    if (::SHGetFolderPathA(nullptr, kFolder, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
+        return std::nullopt;
+    return std::string(path.data());
+}
+
+/**
+ * \brief Where the user's caches lie: LOCALAPPDATA
+ * \return The folder; nothing when the variable is not set
+ */
+std::optional<std::string> UserCacheFolder() {
+    EnvironmentValue folder = GetEnvironment("LOCALAPPDATA");
+    if (folder.status != EnvironmentStatus::kPresent)
+        return std::nullopt;
+    return std::move(folder.text);
+}
+
+/**
+ * \brief Appends a relative path with exactly one separator between
+ * \param[in,out] path The path; an empty one becomes \a part
+ * \param[in] part What to append; separators at its start do not count, an empty one changes nothing
+ * \return False, with \a path unchanged, when the result and its NUL are longer than kMaxPath
+ */
+bool AppendToPath(std::string& path, std::string_view part) {
+    // Two separators at its start would make it a network path, which replaces what it is appended to.
+    while (!part.empty() && part.front() == kPathSeparator)
+        part.remove_prefix(1);
+    if (part.empty())
+        return path.size() < kMaxPath;
+    // The system's function trusts both texts for their lengths.
+    if (path.size() + part.size() + 1 > kMaxPath)
+        return false;
+    std::array<char, 2 * kMaxPath> buffer{};
+    path.copy(buffer.data(), path.size());
+    if (::PathAppendA(buffer.data(), std::string(part).c_str()) == 0)
+        return false;
+    path = buffer.data();
+    return true;
+}
+
+}  // namespace os
