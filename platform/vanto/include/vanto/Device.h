@@ -25,7 +25,7 @@ enum EDeviceAccessMode : std::uint32_t { Control = 1, Stream = 2, Event = 4, Exc
 
 /// A set of EDeviceAccessMode values.
 class AccessModeSet {
-  public:
+public:
     constexpr AccessModeSet() = default;
     constexpr AccessModeSet(EDeviceAccessMode mode) : m_bits(mode) {}
     constexpr bool Contains(EDeviceAccessMode mode) const noexcept { return (m_bits & mode) != 0; }
@@ -36,7 +36,7 @@ class AccessModeSet {
     }
     friend constexpr bool operator==(AccessModeSet, AccessModeSet) noexcept = default;
 
-  private:
+private:
     std::uint32_t m_bits = Control | Stream | Event;
 };
 constexpr AccessModeSet operator|(EDeviceAccessMode left, EDeviceAccessMode right) noexcept {
@@ -57,7 +57,7 @@ using DeviceCallbackHandle = std::uint32_t;
 /// An opened or closed camera. Operations of one device may be called from any thread; Open and Close of one device
 /// are the caller's to serialise.
 class VANTOBASE_API IVantoDevice {
-  public:
+public:
     virtual void Open(AccessModeSet mode = AccessModeSet()) = 0;
     virtual void Close() = 0;
     virtual bool IsOpen() const = 0;
@@ -77,13 +77,13 @@ class VANTOBASE_API IVantoDevice {
     virtual DeviceCallbackHandle RegisterRemovalCallback(const CDeviceRemovalCallback& callback) = 0;
     virtual bool DeregisterRemovalCallback(DeviceCallbackHandle handle) = 0;
 
-  protected:
+protected:
     virtual ~IVantoDevice() = default;
 };
 
 /// What transport layers and the factory have in common.
 class VANTOBASE_API IDeviceFactory {
-  public:
+public:
     virtual int EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& filter, bool addToList = false) = 0;
     virtual int EnumerateDevices(DeviceInfoList& list, bool addToList = false) = 0;
     virtual IVantoDevice* CreateDevice(const gcstring& fullName) = 0;
@@ -95,13 +95,13 @@ class VANTOBASE_API IDeviceFactory {
     virtual bool IsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode = AccessModeSet(),
                                     AccessibilityCode* accessibility = nullptr) = 0;
 
-  protected:
+protected:
     virtual ~IDeviceFactory() = default;
 };
 
 /// A transport layer: enumerates and makes devices of one device class.
 class VANTOBASE_API ITransportLayer : public IDeviceFactory {
-  public:
+public:
     virtual CTlInfo GetTlInfo() const = 0;
     virtual CDeviceInfo CreateDeviceInfo() = 0;
     virtual GenApi::INodeMap* GetNodeMap() = 0;
@@ -113,28 +113,28 @@ class VANTOBASE_API ITransportLayer : public IDeviceFactory {
 
 /// Something that may change a device's info and the XML to inject before the device is made.
 class VANTOBASE_API IDeviceCreationHook {
-  public:
+public:
     virtual void OnCreateDevice(CDeviceInfo& info, gcstring_vector& injectedXml) = 0;
 
-  protected:
+protected:
     virtual ~IDeviceCreationHook() = default;
 };
 
 /// What the factory uses of a transport layer.
 class VANTOBASE_API ITransportLayerPrivate {
-  public:
+public:
     /// Gives one reference back; returns how many are left.
     virtual std::uint32_t Release() = 0;
     /// Returns the hook that was set before.
     virtual IDeviceCreationHook* SetCreationHook(IDeviceCreationHook* hook) = 0;
 
-  protected:
+protected:
     virtual ~ITransportLayerPrivate() = default;
 };
 
 /// Reference counting's last step.
 class VANTOBASE_API CRefCounted {
-  protected:
+protected:
     CRefCounted() = default;
     CRefCounted(const CRefCounted&) = delete;
     CRefCounted& operator=(const CRefCounted&) = delete;
@@ -145,17 +145,17 @@ class VANTOBASE_API CRefCounted {
 
 /// Gives a camera's own description.
 class VANTOBASE_API IXmlFileProvider {
-  public:
+public:
     virtual bool CanProvideXMLFile(const IProperties& info) = 0;
     virtual void ProvideXMLFile(const IProperties& info, gcstring& source, gcstring& xml) = 0;
 
-  protected:
+protected:
     virtual ~IXmlFileProvider() = default;
 };
 
 /// What a transport layer uses of the devices that it makes.
 class VANTOBASE_API IVantoDevicePrivate {
-  public:
+public:
     virtual void CreateNodeMapFromFile(const gcstring& path, const gcstring_vector& injected) = 0;
     virtual void CreateNodeMapFromString(const gcstring& xml, const gcstring_vector& injected) = 0;
     virtual void CreateChunkNodeMapFromFile(const gcstring& path, const gcstring_vector& injected) = 0;
@@ -165,7 +165,7 @@ class VANTOBASE_API IVantoDevicePrivate {
     virtual void DestroySelf() = 0;
     virtual std::shared_ptr<GenApi::CNodeMapRef> CreateChunkNodeMapCopy() = 0;
 
-  protected:
+protected:
     virtual ~IVantoDevicePrivate() = default;
 };
 

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -15,7 +16,7 @@ namespace Vanto {
 
 /// Named string properties. Names are case-sensitive.
 class VANTOBASE_API IProperties {
-  public:
+public:
     virtual int GetPropertyNames(StringList_t& names) const = 0;
     virtual bool GetPropertyAvailable(const gcstring& name) const = 0;
     virtual bool GetPropertyValue(const gcstring& name, gcstring& value) const = 0;
@@ -26,9 +27,10 @@ class VANTOBASE_API IProperties {
     virtual ~IProperties() = default;
 };
 
-/// Properties with a record of what was done with them since the flags were last cleared.
+/// Properties with a record of what was done with them since the flags were last cleared. Copies keep that record.
+/// Const operations may run in several threads at once, as of a device whose info is read while it is used.
 class VANTOBASE_API CPropertyBag {
-  public:
+public:
     bool Get(const gcstring& name, gcstring& value) const;
     void Set(const gcstring& name, const gcstring& value);
     bool Contains(const gcstring& name) const;
@@ -37,10 +39,25 @@ class VANTOBASE_API CPropertyBag {
     bool IsAccessed(const gcstring& name) const;
     void ClearAccessFlags() noexcept;
 
-  private:
+private:
+    // Reading sets it, so that it must stand reading from several threads.
+    class AccessFlag {
+    public:
+        AccessFlag() = default;
+        AccessFlag(const AccessFlag& other) noexcept : m_set(other.IsSet()) {}
+        AccessFlag& operator=(const AccessFlag& other) noexcept {
+            Set(other.IsSet());
+            return *this;
+        }
+        bool IsSet() const noexcept { return m_set.load(std::memory_order_relaxed); }
+        void Set(bool value) noexcept { m_set.store(value, std::memory_order_relaxed); }
+
+    private:
+        std::atomic<bool> m_set{false};
+    };
     struct Property {
         gcstring value;
-        mutable bool accessed = false;
+        mutable AccessFlag accessed;
         bool modified = false;
     };
     std::map<gcstring, Property> m_properties;
@@ -48,17 +65,17 @@ class VANTOBASE_API CPropertyBag {
 
 /// What an info record holds: its properties, and whether the application made it. Copies keep all of it.
 class VANTOBASE_API CInfoImpl : public CPropertyBag {
-  public:
+public:
     bool IsUserProvided() const noexcept { return m_userProvided; }
     void ClearUserProvidedFlag() noexcept { m_userProvided = false; }
 
-  private:
+private:
     bool m_userProvided = true;
 };
 
-/// Base of the info records. Reentrant; comparing and reading one record from several threads is not.
+/// Base of the info records. Reentrant; one record may be read from several threads while none changes it.
 class VANTOBASE_API CInfoBase : public IProperties {
-  public:
+public:
     static const gcstring PropertyNotAvailable;  ///< what a getter returns for an absent property
 
     CInfoBase();
@@ -73,13 +90,17 @@ class VANTOBASE_API CInfoBase : public IProperties {
     bool IsSubset(const IProperties& subset) const override;
     bool IsUserProvided() const override;
 
-#define VANTO_INFO_PROPERTY(Class, Name)                                                       \
-    gcstring Get##Name() const { return GetOrNotAvailable(#Name); }                            \
-    Class& Set##Name(const gcstring& value) {                                                  \
-        SetPropertyValue(#Name, value);                                                        \
-        return *this;                                                                          \
-    }                                                                                          \
-    bool Is##Name##Available() const { return GetPropertyAvailable(#Name); }
+#define VANTO_INFO_PROPERTY(Class, Name)      \
+    gcstring Get##Name() const {              \
+        return GetOrNotAvailable(#Name);      \
+    }                                         \
+    Class& Set##Name(const gcstring& value) { \
+        SetPropertyValue(#Name, value);       \
+        return *this;                         \
+    }                                         \
+    bool Is##Name##Available() const {        \
+        return GetPropertyAvailable(#Name);   \
+    }
 
     VANTO_INFO_PROPERTY(CInfoBase, FriendlyName)
     VANTO_INFO_PROPERTY(CInfoBase, FullName)
@@ -87,19 +108,23 @@ class VANTOBASE_API CInfoBase : public IProperties {
     VANTO_INFO_PROPERTY(CInfoBase, DeviceClass)
 
     /// The record's property bag, for transport layers.
-    CInfoImpl& GetInfoImpl() noexcept { return *m_impl; }
-    const CInfoImpl& GetInfoImpl() const noexcept { return *m_impl; }
+    CInfoImpl& GetInfoImpl() noexcept {
+        return *m_impl;
+    }
+    const CInfoImpl& GetInfoImpl() const noexcept {
+        return *m_impl;
+    }
 
-  protected:
+protected:
     gcstring GetOrNotAvailable(const char* name) const;
 
-  private:
+private:
     std::unique_ptr<CInfoImpl> m_impl;
 };
 
 /// Names one camera.
 class VANTOBASE_API CDeviceInfo : public CInfoBase {
-  public:
+public:
     CDeviceInfo() = default;
     ~CDeviceInfo() override;
     CDeviceInfo(const CDeviceInfo&) = default;
@@ -117,7 +142,7 @@ class VANTOBASE_API CDeviceInfo : public CInfoBase {
 
 /// Describes one transport layer.
 class VANTOBASE_API CTlInfo : public CInfoBase {
-  public:
+public:
     CTlInfo() = default;
     ~CTlInfo() override;
     CTlInfo(const CTlInfo&) = default;
@@ -130,7 +155,7 @@ class VANTOBASE_API CTlInfo : public CInfoBase {
 /// An info record as a transport layer makes it: with the bag at hand.
 template <class Info>
 class CInfoPrivateT : public Info {
-  public:
+public:
     bool IsUserProvided() const override { return this->GetInfoImpl().IsUserProvided(); }
 };
 
@@ -139,10 +164,7 @@ template <class Info>
 class TList : private std::vector<Info> {
     using Base = std::vector<Info>;
 
-  public:
-    using typename Base::const_iterator;
-    using typename Base::iterator;
-    using typename Base::value_type;
+public:
     using Base::back;
     using Base::begin;
     using Base::clear;
@@ -151,6 +173,9 @@ class TList : private std::vector<Info> {
     using Base::front;
     using Base::push_back;
     using Base::size;
+    using typename Base::const_iterator;
+    using typename Base::iterator;
+    using typename Base::value_type;
     using Base::operator[];
     using Base::at;
     using Base::erase;

@@ -25,7 +25,7 @@ struct RejectedTl {
 
 /// Loads transport layers from the root's folder of transport layers, hands out, counts and releases them. Thread-safe.
 class VANTOBASE_API CTlFactory : public IDeviceFactory {
-  public:
+public:
     static CTlFactory& GetInstance();
 
     int EnumerateTls(TlInfoList& list);
@@ -48,7 +48,7 @@ class VANTOBASE_API CTlFactory : public IDeviceFactory {
     CTlFactory(const CTlFactory&) = delete;
     CTlFactory& operator=(const CTlFactory&) = delete;
 
-  private:
+private:
     CTlFactory();
     ~CTlFactory() override;
 

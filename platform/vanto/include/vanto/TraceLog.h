@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <span>
+#include <string>
+#include <utility>
 
 #include "Base/GCFormat.h"
 #include "vanto/VantoTypes.h"
@@ -15,14 +17,20 @@ namespace Vanto::tracelog {
 /// Levels of messages; a higher number is more severe.
 enum Level : std::uint32_t { kTrace = 16, kDebug = 32, kInfo = 64, kWarning = 128, kError = 256 };
 
+/// A threshold that no message reaches.
+inline constexpr std::uint32_t kOff = ~std::uint32_t{0};
+
 /// One log category. It lives as long as the process; its threshold may change at any time.
 class Category {
-  public:
+public:
+    explicit Category(std::string name) : m_name(std::move(name)) {}
+    const std::string& GetName() const noexcept { return m_name; }
     bool IsOn(std::uint32_t level) const noexcept { return level >= m_threshold.load(std::memory_order_relaxed); }
 
-  private:
+private:
     friend class LogRegistry;
-    std::atomic<std::uint32_t> m_threshold{~std::uint32_t{0}};
+    std::atomic<std::uint32_t> m_threshold{kOff};
+    const std::string m_name;
 };
 
 using CategoryId = const Category*;

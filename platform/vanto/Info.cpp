@@ -1,0 +1,156 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Property bags and the info records of transport layers and devices
+ */
+
+#include "vanto/Info.h"
+
+#include <algorithm>
+
+namespace Vanto {
+
+const gcstring CInfoBase::PropertyNotAvailable("N/A");
+
+/**
+ * \brief Read a property, and note that it was read
+ * \param[out] value The property's value; left alone when there is none
+ * \return Whether the property is there
+ */
+bool CPropertyBag::Get(const gcstring& name, gcstring& value) const {
+    const auto found = m_properties.find(name);
+    if (found == m_properties.end())
+        return false;
+    found->second.accessed.Set(true);
+    value = found->second.value;
+    return true;
+}
+
+/**
+ * \brief Set a property, new or not; the bag then counts as modified, whatever the value was before
+ */
+void CPropertyBag::Set(const gcstring& name, const gcstring& value) {
+    Property& property = m_properties[name];
+    property.value = value;
+    property.modified = true;
+}
+
+bool CPropertyBag::Contains(const gcstring& name) const {
+    return m_properties.contains(name);
+}
+
+/**
+ * \brief Append the names of all properties, in the order of their characters
+ * \return How many there are
+ */
+int CPropertyBag::GetNames(StringList_t& names) const {
+    for (const auto& entry : m_properties)
+        names.push_back(entry.first);
+    return static_cast<int>(m_properties.size());
+}
+
+/**
+ * \brief Whether any property was set since the flags were last cleared
+ */
+bool CPropertyBag::IsModified() const noexcept {
+    return std::any_of(m_properties.begin(), m_properties.end(),
+                       [](const auto& entry) { return entry.second.modified; });
+}
+
+/**
+ * \brief Whether a property was read since the flags were last cleared
+ */
+bool CPropertyBag::IsAccessed(const gcstring& name) const {
+    const auto found = m_properties.find(name);
+    return found != m_properties.end() && found->second.accessed.IsSet();
+}
+
+/**
+ * \brief Forget what was read and set until now
+ */
+void CPropertyBag::ClearAccessFlags() noexcept {
+    for (auto& entry : m_properties) {
+        entry.second.accessed.Set(false);
+        entry.second.modified = false;
+    }
+}
+
+CInfoBase::CInfoBase() : m_impl(std::make_unique<CInfoImpl>()) {}
+
+CInfoBase::CInfoBase(const CInfoBase& other) : m_impl(std::make_unique<CInfoImpl>(*other.m_impl)) {}
+
+CInfoBase& CInfoBase::operator=(const CInfoBase& other) {
+    if (this != &other)
+        *m_impl = CInfoImpl(*other.m_impl);
+    return *this;
+}
+
+CInfoBase::~CInfoBase() = default;
+
+/**
+ * \brief Names of all properties
+ * \param[out] names Replaced by the names, in the order of their characters
+ * \return How many there are
+ */
+int CInfoBase::GetPropertyNames(StringList_t& names) const {
+    names.clear();
+    return m_impl->GetNames(names);
+}
+
+bool CInfoBase::GetPropertyAvailable(const gcstring& name) const {
+    return m_impl->Contains(name);
+}
+
+/**
+ * \brief Read a property
+ * \param[out] value The property's value, or PropertyNotAvailable
+ * \return Whether the property is there
+ */
+bool CInfoBase::GetPropertyValue(const gcstring& name, gcstring& value) const {
+    if (m_impl->Get(name, value))
+        return true;
+    value = PropertyNotAvailable;
+    return false;
+}
+
+IProperties& CInfoBase::SetPropertyValue(const gcstring& name, const gcstring& value) {
+    m_impl->Set(name, value);
+    return *this;
+}
+
+/**
+ * \brief Whether every property of \a subset is here with the same value
+ *
+ * An empty record is a subset of any. Names and values are compared case-sensitively.
+ */
+bool CInfoBase::IsSubset(const IProperties& subset) const {
+    StringList_t names;
+    subset.GetPropertyNames(names);
+    return std::all_of(names.begin(), names.end(), [&](const gcstring& name) {
+        gcstring wanted;
+        gcstring held;
+        return subset.GetPropertyValue(name, wanted) && GetPropertyValue(name, held) && held == wanted;
+    });
+}
+
+/**
+ * \brief Whether the application made the record, so that it may be partial; false for what enumeration found
+ */
+bool CInfoBase::IsUserProvided() const {
+    return m_impl->IsUserProvided();
+}
+
+gcstring CInfoBase::GetOrNotAvailable(const char* name) const {
+    gcstring value;
+    GetPropertyValue(name, value);
+    return value;
+}
+
+CDeviceInfo::~CDeviceInfo() = default;
+
+IProperties& CDeviceInfo::SetPropertyValue(const gcstring& name, const gcstring& value) {
+    return CInfoBase::SetPropertyValue(name, value);
+}
+
+CTlInfo::~CTlInfo() = default;
+
+}  // namespace Vanto

@@ -1,0 +1,42 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * LogRegistry: the process's log categories, sinks and subscribers
+ */
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "LogSinks.h"
+#include "LogSubscriber.h"
+#include "vanto/TraceLog.h"
+
+namespace Vanto::tracelog {
+
+/// Knows every category, and sets its threshold to the lowest level that a sink or a subscriber wants. Thread-safe.
+class LogRegistry {
+public:
+    static LogRegistry& Instance();
+
+    CategoryId GetCategory(std::string_view name);
+    void Write(const Category& category, std::uint32_t level, const char* format,
+               std::span<const GenICam::FormatArgument> arguments);
+    void Add(std::shared_ptr<Subscriber> subscriber);
+    void Remove(const Subscriber& subscriber) noexcept;
+
+private:
+    void UpdateThreshold(Category& category) const noexcept;
+    void UpdateThresholds() noexcept;
+
+    const LogSinks m_sinks;
+    std::mutex m_mutex;  // guards what follows
+    std::map<std::string, Category, std::less<>> m_categories;
+    std::vector<std::shared_ptr<Subscriber>> m_subscribers;
+};
+
+}  // namespace Vanto::tracelog

@@ -1,0 +1,98 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * LogRules: which messages of which categories are wanted, as VANTO_LOG says it
+ */
+
+#include "vanto/LogRules.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <optional>
+
+#include "Wildcard.h"
+#include "vanto/TraceLog.h"
+
+namespace Vanto::tracelog {
+
+namespace {
+
+struct LevelName {
+    const char* name;
+    std::uint32_t threshold;
+};
+
+constexpr std::array<LevelName, 6> kLevels{
+    {{"error", kError}, {"warning", kWarning}, {"info", kInfo}, {"debug", kDebug}, {"trace", kTrace}, {"off", kOff}}};
+
+std::string_view Trim(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const std::size_t from = text.find_first_not_of(kBlanks);
+    if (from == std::string_view::npos)
+        return {};
+    return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
+}
+
+bool IsEqualIgnoringCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+}
+
+std::optional<std::uint32_t> ThresholdByName(std::string_view name) {
+    for (const LevelName& level : kLevels) {
+        if (IsEqualIgnoringCase(level.name, name))
+            return level.threshold;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+/**
+ * \brief Read rules
+ * \param[in] text Entries "pattern:level", separated by commas; a level alone counts for every category. A pattern may
+ * hold * and ?; a level is error, warning, info, debug, trace or off, and stands for itself and what is more severe.
+ *
+ * Blanks around entries and empty entries are ignored; entries that can't be understood end up in GetBadEntries.
+ */
+LogRules::LogRules(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t comma = std::min(text.find(','), text.size());
+        AddEntry(Trim(text.substr(0, comma)));
+        text.remove_prefix(std::min(comma + 1, text.size()));
+    }
+}
+
+void LogRules::AddEntry(std::string_view entry) {
+    if (entry.empty())
+        return;
+    const std::size_t colon = entry.rfind(':');
+    const bool isLevelAlone = colon == std::string_view::npos;
+    const std::string_view pattern = isLevelAlone ? "*" : Trim(entry.substr(0, colon));
+    const auto threshold = ThresholdByName(isLevelAlone ? entry : Trim(entry.substr(colon + 1)));
+    if (pattern.empty() || !threshold)
+        m_badEntries.emplace_back(entry);
+    else
+        m_rules.push_back({std::string(pattern), *threshold});
+}
+
+/**
+ * \brief The lowest level that is wanted of a category; kOff when no rule matches it
+ */
+std::uint32_t LogRules::ThresholdOf(std::string_view category) const noexcept {
+    for (const Rule& rule : m_rules) {
+        if (MatchesWildcard(rule.pattern, category))
+            return rule.threshold;
+    }
+    return kOff;
+}
+
+const char* GetLevelName(std::uint32_t level) noexcept {
+    for (const LevelName& known : kLevels) {
+        if (level >= known.threshold)
+            return known.name;
+    }
+    return "trace";
+}
+
+}  // namespace Vanto::tracelog

@@ -1,0 +1,60 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Text files as a whole
+ */
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "Base/GCException.h"
+#include "vanto/VantoFolders.h"
+
+namespace Vanto {
+
+namespace {
+
+constexpr std::uintmax_t kMaxTextFile = 256 * 1024 * 1024;
+
+[[noreturn]] void ThrowUnreadable(const gcstring& path, const std::string& reason) {
+    throw RUNTIME_EXCEPTION("The file '%s' can't be read: %s", path, reason);
+}
+
+std::string LastSystemError() {
+    return std::error_code(errno, std::generic_category()).message();
+}
+
+}  // namespace
+
+/**
+ * \brief The whole text of a file, byte by byte as it stands
+ * \throw RuntimeException The file is missing, no regular file, unreadable or larger than 256 MiB; names file and
+ * reason \context Thread-safe
+ */
+gcstring textFileToString(const gcstring& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path.str(), error);
+    if (!std::filesystem::exists(status))
+        ThrowUnreadable(path,
+                        error ? error.message() : std::make_error_code(std::errc::no_such_file_or_directory).message());
+    if (!std::filesystem::is_regular_file(status))
+        ThrowUnreadable(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
+    errno = 0;
+    std::ifstream file(path.str(), std::ios::binary);
+    if (!file)
+        ThrowUnreadable(path, LastSystemError());
+    std::string text;
+    char block[16 * 1024];
+    // The size is no guide: the file may grow or shrink while it is read.
+    while (file.read(block, sizeof block) || file.gcount() > 0) {
+        text.append(block, static_cast<std::size_t>(file.gcount()));
+        if (text.size() > kMaxTextFile)
+            ThrowUnreadable(path, "it is larger than 256 MiB");
+    }
+    if (file.bad())
+        ThrowUnreadable(path, LastSystemError());
+    return text;
+}
+
+}  // namespace Vanto

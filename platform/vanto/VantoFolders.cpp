@@ -1,0 +1,73 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Folders of an installed or built tree
+ */
+
+#include "vanto/VantoFolders.h"
+
+#include "Base/GCException.h"
+#include "os/Environment.h"
+#include "os/Library.h"
+#include "os/Path.h"
+
+namespace Vanto {
+
+namespace {
+
+std::string RootFolder() {
+    const os::EnvironmentValue root = os::GetEnvironment("VANTO_ROOT");
+    if (root.status == os::EnvironmentStatus::kPresent) {
+        const std::size_t end = root.text.find_last_not_of(os::kPathSeparator);
+        // A root of separators only is the file system's own.
+        return end == std::string::npos ? root.text.substr(0, 1) : root.text.substr(0, end + 1);
+    }
+    return os::FolderOf(os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&getVantoFolderPath))));
+}
+
+const char* BelowRoot(eFolderType type) {
+    switch (type) {
+        case eRootFolder:
+            return "";
+        case eBinaryFolder:
+            return "bin";
+        case eLibraryFolder:
+            return "lib";
+        case eTransportLayerFolder:
+            return VANTO_DIR_TL;
+        case ePluginFolder:
+            return VANTO_DIR_PLUGINS;
+        case eConfigurationFolder:
+            return "etc/vanto";
+    }
+    throw INVALID_ARGUMENT_EXCEPTION("There is no folder of type %d.", static_cast<int>(type));
+}
+
+}  // namespace
+
+/**
+ * \brief A folder below the root, without a separator at its end
+ *
+ * The root is VANTO_ROOT if set and not empty, else the parent of the folder that the base library lies in. The
+ * environment is read at each call. The folder need not exist.
+ *
+ * \throw InvalidArgumentException The type is none of eFolderType
+ */
+gcstring getVantoFolderPath(eFolderType type) {
+    const char* const part = BelowRoot(type);
+    std::string path = RootFolder();
+    if (*part != '\0') {
+        if (path.empty() || path.back() != os::kPathSeparator)
+            path += os::kPathSeparator;
+        path += os::ToSystemSeparators(part);
+    }
+    return path;
+}
+
+/**
+ * \brief The system's path separator
+ */
+gcstring getVantoPathSeperator() {
+    return gcstring(1, os::kPathSeparator);
+}
+
+}  // namespace Vanto

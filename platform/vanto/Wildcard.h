@@ -1,0 +1,13 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Patterns with * and ?
+ */
+#pragma once
+
+#include <string_view>
+
+namespace Vanto {
+
+bool MatchesWildcard(std::string_view pattern, std::string_view text) noexcept;
+
+}  // namespace Vanto
