@@ -63,7 +63,7 @@ public:
     virtual bool IsOpen() const = 0;
     virtual AccessModeSet GetAccessMode() const = 0;
     virtual const CDeviceInfo& GetDeviceInfo() const = 0;
-    virtual std::uint32_t GetNumStreamGrabberChannels() const = 0;
+    virtual std::uint32_t GetNumStreamGrabberChannels() = 0;
     virtual IStreamGrabber* GetStreamGrabber(std::uint32_t index) = 0;
     virtual void* GetReserved() = 0;
     virtual GenApi::INodeMap* GetNodeMap() = 0;

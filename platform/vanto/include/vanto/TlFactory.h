@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "vanto/Device.h"
 
@@ -32,6 +33,7 @@ public:
     ITransportLayer* CreateTl(const CTlInfo& info);
     ITransportLayer* CreateTl(const gcstring& deviceClass);
     void ReleaseTl(const ITransportLayer* tl);
+    void ReleaseUnusedTls();
     std::vector<RejectedTl> GetRejectedTls() const;
 
     int EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& filter, bool addToList = false) override;

@@ -1,0 +1,124 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * TlCatalogue: the libraries in the folder of transport layers
+ */
+
+#include "TlCatalogue.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <system_error>
+
+#include "Base/GCException.h"
+#include "ExceptionText.h"
+#include "vanto/TraceLog.h"
+
+namespace Vanto {
+
+namespace {
+
+#ifdef _WIN32
+constexpr const char* kLibraryExtension = ".dll";
+#else
+constexpr const char* kLibraryExtension = ".so";
+#endif
+
+tracelog::CategoryId LogCategory() {
+    static const tracelog::CategoryId category = tracelog::LogGetCatID("vanto.base.Factory");
+    return category;
+}
+
+std::vector<std::string> FindLibraries(const std::string& folder, std::error_code& error) {
+    std::vector<std::string> paths;
+    std::filesystem::directory_iterator entry(folder, error);
+    while (!error && entry != std::filesystem::directory_iterator()) {
+        if (entry->path().extension() == kLibraryExtension)
+            paths.push_back(entry->path().string());
+        entry.increment(error);
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::vector<TlOffer> Select(std::vector<TlOffer> offers, const std::function<bool(const CTlInfo&)>& isWanted) {
+    std::erase_if(offers, [&](const TlOffer& offer) { return !isWanted(offer.info); });
+    return offers;
+}
+
+}  // namespace
+
+TlCatalogue::TlCatalogue(std::string folder) : m_folder(std::move(folder)) {
+    std::error_code error;
+    for (const std::string& path : FindLibraries(m_folder, error))
+        Load(path);
+    if (error)
+        Reject(m_folder, "The folder of transport layers can't be read: " + error.message());
+}
+
+void TlCatalogue::Load(const std::string& path) {
+    try {
+        // Also a library that turns out to be of no use stays loaded: its code has run.
+        m_libraries.emplace_back(path);
+        m_modules.push_back(std::make_unique<TlModule>(m_libraries.back()));
+        LogTrace(LogCategory(), tracelog::kDebug, "Loaded the transport layer library '%s'.", path);
+    } catch (...) {
+        Reject(path, DescribeCurrentException());
+    }
+}
+
+void TlCatalogue::Reject(const std::string& path, const std::string& reason) {
+    m_rejected.push_back({path, reason});
+    LogTrace(LogCategory(), tracelog::kWarning, "The transport layer library '%s' can't be used: %s", path, reason);
+}
+
+std::vector<TlOffer> TlCatalogue::AllOffers() const {
+    std::vector<TlOffer> offers;
+    for (const auto& module : m_modules) {
+        for (const CTlInfo& info : module->Infos())
+            offers.push_back({module.get(), info});
+    }
+    return offers;
+}
+
+/**
+ * \brief The transport layers that a device may belong to
+ * \param[in] info A record, whole or partial: its DeviceFactory decides, else its device class; without both, all
+ * \return At least one
+ * \throw RuntimeException There is none; says what there is and what was refused
+ */
+std::vector<TlOffer> TlCatalogue::OffersFor(const CDeviceInfo& info) const {
+    std::vector<TlOffer> offers = AllOffers();
+    if (offers.empty())
+        throw RUNTIME_EXCEPTION("There is no transport layer. %s", DescribeWhatIsThere());
+    if (info.IsDeviceFactoryAvailable()) {
+        const gcstring wanted = info.GetDeviceFactory();
+        auto named = Select(offers, [&](const CTlInfo& tl) { return tl.GetFullName() == wanted; });
+        if (!named.empty())
+            return named;
+        if (!info.IsDeviceClassAvailable())
+            throw RUNTIME_EXCEPTION("There is no transport layer '%s'. %s", wanted, DescribeWhatIsThere());
+    }
+    if (!info.IsDeviceClassAvailable())
+        return offers;
+    const gcstring wanted = info.GetDeviceClass();
+    offers = Select(std::move(offers), [&](const CTlInfo& tl) { return tl.GetDeviceClass() == wanted; });
+    if (offers.empty())
+        throw RUNTIME_EXCEPTION("There is no transport layer for device class '%s'. %s", wanted, DescribeWhatIsThere());
+    return offers;
+}
+
+std::string TlCatalogue::DescribeWhatIsThere() const {
+    std::string text = "Transport layers are loaded from '" + m_folder + "'";
+    std::string separator = ", which offers ";
+    for (const TlOffer& offer : AllOffers()) {
+        text += separator + "'" + offer.info.GetDeviceClass().str() + "'";
+        separator = ", ";
+    }
+    text += m_modules.empty() ? ", which holds none that can be used." : ".";
+    for (const RejectedTl& rejected : m_rejected)
+        text += " '" + rejected.path.str() + "' was refused: " + rejected.reason.str() + ".";
+    return text + " Set VANTO_ROOT when they lie below another root.";
+}
+
+}  // namespace Vanto
