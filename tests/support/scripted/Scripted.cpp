@@ -1,0 +1,161 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Access to the scripted libraries
+ */
+
+#include "scripted/Scripted.h"
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <random>
+
+#include "os/Library.h"
+#include "os/Path.h"
+
+namespace scripted {
+
+namespace {
+
+std::string InRoot(const std::string& name) {
+    return std::string(SCRIPTED_ROOT) + os::kPathSeparator + name;
+}
+
+#ifdef _WIN32
+constexpr char kSuffix[] = ".dll";
+constexpr char kDriverName[] = "ScriptedCLProtocol.dll";
+#else
+constexpr char kSuffix[] = ".so";
+constexpr char kDriverName[] = "libScriptedCLProtocol.so";
+#endif
+
+// Loaded once per path and kept, so that a script outlives whatever a host loads and unloads.
+void* Control(const std::string& path, const char* function) {
+    static std::mutex mutex;
+    static std::map<std::string, os::Library> libraries;
+    const std::lock_guard lock(mutex);
+    const os::Library& library = libraries.try_emplace(path, path).first->second;
+    return library.Get<void*()>(function)();
+}
+
+std::string NewName() {
+    std::random_device random;
+    return "scripted-" + std::to_string(random()) + "-" + std::to_string(random());
+}
+
+}  // namespace
+
+std::string SerialFolder() {
+    return InRoot("serial");
+}
+std::string SecondSerialFolder() {
+    return InRoot("serial2");
+}
+std::string OldSerialFolder() {
+    return InRoot("serial10");
+}
+std::string LackingSerialFolder() {
+    return InRoot("serial_lacking");
+}
+std::string UnreadableSerialFolder() {
+    return InRoot("serial_unreadable");
+}
+std::string DriverLocation() {
+    return InRoot("drivers");
+}
+std::string LackingDriverLocation() {
+    return InRoot("drivers_lacking");
+}
+std::string TwinDriverLocation() {
+    return InRoot("drivers_twins");
+}
+std::string SystemFolder() {
+    return SCRIPTED_SYSTEM;
+}
+std::string DriverFileName() {
+    return kDriverName;
+}
+
+std::string DriverPath() {
+    return DriverLocation() + os::kPathSeparator + SystemFolder() + os::kPathSeparator + kDriverName;
+}
+
+std::string SerialPath() {
+    return SerialFolder() + os::kPathSeparator + "clserscr" + kSuffix;
+}
+
+SerialScript& Serial() {
+    return SerialScriptOf(SerialPath());
+}
+SerialScript& SecondSerial() {
+    return SerialScriptOf(SecondSerialFolder() + os::kPathSeparator + "clsertwn" + kSuffix);
+}
+SerialScript& OldSerial() {
+    return SerialScriptOf(OldSerialFolder() + os::kPathSeparator + "clserold" + kSuffix);
+}
+DriverScript& Driver() {
+    return DriverScriptOf(DriverPath());
+}
+
+SerialScript& SerialScriptOf(const std::string& libraryPath) {
+    return *static_cast<SerialScript*>(Control(libraryPath, "scriptedSerial"));
+}
+
+DriverScript& DriverScriptOf(const std::string& libraryPath) {
+    return *static_cast<DriverScript*>(Control(libraryPath, "scriptedDriver"));
+}
+
+std::string FullDeviceId(const std::string& shortDeviceId) {
+    return DriverLocation() + "#" + DriverFileName() + "#" + shortDeviceId;
+}
+
+ScopedVariable::ScopedVariable(const char* name, const std::string& value)
+    : m_name(name), m_previous(os::GetEnvironment(name)) {
+    os::SetEnvironment(name, value);
+}
+
+ScopedVariable::ScopedVariable(const char* name) : m_name(name), m_previous(os::GetEnvironment(name)) {
+    os::UnsetEnvironment(name);
+}
+
+ScopedVariable::~ScopedVariable() {
+    if (m_previous.status == os::EnvironmentStatus::kAbsent)
+        os::UnsetEnvironment(m_name.c_str());
+    else
+        os::SetEnvironment(m_name.c_str(), m_previous.text);
+}
+
+TemporaryFolder::TemporaryFolder() : m_path((std::filesystem::temp_directory_path() / NewName()).string()) {
+    std::filesystem::create_directory(m_path);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::string TemporaryFolder::operator/(const std::string& name) const {
+    return m_path + os::kPathSeparator + name;
+}
+
+void TemporaryFolder::Write(const std::string& name, const std::string& content) const {
+    const std::filesystem::path path = *this / name;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+Environment::Environment()
+    : m_serialPath("CLSERIALPATH", SerialFolder()),
+      m_drivers("GENICAM_CLPROTOCOL", DriverLocation()),
+      m_cacheFolder("GENICAM_CACHE", m_cache.Path()) {
+    Serial().Reset();
+    Driver().Reset();
+}
+
+Environment::~Environment() {
+    Serial().Reset();
+    Driver().Reset();
+}
+
+}  // namespace scripted

@@ -1,0 +1,105 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * For tests: the scripted serial library and the scripted driver, and the environment in which a host finds them
+ *
+ * Link scripted_support and write, for example:
+ *
+ *     class MyTest : public testing::Test {
+ *         scripted::Environment m_environment;   // CLSERIALPATH, GENICAM_CLPROTOCOL, GENICAM_CACHE for this test
+ *     };
+ *     TEST_F(MyTest, FindsTheCamera) {
+ *         scripted::Serial().SetPorts(2, {"Marlow#Heron#H2048#1"});     // PortIDs Scripted#Port0, Scripted#Port1
+ *         EXPECT_EQ(CLProtocol::CCLPort::ProbeDevice("Scripted#Port0", scripted::FullDeviceId("Marlow"), 400),
+ *                   scripted::FullDeviceId("Marlow#Heron#H2048#1"));
+ *         scripted::Serial().SetCamera(0, "");                          // pulls the cable: -10004
+ *         scripted::Driver().onRead = [](auto...) { return -30001; };   // or throws, hangs, answers nonsense
+ *     }
+ *
+ * The scripts live in the libraries themselves, of which a process has one instance each: what a test sets is what the
+ * host meets, in the same process. Environment resets both scripts when it is made and when it goes.
+ */
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "os/Environment.h"
+#include "scripted/DriverScript.h"
+#include "scripted/SerialScript.h"
+
+namespace scripted {
+
+/// Folders of the libraries, without a separator at the end.
+std::string SerialFolder();            ///< clserscr: maker "Scripted"
+std::string SecondSerialFolder();      ///< clsertwn: a second such library, with a script of its own
+std::string OldSerialFolder();         ///< clserold: has only the four functions of version 1.0
+std::string LackingSerialFolder();     ///< clserlck: lacks clSetBaudRate
+std::string UnreadableSerialFolder();  ///< clserunr: lacks clSerialRead
+std::string DriverLocation();         ///< a location as in GENICAM_CLPROTOCOL; the driver is in its system's sub-folder
+std::string LackingDriverLocation();  ///< its driver lacks clpReadRegister
+std::string TwinDriverLocation();     ///< Twin, Twin.debug and Lonely.debug
+std::string SystemFolder();           ///< "Linux64_x64" or "Win64_x64"
+std::string DriverFileName();
+std::string DriverPath();
+std::string SerialPath();
+
+/// The scripts of the libraries above. The first call loads the library, which stays loaded.
+SerialScript& Serial();
+SerialScript& SecondSerial();
+SerialScript& OldSerial();
+DriverScript& Driver();
+SerialScript& SerialScriptOf(const std::string& libraryPath);
+DriverScript& DriverScriptOf(const std::string& libraryPath);
+
+/// DriverDirectory#DriverFileName# in front of a short DeviceID or template of the scripted driver.
+std::string FullDeviceId(const std::string& shortDeviceId);
+
+/// Sets an environment variable for its own lifetime.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const std::string& value);
+    explicit ScopedVariable(const char* name);  ///< removes it
+    ~ScopedVariable();
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    std::string m_name;
+    os::EnvironmentValue m_previous;
+};
+
+/// A new empty folder below the system's temporary folder, removed with all that is in it.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& Path() const { return m_path; }
+    std::string operator/(const std::string& name) const;
+    void Write(const std::string& name, const std::string& content) const;
+
+private:
+    std::string m_path;
+};
+
+/// Lets a host find the scripted libraries, and no other driver, and keeps its cache in a folder of its own.
+class Environment {
+public:
+    Environment();
+    ~Environment();
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+    const TemporaryFolder& Cache() const { return m_cache; }
+
+private:
+    TemporaryFolder m_cache;
+    ScopedVariable m_serialPath;
+    ScopedVariable m_drivers;
+    ScopedVariable m_cacheFolder;
+};
+
+}  // namespace scripted
