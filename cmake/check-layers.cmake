@@ -10,7 +10,7 @@ set(table
     "platform/genicam/clprotocol|Base/ GenApi/ CLProtocol/ clser/ os/"
     "platform/vanto|Base/ GenApi/ vanto/ os/"
     "VantoCLSer|Base/ GenApi/ CLProtocol/ vanto/ os/ VantoCLSer/"
-    "include/vanto|Base/ GenApi/ CLProtocol/ vanto/"
+    "include/vanto|Base/ GenApi/ CLProtocol/ vanto/ os/"
     "camera/gencp|gencp/"
     "camera/clsertty|clser/ os/"
     "camera/driver|gencp/ CLProtocol/CLProtocolC.h clser/ os/"

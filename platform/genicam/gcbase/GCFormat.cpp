@@ -24,10 +24,12 @@ struct Conversion {
     std::size_t length = 0;  // characters of the format text, the % included; 0 when it is no conversion
 };
 
-bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
 
 class ConversionReader {
-  public:
+public:
     explicit ConversionReader(std::string_view text) : m_text(text) {}
 
     Conversion Read() {
@@ -48,7 +50,7 @@ class ConversionReader {
         return result;
     }
 
-  private:
+private:
     char Peek() const { return m_at < m_text.size() ? m_text[m_at] : '\0'; }
 
     std::string ReadDigits() {
@@ -72,10 +74,13 @@ class ConversionReader {
     std::size_t m_at = 0;
 };
 
-bool IsOneOf(char letter, std::string_view letters) { return letters.find(letter) != std::string_view::npos; }
+bool IsOneOf(char letter, std::string_view letters) {
+    return letters.find(letter) != std::string_view::npos;
+}
 
 template <class T>
-std::string Print(const Conversion& how, std::string_view allowedFlags, bool withPrecision, char letter, const T& value) {
+std::string Print(const Conversion& how, std::string_view allowedFlags, bool withPrecision, char letter,
+                  const T& value) {
     std::string format = "%";
     std::copy_if(how.flags.begin(), how.flags.end(), std::back_inserter(format),
                  [&](char flag) { return IsOneOf(flag, allowedFlags); });

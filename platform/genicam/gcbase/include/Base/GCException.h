@@ -14,7 +14,7 @@ namespace GenICam {
 
 /// Root of all GenICam exceptions.
 class GCBASE_API GenericException : public std::exception {
-  public:
+public:
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
                      const char* exceptionType = "GenericException");
     ~GenericException() override;
@@ -27,7 +27,7 @@ class GCBASE_API GenericException : public std::exception {
     const char* GetExceptionType() const noexcept { return m_exceptionType.c_str(); }
     const char* what() const noexcept override { return m_what.c_str(); }
 
-  private:
+private:
     std::string m_description;
     std::string m_sourceFileName;
     unsigned m_sourceLine;
@@ -35,15 +35,15 @@ class GCBASE_API GenericException : public std::exception {
     std::string m_what;
 };
 
-#define GENICAM_DECLARE_EXCEPTION(Name)                                                                     \
-    class GCBASE_API Name : public GenericException {                                                       \
-      public:                                                                                               \
-        Name(const char* description, const char* sourceFileName, unsigned sourceLine,                      \
-             const char* exceptionType = #Name)                                                             \
-            : GenericException(description, sourceFileName, sourceLine, exceptionType) {}                   \
-        ~Name() override;                                                                                   \
-        Name(const Name&) = default;                                                                        \
-        Name& operator=(const Name&) = default;                                                             \
+#define GENICAM_DECLARE_EXCEPTION(Name)                                                   \
+    class GCBASE_API Name : public GenericException {                                     \
+    public:                                                                               \
+        Name(const char* description, const char* sourceFileName, unsigned sourceLine,    \
+             const char* exceptionType = #Name)                                           \
+            : GenericException(description, sourceFileName, sourceLine, exceptionType) {} \
+        ~Name() override;                                                                 \
+        Name(const Name&) = default;                                                      \
+        Name& operator=(const Name&) = default;                                           \
     }
 
 GENICAM_DECLARE_EXCEPTION(BadAllocException);
@@ -61,7 +61,7 @@ GENICAM_DECLARE_EXCEPTION(DynamicCastException);
 /// Makes an exception from a printf text: throw ExceptionReporter<RuntimeException>(file, line, type).Report(...).
 template <class Exception>
 class ExceptionReporter {
-  public:
+public:
     ExceptionReporter(const char* sourceFileName, unsigned sourceLine, const char* exceptionType)
         : m_sourceFileName(sourceFileName), m_sourceLine(sourceLine), m_exceptionType(exceptionType) {}
 
@@ -70,7 +70,7 @@ class ExceptionReporter {
         return Exception(FormatText(format, arguments...).c_str(), m_sourceFileName, m_sourceLine, m_exceptionType);
     }
 
-  private:
+private:
     const char* m_sourceFileName;
     unsigned m_sourceLine;
     const char* m_exceptionType;
@@ -82,9 +82,8 @@ class ExceptionReporter {
     GenICam::ExceptionReporter<GenICam::GenericException>(__FILE__, __LINE__, "GenericException").Report
 #define BAD_ALLOC_EXCEPTION \
     GenICam::ExceptionReporter<GenICam::BadAllocException>(__FILE__, __LINE__, "BadAllocException").Report
-#define INVALID_ARGUMENT_EXCEPTION                                                                               \
-    GenICam::ExceptionReporter<GenICam::InvalidArgumentException>(__FILE__, __LINE__, "InvalidArgumentException") \
-        .Report
+#define INVALID_ARGUMENT_EXCEPTION \
+    GenICam::ExceptionReporter<GenICam::InvalidArgumentException>(__FILE__, __LINE__, "InvalidArgumentException").Report
 #define OUT_OF_RANGE_EXCEPTION \
     GenICam::ExceptionReporter<GenICam::OutOfRangeException>(__FILE__, __LINE__, "OutOfRangeException").Report
 #define PROPERTY_EXCEPTION \

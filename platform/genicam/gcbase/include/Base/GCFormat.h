@@ -18,9 +18,9 @@ namespace GenICam {
 
 /// One argument of a formatted text. Texts are borrowed: the argument lives no longer than what it was made from.
 class GCBASE_API FormatArgument {
-  public:
-    using Value = std::variant<std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, double, char,
-                               std::string_view, const void*>;
+public:
+    using Value = std::variant<std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, double, char, std::string_view,
+                               const void*>;
 
     template <class T>
     FormatArgument(const T& value) : m_value(MakeValue(value)) {}
@@ -28,7 +28,7 @@ class GCBASE_API FormatArgument {
     const Value& Get() const noexcept { return m_value; }
     std::string ToString() const;
 
-  private:
+private:
     template <class T>
     static Value MakeValue(const T& value) {
         if constexpr (std::is_same_v<T, char>)

@@ -15,7 +15,7 @@ namespace GenICam {
 
 /// A byte string, UTF-8 where it holds text. Reentrant; a null character pointer counts as the empty string.
 class gcstring {
-  public:
+public:
     static constexpr std::size_t npos = std::string::npos;
     static std::size_t _npos() noexcept { return npos; }
 
@@ -91,9 +91,7 @@ class gcstring {
     friend gcstring operator+(const gcstring& left, const gcstring& right) { return left.m_text + right.m_text; }
     friend gcstring operator+(const gcstring& left, const char* right) { return gcstring(left) += right; }
     friend gcstring operator+(const char* left, const gcstring& right) { return gcstring(left) += right; }
-    friend bool operator==(const gcstring& left, const gcstring& right) noexcept {
-        return left.m_text == right.m_text;
-    }
+    friend bool operator==(const gcstring& left, const gcstring& right) noexcept { return left.m_text == right.m_text; }
     friend bool operator==(const gcstring& left, const char* right) noexcept { return left.m_text == right; }
     friend bool operator==(const gcstring& left, const std::string& right) noexcept { return left.m_text == right; }
     friend std::strong_ordering operator<=>(const gcstring& left, const gcstring& right) noexcept {
@@ -104,7 +102,7 @@ class gcstring {
     }
     friend std::ostream& operator<<(std::ostream& out, const gcstring& text) { return out << text.m_text; }
 
-  private:
+private:
     std::string m_text;
 };
 

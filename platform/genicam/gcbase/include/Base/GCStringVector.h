@@ -14,7 +14,7 @@ namespace GenICam {
 
 /// A growable list of strings. Reentrant.
 class gcstring_vector {
-  public:
+public:
     using value_type = gcstring;
     using iterator = std::vector<gcstring>::iterator;
     using const_iterator = std::vector<gcstring>::const_iterator;
@@ -56,7 +56,7 @@ class gcstring_vector {
 
     friend bool operator==(const gcstring_vector& left, const gcstring_vector& right) = default;
 
-  private:
+private:
     std::vector<gcstring> m_texts;
 };
 

@@ -1,0 +1,48 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The one-shot timer that closes a port after a time of inactivity
+ */
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include "os/Timer.h"
+
+namespace Vanto {
+
+/// A timer that can be restarted and stopped by any thread, but for its own callback.
+class CInactivityTimer {
+public:
+    using Callback = void (*)(void* first, void* second);
+
+    CInactivityTimer() = default;
+    ~CInactivityTimer();
+    CInactivityTimer(const CInactivityTimer&) = delete;
+    CInactivityTimer& operator=(const CInactivityTimer&) = delete;
+
+    bool Restart(const std::atomic<std::uint32_t>& dueTime, Callback callback, void* second) noexcept;
+    bool Stop() noexcept;
+
+    /// True while someone waits for the callback to end: a callback that waits for a lock must give way then.
+    bool IsBeingDeleted() const noexcept { return m_deletions != 0; }
+
+private:
+    static void Trampoline(void* timer) noexcept;
+
+    bool DeleteTimer() noexcept;
+    void Clear() noexcept;
+
+    std::mutex m_change;           // one restart or stop at a time; never taken by the callback
+    std::mutex m_criticalSection;  // guards the members below; never held while the callback runs
+    std::unique_ptr<os::TimerQueue> m_queue;
+    os::TimerQueue::TimerId m_timer = 0;
+    Callback m_callback = nullptr;
+    void* m_first = nullptr;
+    void* m_second = nullptr;
+    std::atomic<int> m_deletions{0};
+};
+
+}  // namespace Vanto

@@ -1,0 +1,36 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Who wants to be told when a device's camera is gone
+ */
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "GenApi/Synch.h"
+#include "vanto/DeviceRemovalCallback.h"
+
+namespace Vanto {
+
+/// The removal callbacks of one device. Thread-safe; callbacks run without the lock.
+class CRemovalCallbacks {
+public:
+    DeviceCallbackHandle Register(const CDeviceRemovalCallback& callback);
+    bool Deregister(DeviceCallbackHandle handle);
+
+    /// The pointer that callbacks receive; null disarms.
+    void SetDevice(IVantoDevice* device);
+    void Fire();
+
+private:
+    struct Entry {
+        DeviceCallbackHandle handle;
+        std::shared_ptr<const CDeviceRemovalCallback> callback;
+    };
+
+    GenApi::CLock m_lock;
+    IVantoDevice* m_device = nullptr;
+    std::vector<Entry> m_entries;
+};
+
+}  // namespace Vanto
