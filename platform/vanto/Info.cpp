@@ -120,7 +120,8 @@ IProperties& CInfoBase::SetPropertyValue(const gcstring& name, const gcstring& v
 /**
  * \brief Whether every property of \a subset is here with the same value
  *
- * An empty record is a subset of any. Names and values are compared case-sensitively.
+ * An empty record is a subset of any. Names and values are compared case-sensitively. Names that begin with an
+ * underscore are notes to the transport layer ("_BornFree"), not properties of a device: they are left out.
  */
 bool CInfoBase::IsSubset(const IProperties& subset) const {
     StringList_t names;
@@ -128,6 +129,8 @@ bool CInfoBase::IsSubset(const IProperties& subset) const {
     return std::all_of(names.begin(), names.end(), [&](const gcstring& name) {
         gcstring wanted;
         gcstring held;
+        if (name.view().starts_with('_'))
+            return true;
         return subset.GetPropertyValue(name, wanted) && GetPropertyValue(name, held) && held == wanted;
     });
 }
