@@ -9,8 +9,10 @@
 #include <atomic>
 #include <exception>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 #include "Base/GCException.h"
 #include "ExceptionText.h"
@@ -31,6 +33,11 @@ bool MaySelect(const DeviceInfoList& filter, const CTlInfo& tl) {
     return filter.empty() || std::any_of(filter.begin(), filter.end(), [&](const CDeviceInfo& entry) {
                return !entry.IsDeviceClassAvailable() || entry.GetDeviceClass() == tl.GetDeviceClass();
            });
+}
+
+// One object may stand for several records.
+bool WasAsked(const std::vector<std::unique_ptr<const TlLease>>& asked, const TlLease& tl) {
+    return std::any_of(asked.begin(), asked.end(), [&](const auto& one) { return one->Get() == tl.Get(); });
 }
 
 // A device that a partial record was resolved to, and the transport layer that offers it.
@@ -93,14 +100,17 @@ TlModule::GivenBack CTlFactory::Impl::GiveBack(const ITransportLayer* tl) {
 // failure is the answer.
 std::vector<Match> CTlFactory::Impl::Enumerate(const std::vector<TlOffer>& offers, const DeviceInfoList& filter) {
     std::vector<Match> found;
+    std::vector<std::unique_ptr<const TlLease>> asked;
     std::exception_ptr firstFailure;
     bool anySucceeded = false;
     for (const TlOffer& offer : offers) {
         try {
-            const TlLease tl(*offer.module, offer.info);
+            auto tl = std::make_unique<const TlLease>(*offer.module, offer.info);
+            if (!*tl || WasAsked(asked, *tl))
+                continue;
+            asked.push_back(std::move(tl));
             DeviceInfoList devices;
-            if (tl)
-                tl->EnumerateDevices(devices, filter, true);
+            (*asked.back())->EnumerateDevices(devices, filter, true);
             for (const CDeviceInfo& device : devices)
                 found.push_back({offer, device});
             anySucceeded = true;
