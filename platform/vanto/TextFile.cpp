@@ -17,6 +17,8 @@ namespace {
 
 constexpr std::uintmax_t kMaxTextFile = 256 * 1024 * 1024;
 
+constexpr const char* kTooLarge = "it is larger than 256 MiB";
+
 [[noreturn]] void ThrowUnreadable(const gcstring& path, const std::string& reason) {
     throw RUNTIME_EXCEPTION("The file '%s' can't be read: %s", path, reason);
 }
@@ -40,17 +42,19 @@ gcstring textFileToString(const gcstring& path) {
                         error ? error.message() : std::make_error_code(std::errc::no_such_file_or_directory).message());
     if (!std::filesystem::is_regular_file(status))
         ThrowUnreadable(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
+    if (std::filesystem::file_size(path.str(), error) > kMaxTextFile && !error)
+        ThrowUnreadable(path, kTooLarge);
     errno = 0;
     std::ifstream file(path.str(), std::ios::binary);
     if (!file)
         ThrowUnreadable(path, LastSystemError());
     std::string text;
     char block[16 * 1024];
-    // The size is no guide: the file may grow or shrink while it is read.
+    // The size alone is no guide: the file may grow or shrink while it is read.
     while (file.read(block, sizeof block) || file.gcount() > 0) {
         text.append(block, static_cast<std::size_t>(file.gcount()));
         if (text.size() > kMaxTextFile)
-            ThrowUnreadable(path, "it is larger than 256 MiB");
+            ThrowUnreadable(path, kTooLarge);
     }
     if (file.bad())
         ThrowUnreadable(path, LastSystemError());

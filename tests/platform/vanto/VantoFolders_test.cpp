@@ -1,0 +1,82 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "vanto/VantoFolders.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Base/GCException.h"
+#include "TestSupport.h"
+
+namespace {
+
+using namespace Vanto;
+using testing::HasSubstr;
+
+TEST(VantoFolders, LieBelowVantoRoot) {
+    const ScopedEnvironment root("VANTO_ROOT", "/some/root");
+    EXPECT_EQ(getVantoFolderPath(eRootFolder), "/some/root");
+    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/some/root/bin");
+    EXPECT_EQ(getVantoFolderPath(eLibraryFolder), "/some/root/lib");
+    EXPECT_EQ(getVantoFolderPath(eTransportLayerFolder), "/some/root/lib/vanto/tl");
+    EXPECT_EQ(getVantoFolderPath(ePluginFolder), "/some/root/lib/vanto/plugins");
+    EXPECT_EQ(getVantoFolderPath(eConfigurationFolder), "/some/root/etc/vanto");
+    EXPECT_EQ(static_cast<int>(ePluginFolder), 4);
+}
+
+TEST(VantoFolders, DropSeparatorsAtTheEndOfVantoRoot) {
+    {
+        const ScopedEnvironment root("VANTO_ROOT", "/some/root//");
+        EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/some/root/bin");
+    }
+    const ScopedEnvironment root("VANTO_ROOT", "/");
+    EXPECT_EQ(getVantoFolderPath(eRootFolder), "/");
+    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/bin");
+}
+
+TEST(VantoFolders, AreFoundByPlaceWithoutVantoRoot) {
+    const ScopedEnvironment root("VANTO_ROOT", "");
+    EXPECT_EQ(std::filesystem::weakly_canonical(getVantoFolderPath(eRootFolder).str()),
+              std::filesystem::weakly_canonical(BUILD_ROOT));
+}
+
+TEST(VantoFolders, RefuseAnUnknownType) {
+    EXPECT_THROW(getVantoFolderPath(static_cast<eFolderType>(7)), GenICam::InvalidArgumentException);
+}
+
+TEST(VantoFolders, KnowTheSeparator) {
+    EXPECT_EQ(getVantoPathSeperator(), "/");
+}
+
+std::string FailureOf(const std::string& path) {
+    try {
+        textFileToString(path);
+    } catch (const GenICam::RuntimeException& error) {
+        return error.GetDescription();
+    }
+    return "no exception";
+}
+
+TEST(TextFileToString, ReturnsTheWholeText) {
+    const TempFolder folder;
+    std::string text(100000, 'x');
+    text += std::string("\0\r\n\xEF", 4);
+    EXPECT_EQ(textFileToString(folder.Write("a", text)).str(), text);
+    EXPECT_EQ(textFileToString(folder.Write("empty", "")), "");
+}
+
+TEST(TextFileToString, NamesFileAndReason) {
+    const TempFolder folder;
+    EXPECT_EQ(FailureOf(folder.Path("none")),
+              "The file '" + folder.Path("none") + "' can't be read: No such file or directory");
+    EXPECT_EQ(FailureOf(folder.Path()), "The file '" + folder.Path() + "' can't be read: it is a folder");
+    EXPECT_EQ(FailureOf("/dev/zero"), "The file '/dev/zero' can't be read: it is no regular file");
+}
+
+TEST(TextFileToString, RefusesAFileBeyondTheBound) {
+    const TempFolder folder;
+    const std::string path = folder.Write("large", "");
+    std::filesystem::resize_file(path, 256 * 1024 * 1024 + 1);
+    EXPECT_THAT(FailureOf(path), HasSubstr("it is larger than 256 MiB"));
+}
+
+}  // namespace
