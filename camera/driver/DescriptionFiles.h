@@ -1,0 +1,28 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The description files that a camera's manifest lists
+ */
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "CameraMemory.h"
+#include "Logger.h"
+#include "gencp/Manifest.h"
+
+namespace marlow {
+
+struct DescriptionFile {
+    std::string xmlId;  ///< CLProtocol: SchemaVersion.M.m@<short DeviceID>@XMLVersion.a.b.c
+    gencp::ManifestEntry entry;
+};
+
+inline constexpr std::uint64_t kMaxDescriptionSize = 64 * 1024 * 1024;  ///< bytes; a camera's word is bounded by it
+
+std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger);
+void FetchDescription(CameraMemory& memory, const DescriptionFile& file, std::span<std::uint8_t> buffer);
+
+}  // namespace marlow

@@ -1,0 +1,41 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * RateChanger: a new baud rate for camera and host together
+ */
+#pragma once
+
+#include <optional>
+
+#include "CameraMemory.h"
+#include "Logger.h"
+#include "SerialLine.h"
+
+namespace marlow {
+
+/// Thread-bound. For a camera that has serial registers (SBRM), or none.
+class RateChanger {
+public:
+    RateChanger(SerialLine& line, CameraMemory& memory, Logger& logger)
+        : m_line(line), m_memory(memory), m_logger(logger) {}
+
+    void SetHasRegisters(bool hasRegisters) { m_hasRegisters = hasRegisters; }
+
+    std::uint32_t SupportedByBoth();
+    void Change(const gencp::BaudRate& target);
+
+private:
+    bool TryChange(const gencp::BaudRate& target);
+    void FindAgain(const gencp::BaudRate& old, const gencp::BaudRate& target);
+    bool IsCameraAt(const gencp::BaudRate& rate);
+    std::uint64_t CurrentRateAddress();
+    void ReadRegisters();
+
+    SerialLine& m_line;
+    CameraMemory& m_memory;
+    Logger& m_logger;
+    bool m_hasRegisters = false;
+    std::optional<std::uint64_t> m_address;  // of the SBRM, once it was read
+    std::uint32_t m_supportedByCamera = 0;
+};
+
+}  // namespace marlow

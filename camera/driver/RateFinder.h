@@ -1,0 +1,49 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * RateFinder: the baud rate that a camera is at
+ */
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CameraMemory.h"
+#include "Exchanger.h"
+#include "SerialLine.h"
+
+namespace marlow {
+
+/// Where the camera was last seen; flags of gencp::kBaudRates.
+struct RateHints {
+    std::optional<std::uint32_t> ofCamera;  ///< of the very camera that is asked for
+    std::optional<std::uint32_t> ofPort;    ///< of whatever camera was on what seems to be this port
+};
+
+/// Thread-bound, for one search.
+class RateFinder {
+public:
+    RateFinder(SerialLine& line, Exchanger& exchanger, CameraMemory& memory, Logger& logger)
+        : m_line(line), m_exchanger(exchanger), m_memory(memory), m_logger(logger) {}
+
+    std::uint32_t Find(const RateHints& hints);
+
+private:
+    struct Attempt {
+        std::uint32_t flag;
+        bool isPatient;
+    };
+
+    std::vector<Attempt> FirstRound(const RateHints& hints) const;
+    std::vector<Attempt> SecondRound(const std::vector<Attempt>& first, bool wasAnythingReceived) const;
+    std::optional<std::uint32_t> Try(const Attempt& attempt);
+    std::string TriedRates() const;
+
+    SerialLine& m_line;
+    Exchanger& m_exchanger;
+    CameraMemory& m_memory;
+    Logger& m_logger;
+    std::vector<std::uint32_t> m_tried;  // bit/s
+};
+
+}  // namespace marlow
