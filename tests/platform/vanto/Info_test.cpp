@@ -56,6 +56,13 @@ TEST(CInfoBase, SubsetNeedsEveryPropertyWithTheSameValue) {
     EXPECT_FALSE(Camera("1").IsSubset(partial));
 }
 
+TEST(CInfoBase, SubsetLeavesOutNotesToTheTransportLayer) {
+    CDeviceInfo partial;
+    partial.SetSerialNumber("1");
+    partial.SetPropertyValue("_BornFree", "1");
+    EXPECT_TRUE(Camera("1").IsSubset(partial));
+}
+
 TEST(CInfoBase, SubsetIsCaseSensitive) {
     CDeviceInfo partial;
     partial.SetModelName("model");
