@@ -63,6 +63,12 @@ void Library::Unload() noexcept {
     m_path.clear();
 }
 
+/// Forgets the library without releasing it: it stays loaded as long as the process lives.
+void Library::Keep() noexcept {
+    m_handle = nullptr;
+    m_path.clear();
+}
+
 /// A symbol's address, or null when the library has none of that name or is not loaded.
 void* Library::FindSymbol(const char* name) const noexcept {
     return m_handle != nullptr ? ::dlsym(m_handle, name) : nullptr;

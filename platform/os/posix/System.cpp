@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Tick count and debugger output on POSIX systems
+ * Tick count, debugger output and settings of the machine on POSIX systems
  */
 
 #include "os/System.h"
@@ -20,6 +20,11 @@ std::uint32_t TickCount() noexcept {
 void WriteToDebugger(const char* text) noexcept {
     if (text != nullptr)
         std::fputs(text, stderr);
+}
+
+/// A text of the machine's registry. There is none on this system: nothing.
+std::optional<std::string> MachineSetting(const char* /*key*/, const char* /*name*/) {
+    return std::nullopt;
 }
 
 }  // namespace os

@@ -1,11 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Tick count, Shift key and debugger output on Windows
+ * Tick count, Shift key, debugger output and settings of the machine on Windows
  */
 
 #include "os/System.h"
 
 #include <windows.h>
+
+#include <array>
 
 namespace os {
 
@@ -24,6 +26,20 @@ bool IsShiftKeyDown() noexcept {
 void WriteToDebugger(const char* text) noexcept {
     if (text != nullptr)
         ::OutputDebugStringA(text);
+}
+
+/**
+ * \brief A text of the machine's registry
+ * \param[in] key Key below HKEY_LOCAL_MACHINE
+ * \param[in] name Name of the value
+ * \return The text; nothing when there is no such value, it is no text or longer than 4095 bytes
+ */
+std::optional<std::string> MachineSetting(const char* key, const char* name) {
+    std::array<char, 4096> text{};
+    DWORD size = static_cast<DWORD>(text.size());
+    if (::RegGetValueA(HKEY_LOCAL_MACHINE, key, name, RRF_RT_REG_SZ, nullptr, text.data(), &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    return std::string(text.data());
 }
 
 }  // namespace os

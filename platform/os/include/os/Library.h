@@ -29,6 +29,7 @@ public:
     bool IsLoaded() const noexcept { return m_handle != nullptr; }
     const std::string& Path() const noexcept { return m_path; }
     void Unload() noexcept;
+    void Keep() noexcept;
 
     void* FindSymbol(const char* name) const noexcept;
     void* Symbol(const char* name) const;

@@ -16,7 +16,7 @@ namespace CLProtocol {
 
 /// A serial library, a driver or the module itself failed with a Camera Link or CLProtocol error code.
 class CLPROTOCOL_API CLErrException : public GenICam::RuntimeException {
-  public:
+public:
     CLErrException(const char* description, const char* sourceFileName, unsigned sourceLine, std::int32_t errorCode)
         : RuntimeException(description, sourceFileName, sourceLine, "CLErrException"), m_errorCode(errorCode) {}
     ~CLErrException() override;
@@ -26,7 +26,7 @@ class CLPROTOCOL_API CLErrException : public GenICam::RuntimeException {
     /// The code of the Camera Link serial API (-10001 ...), of CLProtocol (-20100 ...) or of a driver (-30000 ...).
     std::int32_t GetErrorCode() const noexcept { return m_errorCode; }
 
-  private:
+private:
     std::int32_t m_errorCode;
 };
 

@@ -18,7 +18,7 @@ namespace CLProtocol {
 /// One connection to one camera: serial library, driver library and the driver's cookie. The static operations work
 /// on all ports and drivers of the machine. Thread-safe: accesses to one port run one after the other.
 class CLPROTOCOL_API CCLPort : public GenApi::IPort {
-  public:
+public:
     CCLPort();
     virtual ~CCLPort() noexcept(false);
     CCLPort(const CCLPort&) = delete;
@@ -42,7 +42,7 @@ class CLPROTOCOL_API CCLPort : public GenApi::IPort {
     void Read(void* buffer, std::int64_t address, std::int64_t length) override;
     void Write(const void* buffer, std::int64_t address, std::int64_t length) override;
 
-  private:
+private:
     class Impl;
     std::unique_ptr<Impl> m_impl;
 };

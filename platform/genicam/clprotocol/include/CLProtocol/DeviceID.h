@@ -14,7 +14,7 @@ namespace CLProtocol {
 /// DriverDirectory#DriverFileName#Manufacturer#Family#Model[#Version][#SerialNumber]. Six tokens end in the serial
 /// number, seven in version and serial number. All getters of an unparsed identifier yield the empty string.
 class CLPROTOCOL_API CDeviceID {
-  public:
+public:
     CDeviceID() = default;
     explicit CDeviceID(const GenICam::gcstring& deviceId) { FromString(deviceId); }
 
@@ -34,7 +34,7 @@ class CLPROTOCOL_API CDeviceID {
     GenICam::gcstring GetShortDeviceID() const;
     bool IsMatchingTemplate(const GenICam::gcstring& deviceIdTemplate) const;
 
-  private:
+private:
     GenICam::gcstring m_driverDirectory;
     GenICam::gcstring m_driverFileName;
     GenICam::gcstring m_manufacturer;

@@ -1,0 +1,141 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A thread on which foreign functions run
+ */
+
+#include "CallThread.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+#include "CLProtocol/CLException.h"
+#include "CLProtocol/Diagnostics.h"
+#include "ForeignCall.h"
+#include "clser/ClSerial.h"
+#include "os/Library.h"
+
+namespace CLProtocol {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Code that a thread is still in must not be unmapped with the module.
+void KeepModuleLoaded() noexcept {
+    try {
+        os::Library self(os::PathOfCode(reinterpret_cast<const void*>(&KeepModuleLoaded)));
+        self.Keep();
+    } catch (const std::exception&) {  // part of a program, which is never unloaded
+    }
+}
+
+}  // namespace
+
+struct CallThread::State {
+    std::mutex mutex;
+    std::condition_variable changed;
+    Job job;
+    bool hasJob = false;  // from the moment it is given until it is done
+    bool isOver = false;
+    std::exception_ptr error;
+    const std::shared_ptr<ForeignActivity> activity = std::make_shared<ForeignActivity>();
+};
+
+/**
+ * \class CallThread
+ * \brief Runs one job after the other on a thread of its own
+ *
+ * A job that hangs in foreign code is given up: the thread is left alone with all that the job holds, which is freed
+ * when the foreign function returns after all. Nothing can interrupt such a function.
+ *
+ * \context Bound to one thread at a time. A job must own all that it uses, for it may outlive its caller.
+ */
+CallThread::CallThread() : m_state(std::make_shared<State>()) {
+    try {
+        m_thread = std::thread([state = m_state] { Work(state); });
+    } catch (const std::system_error& error) {
+        throw RUNTIME_EXCEPTION("Could not start a thread: %s", error.what());
+    }
+}
+
+CallThread::~CallThread() {
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->isOver = true;
+        m_state->changed.notify_all();
+    }
+    if (m_isStuck)
+        m_thread.detach();
+    else
+        m_thread.join();
+}
+
+void CallThread::Work(const std::shared_ptr<State>& state) {
+    SetCurrentActivity(state->activity);
+    std::unique_lock lock(state->mutex);
+    while (true) {
+        state->changed.wait(lock, [&] { return state->isOver || (state->hasJob && state->job); });
+        if (!state->job)
+            return;
+        Job job = std::exchange(state->job, nullptr);
+        lock.unlock();
+        std::exception_ptr error;
+        try {
+            job();
+        } catch (...) {
+            error = std::current_exception();
+        }
+        job = nullptr;
+        lock.lock();
+        state->error = std::move(error);
+        state->hasJob = false;
+        state->changed.notify_all();
+    }
+}
+
+/**
+ * \brief Runs a job and waits for it
+ * \param[in] job What to do
+ * \param[in] silence Time that a foreign function may take without a sign of life, besides the module's patience
+ * \param[in] limit Time that the whole job may take
+ * \throw CLErrException Code -10004: a foreign function hangs, now or since an earlier job; the text names it
+ * \throw ... What the job throws
+ */
+void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
+    if (m_isStuck)
+        ThrowStuck();
+    const auto patience = Milliseconds(GetPatience().callMs) + silence;
+    std::unique_lock lock(m_state->mutex);
+    m_state->job = std::move(job);
+    m_state->hasJob = true;
+    m_state->changed.notify_all();
+    const auto end = Clock::now() + limit;
+    std::uint64_t progress = 0;
+    do {
+        progress = m_state->activity->Progress();
+        const auto until = std::min(Clock::now() + patience, end);
+        m_state->changed.wait_until(lock, until, [this] { return !m_state->hasJob; });
+    } while (m_state->hasJob && Clock::now() < end && m_state->activity->Progress() != progress);
+    if (m_state->hasJob) {
+        m_isStuck = true;
+        KeepModuleLoaded();
+        ThrowStuck();
+    }
+    if (std::exception_ptr error = std::exchange(m_state->error, nullptr)) {
+        lock.unlock();
+        std::rethrow_exception(std::move(error));
+    }
+}
+
+void CallThread::ThrowStuck() {
+    const ForeignActivity::Place place = m_state->activity->Current();
+    throw CLErrException(GenICam::FormatText("Function '%s' of '%s' does not return (%d)", place.function,
+                                             place.library, static_cast<int>(CL_ERR_TIMEOUT))
+                             .c_str(),
+                         __FILE__, __LINE__, CL_ERR_TIMEOUT);
+}
+
+}  // namespace CLProtocol

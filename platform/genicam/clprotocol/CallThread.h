@@ -1,0 +1,39 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A thread on which foreign functions run, so that one that hangs does not hang the caller
+ */
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace CLProtocol {
+
+class CallThread {
+public:
+    using Job = std::function<void()>;
+    using Milliseconds = std::chrono::milliseconds;
+
+    CallThread();
+    ~CallThread();
+    CallThread(const CallThread&) = delete;
+    CallThread& operator=(const CallThread&) = delete;
+
+    void Run(Job job, Milliseconds silence = Milliseconds(0), Milliseconds limit = kLimit);
+    bool IsStuck() const noexcept { return m_isStuck; }
+
+    static constexpr Milliseconds kLimit = std::chrono::minutes(5);
+
+private:
+    struct State;
+    static void Work(const std::shared_ptr<State>& state);
+    [[noreturn]] void ThrowStuck();
+
+    std::shared_ptr<State> m_state;
+    std::thread m_thread;
+    bool m_isStuck = false;
+};
+
+}  // namespace CLProtocol

@@ -1,0 +1,79 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Calls of functions of foreign libraries: their exceptions are stopped, and it is known which of them is at work
+ */
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "Base/GCException.h"
+
+namespace CLProtocol {
+
+/// Which foreign function a thread is in, and a count of those that have returned. Thread-safe.
+class ForeignActivity {
+public:
+    /// Library and function; both empty outside of foreign code.
+    struct Place {
+        std::string library;
+        const char* function = "";
+    };
+
+    Place Enter(const std::string& library, const char* function);
+    void Leave(Place&& previous) noexcept;
+    Place Current() const;
+    std::uint64_t Progress() const;
+
+private:
+    mutable std::mutex m_mutex;
+    Place m_place;
+    std::uint64_t m_returned = 0;
+};
+
+/// The calling thread's activity.
+ForeignActivity& CurrentActivity();
+/// Makes \a activity the calling thread's, so that another thread can watch it.
+void SetCurrentActivity(std::shared_ptr<ForeignActivity> activity);
+/// Path of the library that the calling thread is in; empty outside of foreign code.
+std::string CurrentForeignLibrary();
+
+/// Marks the time that a thread spends in a foreign function.
+class ForeignScope {
+public:
+    ForeignScope(const std::string& library, const char* function)
+        : m_activity(CurrentActivity()), m_previous(m_activity.Enter(library, function)) {}
+    ~ForeignScope() { m_activity.Leave(std::move(m_previous)); }
+    ForeignScope(const ForeignScope&) = delete;
+    ForeignScope& operator=(const ForeignScope&) = delete;
+
+private:
+    ForeignActivity& m_activity;
+    ForeignActivity::Place m_previous;
+};
+
+[[noreturn]] void ThrowForeignException(const std::string& library, const char* function, const char* what);
+
+/**
+ * \brief Calls a function of a foreign library
+ * \param[in] library Path of the library
+ * \param[in] function Name of the function
+ * \return What the function returns
+ * \throw GenICam::RuntimeException The function threw; the text names library, function and what it threw
+ */
+template <class Function, class... Arguments>
+auto CallForeign(const std::string& library, const char* name, Function* function, Arguments... arguments) {
+    const ForeignScope scope(library, name);
+    try {
+        return function(arguments...);
+    } catch (const std::exception& error) {
+        ThrowForeignException(library, name, error.what());
+    } catch (...) {
+        ThrowForeignException(library, name, "of unknown type");
+    }
+}
+
+}  // namespace CLProtocol

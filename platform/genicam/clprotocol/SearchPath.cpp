@@ -1,0 +1,47 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Lists of folders in which the module looks for libraries
+ */
+
+#include "SearchPath.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "Texts.h"
+#include "os/Environment.h"
+#include "os/Library.h"
+#include "os/Path.h"
+
+namespace CLProtocol {
+
+/// The folder that the module's own library lies in.
+std::string ModuleFolder() {
+    return os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&ModuleFolder)));
+}
+
+/// The folders that an environment variable lists; none when it is absent or empty.
+std::vector<std::string> FoldersOfVariable(const char* name) {
+    return FoldersOfList(os::GetEnvironment(name).text);
+}
+
+/// The folders of a list, in order, each once, without separators at their ends; environment variables stay.
+std::vector<std::string> FoldersOfList(const std::string& list) {
+    std::vector<std::string> folders;
+    for (std::string& folder : SplitWithoutEmpty(list, os::kPathListSeparator)) {
+        while (folder.size() > 1 && folder.back() == os::kPathSeparator)
+            folder.pop_back();
+        if (std::find(folders.begin(), folders.end(), folder) == folders.end())
+            folders.push_back(std::move(folder));
+    }
+    return folders;
+}
+
+/// One and the same text for all paths of a file.
+std::string CanonicalPath(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path canonical = std::filesystem::canonical(path, error);
+    return error ? path : canonical.string();
+}
+
+}  // namespace CLProtocol

@@ -1,0 +1,17 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Lists of folders in which the module looks for libraries
+ */
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLProtocol {
+
+std::string ModuleFolder();
+std::vector<std::string> FoldersOfVariable(const char* name);
+std::vector<std::string> FoldersOfList(const std::string& list);
+std::string CanonicalPath(const std::string& path);
+
+}  // namespace CLProtocol

@@ -1,0 +1,204 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * An open serial port, as a driver uses it
+ */
+
+#include "SerialConnection.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "CLProtocol/CLException.h"
+#include "ModuleLog.h"
+
+namespace CLProtocol {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kPieceSize = 65536;
+constexpr std::size_t kPieceMargin = 256;  // some libraries write more than they were asked for
+constexpr CLUINT32 kEarlyMs = 5;           // clocks differ: a time-out may come that much before its time
+constexpr auto kPause = std::chrono::milliseconds(1);
+
+class Deadline {
+public:
+    explicit Deadline(CLUINT32 timeoutMs) : m_end(Clock::now() + std::chrono::milliseconds(timeoutMs)) {}
+
+    CLUINT32 Remaining() const {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_end - Clock::now()).count();
+        return static_cast<CLUINT32>(std::max<decltype(left)>(left, 0));
+    }
+
+private:
+    Clock::time_point m_end;
+};
+
+}  // namespace
+
+/**
+ * \class SerialConnection
+ * \brief What the host hands to a driver as ISerial
+ *
+ * A library's result alone is not believed: bytes are counted, and the time-out is watched here, for there are
+ * libraries that ignore theirs and report success with nothing or not all done. What was read of an incomplete
+ * answer is kept for the next read, so that a time-out copies nothing, as the standard wants it. An exception of the
+ * library becomes -10006.
+ *
+ * A library's function that does not return can't be interrupted: neither does this then.
+ *
+ * \context Any thread; calls run one after the other.
+ */
+
+/**
+ * \brief Opens a port at 9600 baud and discards what it has received
+ * \throw CLErrException The library refuses
+ * \throw GenICam::RuntimeException The library threw
+ */
+SerialConnection::SerialConnection(std::shared_ptr<const SerialLibrary> library, std::uint32_t index,
+                                   const std::string& portId)
+    : m_library(std::move(library)), m_piece(kPieceSize + kPieceMargin), m_port(m_library->Open(index, portId)) {
+    try {
+        const std::int32_t result = m_library->SetBaudRate(m_port, CL_BAUDRATE_9600);
+        if (result < 0)
+            throw CLErrException(
+                GenICam::FormatText("Could not set port '%s' to 9600 baud: function 'clSetBaudRate' of '%s' failed: "
+                                    "%s (%d)",
+                                    portId, m_library->Path(), m_library->ErrorText(result), result)
+                    .c_str(),
+                __FILE__, __LINE__, result);
+        m_library->Flush(m_port);
+    } catch (...) {
+        m_library->Close(m_port);
+        throw;
+    }
+}
+
+SerialConnection::~SerialConnection() {
+    try {
+        m_library->Close(m_port);
+    } catch (const GenICam::GenericException& error) {
+        Log(CLP_LOG_ERROR, "Could not close a port: %s", error.GetDescription());
+    }
+}
+
+/// What the library threw last; empty when it has not.
+std::string SerialConnection::LastException() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lastException;
+}
+
+template <class Operation>
+CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
+    try {
+        const std::lock_guard lock(m_mutex);
+        try {
+            return operation();
+        } catch (const GenICam::GenericException& error) {
+            m_lastException = error.GetDescription();
+            Log(CLP_LOG_ERROR, "%s", m_lastException);
+            return CL_ERR_INVALID_REFERENCE;
+        }
+    } catch (const std::exception&) {
+        return CL_ERR_OUT_OF_MEMORY;
+    }
+}
+
+/**
+ * \brief Reads bytes
+ * \param[out] buffer Takes the bytes
+ * \param[in,out] bufferSize Number of bytes that are wanted; afterwards of those that were copied: all or none
+ * \param[in] serialTimeout Milliseconds until they must have come
+ * \return 0, -10004 when they have not come in time, or another error of the library
+ */
+CLINT32 SerialConnection::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
+    if (bufferSize == nullptr || (buffer == nullptr && *bufferSize != 0))
+        return CL_ERR_INVALID_PTR;
+    return Guarded([&]() -> CLINT32 {
+        const std::size_t wanted = std::exchange(*bufferSize, 0);
+        if (const CLINT32 result = FillBuffer(wanted, serialTimeout); result < 0)
+            return result;
+        const auto end = m_received.begin() + static_cast<std::ptrdiff_t>(wanted);
+        std::copy(m_received.begin(), end, buffer);
+        m_received.erase(m_received.begin(), end);
+        *bufferSize = static_cast<CLUINT32>(wanted);
+        return CL_ERR_NO_ERR;
+    });
+}
+
+CLINT32 SerialConnection::FillBuffer(std::size_t wanted, CLUINT32 timeoutMs) {
+    const Deadline deadline(timeoutMs);
+    for (CLUINT32 remaining = timeoutMs; m_received.size() < wanted; remaining = deadline.Remaining()) {
+        const std::size_t before = m_received.size();
+        const CLINT32 result = ReadPiece(std::min(wanted - before, kPieceSize), remaining);
+        if (result < 0 && result != CL_ERR_TIMEOUT)
+            return result;
+        if (m_received.size() >= wanted)
+            break;
+        const CLUINT32 left = deadline.Remaining();
+        if (left == 0 || (result == CL_ERR_TIMEOUT && left <= kEarlyMs))
+            return CL_ERR_TIMEOUT;
+        if (m_received.size() == before)
+            std::this_thread::sleep_for(kPause);
+    }
+    return CL_ERR_NO_ERR;
+}
+
+CLINT32 SerialConnection::ReadPiece(std::size_t wanted, CLUINT32 timeoutMs) {
+    auto count = static_cast<std::uint32_t>(wanted);
+    const CLINT32 result = m_library->Read(m_port, m_piece.data(), &count, timeoutMs);
+    if (result >= 0) {
+        const std::size_t received = std::min<std::size_t>(count, wanted);
+        m_received.insert(m_received.end(), m_piece.begin(), m_piece.begin() + static_cast<std::ptrdiff_t>(received));
+    }
+    return result;
+}
+
+/**
+ * \brief Writes bytes
+ * \param[in] buffer The bytes
+ * \param[in,out] bufferSize Their number; afterwards of those that were written
+ * \param[in] serialTimeout Milliseconds until all must be written
+ * \return 0, -10004 when they are not written in time, or another error of the library
+ */
+CLINT32 SerialConnection::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
+    if (bufferSize == nullptr || (buffer == nullptr && *bufferSize != 0))
+        return CL_ERR_INVALID_PTR;
+    return Guarded([&]() -> CLINT32 {
+        const CLUINT32 wanted = std::exchange(*bufferSize, 0);
+        const Deadline deadline(serialTimeout);
+        for (CLUINT32 remaining = serialTimeout; *bufferSize < wanted; remaining = deadline.Remaining()) {
+            CLUINT32 count = wanted - *bufferSize;
+            const CLINT32 result = m_library->Write(m_port, buffer + *bufferSize, &count, remaining);
+            if (result < 0)
+                return result;
+            *bufferSize += std::min(count, wanted - *bufferSize);
+            if (*bufferSize < wanted && deadline.Remaining() == 0)
+                return CL_ERR_TIMEOUT;
+            if (count == 0)
+                std::this_thread::sleep_for(kPause);
+        }
+        return CL_ERR_NO_ERR;
+    });
+}
+
+CLINT32 SerialConnection::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
+    if (baudRates == nullptr)
+        return CL_ERR_INVALID_PTR;
+    return Guarded([&] { return m_library->GetSupportedBaudRates(m_port, baudRates); });
+}
+
+/// Sets the rate; what came in at the rate before is forgotten.
+CLINT32 SerialConnection::clSetBaudRate(CLUINT32 baudRate) noexcept {
+    return Guarded([&] {
+        const CLINT32 result = m_library->SetBaudRate(m_port, baudRate);
+        if (result >= 0)
+            m_received.clear();
+        return result;
+    });
+}
+
+}  // namespace CLProtocol

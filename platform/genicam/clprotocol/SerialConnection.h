@@ -1,0 +1,44 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * An open serial port, as a driver uses it
+ */
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "CLProtocol/ISerial.h"
+#include "SerialLibrary.h"
+
+namespace CLProtocol {
+
+class SerialConnection final : public ISerial {
+public:
+    SerialConnection(std::shared_ptr<const SerialLibrary> library, std::uint32_t index, const std::string& portId);
+    ~SerialConnection() override;
+
+    CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
+    CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
+    CLINT32 clGetSupportedBaudRates(CLUINT32* baudRates) noexcept override;
+    CLINT32 clSetBaudRate(CLUINT32 baudRate) noexcept override;
+
+    const SerialLibrary& Library() const noexcept { return *m_library; }
+    std::string LastException() const;
+
+private:
+    template <class Operation>
+    CLINT32 Guarded(Operation operation) noexcept;
+    CLINT32 FillBuffer(std::size_t wanted, CLUINT32 timeoutMs);
+    CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
+
+    const std::shared_ptr<const SerialLibrary> m_library;
+    mutable std::mutex m_mutex;
+    std::vector<char> m_received;  // what has come in and was not asked for completely yet
+    std::vector<char> m_piece;
+    std::string m_lastException;
+    hSerRef m_port = nullptr;
+};
+
+}  // namespace CLProtocol

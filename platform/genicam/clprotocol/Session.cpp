@@ -1,0 +1,170 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A connection to one camera
+ */
+
+#include "Session.h"
+
+#include <bit>
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "CLProtocol/CLException.h"
+#include "CLProtocol/Diagnostics.h"
+#include "ErrorCodes.h"
+#include "ModuleLog.h"
+#include "Texts.h"
+
+namespace CLProtocol {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr CLUINT32 kAllRates = 0xff;
+constexpr auto kPendingPause = std::chrono::milliseconds(1);
+
+}  // namespace
+
+/**
+ * \class Session
+ * \brief An open serial port with a driver on it, and the driver's connection once a probe has found a camera
+ *
+ * Every operation throws CLErrException with the code that the driver or the serial library gave; its text names
+ * function, library, port and code and explains the code: the driver is asked first, then the serial library, then
+ * the standard. What a library throws arrives as GenICam::RuntimeException.
+ *
+ * \context One thread at a time.
+ */
+
+/// Opens the port at 9600 baud.
+Session::Session(const SerialPort& port, std::shared_ptr<const DriverLibrary> driver)
+    : m_portId(port.id), m_driver(std::move(driver)), m_serial(port.library, port.index, port.id) {}
+
+Session::~Session() {
+    try {
+        Disconnect();
+    } catch (const GenICam::GenericException& error) {
+        Log(CLP_LOG_ERROR, "%s", error.GetDescription());
+    }
+}
+
+/**
+ * \brief Looks for a camera and connects to it
+ * \param[in] templateOrDeviceId What to look for, in its short form
+ * \param[in] timeoutMs Time-out of each single exchange on the line
+ * \return Short DeviceID of the camera that was found; empty when there is none
+ */
+std::string Session::Probe(const std::string& templateOrDeviceId, CLUINT32 timeoutMs) {
+    std::string deviceId;
+    const CLINT32 result = m_driver->Probe(m_serial, templateOrDeviceId, deviceId, m_cookie, timeoutMs);
+    if (result < 0)
+        m_cookie = 0;  // a driver that fails has nothing to disconnect
+    CheckSuccess("clpProbeDevice", result);
+    if (!deviceId.empty() && m_cookie == 0)
+        ThrowError("clpProbeDevice", CLP_INVALID_COOKIE);
+    return deviceId;
+}
+
+/// Ends the driver's connection, if there is one.
+void Session::Disconnect() {
+    if (m_cookie != 0)
+        CheckSuccess("clpDisconnect", m_driver->Disconnect(std::exchange(m_cookie, 0)));
+}
+
+/// Reads as many bytes as \a bytes has.
+void Session::Read(CLINT64 address, std::vector<char>& bytes, CLUINT32 timeoutMs) {
+    CheckSuccess("clpReadRegister", m_driver->Read(m_serial, m_cookie, address, bytes.data(),
+                                                   static_cast<CLINT64>(bytes.size()), timeoutMs));
+}
+
+/// Writes \a bytes and waits until the camera is done with it.
+void Session::Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs) {
+    const CLINT32 result =
+        m_driver->Write(m_serial, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
+    if (result == CLP_PENDING_WRITE)
+        CheckSuccess("clpContinueWriteRegister", ContinuePendingWrite(timeoutMs));
+    else
+        CheckSuccess("clpWriteRegister", result);
+}
+
+CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
+    const auto end = Clock::now() + std::chrono::milliseconds(GetPatience().pendingWriteMs);
+    while (Clock::now() < end) {
+        const auto start = Clock::now();
+        const CLINT32 result = m_driver->ContinueWrite(m_serial, m_cookie, true, timeoutMs);
+        if (result != CLP_PENDING_WRITE)
+            return result;
+        // A driver that does not wait by itself must not keep the processor busy.
+        if (Clock::now() - start < kPendingPause)
+            std::this_thread::sleep_for(kPendingPause);
+    }
+    const CLINT32 result = m_driver->ContinueWrite(m_serial, m_cookie, false, timeoutMs);
+    return result == CLP_PENDING_WRITE ? static_cast<CLINT32>(CL_ERR_TIMEOUT) : result;
+}
+
+/// The XML IDs that the camera offers; none when it says that it has no description.
+std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
+    std::string ids;
+    const CLINT32 result = m_driver->GetXmlIds(m_serial, m_cookie, ids, timeoutMs);
+    if (result == CLP_NO_XMLDESCRIPTION_FOUND)
+        return {};
+    CheckSuccess("clpGetXMLIDs", result);
+    return SplitWithoutEmpty(ids, '\t');
+}
+
+/// The bytes of a description, as the camera has them.
+std::string Session::GetXml(const std::string& xmlId, CLUINT32 timeoutMs) {
+    std::string xml;
+    CheckSuccess("clpGetXMLDescription", m_driver->GetXml(m_serial, m_cookie, xmlId, xml, timeoutMs));
+    return xml;
+}
+
+/// The highest rate, as a flag, that camera and port both support; 0 when the driver can't tell.
+CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
+    CLUINT32 common = 0;
+    CLUINT32 port = 0;
+    if (!m_driver->IsParameterSupported(CLP_DEVICE_BAUDERATE) ||
+        !m_driver->IsParameterSupported(CLP_DEVICE_SUPPORTED_BAUDERATES) ||
+        m_driver->GetParameter(m_serial, CLP_DEVICE_SUPPORTED_BAUDERATES, m_cookie, common, timeoutMs) < 0 ||
+        m_serial.clGetSupportedBaudRates(&port) < 0)
+        return 0;
+    return std::bit_floor(common & port & kAllRates);
+}
+
+/// The camera's present rate, as a flag.
+CLUINT32 Session::GetRate(CLUINT32 timeoutMs) {
+    CLUINT32 rate = 0;
+    CheckSuccess("clpGetParam", m_driver->GetParameter(m_serial, CLP_DEVICE_BAUDERATE, m_cookie, rate, timeoutMs));
+    return rate;
+}
+
+/// Changes the rate of camera and port.
+void Session::SetRate(CLUINT32 flag, CLUINT32 timeoutMs) {
+    CheckSuccess("clpSetParam", m_driver->SetParameter(m_serial, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs));
+}
+
+void Session::CheckSuccess(const char* function, CLINT32 result) const {
+    if (result < 0)
+        ThrowError(function, result);
+    if (result > 0)
+        Log(CLP_LOG_DEBUG, "Port '%s': function '%s' of '%s' succeeded with %d", m_portId, function, m_driver->Path(),
+            result);
+}
+
+void Session::ThrowError(const char* function, CLINT32 result) const {
+    std::string text = GenICam::FormatText("Port '%s': function '%s' of '%s' failed: %s (%d)", m_portId, function,
+                                           m_driver->Path(), ErrorText(result), result);
+    if (const std::string cause = m_serial.LastException(); !cause.empty())
+        text += ". " + cause;
+    throw CLErrException(text.c_str(), __FILE__, __LINE__, result);
+}
+
+std::string Session::ErrorText(CLINT32 result) const {
+    if (std::optional<std::string> text = m_driver->ErrorText(result, m_cookie))
+        return *text;
+    return m_serial.Library().ErrorText(result);
+}
+
+}  // namespace CLProtocol

@@ -1,0 +1,49 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A connection to one camera: an open port, a driver, and the driver's cookie
+ */
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "DriverLibrary.h"
+#include "SerialConnection.h"
+#include "SerialPorts.h"
+
+namespace CLProtocol {
+
+class Session {
+public:
+    Session(const SerialPort& port, std::shared_ptr<const DriverLibrary> driver);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    std::string Probe(const std::string& templateOrDeviceId, CLUINT32 timeoutMs);
+    void Disconnect();
+
+    void Read(CLINT64 address, std::vector<char>& bytes, CLUINT32 timeoutMs);
+    void Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs);
+    std::vector<std::string> GetXmlIds(CLUINT32 timeoutMs);
+    std::string GetXml(const std::string& xmlId, CLUINT32 timeoutMs);
+    CLUINT32 FastestCommonRate(CLUINT32 timeoutMs);
+    CLUINT32 GetRate(CLUINT32 timeoutMs);
+    void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);
+
+    ISerial& Serial() { return m_serial; }
+
+private:
+    void CheckSuccess(const char* function, CLINT32 result) const;
+    [[noreturn]] void ThrowError(const char* function, CLINT32 result) const;
+    std::string ErrorText(CLINT32 result) const;
+    CLINT32 ContinuePendingWrite(CLUINT32 timeoutMs);
+
+    const std::string m_portId;
+    const std::shared_ptr<const DriverLibrary> m_driver;
+    SerialConnection m_serial;
+    CLUINT32 m_cookie = 0;
+};
+
+}  // namespace CLProtocol

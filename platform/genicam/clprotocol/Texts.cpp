@@ -1,0 +1,104 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Lists in texts, and texts that come from foreign libraries
+ */
+
+#include "Texts.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "clser/ClSerial.h"
+
+namespace CLProtocol {
+
+namespace {
+
+constexpr int kMaxAttempts = 4;  // a needed size that keeps growing is no answer
+
+bool IsControl(char character) {
+    const auto code = static_cast<unsigned char>(character);
+    return code < 0x20 || code == 0x7f;
+}
+
+}  // namespace
+
+/// The parts between separators; at least one, which may be empty.
+std::vector<std::string> Split(std::string_view text, char separator) {
+    std::vector<std::string> parts;
+    for (std::size_t from = 0;;) {
+        const std::size_t to = text.find(separator, from);
+        parts.emplace_back(text.substr(from, to - from));
+        if (to == std::string_view::npos)
+            return parts;
+        from = to + 1;
+    }
+}
+
+/// The parts between separators that are not empty.
+std::vector<std::string> SplitWithoutEmpty(std::string_view text, char separator) {
+    std::vector<std::string> parts = Split(text, separator);
+    std::erase(parts, std::string());
+    return parts;
+}
+
+/// The parts with separators between.
+std::string Join(const std::vector<std::string>& parts, char separator) {
+    std::string text;
+    for (const std::string& part : parts) {
+        if (&part != &parts.front())
+            text += separator;
+        text += part;
+    }
+    return text;
+}
+
+/// Whether the first tokens of \a text are those of \a start.
+bool BeginsWithTokens(std::string_view text, std::string_view start, char separator) {
+    return text.starts_with(start) && (text.size() == start.size() || text[start.size()] == separator);
+}
+
+/// Whether a text has any control character of ASCII.
+bool HasControlCharacters(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), IsControl);
+}
+
+/// The text with each control character, but those that are allowed, replaced by a blank.
+std::string WithoutControlCharacters(std::string_view text, std::string_view allowed) {
+    std::string result(text);
+    std::replace_if(
+        result.begin(), result.end(),
+        [&](char character) { return IsControl(character) && allowed.find(character) == std::string_view::npos; }, ' ');
+    return result;
+}
+
+/**
+ * \brief Asks a foreign function for a text of unknown size
+ * \param[in] function Gives the text
+ * \param[in] firstSize Size of the buffer to begin with, NUL included
+ * \param[in] maxSize Size that is granted at most
+ *
+ * Whatever size the function reports, the text ends at its first NUL and within the buffer.
+ *
+ * \return The function's result; -10001 also when the text needs more than \a maxSize or ever more
+ */
+ForeignText AskForText(const TextFunction& function, std::size_t firstSize, std::size_t maxSize) {
+    std::size_t capacity = firstSize;
+    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+        std::string buffer(capacity + 1, '\0');
+        auto size = static_cast<std::uint32_t>(capacity);
+        const std::int32_t result = function(buffer.data(), &size);
+        if (result >= 0) {
+            buffer.resize(std::strlen(buffer.c_str()));
+            return {result, std::move(buffer)};
+        }
+        if (result != CL_ERR_BUFFER_TOO_SMALL)
+            return {result, {}};
+        if (size <= capacity || size > maxSize)
+            break;
+        capacity = size;
+    }
+    return {CL_ERR_BUFFER_TOO_SMALL, {}};
+}
+
+}  // namespace CLProtocol

@@ -1,0 +1,33 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Lists in texts, and texts that come from foreign libraries
+ */
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CLProtocol {
+
+std::vector<std::string> Split(std::string_view text, char separator);
+std::vector<std::string> SplitWithoutEmpty(std::string_view text, char separator);
+std::string Join(const std::vector<std::string>& parts, char separator);
+bool BeginsWithTokens(std::string_view text, std::string_view start, char separator);
+bool HasControlCharacters(std::string_view text);
+std::string WithoutControlCharacters(std::string_view text, std::string_view allowed = {});
+
+/// Asks a foreign function for a text: it takes a buffer and the buffer's size, which it changes.
+using TextFunction = std::function<std::int32_t(char* buffer, std::uint32_t* size)>;
+
+/// Result of a function that gives a text; the text is empty unless the result is no error.
+struct ForeignText {
+    std::int32_t result;
+    std::string text;
+};
+
+ForeignText AskForText(const TextFunction& function, std::size_t firstSize, std::size_t maxSize);
+
+}  // namespace CLProtocol

@@ -1,0 +1,100 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Fetched descriptions on disk
+ */
+
+#include "XmlCache.h"
+
+#include <algorithm>
+
+#include "Base/GCUtilities.h"
+#include "ModuleLog.h"
+#include "Sha1.h"
+#include "os/Environment.h"
+#include "os/File.h"
+#include "os/Path.h"
+
+namespace CLProtocol {
+
+namespace {
+
+constexpr std::size_t kMaxSize = 64u << 20;
+constexpr std::size_t kMaxReadableName = 100;
+constexpr std::size_t kHashInName = 16;
+constexpr std::string_view kFirstLine = "CLProtocol description 1\n";
+
+// The sum stands for the ID as well, so that no file is taken for another's.
+std::string SumOf(const std::string& xmlId, std::string_view xml) {
+    std::string bytes = xmlId;
+    bytes += '\0';
+    bytes += xml;
+    return Sha1Of(bytes);
+}
+
+bool IsHarmless(char character) {
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z') || std::string_view("@._-").find(character) != std::string_view::npos;
+}
+
+}  // namespace
+
+/**
+ * \class XmlCache
+ * \brief Keeps descriptions by XML ID, one file each
+ *
+ * A file consists of the line "CLProtocol description 1", a line with the SHA-1 of XML ID, NUL and description, and
+ * the description. Files are written as a whole or not at all. A file that is damaged counts as absent. Nothing here
+ * is an error: where the cache can't be used, descriptions are fetched.
+ *
+ * \context Any thread, any number of processes.
+ */
+
+/// GENICAM_CACHE, else a folder of the user's caches; empty when the user has none.
+std::string XmlCache::Folder() {
+    const os::EnvironmentValue folder = os::GetEnvironment("GENICAM_CACHE");
+    if (folder.status == os::EnvironmentStatus::kPresent) {
+        GenICam::gcstring text = folder.text;
+        GenICam::ReplaceEnvironmentVariables(text);
+        return text.str();
+    }
+    const std::optional<std::string> caches = os::UserCacheFolder();
+    return caches ? *caches + os::ToSystemSeparators("/GenICam/CLProtocol") : std::string();
+}
+
+std::string XmlCache::PathOf(const std::string& xmlId) const {
+    std::string name = xmlId.substr(0, kMaxReadableName);
+    std::replace_if(
+        name.begin(), name.end(), [](char character) { return !IsHarmless(character); }, '_');
+    return m_folder + os::kPathSeparator + name + "-" + Sha1Of(xmlId).substr(0, kHashInName) + ".cache";
+}
+
+/// A description that was stored under that very ID; nothing when there is none or it is damaged.
+std::optional<std::string> XmlCache::Load(const std::string& xmlId) const {
+    if (m_folder.empty())
+        return std::nullopt;
+    const std::string path = PathOf(xmlId);
+    std::optional<std::string> file = os::ReadWholeFile(path, kMaxSize);
+    if (!file)
+        return std::nullopt;
+    constexpr std::size_t kSumSize = 40;
+    constexpr std::size_t kHeaderSize = kFirstLine.size() + kSumSize + 1;
+    const std::string_view text = *file;
+    if (text.size() < kHeaderSize || !text.starts_with(kFirstLine) || text[kHeaderSize - 1] != '\n' ||
+        text.substr(kFirstLine.size(), kSumSize) != SumOf(xmlId, text.substr(kHeaderSize))) {
+        Log(CLP_LOG_WARN, "Cached description '%s' is damaged and fetched again", path);
+        return std::nullopt;
+    }
+    Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", xmlId, path);
+    return file->substr(kHeaderSize);
+}
+
+/// Stores a description; a cache that can't be written is logged and not used.
+void XmlCache::Store(const std::string& xmlId, const std::string& xml) const {
+    const std::string content = std::string(kFirstLine) + SumOf(xmlId, xml) + "\n" + xml;
+    if (m_folder.empty() || content.size() > kMaxSize)
+        return;
+    if (!os::CreateFolders(m_folder) || !os::WriteWholeFile(PathOf(xmlId), content))
+        Log(CLP_LOG_WARN, "Description '%s' can't be kept in '%s'", xmlId, m_folder);
+}
+
+}  // namespace CLProtocol

@@ -1,0 +1,133 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A camera's description: from a file, from the cache or from the camera
+ */
+
+#include "XmlFetch.h"
+
+#include "CLProtocol/CLException.h"
+#include "DriverLocations.h"
+#include "ModuleLog.h"
+#include "Unzip.h"
+#include "XmlCache.h"
+#include "os/File.h"
+#include "os/Path.h"
+
+namespace CLProtocol {
+
+namespace {
+
+constexpr std::size_t kMaxFileSize = 64u << 20;
+constexpr std::string_view kXmlSuffix = ".xml";
+
+// Raises the rate of camera and port as far as both can and puts it back at the end. A rate that can't be raised
+// only costs time.
+class RateBoost {
+public:
+    RateBoost(Session& session, CLUINT32 timeoutMs) : m_session(session), m_timeoutMs(timeoutMs) {
+        try {
+            const CLUINT32 fastest = session.FastestCommonRate(timeoutMs);
+            const CLUINT32 present = fastest != 0 ? session.GetRate(timeoutMs) : 0;
+            if (present == 0 || fastest <= present)
+                return;
+            m_previous = present;
+            session.SetRate(fastest, timeoutMs);
+        } catch (const GenICam::GenericException& error) {
+            Log(CLP_LOG_WARN, "The description is fetched at the present baud rate: %s", error.GetDescription());
+        }
+    }
+
+    ~RateBoost() {
+        if (m_previous == 0)
+            return;
+        try {
+            m_session.SetRate(m_previous, m_timeoutMs);
+        } catch (const GenICam::GenericException& error) {
+            Log(CLP_LOG_ERROR, "Could not put back the baud rate: %s", error.GetDescription());
+        }
+    }
+
+    RateBoost(const RateBoost&) = delete;
+    RateBoost& operator=(const RateBoost&) = delete;
+
+private:
+    Session& m_session;
+    CLUINT32 m_timeoutMs;
+    CLUINT32 m_previous = 0;
+};
+
+std::string FetchFromCamera(Session& session, const std::string& xmlId, CLUINT32 timeoutMs) {
+    std::string bytes;
+    {
+        const RateBoost boost(session, timeoutMs);
+        bytes = session.GetXml(xmlId, timeoutMs);
+    }
+    if (IsZip(bytes))
+        return Unzip(bytes);
+    // The size that a driver reports may count a NUL at the end, or the padding of the camera's memory.
+    bytes.erase(bytes.find_last_not_of('\0') + 1);
+    return bytes;
+}
+
+std::string ReadDescriptionFile(const std::string& path) {
+    if (std::optional<std::string> text = os::ReadWholeFile(path, kMaxFileSize))
+        return *std::move(text);
+    throw RUNTIME_EXCEPTION("Could not read description file '%s'", path);
+}
+
+void AddCandidate(std::vector<XmlCandidate>& candidates, std::string_view text, const std::string& file,
+                  const CDeviceID& deviceId) {
+    const std::optional<XmlId> id = XmlId::Parse(text);
+    if (id && IsUsable(*id, deviceId.GetShortDeviceID().view()))
+        candidates.push_back({*id, file});
+    else if (file.empty())
+        Log(CLP_LOG_WARN, "The camera's XML ID '%s' is of no use", text);
+}
+
+}  // namespace
+
+/**
+ * \brief The descriptions for a camera
+ * \return What the camera offers and the files "<XML ID>.xml" of the driver's location, best first; without those for
+ * other cameras and of schemas that can't be read
+ */
+std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs) {
+    std::vector<XmlCandidate> candidates;
+    for (const std::string& text : session.GetXmlIds(timeoutMs))
+        AddCandidate(candidates, text, {}, deviceId);
+    const std::string folder = deviceId.GetDriverDirectory(true).str();
+    for (const std::string& name : os::ListFiles(folder))
+        if (name.ends_with(kXmlSuffix))
+            AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()),
+                         folder + os::kPathSeparator + name, deviceId);
+    SortBestFirst(candidates);
+    return candidates;
+}
+
+/**
+ * \brief The best description for a camera
+ * \param[in] useCache Whether one that was fetched before may be used, and this one be kept
+ * \throw CLErrException There is none (-20102), or it can't be fetched
+ * \throw GenICam::RuntimeException It can't be unpacked or its file not be read
+ */
+std::string FetchDescription(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs, bool useCache) {
+    const std::vector<XmlCandidate> candidates = FindDescriptions(session, deviceId, timeoutMs);
+    if (candidates.empty())
+        throw CLErrException(GenICam::FormatText("There is no XML description for '%s' (%d)", deviceId.ToString(),
+                                                 static_cast<int>(CLP_NO_XMLDESCRIPTION_FOUND))
+                                 .c_str(),
+                             __FILE__, __LINE__, CLP_NO_XMLDESCRIPTION_FOUND);
+    const XmlCandidate& best = candidates.front();
+    if (!best.file.empty()) {
+        Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", best.id.text, best.file);
+        return ReadDescriptionFile(best.file);
+    }
+    const XmlCache cache(useCache ? XmlCache::Folder() : std::string());
+    if (std::optional<std::string> xml = cache.Load(best.id.text))
+        return *std::move(xml);
+    std::string xml = FetchFromCamera(session, best.id.text, timeoutMs);
+    cache.Store(best.id.text, xml);
+    return xml;
+}
+
+}  // namespace CLProtocol
