@@ -1,0 +1,28 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Holds the locks of a camera's node map and of its stream grabber's
+ */
+#pragma once
+
+#include <optional>
+
+#include "GenApi/GenApi.h"
+
+namespace Vanto {
+
+/// Holds both locks for its own lifetime; taken in the one order that all use. Either map may be null.
+class CNodeMapLocks {
+public:
+    CNodeMapLocks(GenApi::INodeMap* camera, GenApi::INodeMap* stream) {
+        if (camera != nullptr)
+            m_camera.emplace(camera->GetLock());
+        if (stream != nullptr)
+            m_stream.emplace(stream->GetLock());
+    }
+
+private:
+    std::optional<GenApi::AutoLock> m_camera;
+    std::optional<GenApi::AutoLock> m_stream;
+};
+
+}  // namespace Vanto
