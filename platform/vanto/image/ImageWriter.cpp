@@ -1,0 +1,105 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Writing images to files
+ */
+
+#include "vanto/ImageWriter.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "Base/GCException.h"
+#include "ImageEncoders.h"
+
+namespace Vanto {
+
+namespace {
+
+void WriteRaw(const std::string& path, const ImageView& image) {
+    std::ofstream file(path, std::ios::binary);
+    file.write(static_cast<const char*>(image.data), static_cast<std::streamsize>(image.size));
+    file.close();
+    if (!file)
+        throw RUNTIME_EXCEPTION("The image file '%s' can't be written.", path);
+}
+
+void Encode(const std::string& path, EImageFileFormat format, const ImageView& image) {
+    if (format == EImageFileFormat::kRaw)
+        return WriteRaw(path, image);
+    SampleRows rows(image);
+    switch (format) {
+        case EImageFileFormat::kPng:
+            return EncodePng(path, rows);
+        case EImageFileFormat::kPnm:
+            return EncodePnm(path, rows);
+        default:
+            return EncodeTiff(path, rows);
+    }
+}
+
+// Removes what was written so far unless it was kept.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(const std::string& path) : m_path(path), m_unfinished(path + ".part") {}
+    ~UnfinishedFile() {
+        std::error_code ignored;
+        std::filesystem::remove(m_unfinished, ignored);
+    }
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+    const std::string& Path() const noexcept { return m_unfinished; }
+    void Keep() {
+        std::error_code error;
+        std::filesystem::rename(m_unfinished, m_path, error);
+        if (error)
+            throw RUNTIME_EXCEPTION("The image file '%s' can't be written: %s", m_path, error.message());
+    }
+
+private:
+    const std::string m_path;
+    const std::string m_unfinished;
+};
+
+}  // namespace
+
+/**
+ * \brief Whether images of a pixel type can be written in a format; raw takes every type
+ */
+bool CanWriteImage(EImageFileFormat format, EPixelType pixelType) noexcept {
+    return format == EImageFileFormat::kRaw || FindSampleLayout(pixelType).has_value();
+}
+
+/**
+ * \brief The usual extension of a file, with its point
+ */
+const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noexcept {
+    switch (format) {
+        case EImageFileFormat::kPng:
+            return ".png";
+        case EImageFileFormat::kTiff:
+            return ".tiff";
+        case EImageFileFormat::kPnm: {
+            const auto layout = FindSampleLayout(pixelType);
+            return layout && layout->channels > 1 ? ".ppm" : ".pgm";
+        }
+        default:
+            return ".raw";
+    }
+}
+
+/**
+ * \brief Write an image; a file of that name is replaced only when all of it was written
+ * \param[in] path The file; nothing is appended to the name
+ * \throw InvalidArgumentException The pixel type can't be written in that format, or the data are too short
+ * \throw RuntimeException The file can't be written
+ * \context Reentrant
+ */
+void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image) {
+    UnfinishedFile file(path.str());
+    Encode(file.Path(), format, image);
+    file.Keep();
+}
+
+}  // namespace Vanto
