@@ -1,0 +1,103 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of text fit for a terminal and of likeness of words
+ */
+#include "output/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using namespace tools;
+
+TEST(Printable, KeepsOrdinaryText) {
+    EXPECT_EQ(Printable("Heron H2048 (äöü 漢)"), "Heron H2048 (äöü 漢)");
+}
+
+TEST(Printable, ShowsControlCharacters) {
+    EXPECT_EQ(Printable("a\x1b[31mb\n\x7f"), "a\\x1B[31mb\\x0A\\x7F");
+}
+
+TEST(Printable, ShowsBytesThatAreNoUtf8) {
+    EXPECT_EQ(Printable("M\xFC\xC3"), "M\\xFC\\xC3");
+}
+
+TEST(Printable, ShowsControlCharactersBeyondAscii) {
+    EXPECT_EQ(Printable("\xC2\x9B"), "\\xC2\\x9B");
+}
+
+TEST(PrintableLines, KeepsLineEndsAndTabs) {
+    EXPECT_EQ(PrintableLines("a\n\tb\r"), "a\n\tb\\x0D");
+}
+
+TEST(DisplayWidth, CountsCharacters) {
+    EXPECT_EQ(DisplayWidth("äöü"), 3U);
+}
+
+TEST(Shortened, KeepsWhatFits) {
+    EXPECT_EQ(Shortened("Heron", 5), "Heron");
+}
+
+TEST(Shortened, EndsInAnEllipsis) {
+    EXPECT_EQ(Shortened("Heron", 4), "Her…");
+}
+
+TEST(Shortened, CutsBetweenCharacters) {
+    EXPECT_EQ(Shortened("äöüß", 3), "äö…");
+}
+
+TEST(Wrapped, BreaksAtBlanksAndIndents) {
+    EXPECT_EQ(Wrapped("one two three", 8, "  "), "one\n  two\n  three");
+}
+
+TEST(Wrapped, KeepsOneLineWithoutWidth) {
+    EXPECT_EQ(Wrapped("one two three", 0, "  "), "one two three");
+}
+
+TEST(Wrapped, KeepsAWordThatIsTooLong) {
+    EXPECT_EQ(Wrapped("abcdefghij k", 5, ""), "abcdefghij\nk");
+}
+
+TEST(Trimmed, TakesBlanksFromBothEnds) {
+    EXPECT_EQ(Trimmed(" \t\r\nx y\n"), "x y");
+}
+
+TEST(Trimmed, OfBlanksIsEmpty) {
+    EXPECT_EQ(Trimmed(" \n "), "");
+}
+
+TEST(EditDistance, CountsASwapOnce) {
+    EXPECT_EQ(EditDistance("Enabeld", "Enabled"), 1U);
+}
+
+TEST(EditDistance, IgnoresCase) {
+    EXPECT_EQ(EditDistance("baudrate", "BaudRate"), 0U);
+}
+
+TEST(EditDistance, OfAnEmptyWordIsTheOthersLength) {
+    EXPECT_EQ(EditDistance("", "abc"), 3U);
+}
+
+TEST(ClosestWord, FindsATypingMistake) {
+    const std::vector<std::string> words{"list", "ports", "config"};
+    EXPECT_EQ(ClosestWord("prots", words), "ports");
+}
+
+TEST(ClosestWord, FindsNothingThatIsFar) {
+    const std::vector<std::string> words{"list", "ports", "config"};
+    EXPECT_EQ(ClosestWord("xyz", words), "");
+}
+
+TEST(ClosestWord, OfAVeryLongWordIsNothing) {
+    const std::vector<std::string> words{"list"};
+    EXPECT_EQ(ClosestWord(std::string(1'000'000, 'l'), words), "");
+}
+
+TEST(DidYouMean, AsksForTheClosestWord) {
+    const std::vector<std::string> words{"Manufacturer", "Model"};
+    EXPECT_EQ(DidYouMean("Manufactorer", words), "did you mean 'Manufacturer'?");
+}
+
+}  // namespace

@@ -1,0 +1,170 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl: chooses the command, runs it, reports how it ended
+ */
+#include "app/Application.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "Base/GCException.h"
+#include "app/Command.h"
+#include "app/Options.h"
+#include "camera/Simulation.h"
+#include "output/Output.h"
+#include "output/Text.h"
+
+namespace tools {
+
+namespace {
+
+constexpr int kUsualSimulation = 2;
+constexpr const char* kExitCodes =
+    "\nExit codes: 0 done, 1 failed, 2 wrong usage, 3 no such device.\n"
+    "'vanto-cl COMMAND --help' explains a command. VANTO_LOG=*:debug shows what the libraries do.";
+
+/// The command line: an option parser with a sub-parser for each command of the table.
+class CommandLine {
+public:
+    CommandLine() : m_app("Camera Link cameras from the command line", "vanto-cl") {
+        m_app.set_version_flag("--version", "vanto-cl " VANTO_CL_VERSION, "Print the version and exit");
+        m_app.set_help_flag("-h,--help", "Print this help and exit");
+        m_app.add_flag("--simulate{2}", m_simulate, "Start N simulated cameras for this command (2 without =N)")
+            ->type_name("=N");
+        m_app.get_formatter()->column_width(kHelpColumn);
+        m_app.get_formatter()->label("Subcommands", "Commands");
+        m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+        m_app.footer(kExitCodes);
+        for (const CommandEntry& entry : CommandTable())
+            Add(entry);
+    }
+
+    /// Reads the arguments; throws CLI::ParseError.
+    void Parse(int count, const char* const* arguments) {
+        m_app.parse(count, arguments);
+        if (m_chosen == nullptr)
+            throw CLI::RequiredError("a command");
+        if (m_simulate && (*m_simulate < 1 || *m_simulate > Simulation::kMostCameras))
+            throw CLI::ValidationError("--simulate", fmt::format("1 to {} cameras", Simulation::kMostCameras));
+    }
+
+    CLI::App& App() { return m_app; }
+    Command& Chosen() { return *m_chosen; }
+    std::optional<int> Simulate() const { return m_simulate; }
+
+    /// The names at the place where an unknown one stands, for a suggestion.
+    std::vector<std::string> NamesBeside() {
+        const CLI::App* place = &m_app;
+        while (!place->get_subcommands().empty())
+            place = place->get_subcommands().front();
+        std::vector<std::string> names;
+        for (const CLI::App* command : place->get_subcommands({}))
+            names.push_back(command->get_name());
+        return names;
+    }
+
+private:
+    static constexpr std::size_t kHelpColumn = 28;
+
+    void Add(const CommandEntry& entry) {
+        std::string name = entry.name;
+        CLI::App* parent = &m_app;
+        if (const std::size_t blank = name.find(' '); blank != std::string::npos) {
+            parent = Group(name.substr(0, blank));
+            name.erase(0, blank + 1);
+        }
+        CLI::App* app = parent->add_subcommand(name, entry.summary);
+        app->get_formatter()->column_width(kHelpColumn);
+        m_commands.push_back(entry.make());
+        Command* command = m_commands.back().get();
+        Options options(*app);
+        command->Declare(options);
+        app->callback([this, command] { m_chosen = command; });
+    }
+
+    CLI::App* Group(const std::string& name) {
+        if (const auto known = m_groups.find(name); known != m_groups.end())
+            return known->second;
+        const auto groups = CommandGroups();
+        const auto group =
+            std::find_if(groups.begin(), groups.end(), [&](const CommandGroup& one) { return name == one.name; });
+        CLI::App* app = m_app.add_subcommand(name, group != groups.end() ? group->summary : "");
+        app->require_subcommand(1);
+        m_groups[name] = app;
+        return app;
+    }
+
+    CLI::App m_app;
+    std::map<std::string, CLI::App*> m_groups;
+    std::vector<std::unique_ptr<Command>> m_commands;
+    Command* m_chosen = nullptr;
+    std::optional<int> m_simulate;
+};
+
+/// Says what is wrong with a command line; help and version are no errors.
+ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, const char* const* arguments,
+                Output& output) {
+    if (error.get_exit_code() == 0) {
+        std::ostringstream text;
+        line.App().exit(error, text, text);
+        output.Print(text.str());
+        return ExitCode::kDone;
+    }
+    std::string hint;
+    const std::vector<std::string> names = line.NamesBeside();
+    for (int index = 1; index < count && hint.empty() && dynamic_cast<const CLI::ExtrasError*>(&error); ++index)
+        if (arguments[index][0] != '-' && std::find(names.begin(), names.end(), arguments[index]) == names.end())
+            hint = DidYouMean(arguments[index], names);
+    output.Error(error.what(), hint.empty() ? "'vanto-cl --help' lists the commands and options." : hint);
+    return ExitCode::kUsage;
+}
+
+ExitCode RunChosen(CommandLine& line, Output& output) {
+    std::optional<Simulation> simulation;
+    if (line.Simulate())
+        simulation.emplace(*line.Simulate());
+    return line.Chosen().Run(output);
+}
+
+}  // namespace
+
+/**
+ * \brief Run vanto-cl
+ * \param[in] argumentCount Number of arguments, the program's name included
+ * \param[in] arguments The arguments
+ * \param[in] output Where results and messages go
+ * \return What the shell is told. Nothing is thrown.
+ */
+ExitCode RunApplication(int argumentCount, const char* const* arguments, Output& output) {
+    ExitCode code = ExitCode::kFailed;
+    try {
+        CommandLine line;
+        try {
+            line.Parse(argumentCount, arguments);
+            code = RunChosen(line, output);
+        } catch (const CLI::ParseError& error) {
+            code = Report(line, error, argumentCount, arguments, output);
+        }
+    } catch (const ToolError& error) {
+        output.Error(error.what(), error.Hint());
+        code = error.Code();
+    } catch (const GenICam::GenericException& error) {
+        output.Error(error.GetDescription());
+    } catch (const std::exception& error) {
+        output.Error(error.what());
+    }
+    if (!output.Flush() && code == ExitCode::kDone) {
+        output.Error("the output could not be written");
+        code = ExitCode::kFailed;
+    }
+    return code;
+}
+
+}  // namespace tools

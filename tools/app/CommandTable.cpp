@@ -1,0 +1,49 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The commands of vanto-cl, in the order of the help
+ */
+#include "app/Command.h"
+#include "commands/ConfigCheckCommand.h"
+#include "commands/ConfigInitCommand.h"
+#include "commands/ConfigPathCommand.h"
+#include "commands/ConfigShowCommand.h"
+#include "commands/DoctorCommand.h"
+#include "commands/ListCommand.h"
+#include "commands/PortsCommand.h"
+#include "commands/XmlCommand.h"
+
+namespace tools {
+
+namespace {
+
+template <class Made>
+std::unique_ptr<Command> Make() {
+    return std::make_unique<Made>();
+}
+
+constexpr CommandEntry kCommands[] = {
+    {"list", "List the cameras, or say why there are none", &Make<ListCommand>},
+    {"ports", "List the serial ports of this machine and their configuration", &Make<PortsCommand>},
+    {"xml", "Fetch a camera's own description", &Make<XmlCommand>},
+    {"config path", "Say where the file is looked for, and why there", &Make<ConfigPathCommand>},
+    {"config show", "Show what the file says", &Make<ConfigShowCommand>},
+    {"config check", "Say what is wrong with the file, with line and column", &Make<ConfigCheckCommand>},
+    {"config init", "Write a new file for the ports of this machine", &Make<ConfigInitCommand>},
+    {"doctor", "Look for what keeps cameras from being found", &Make<DoctorCommand>},
+};
+
+constexpr CommandGroup kGroups[] = {
+    {"config", "The port configuration file: path, show, check, init"},
+};
+
+}  // namespace
+
+std::span<const CommandEntry> CommandTable() {
+    return kCommands;
+}
+
+std::span<const CommandGroup> CommandGroups() {
+    return kGroups;
+}
+
+}  // namespace tools

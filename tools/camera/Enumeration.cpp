@@ -1,0 +1,111 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * One look for cameras, and what was logged meanwhile
+ */
+#include "camera/Enumeration.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "camera/LogTexts.h"
+#include "output/Text.h"
+#include "system/FileAccess.h"
+
+namespace tools {
+
+namespace {
+
+using Vanto::tracelog::LogMessage;
+
+bool Contains(const std::vector<std::string>& texts, const std::string& text) {
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+/// What the libraries below the transport layer said of a port: the last such message.
+std::string LastWordOn(const std::vector<LogMessage>& log, const std::string& portId) {
+    for (auto message = log.rbegin(); message != log.rend(); ++message) {
+        const bool isOwn = message->category == log_texts::kCategory;
+        if (!isOwn && message->level >= Vanto::tracelog::kWarning && message->text.find(portId) != std::string::npos)
+            return message->text;
+    }
+    return {};
+}
+
+SilentPort Explain(const Enumeration& enumeration, const std::string& portId) {
+    const std::filesystem::path device = DeviceOfPort(portId);
+    if (!device.empty()) {
+        const FileAccess access = AccessTo(device);
+        if (access.exists && (!access.readable || !access.writable))
+            return {portId, fmt::format("user {} may not use {}", UserName(), device.string()),
+                    AdviceOnAccess(device, access)};
+    }
+    const std::string lastWord = LastWordOn(enumeration.log, portId);
+    const std::string detail = lastWord.empty() ? std::string() : ": " + lastWord;
+    if (Contains(enumeration.ArgumentsOf(log_texts::kNoAnswer), portId))
+        return {portId, "no camera answers" + detail,
+                "Is the camera on and its cable plugged in? Is another program using the port?"};
+    if (Contains(enumeration.ArgumentsOf(log_texts::kPortError), portId))
+        return {portId, "the port can't be used" + detail, "Is another program using the port?"};
+    for (const LogMessage& message : enumeration.log)
+        if (message.format == log_texts::kOtherError && message.arguments.size() == 2 && message.arguments[0] == portId)
+            return {portId, message.arguments[1], {}};
+    return {portId, "no camera answers" + detail, "Is the camera on and its cable plugged in?"};
+}
+
+}  // namespace
+
+bool Enumeration::Logged(std::string_view format) const {
+    return std::any_of(log.begin(), log.end(), [&](const LogMessage& message) { return message.format == format; });
+}
+
+std::vector<std::string> Enumeration::ArgumentsOf(std::string_view format) const {
+    std::vector<std::string> result;
+    for (const LogMessage& message : log)
+        if (message.format == format && !message.arguments.empty() && !Contains(result, message.arguments.front()))
+            result.push_back(message.arguments.front());
+    return result;
+}
+
+std::vector<LogMessage> Enumeration::Problems() const {
+    std::vector<LogMessage> problems;
+    std::copy_if(log.begin(), log.end(), std::back_inserter(problems),
+                 [](const LogMessage& message) { return message.level >= Vanto::tracelog::kWarning; });
+    return problems;
+}
+
+std::vector<SilentPort> Enumeration::SilentPorts() const {
+    std::vector<SilentPort> silent;
+    for (const std::string& portId : ArgumentsOf(log_texts::kUsablePort)) {
+        const bool found = std::any_of(cameras.begin(), cameras.end(), [&](const Vanto::CDeviceInfo& camera) {
+            return PropertyOf(camera, "PortID") == portId;
+        });
+        if (!found)
+            silent.push_back(Explain(*this, portId));
+    }
+    return silent;
+}
+
+/**
+ * \brief Look for cameras on all enabled ports
+ *
+ * Never throws for what goes wrong during the look: the log says it.
+ *
+ * \param[in] layer May hold no transport layer; then nothing is found
+ */
+Enumeration Enumerate(const TransportLayer& layer) {
+    Enumeration enumeration;
+    if (layer.Get() == nullptr)
+        return enumeration;
+    const Vanto::tracelog::LogRecorder recorder("*:debug");
+    layer.Get()->EnumerateDevices(enumeration.cameras);
+    enumeration.log = recorder.GetMessages();
+    return enumeration;
+}
+
+std::string PropertyOf(const Vanto::IProperties& record, const char* name) {
+    GenICam::gcstring value;
+    return record.GetPropertyValue(name, value) ? value.str() : std::string();
+}
+
+}  // namespace tools

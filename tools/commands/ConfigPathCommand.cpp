@@ -1,0 +1,45 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl config path: where the port configuration file is looked for
+ */
+#include "commands/ConfigPathCommand.h"
+
+#include "app/Options.h"
+#include "configuration/ConfigurationPath.h"
+#include "output/Json.h"
+#include "output/Output.h"
+#include "output/Text.h"
+#include "system/FileAccess.h"
+
+namespace tools {
+
+void ConfigPathCommand::Declare(Options& options) {
+    options.Flag("--json", m_json, "Print a JSON object");
+    options.Footer("The path goes to standard output, the reason to standard error.");
+}
+
+ExitCode ConfigPathCommand::Run(Output& output) {
+    const ConfigurationPath found = FindConfigurationPath();
+    std::error_code error;
+    const bool exists = std::filesystem::exists(found.path, error);
+    const std::string refused = exists ? WhyNotReadable(found.path) : std::string();
+    if (m_json) {
+        output.Line(ToText(Json{{"Path", found.path.string()},
+                                {"Reason", found.reason},
+                                {"Warning", found.warning},
+                                {"Exists", exists},
+                                {"Readable", exists && refused.empty()}}));
+        return ExitCode::kDone;
+    }
+    output.Line(Printable(found.path.string()));
+    output.Note(found.reason);
+    if (!found.warning.empty())
+        output.Warn(found.warning);
+    if (!exists)
+        output.Note("The file does not exist; 'vanto-cl config init' writes one.");
+    else if (!refused.empty())
+        output.Warn("the file can't be read: " + refused);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

@@ -1,0 +1,53 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl config show: what the port configuration file says
+ */
+#include "commands/ConfigShowCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "configuration/ConfigurationJson.h"
+#include "configuration/ConfigurationPath.h"
+#include "configuration/ConfigurationReader.h"
+#include "output/Output.h"
+#include "output/Table.h"
+#include "output/Text.h"
+
+namespace tools {
+
+void ConfigShowCommand::Declare(Options& options) {
+    options.Flag("--json", m_json, "Print a JSON object");
+}
+
+ExitCode ConfigShowCommand::Run(Output& output) {
+    const std::filesystem::path path = FindConfigurationPath().path;
+    const PortConfiguration configuration = ReadExistingConfiguration(path);
+    if (!configuration.wellFormed)
+        throw ToolError(fmt::format("'{}' is malformed", path.string()), "'vanto-cl config check' says where.");
+    if (m_json) {
+        Json entries = Json::array();
+        for (const PortEntry& entry : configuration.entries)
+            entries.push_back(ToJson(entry));
+        output.Line(ToText(Json{{"Path", path.string()}, {"Ports", std::move(entries)}}));
+        return ExitCode::kDone;
+    }
+    output.Note(Printable(path.string()));
+    Table table({{"Line", true},
+                 {"Port"},
+                 {"Enabled"},
+                 {"Manufacturer"},
+                 {"Family"},
+                 {"Model"},
+                 {"Baud rate"},
+                 {"Device-specific string"}});
+    for (const PortEntry& entry : configuration.entries)
+        table.AddRow({std::to_string(entry.place.line),
+                      entry.id.text.empty() ? Table::Cell("no ID: ignored", Style::kWarning) : entry.id.text,
+                      entry.IsEnabled() ? Table::Cell("yes", Style::kGood) : Table::Cell("no"), entry.manufacturer.text,
+                      entry.family.text, entry.model.text, entry.baudRate.text, entry.deviceSpecificString.text});
+    table.PrintTo(output);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

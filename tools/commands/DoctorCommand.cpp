@@ -1,0 +1,32 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl doctor: what a stuck user needs to know
+ */
+#include "commands/DoctorCommand.h"
+
+#include <optional>
+
+#include "app/Options.h"
+#include "doctor/Examinations.h"
+#include "output/Output.h"
+#include "output/Progress.h"
+
+namespace tools {
+
+void DoctorCommand::Declare(Options& options) {
+    options.Flag("--json", m_json, "Print a JSON object");
+    options.Footer("Ends with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
+}
+
+ExitCode DoctorCommand::Run(Output& output) {
+    std::optional<Progress> progress(std::in_place, output, "Examining");
+    const Report report = Examine();
+    progress.reset();
+    if (m_json)
+        output.Line(ToText(ToJson(report)));
+    else
+        Print(output, report);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

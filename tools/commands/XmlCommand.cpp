@@ -1,0 +1,54 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl xml: a camera's own description
+ */
+#include "commands/XmlCommand.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+
+#include "app/Options.h"
+#include "camera/DeviceChoice.h"
+#include "output/Output.h"
+#include "output/Progress.h"
+#include "output/Sha1.h"
+#include "output/Text.h"
+#include "system/Files.h"
+
+namespace tools {
+
+void XmlCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Value("-o,--output", m_file, "FILE", "Write to FILE instead of standard output");
+    options.Footer(
+        "The description is printed as the camera gives it, byte by byte, faults included. A description\n"
+        "that was fetched before comes from the cache on disk (GENICAM_CACHE).");
+}
+
+ExitCode XmlCommand::Run(Output& output) {
+    const TransportLayer layer;
+    Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
+    if (provider == nullptr)
+        throw ToolError("the transport layer can't read descriptions from cameras");
+    std::optional<Progress> looking(std::in_place, output, "Looking for cameras");
+    const Vanto::CDeviceInfo camera = FindDevice(layer, m_device);
+    looking.reset();
+    const std::string name = Printable(PropertyOf(camera, "FriendlyName"));
+    std::optional<Progress> fetching(std::in_place, output, "Fetching the description of " + name);
+    GenICam::gcstring source;
+    GenICam::gcstring xml;
+    provider->ProvideXMLFile(camera, source, xml);
+    const auto elapsed = fetching->Elapsed();
+    fetching.reset();
+    if (m_file.empty() || m_file == "-") {
+        output.Print(xml.view());
+        return ExitCode::kDone;
+    }
+    WriteFile(m_file, xml.view());
+    output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
+                            Sha1(xml.view())));
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

@@ -1,0 +1,64 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Writes port configuration files
+ */
+#include "configuration/ConfigurationWriter.h"
+
+#include <fmt/format.h>
+
+#include "output/Text.h"
+
+namespace tools {
+
+namespace {
+
+std::string Escaped(std::string_view text) {
+    std::string result;
+    for (const char letter : text) {
+        switch (letter) {
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            default:
+                result += letter;
+        }
+    }
+    return result;
+}
+
+constexpr const char* kHeading = R"(<?xml version="1.0" encoding="utf-8"?>
+<!-- Which serial ports have a Camera Link camera behind them.
+     ID                    the port, as 'vanto-cl ports' shows it
+     Enabled               true, yes or 1: look for a camera on this port
+     Manufacturer, Family, Model
+                           the camera that the settings below are meant for; Family and Model may be left out
+     BaudRate              rate to set on opening the camera, an entry of its ClSerialPortBaudRate; without it the
+                           highest rate that camera and port have in common
+     DeviceSpecificString  for the frame grabber
+     'vanto-cl config check' tells what is wrong with this file. -->
+<CLBindings>
+)";
+
+}  // namespace
+
+/**
+ * \brief The text of a configuration that enables ports
+ * \param[in] portIds PortIDs; bytes that XML can't hold are written visibly, and such a port is never matched
+ */
+std::string PortConfigurationText(const std::vector<std::string>& portIds) {
+    std::string text = kHeading;
+    for (const std::string& portId : portIds)
+        text += fmt::format(
+            "  <Port>\n    <ID>{}</ID>\n    <Enabled>true</Enabled>\n    <Manufacturer>Marlow</Manufacturer>\n"
+            "  </Port>\n",
+            Escaped(Printable(portId)));
+    return text + "</CLBindings>\n";
+}
+
+}  // namespace tools

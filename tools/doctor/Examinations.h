@@ -1,0 +1,25 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What the doctor looks at, one section each
+ */
+#pragma once
+
+#include "camera/Reasons.h"
+#include "doctor/Report.h"
+
+namespace tools {
+
+Section ExamineEnvironment();
+Section ExamineFolders();
+Section ExamineTransportLayers(const TransportLayer& layer);
+Section ExamineSerialLibraries();
+Section ExamineDrivers();
+Section ExaminePorts();
+Section ExamineConfiguration();
+Section ExamineCameras(const Enumeration& enumeration);
+/// The libraries' own complaints during the look for cameras, the last ones last.
+Section ExamineLog(const Enumeration& enumeration);
+
+Report Examine();
+
+}  // namespace tools

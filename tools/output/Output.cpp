@@ -1,0 +1,102 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Output: what a command prints, and how
+ */
+#include "output/Output.h"
+
+#include "output/Text.h"
+#include "system/Environment.h"
+#include "system/Terminal.h"
+
+namespace tools {
+
+namespace {
+
+bool WantsColours(std::FILE* stream) {
+    const std::string terminal = GetEnvironment("TERM").value_or("");
+    return GetEnvironment("NO_COLOR").value_or("").empty() && terminal != "dumb" && IsTerminal(stream);
+}
+
+const char* Sequence(Style style) {
+    switch (style) {
+        case Style::kBold:
+            return "\033[1m";
+        case Style::kDim:
+            return "\033[2m";
+        case Style::kGood:
+            return "\033[32m";
+        case Style::kWarning:
+            return "\033[33m";
+        case Style::kBad:
+            return "\033[31m";
+        case Style::kPlain:
+            break;
+    }
+    return "";
+}
+
+}  // namespace
+
+Output::Output(std::FILE* out, std::FILE* err)
+    : m_out(out),
+      m_err(err),
+      m_width(TerminalWidth(out)),
+      m_errTerminal(IsTerminal(err)),
+      m_outColours(WantsColours(out)),
+      m_errColours(WantsColours(err)) {}
+
+void Output::Write(std::FILE* stream, std::string_view text) {
+    if (!text.empty() && std::fwrite(text.data(), 1, text.size(), stream) != text.size() && stream == m_out)
+        m_failed = true;
+}
+
+void Output::Print(std::string_view text) {
+    Write(m_out, text);
+}
+
+void Output::Line(std::string_view text) {
+    Write(m_out, text);
+    Write(m_out, "\n");
+}
+
+void Output::Note(std::string_view text) {
+    Write(m_err, text);
+    Write(m_err, "\n");
+}
+
+void Output::Warn(std::string_view text) {
+    Write(m_err, StyledFor(m_errColours, Style::kWarning, "warning: "));
+    Note(text);
+}
+
+/**
+ * \brief Print an error and what to do about it on standard error
+ * \param[in] text What went wrong; control characters are made visible
+ * \param[in] hint What to do about it; may be empty
+ */
+void Output::Error(std::string_view text, std::string_view hint) {
+    std::fflush(m_out);
+    Write(m_err, StyledFor(m_errColours, Style::kBad, "error: "));
+    Note(PrintableLines(text));
+    if (!hint.empty())
+        Note(PrintableLines(hint));
+}
+
+std::string Output::Styled(Style style, std::string_view text) const {
+    return StyledFor(m_outColours, style, text);
+}
+
+std::string Output::StyledFor(bool colours, Style style, std::string_view text) const {
+    if (!colours || style == Style::kPlain || text.empty())
+        return std::string(text);
+    return Sequence(style) + std::string(text) + "\033[0m";
+}
+
+bool Output::Flush() {
+    std::fflush(m_err);
+    if (std::fflush(m_out) != 0)
+        m_failed = true;
+    return !m_failed;
+}
+
+}  // namespace tools

@@ -1,0 +1,54 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Output: what a command prints, and how
+ */
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace tools {
+
+/// How a piece of text is shown on a terminal; plain text elsewhere.
+enum class Style { kPlain, kBold, kDim, kGood, kWarning, kBad };
+
+/// Standard output and standard error of a command, with colours and widths where there is a terminal. The streams
+/// must outlive it. Thread-bound.
+class Output {
+public:
+    Output(std::FILE* out, std::FILE* err);
+
+    /// Results.
+    void Print(std::string_view text);
+    void Line(std::string_view text = {});
+    /// Messages for the person at the keyboard, beside the results.
+    void Note(std::string_view text);
+    void Warn(std::string_view text);
+    void Error(std::string_view text, std::string_view hint = {});
+
+    /// Text in a style, as standard output shows it.
+    std::string Styled(Style style, std::string_view text) const;
+    /// Columns of standard output's terminal; 0 when it is none.
+    int Width() const noexcept { return m_width; }
+    /// Whether standard error is a terminal, so that progress can be shown on it.
+    bool ShowsProgress() const noexcept { return m_errTerminal; }
+    std::FILE* Err() const noexcept { return m_err; }
+
+    /// Hands everything to the system; false when something could not be written.
+    bool Flush();
+
+private:
+    std::string StyledFor(bool colours, Style style, std::string_view text) const;
+    void Write(std::FILE* stream, std::string_view text);
+
+    std::FILE* m_out;
+    std::FILE* m_err;
+    int m_width;
+    bool m_errTerminal;
+    bool m_outColours;
+    bool m_errColours;
+    bool m_failed = false;
+};
+
+}  // namespace tools

@@ -1,0 +1,185 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Text from outside, made fit for a terminal, and likeness of words
+ */
+#include "output/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace tools {
+
+namespace {
+
+bool IsControl(unsigned char byte) {
+    return byte < 0x20 || byte == 0x7F;
+}
+
+char Lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// Bytes of the well-formed UTF-8 sequence at the beginning of a text, 0 when there is none.
+std::size_t SequenceLength(std::string_view text) {
+    const auto first = static_cast<unsigned char>(text.front());
+    std::size_t length = 0;
+    if (first < 0x80)
+        length = 1;
+    else if (first >= 0xC2 && first < 0xE0)
+        length = 2;
+    else if (first >= 0xE0 && first < 0xF0)
+        length = 3;
+    else if (first >= 0xF0 && first < 0xF5)
+        length = 4;
+    if (length == 0 || length > text.size())
+        return 0;
+    const std::string_view rest = text.substr(1, length - 1);
+    const bool fine = std::all_of(rest.begin(), rest.end(), [](char byte) { return (byte & 0xC0) == 0x80; });
+    // 0xC2 0x80 to 0xC2 0x9F are control characters, too: some terminals obey them.
+    if (!fine || (length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0))
+        return 0;
+    return length;
+}
+
+std::string MadeVisible(std::string_view text, bool keepLines) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t length = SequenceLength(text);
+        const auto byte = static_cast<unsigned char>(text.front());
+        const bool kept = length > 0 && (!IsControl(byte) || (keepLines && (byte == '\n' || byte == '\t')));
+        if (kept)
+            result += text.substr(0, length);
+        else
+            result += fmt::format("\\x{:02X}", byte);
+        text.remove_prefix(kept ? length : 1);
+    }
+    return result;
+}
+
+}  // namespace
+
+/**
+ * \brief One line of text that a terminal shows as it stands
+ * \param[in] text Any bytes
+ *
+ * Control characters and bytes that are no UTF-8 become \\xNN, so that a text from a camera or a file can't steer
+ * the terminal.
+ */
+std::string Printable(std::string_view text) {
+    return MadeVisible(text, false);
+}
+
+/// The same, keeping line ends and tabs.
+std::string PrintableLines(std::string_view text) {
+    return MadeVisible(text, true);
+}
+
+/// Columns that a printable text takes: its characters, not its bytes.
+std::size_t DisplayWidth(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+/// A printable text cut to a width, with an ellipsis at its end where something is missing.
+std::string Shortened(std::string_view text, std::size_t width) {
+    if (DisplayWidth(text) <= width || width == 0)
+        return std::string(text);
+    std::size_t bytes = 0;
+    for (std::size_t columns = 0; columns + 1 < width; ++columns)
+        bytes += std::max<std::size_t>(SequenceLength(text.substr(bytes)), 1);
+    return std::string(text.substr(0, bytes)) + "…";
+}
+
+/**
+ * \brief Break a text at its blanks
+ * \param[in] width Columns of a line, the indent included; 0 for no limit
+ * \param[in] indent Put before each line but the first
+ */
+std::string Wrapped(std::string_view text, std::size_t width, std::string_view indent) {
+    if (width == 0)
+        return std::string(text);
+    std::string result;
+    std::size_t column = indent.size();
+    while (!text.empty()) {
+        const std::size_t blank = std::min(text.find(' '), text.size());
+        const std::string_view word = text.substr(0, blank);
+        text.remove_prefix(std::min(blank + 1, text.size()));
+        const std::size_t columns = DisplayWidth(word);
+        if (column + 1 + columns > width && column > indent.size()) {
+            result.append("\n").append(indent);
+            column = indent.size();
+        } else if (!result.empty()) {
+            result += ' ';
+            ++column;
+        }
+        result += word;
+        column += columns;
+    }
+    return result;
+}
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char one, char other) { return Lower(one) == Lower(other); });
+}
+
+/// Insertions, deletions, replacements and swaps of neighbours that make one word of the other, case aside.
+std::size_t EditDistance(std::string_view left, std::string_view right) {
+    std::vector<std::size_t> before(right.size() + 1), above(right.size() + 1), row(right.size() + 1);
+    for (std::size_t column = 0; column <= right.size(); ++column)
+        above[column] = column;
+    for (std::size_t line = 1; line <= left.size(); ++line) {
+        row[0] = line;
+        for (std::size_t column = 1; column <= right.size(); ++column) {
+            const char one = Lower(left[line - 1]);
+            const char other = Lower(right[column - 1]);
+            row[column] = std::min({above[column] + 1, row[column - 1] + 1, above[column - 1] + (one != other)});
+            if (line > 1 && column > 1 && one == Lower(right[column - 2]) && Lower(left[line - 2]) == other)
+                row[column] = std::min(row[column], before[column - 2] + 1);
+        }
+        std::swap(before, above);
+        std::swap(above, row);
+    }
+    return above.back();
+}
+
+/**
+ * \brief The word that was probably meant
+ * \return The candidate with the fewest differences, at most a third of the word's letters (at least one); empty when
+ *         none is that close
+ */
+std::string ClosestWord(std::string_view word, std::span<const std::string> candidates) {
+    constexpr std::size_t kLongestWord = 64;
+    if (word.empty() || word.size() > kLongestWord)
+        return {};
+    std::string closest;
+    std::size_t limit = std::max<std::size_t>(word.size() / 3, 1) + 1;
+    for (const std::string& candidate : candidates) {
+        if (candidate.size() > kLongestWord)
+            continue;
+        const std::size_t distance = EditDistance(word, candidate);
+        if (distance < limit) {
+            limit = distance;
+            closest = candidate;
+        }
+    }
+    return closest;
+}
+
+/// "did you mean 'X'?" or nothing.
+std::string DidYouMean(std::string_view word, std::span<const std::string> candidates) {
+    const std::string closest = ClosestWord(word, candidates);
+    return closest.empty() ? std::string() : fmt::format("did you mean '{}'?", Printable(closest));
+}
+
+}  // namespace tools

@@ -1,0 +1,31 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Folders and files that only the system can name
+ */
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace tools {
+
+/// Path of this program's own file.
+std::filesystem::path OwnProgram();
+/// The folder for data of all users' applications; nothing when the system has none.
+std::optional<std::filesystem::path> CommonApplicationDataFolder();
+
+/// A new empty folder that only this user can enter; removed with all it holds at the end.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& Path() const noexcept { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+}  // namespace tools

@@ -1,0 +1,15 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The terminal behind a stream
+ */
+#pragma once
+
+#include <cstdio>
+
+namespace tools {
+
+bool IsTerminal(std::FILE* stream);
+/// Columns of the terminal behind a stream, 80 when it does not tell; 0 when there is no terminal.
+int TerminalWidth(std::FILE* stream);
+
+}  // namespace tools
