@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Everything that CI checks, in CI's order. See ./test.sh --help.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+. packaging/steps.sh
+
+all_stages=(format layers docs release clang asan tsan install fuzz)
+
+usage() {
+    cat <<END
+usage: ./test.sh [--quick] [STAGE...]
+
+Installs the Debian packages that are missing, then runs the stages that are named, or all:
+  format    clang-format over all sources
+  layers    what each folder includes
+  docs      links, packages and commands that the documentation names
+  release   build with g++ and run the tests
+  clang     build with clang++, warnings are errors
+  asan      build with address and undefined-behaviour sanitizers and run the tests
+  tsan      build with the thread sanitizer and run the tests
+  install   install into a folder, move it, and list simulated cameras from there
+  fuzz      each fuzzing target for ${FUZZ_SECONDS:-30} seconds (FUZZ_SECONDS)
+--quick runs format, layers, docs and release. JOBS sets how many jobs run at once.
+END
+}
+
+stages=()
+for argument in "$@"; do
+    case $argument in
+        -h | --help) usage && exit 0 ;;
+        --quick) stages+=(format layers docs release) ;;
+        *)
+            if [[ " ${all_stages[*]} " != *" $argument "* ]]; then
+                usage >&2
+                exit 2
+            fi
+            stages+=("$argument")
+            ;;
+    esac
+done
+[ ${#stages[@]} -eq 0 ] && stages=("${all_stages[@]}")
+jobs=${JOBS:-$(nproc)}
+summary=""
+
+build() { # build PRESET
+    cmake --preset "$1" >"build/$1.log" 2>&1 && cmake --build --preset "$1" -j "$jobs" >>"build/$1.log" 2>&1
+    local result=$?
+    [ $result -eq 0 ] || grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "build/$1.log" | tail -n 200
+    rm -f "build/$1.log"
+    return $result
+}
+
+run_tests() { # run_tests PRESET: runs ctest and keeps its summary for the closing line
+    local log result
+    log=$(mktemp)
+    ctest --preset "$1" -j "$jobs" >"$log" 2>&1
+    result=$?
+    [ $result -eq 0 ] || cat "$log"
+    sed -n '/The following tests did not run/,/^$/p' "$log"
+    summary="$1: $(grep -m1 'tests passed' "$log" || echo 'no test was run')"
+    echo "$summary"
+    grep -q 'No tests were found' "$log" && result=1
+    rm -f "$log"
+    return $result
+}
+
+sources() { git ls-files '*.h' '*.cpp' '*.c'; }
+stage_format() { sources | xargs -r clang-format --dry-run -Werror; }
+stage_layers() { cmake -P cmake/check-layers.cmake; }
+stage_docs() { cmake -P cmake/check-docs.cmake; }
+stage_release() { build release && run_tests release; }
+stage_clang() { build clang; }
+stage_asan() { build asan && run_tests asan; }
+stage_tsan() { build tsan && run_tests tsan; }
+stage_install() { build release && packaging/check-install.sh build/release; }
+stage_fuzz() { build fuzz && packaging/run-fuzzers.sh build/fuzz/bin "${FUZZ_SECONDS:-30}"; }
+
+start=$SECONDS
+install_missing_packages || exit 1
+mkdir -p build
+summaries=()
+for stage in "${stages[@]}"; do
+    echo "== $stage"
+    begun=$SECONDS
+    summary=""
+    "stage_$stage"
+    result=$?
+    [ -n "$summary" ] && summaries+=("$summary")
+    echo "== $stage: $([ $result -eq 0 ] && echo passed || echo FAILED) in $(duration $((SECONDS - begun)))"
+    if [ $result -ne 0 ]; then
+        echo "test.sh: FAILED in stage $stage after $(duration $((SECONDS - start))). $(IFS='; ' && echo "${summaries[*]:-}")"
+        exit 1
+    fi
+done
+closing=$(printf '%s; ' "${summaries[@]+"${summaries[@]}"}")
+echo "test.sh: passed (${stages[*]}) in $(duration $((SECONDS - start))). ${closing%; }"
