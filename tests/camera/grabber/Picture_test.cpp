@@ -1,0 +1,91 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Drawn frames
+ */
+
+#include "Picture.h"
+
+#include <gtest/gtest.h>
+
+#include "FrameMark.h"
+
+namespace {
+
+using grabber::Geometry;
+using grabber::Pattern;
+using grabber::Picture;
+using grabber::ReadFrameMark;
+using grabber::Settings;
+
+constexpr Geometry kMono8{.width = 40, .height = 8, .bytesPerPixel = 1, .bits = 8};
+
+std::vector<std::uint8_t> PixelsOf(const Vanto::FgFrame& frame) {
+    std::vector<std::uint8_t> pixels;
+    const auto* line = static_cast<const std::uint8_t*>(frame.data);
+    for (std::int32_t count = 0; count < frame.lineCount; ++count, line += frame.linePitch)
+        pixels.insert(pixels.end(), line, line + frame.lineLength);
+    return pixels;
+}
+
+TEST(Picture, DescribesItself) {
+    Settings settings;
+    settings.firstTag = 100;
+    Picture picture(kMono8, settings);
+    const Vanto::FgFrame frame = picture.Draw(7);
+    EXPECT_EQ(frame.width, 40U);
+    EXPECT_EQ(frame.lineCount, 8);
+    EXPECT_EQ(frame.lineLength, 40U);
+    EXPECT_EQ(frame.linePitch, 40U);
+    EXPECT_EQ(frame.dataSize, 320U);
+    EXPECT_EQ(frame.frameTag, 107U);
+}
+
+TEST(Picture, PutsLinesAtMultiplesOfThePitch) {
+    Settings settings;
+    settings.pitch = 64;
+    Picture picture(kMono8, settings);
+    const Vanto::FgFrame frame = picture.Draw(7);
+    EXPECT_EQ(frame.linePitch, 64U);
+    EXPECT_EQ(frame.dataSize, 320U);
+    EXPECT_EQ(ReadFrameMark(PixelsOf(frame)), 7U);
+}
+
+TEST(Picture, CarriesItsMarkInEveryFormatAndPattern) {
+    for (const auto& [bytes, bits] : {std::pair{1U, 8U}, std::pair{2U, 10U}, std::pair{2U, 16U}, std::pair{3U, 8U}}) {
+        for (const Pattern pattern : {Pattern::kDiagonal, Pattern::kColumns, Pattern::kNoise, Pattern::kBlack}) {
+            Settings settings;
+            settings.pattern = pattern;
+            Picture picture({.width = 33, .height = 5, .bytesPerPixel = bytes, .bits = bits}, settings);
+            for (std::uint64_t number = 0; number < 3; ++number)
+                EXPECT_EQ(ReadFrameMark(PixelsOf(picture.Draw(number))), number);
+        }
+    }
+}
+
+TEST(Picture, ChangesFromFrameToFrame) {
+    for (const Pattern pattern : {Pattern::kDiagonal, Pattern::kColumns, Pattern::kNoise}) {
+        Settings settings;
+        settings.pattern = pattern;
+        Picture picture(kMono8, settings);
+        const std::vector<std::uint8_t> first = PixelsOf(picture.Draw(0));
+        const std::vector<std::uint8_t> second = PixelsOf(picture.Draw(1));
+        EXPECT_NE(std::vector(first.begin() + 16, first.end()), std::vector(second.begin() + 16, second.end()));
+    }
+}
+
+TEST(Picture, UsesTheWholeRangeOfAPixel) {
+    Picture picture({.width = 2048, .height = 2, .bytesPerPixel = 2, .bits = 12}, Settings());
+    const std::vector<std::uint8_t> pixels = PixelsOf(picture.Draw(0));
+    unsigned highest = 0;
+    for (std::size_t at = 16; at < pixels.size(); at += 2)
+        highest = std::max(highest, pixels[at] + 256U * pixels[at + 1]);
+    EXPECT_GE(highest, 4092U);
+    EXPECT_LE(highest, 4095U);
+}
+
+TEST(Picture, MayBeSmallerThanAMark) {
+    Picture picture({.width = 1, .height = 1, .bytesPerPixel = 1, .bits = 8}, Settings());
+    EXPECT_EQ(picture.Draw(0).dataSize, 1U);
+}
+
+}  // namespace
