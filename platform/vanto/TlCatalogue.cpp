@@ -12,7 +12,7 @@
 
 #include "Base/GCException.h"
 #include "ExceptionText.h"
-#include "vanto/TraceLog.h"
+#include "FactoryLog.h"
 
 namespace Vanto {
 
@@ -23,11 +23,6 @@ constexpr const char* kLibraryExtension = ".dll";
 #else
 constexpr const char* kLibraryExtension = ".so";
 #endif
-
-tracelog::CategoryId LogCategory() {
-    static const tracelog::CategoryId category = tracelog::LogGetCatID("vanto.base.Factory");
-    return category;
-}
 
 std::vector<std::string> FindLibraries(const std::string& folder, std::error_code& error) {
     std::vector<std::string> paths;
@@ -61,7 +56,7 @@ void TlCatalogue::Load(const std::string& path) {
         // Also a library that turns out to be of no use stays loaded: its code has run.
         m_libraries.emplace_back(path);
         m_modules.push_back(std::make_unique<TlModule>(m_libraries.back()));
-        LogTrace(LogCategory(), tracelog::kDebug, "Loaded the transport layer library '%s'.", path);
+        LogTrace(FactoryLog(), tracelog::kDebug, "Loaded the transport layer library '%s'.", path);
     } catch (...) {
         Reject(path, DescribeCurrentException());
     }
@@ -69,7 +64,7 @@ void TlCatalogue::Load(const std::string& path) {
 
 void TlCatalogue::Reject(const std::string& path, const std::string& reason) {
     m_rejected.push_back({path, reason});
-    LogTrace(LogCategory(), tracelog::kWarning, "The transport layer library '%s' can't be used: %s", path, reason);
+    LogTrace(FactoryLog(), tracelog::kWarning, "The transport layer library '%s' can't be used: %s", path, reason);
 }
 
 std::vector<TlOffer> TlCatalogue::AllOffers() const {

@@ -6,28 +6,13 @@
 #include "vanto/TlFactory.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <optional>
-#include <vector>
 
 #include "Base/GCException.h"
-#include "ExceptionText.h"
-#include "TlCatalogue.h"
-#include "vanto/TraceLog.h"
-#include "vanto/VantoFolders.h"
+#include "TlFactoryImpl.h"
 
 namespace Vanto {
 
 namespace {
-
-tracelog::CategoryId LogCategory() {
-    static const tracelog::CategoryId category = tracelog::LogGetCatID("vanto.base.Factory");
-    return category;
-}
 
 bool MaySelect(const DeviceInfoList& filter, const CTlInfo& tl) {
     return filter.empty() || std::any_of(filter.begin(), filter.end(), [&](const CDeviceInfo& entry) {
@@ -35,189 +20,7 @@ bool MaySelect(const DeviceInfoList& filter, const CTlInfo& tl) {
            });
 }
 
-// One object may stand for several records.
-bool WasAsked(const std::vector<std::unique_ptr<const TlLease>>& asked, const TlLease& tl) {
-    return std::any_of(asked.begin(), asked.end(), [&](const auto& one) { return one->Get() == tl.Get(); });
-}
-
-// A device that a partial record was resolved to, and the transport layer that offers it.
-struct Match {
-    TlOffer offer;
-    CDeviceInfo info;
-};
-
 }  // namespace
-
-/// The catalogue, and which transport layer made which device.
-class CTlFactory::Impl {
-public:
-    const TlCatalogue& Catalogue();
-    TlModule::GivenBack GiveBack(const ITransportLayer* tl);
-    std::vector<Match> Enumerate(const std::vector<TlOffer>& offers, const DeviceInfoList& filter);
-    IVantoDevice* Create(const CDeviceInfo& info, const gcstring_vector& injectedXml, bool allowAmbiguous);
-    IVantoDevice* CreateNamed(const gcstring& fullName);
-    void Destroy(IVantoDevice* device);
-    std::optional<Match> Resolve(const std::vector<TlOffer>& offers, const CDeviceInfo& info, bool allowAmbiguous);
-
-private:
-    IVantoDevice* Remember(IVantoDevice* device, ITransportLayer* tl);
-    std::vector<ITransportLayer*> PossibleOwners(IVantoDevice* device);
-    bool DestroyBy(ITransportLayer* tl, IVantoDevice* device);
-
-    std::once_flag m_loaded;
-    std::unique_ptr<const TlCatalogue> m_catalogue;
-    std::atomic<const TlCatalogue*> m_ready{nullptr};
-    std::mutex m_mutex;  // guards m_owners; nothing of others is called with it
-    std::map<IVantoDevice*, ITransportLayer*> m_owners;
-};
-
-const TlCatalogue& CTlFactory::Impl::Catalogue() {
-    std::call_once(m_loaded, [this] {
-        m_catalogue = std::make_unique<const TlCatalogue>(getVantoFolderPath(eTransportLayerFolder).str());
-        m_ready.store(m_catalogue.get(), std::memory_order_release);
-    });
-    return *m_catalogue;
-}
-
-TlModule::GivenBack CTlFactory::Impl::GiveBack(const ITransportLayer* tl) {
-    // A transport layer that the factory has made can only come from a catalogue that is there.
-    const TlCatalogue* const catalogue = m_ready.load(std::memory_order_acquire);
-    if (catalogue == nullptr)
-        return TlModule::GivenBack::kNotMine;
-    for (const auto& module : catalogue->Modules()) {
-        const TlModule::GivenBack result = module->GiveBack(tl);
-        if (result == TlModule::GivenBack::kDestroyed) {
-            const std::lock_guard lock(m_mutex);
-            std::erase_if(m_owners, [&](const auto& entry) { return entry.second == tl; });
-        }
-        if (result != TlModule::GivenBack::kNotMine)
-            return result;
-    }
-    return TlModule::GivenBack::kNotMine;
-}
-
-// Asks several transport layers. One that fails keeps nobody from the devices of the others; when all fail, the first
-// failure is the answer.
-std::vector<Match> CTlFactory::Impl::Enumerate(const std::vector<TlOffer>& offers, const DeviceInfoList& filter) {
-    std::vector<Match> found;
-    std::vector<std::unique_ptr<const TlLease>> asked;
-    std::exception_ptr firstFailure;
-    bool anySucceeded = false;
-    for (const TlOffer& offer : offers) {
-        try {
-            auto tl = std::make_unique<const TlLease>(*offer.module, offer.info);
-            if (!*tl || WasAsked(asked, *tl))
-                continue;
-            asked.push_back(std::move(tl));
-            DeviceInfoList devices;
-            (*asked.back())->EnumerateDevices(devices, filter, true);
-            for (const CDeviceInfo& device : devices)
-                found.push_back({offer, device});
-            anySucceeded = true;
-        } catch (...) {
-            LogTrace(LogCategory(), tracelog::kError, "The transport layer '%s' can't enumerate its devices: %s",
-                     offer.info.GetFullName(), DescribeCurrentException());
-            if (firstFailure == nullptr)
-                firstFailure = std::current_exception();
-        }
-    }
-    if (!anySucceeded && firstFailure != nullptr)
-        std::rethrow_exception(firstFailure);
-    return found;
-}
-
-// Resolves a partial record when several transport layers may offer the device; with one, that one resolves it itself.
-std::optional<Match> CTlFactory::Impl::Resolve(const std::vector<TlOffer>& offers, const CDeviceInfo& info,
-                                               bool allowAmbiguous) {
-    if (offers.size() == 1)
-        return std::nullopt;
-    DeviceInfoList filter;
-    filter.push_back(info);
-    std::vector<Match> matches = Enumerate(offers, filter);
-    if (matches.empty()) {
-        throw RUNTIME_EXCEPTION(
-            "No device of any transport layer contains the provided device info properties. Enumerate the devices to "
-            "see which there are.");
-    }
-    if (matches.size() > 1 && !allowAmbiguous) {
-        throw RUNTIME_EXCEPTION(
-            "Ambiguous device info properties. %u devices contain the provided device info properties. Give more of "
-            "them, the serial number for example.",
-            matches.size());
-    }
-    return matches.front();
-}
-
-IVantoDevice* CTlFactory::Impl::Create(const CDeviceInfo& info, const gcstring_vector& injectedXml,
-                                       bool allowAmbiguous) {
-    const std::vector<TlOffer> offers = Catalogue().OffersFor(info);
-    const Match chosen = Resolve(offers, info, allowAmbiguous).value_or(Match{offers.front(), info});
-    const TlLease tl(*chosen.offer.module, chosen.offer.info);
-    if (!tl)
-        throw RUNTIME_EXCEPTION("The transport layer '%s' can't be created.", chosen.offer.info.GetFullName());
-    IVantoDevice* const device =
-        allowAmbiguous ? tl->CreateFirstDevice(chosen.info, injectedXml) : tl->CreateDevice(chosen.info, injectedXml);
-    if (device == nullptr)
-        throw RUNTIME_EXCEPTION("The transport layer '%s' has created no device.", chosen.offer.info.GetFullName());
-    return Remember(device, tl.Get());
-}
-
-IVantoDevice* CTlFactory::Impl::CreateNamed(const gcstring& fullName) {
-    for (const TlOffer& offer : Catalogue().OffersFor(CDeviceInfo())) {
-        const TlLease tl(*offer.module, offer.info);
-        IVantoDevice* const device = tl ? tl->CreateDevice(fullName) : nullptr;
-        if (device != nullptr)
-            return Remember(device, tl.Get());
-    }
-    throw RUNTIME_EXCEPTION("There is no device '%s'. Enumerate the devices to see which there are.", fullName);
-}
-
-IVantoDevice* CTlFactory::Impl::Remember(IVantoDevice* device, ITransportLayer* tl) {
-    const std::lock_guard lock(m_mutex);
-    m_owners.insert_or_assign(device, tl);
-    return device;
-}
-
-// The transport layer that made a device through the factory, then all others: an application may have asked one of
-// them itself.
-std::vector<ITransportLayer*> CTlFactory::Impl::PossibleOwners(IVantoDevice* device) {
-    std::vector<ITransportLayer*> owners;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (const auto known = m_owners.extract(device))
-            owners.push_back(known.mapped());
-    }
-    for (const auto& module : Catalogue().Modules()) {
-        for (ITransportLayer* tl : module->GetMade()) {
-            if (owners.empty() || owners.front() != tl)
-                owners.push_back(tl);
-        }
-    }
-    return owners;
-}
-
-bool CTlFactory::Impl::DestroyBy(ITransportLayer* tl, IVantoDevice* device) {
-    for (const auto& module : Catalogue().Modules()) {
-        const TlLease held(*module, tl);
-        if (!held)
-            continue;
-        try {
-            held->DestroyDevice(device);
-            return true;
-        } catch (const GenICam::LogicalErrorException&) {  // it is not this one's
-            return false;
-        }
-    }
-    return false;
-}
-
-void CTlFactory::Impl::Destroy(IVantoDevice* device) {
-    for (ITransportLayer* tl : PossibleOwners(device)) {
-        if (DestroyBy(tl, device))
-            return;
-    }
-    throw LOGICAL_ERROR_EXCEPTION("Trying to destroy a device that no transport layer of the factory has created.");
-}
 
 CTlFactory::CTlFactory() : m_impl(std::make_unique<Impl>()) {}
 
@@ -328,8 +131,8 @@ int CTlFactory::EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& fil
         list.clear();
     std::vector<TlOffer> offers = m_impl->Catalogue().AllOffers();
     std::erase_if(offers, [&](const TlOffer& offer) { return !MaySelect(filter, offer.info); });
-    const std::vector<Match> found = m_impl->Enumerate(offers, filter);
-    for (const Match& match : found)
+    const std::vector<Impl::Match> found = m_impl->Enumerate(offers, filter);
+    for (const Impl::Match& match : found)
         list.push_back(match.info);
     return static_cast<int>(found.size());
 }
@@ -389,7 +192,7 @@ void CTlFactory::DestroyDevice(IVantoDevice* device) {
  */
 bool CTlFactory::IsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode, AccessibilityCode* accessibility) {
     const std::vector<TlOffer> offers = m_impl->Catalogue().OffersFor(info);
-    const Match chosen = m_impl->Resolve(offers, info, false).value_or(Match{offers.front(), info});
+    const Impl::Match chosen = m_impl->Resolve(offers, info, false).value_or(Impl::Match{offers.front(), info});
     const TlLease tl(*chosen.offer.module, chosen.offer.info);
     if (!tl)
         throw RUNTIME_EXCEPTION("The transport layer '%s' can't be created.", chosen.offer.info.GetFullName());

@@ -10,19 +10,10 @@
 
 #include "Base/GCException.h"
 #include "ExceptionText.h"
+#include "FactoryLog.h"
 #include "os/Library.h"
-#include "vanto/TraceLog.h"
 
 namespace Vanto {
-
-namespace {
-
-tracelog::CategoryId LogCategory() {
-    static const tracelog::CategoryId category = tracelog::LogGetCatID("vanto.base.Factory");
-    return category;
-}
-
-}  // namespace
 
 /**
  * \brief Look up what a transport-layer library must export, and ask it what it offers
@@ -89,7 +80,7 @@ TlModule::Made* TlModule::FindOrMake(const CTlInfo& info) {
     }
     ITransportLayer* const tl = m_create(info);
     if (tl == nullptr) {
-        LogTrace(LogCategory(), tracelog::kWarning, "The library '%s' makes no transport layer '%s'.", m_path, name);
+        LogTrace(FactoryLog(), tracelog::kWarning, "The library '%s' makes no transport layer '%s'.", m_path, name);
         return nullptr;
     }
     if (Made* const made = Find(tl)) {  // one object for several records
@@ -161,7 +152,7 @@ TlLease::~TlLease() {
     try {
         m_module.GiveBack(m_tl);
     } catch (...) {
-        LogTrace(LogCategory(), tracelog::kError, "A transport layer of '%s' can't be given back: %s", m_module.Path(),
+        LogTrace(FactoryLog(), tracelog::kError, "A transport layer of '%s' can't be given back: %s", m_module.Path(),
                  DescribeCurrentException());
     }
 }

@@ -1,0 +1,48 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * CTlFactory::Impl: the factory's work over all transport layers
+ */
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "TlCatalogue.h"
+#include "vanto/TlFactory.h"
+
+namespace Vanto {
+
+/// The catalogue, and which transport layer made which device. Thread-safe.
+class CTlFactory::Impl {
+public:
+    /// A device, and the transport layer that offers it.
+    struct Match {
+        TlOffer offer;
+        CDeviceInfo info;
+    };
+
+    const TlCatalogue& Catalogue();
+    TlModule::GivenBack GiveBack(const ITransportLayer* tl);
+    std::vector<Match> Enumerate(const std::vector<TlOffer>& offers, const DeviceInfoList& filter);
+    IVantoDevice* Create(const CDeviceInfo& info, const gcstring_vector& injectedXml, bool allowAmbiguous);
+    IVantoDevice* CreateNamed(const gcstring& fullName);
+    void Destroy(IVantoDevice* device);
+    std::optional<Match> Resolve(const std::vector<TlOffer>& offers, const CDeviceInfo& info, bool allowAmbiguous);
+
+private:
+    IVantoDevice* Remember(IVantoDevice* device, ITransportLayer* tl);
+    std::vector<ITransportLayer*> PossibleOwners(IVantoDevice* device);
+    bool DestroyBy(ITransportLayer* tl, IVantoDevice* device);
+
+    std::once_flag m_loaded;
+    std::unique_ptr<const TlCatalogue> m_catalogue;
+    std::atomic<const TlCatalogue*> m_ready{nullptr};
+    std::mutex m_mutex;  // guards m_owners; nothing of others is called with it
+    std::map<IVantoDevice*, ITransportLayer*> m_owners;
+};
+
+}  // namespace Vanto
