@@ -17,7 +17,7 @@
 #include "Base/GCException.h"
 #include "app/Command.h"
 #include "app/Options.h"
-#include "camera/Simulation.h"
+#include "cameras/Simulation.h"
 #include "output/Output.h"
 #include "output/Text.h"
 

@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "app/Options.h"
-#include "camera/TransportLayer.h"
+#include "cameras/TransportLayer.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"

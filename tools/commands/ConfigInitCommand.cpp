@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "app/Options.h"
-#include "camera/TransportLayer.h"
+#include "cameras/TransportLayer.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationWriter.h"
 #include "output/Output.h"

@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "app/Options.h"
-#include "camera/Reasons.h"
+#include "cameras/Reasons.h"
 #include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"

@@ -8,7 +8,7 @@
 
 #include "CLProtocol/Diagnostics.h"
 #include "app/Options.h"
-#include "camera/TransportLayer.h"
+#include "cameras/TransportLayer.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"

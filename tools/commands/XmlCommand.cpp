@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "app/Options.h"
-#include "camera/DeviceChoice.h"
+#include "cameras/DeviceChoice.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Sha1.h"

@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "camera/Reasons.h"
+#include "cameras/Reasons.h"
 #include "doctor/Report.h"
 
 namespace tools {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "camera/TransportLayer.h"
+#include "cameras/TransportLayer.h"
 #include "vanto/LogListener.h"
 
 namespace tools {

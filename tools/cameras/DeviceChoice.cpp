@@ -2,7 +2,7 @@
 /*
  * Which camera of the list a user means
  */
-#include "camera/DeviceChoice.h"
+#include "cameras/DeviceChoice.h"
 
 #include <fmt/format.h>
 
@@ -11,7 +11,7 @@
 #include <optional>
 
 #include "app/ExitCode.h"
-#include "camera/Reasons.h"
+#include "cameras/Reasons.h"
 #include "output/Text.h"
 
 namespace tools {

@@ -2,13 +2,13 @@
 /*
  * Why no camera was found, and what to do about it
  */
-#include "camera/Reasons.h"
+#include "cameras/Reasons.h"
 
 #include <fmt/format.h>
 
 #include "CLProtocol/Diagnostics.h"
 #include "app/ExitCode.h"
-#include "camera/LogTexts.h"
+#include "cameras/LogTexts.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"

@@ -2,7 +2,7 @@
 /*
  * The Camera Link transport layer, through the factory
  */
-#include "camera/TransportLayer.h"
+#include "cameras/TransportLayer.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 /*
  * Simulation: cameras that are there as long as a command runs
  */
-#include "camera/Simulation.h"
+#include "cameras/Simulation.h"
 
 #include <fmt/format.h>
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "camera/Enumeration.h"
+#include "cameras/Enumeration.h"
 
 namespace tools {
 

@@ -2,7 +2,7 @@
 /*
  * Tests of which camera of the list a user means
  */
-#include "camera/DeviceChoice.h"
+#include "cameras/DeviceChoice.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

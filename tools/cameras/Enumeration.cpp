@@ -2,13 +2,13 @@
 /*
  * One look for cameras, and what was logged meanwhile
  */
-#include "camera/Enumeration.h"
+#include "cameras/Enumeration.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "camera/LogTexts.h"
+#include "cameras/LogTexts.h"
 #include "output/Text.h"
 #include "system/FileAccess.h"
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "camera/Enumeration.h"
+#include "cameras/Enumeration.h"
 
 namespace tools {
 
