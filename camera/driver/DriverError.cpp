@@ -89,7 +89,7 @@ std::string_view CodeText(CLINT32 code) noexcept {
         return "Internal error of the driver.";
     if (code == kGenericStatus)
         return "The camera refused a command: generic error.";
-    if (code < kStatusCodes && code >= kStatusCodes - kLastNumberedStatus)
+    if (code <= kStatusCodes && code >= kStatusCodes - kLastNumberedStatus)
         return "The camera refused a command.";
     return {};
 }

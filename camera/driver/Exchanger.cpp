@@ -161,7 +161,7 @@ std::optional<gencp::Packet> Exchanger::Receive(Time until) {
         const auto wanted = std::span(buffer).first(m_parser.BytesNeeded());
         const std::size_t count = m_line.Read(wanted, until);
         m_parser.Append(wanted.first(count));
-        if (count > 0)
+        if (count > 0 && m_line.GetClock().Now() < until)
             continue;
         m_parser.Append(m_line.TakeWaiting());
         return NextForCommand();

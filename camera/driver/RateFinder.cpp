@@ -31,28 +31,32 @@ constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp:
  * \brief Find the camera's baud rate, and leave the line at it
  * \param[in] hints Rates to try first
  *
- * Each attempt reads the version register with request id 0. The first round goes quickly over the rates; a slow camera
- * that is asked at the right rate answers late, into the next attempts, so the second round waits as long as the
- * standard allows when anything at all was received. Last of all comes 9600 baud again: some cameras fall back to it
- * when they receive nothing but framing errors.
+ * Each attempt reads the version register with request id 0. Two rounds go quickly over the rates, so that a lost
+ * packet does not hide a camera. A slow camera that is asked at the right rate answers late, into attempts at other
+ * rates: when anything at all was received, a round follows that waits as long as the standard allows. Last of all
+ * comes 9600 baud again: some cameras fall back to it when they receive nothing but framing errors.
  *
  * \return The version register
  * \throw DriverError kNoAnswer, with the rates that were tried; else what the camera or the serial library said
  */
 std::uint32_t RateFinder::Find(const RateHints& hints) {
     const auto before = m_line.ReceivedBytes();
+    const auto wasAnythingReceived = [&] {
+        m_line.TakeWaiting();
+        return m_line.ReceivedBytes() != before;
+    };
     const auto first = FirstRound(hints);
-    for (const auto& attempt : first) {
-        if (const auto version = Try(attempt))
-            return *version;
-    }
-    m_line.TakeWaiting();
-    for (const auto& attempt : SecondRound(first, m_line.ReceivedBytes() != before)) {
-        if (const auto version = Try(attempt))
-            return *version;
-    }
-    throw DriverError(kNoAnswer, fmt::format("No camera answers. Baud rates tried: {}.{}", TriedRates(),
-                                             m_line.ReceivedBytes() != before ? " Something was received." : ""));
+    auto version = TryAll(first);
+    if (!version && !wasAnythingReceived())
+        version = TryAll(RoundOfOthers(first, false));
+    if (!version && wasAnythingReceived())
+        version = TryAll(RoundOfOthers(first, true));
+    if (!version)
+        version = TryAll({{LastResort(first), true}});
+    if (!version)
+        throw DriverError(kNoAnswer, fmt::format("No camera answers. Baud rates tried: {}.{}", TriedRates(),
+                                                 wasAnythingReceived() ? " Something was received." : ""));
+    return *version;
 }
 
 // The rates of both hints, 9600, then from the fastest down: an application leaves a camera at the fastest it can.
@@ -73,18 +77,26 @@ std::vector<RateFinder::Attempt> RateFinder::FirstRound(const RateHints& hints) 
     return attempts;
 }
 
-std::vector<RateFinder::Attempt> RateFinder::SecondRound(const std::vector<Attempt>& first,
-                                                         bool wasAnythingReceived) const {
+std::vector<RateFinder::Attempt> RateFinder::RoundOfOthers(const std::vector<Attempt>& first, bool isPatient) {
     std::vector<Attempt> attempts;
     for (const auto& attempt : first) {
         if (attempt.flag != gencp::kStartBaudRate.flag)
-            attempts.push_back({attempt.flag, wasAnythingReceived});
+            attempts.push_back({attempt.flag, isPatient});
     }
-    if (!first.empty())
-        attempts.push_back({(m_line.SupportedRates() & gencp::kStartBaudRate.flag) != 0 ? gencp::kStartBaudRate.flag
-                                                                                        : first.front().flag,
-                            true});
     return attempts;
+}
+
+std::uint32_t RateFinder::LastResort(const std::vector<Attempt>& first) const {
+    const std::uint32_t start = gencp::kStartBaudRate.flag;
+    return (m_line.SupportedRates() & start) != 0 ? start : first.front().flag;
+}
+
+std::optional<std::uint32_t> RateFinder::TryAll(const std::vector<Attempt>& attempts) {
+    for (const auto& attempt : attempts) {
+        if (const auto version = Try(attempt))
+            return version;
+    }
+    return std::nullopt;
 }
 
 // The version register, or nothing when there is no answer at that rate.

@@ -35,7 +35,9 @@ private:
     };
 
     std::vector<Attempt> FirstRound(const RateHints& hints) const;
-    std::vector<Attempt> SecondRound(const std::vector<Attempt>& first, bool wasAnythingReceived) const;
+    static std::vector<Attempt> RoundOfOthers(const std::vector<Attempt>& first, bool isPatient);
+    std::uint32_t LastResort(const std::vector<Attempt>& first) const;
+    std::optional<std::uint32_t> TryAll(const std::vector<Attempt>& attempts);
     std::optional<std::uint32_t> Try(const Attempt& attempt);
     std::string TriedRates() const;
 

@@ -1,0 +1,297 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "Connection.h"
+
+#include <gtest/gtest.h>
+
+#include "Rig.h"
+#include "clser/ClSerial.h"
+
+namespace {
+
+using namespace marlow;
+using namespace marlow::test;
+using std::chrono::milliseconds;
+
+struct ConnectionTest : testing::Test, OpenRig {
+    std::string OpenedAs(const std::string& request = "Marlow") {
+        Connection fresh(serial, clock, logger, known);
+        fresh.Open(DeviceRequest(request), kTimeout, nullptr);
+        return fresh.ShortDeviceId();
+    }
+};
+
+TEST_F(ConnectionTest, NamesTheCameraAsItsRegistersDo) {
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042");
+}
+
+TEST_F(ConnectionTest, AnyMinorVersionOfGenCpOneIsSpoken) {
+    for (const std::uint32_t version : {0x00010000u, 0x00010001u, 0x00010002u, 0x00010003u}) {
+        camera.SetNumber(gencp::abrm::kGenCpVersion, version);
+        EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042");
+    }
+}
+
+TEST_F(ConnectionTest, OtherVersionsAreNoCamera) {
+    for (const std::uint32_t version : {0x00000000u, 0x00020000u, 0xFFFFFFFFu}) {
+        camera.SetNumber(gencp::abrm::kGenCpVersion, version);
+        EXPECT_EQ(CodeOf([&] { OpenedAs(); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    }
+}
+
+TEST_F(ConnectionTest, AnotherMakersCameraIsNotOurs) {
+    camera.SetText(gencp::abrm::kManufacturerName, "Marlowe");
+    EXPECT_EQ(CodeOf([&] { OpenedAs(); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    EXPECT_EQ(TextOf([&] { OpenedAs(); }),
+              "The camera 'Marlowe#Heron#H2048#21790042' answers at 9600 baud, not 'Marlow'.");
+}
+
+TEST_F(ConnectionTest, ModelIsTheFamilyOfACameraWithoutFamilyRegister) {
+    camera.SetCapability(gencp::capability::kSbrm);
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#21790042");
+    camera.SetCapability(gencp::capability::kFamilyName);
+    camera.SetText(gencp::abrm::kFamilyName, "");
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#21790042");
+}
+
+TEST_F(ConnectionTest, EmptySerialNumberKeepsItsPlace) {
+    camera.SetText(gencp::abrm::kSerialNumber, "");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#"), "Marlow#Heron#H2048#");
+}
+
+TEST_F(ConnectionTest, FullRegistersAreReadToTheirEnd) {
+    camera.SetText(gencp::abrm::kModelName, std::string(64, 'M'));
+    camera.SetText(gencp::abrm::kSerialNumber, "1234567890123456");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#" + std::string(64, 'M') + "#1234567890123456");
+}
+
+TEST_F(ConnectionTest, SeparatorsInNamesAreReplaced) {
+    camera.SetText(gencp::abrm::kModelName, "H#20\t48");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H_20_48#21790042");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H_20_48#21790042"), "Marlow#Heron#H_20_48#21790042");
+}
+
+TEST_F(ConnectionTest, WideNamesAreRead) {
+    camera.SetCapability(gencp::capability::kEncodingUtf16 << gencp::capability::kEncodingShift);
+    const auto wide = [](const std::string& text) {
+        std::string result;
+        for (const char sign : text)
+            result += {'\0', sign};
+        return result;
+    };
+    camera.SetText(gencp::abrm::kManufacturerName, wide("Marlow"));
+    camera.SetText(gencp::abrm::kModelName, wide("H2048-long-name"));
+    camera.SetText(gencp::abrm::kSerialNumber, wide("7"));
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048-long-name#H2048-long-name#7");
+    EXPECT_EQ(OpenedAs("Marlow#H2048-long-name#H2048-long-name#7"), "Marlow#H2048-long-name#H2048-long-name#7");
+}
+
+TEST_F(ConnectionTest, AnyRequestThatFitsOpens) {
+    for (const char* request : {"Marlow#Heron", "Marlow#Heron#H2048", "Marlow#Heron#H2048#21790042",
+                                "dir#libMarlowCLProtocol.so#Marlow#Heron#H2048#21790042"})
+        EXPECT_EQ(OpenedAs(request), "Marlow#Heron#H2048#21790042") << request;
+}
+
+TEST_F(ConnectionTest, AnotherCameraThanAskedForIsAFailure) {
+    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#999"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    OpenedAs();
+    camera.SetText(gencp::abrm::kSerialNumber, "other");
+    EXPECT_EQ(TextOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }),
+              "The camera 'Marlow#Heron#H2048#other' answers at 9600 baud, not 'Marlow#Heron#H2048#21790042'.");
+}
+
+TEST_F(ConnectionTest, KnownCameraIsOpenedAgainWithTwoShortExchanges) {
+    OpenedAs();
+    camera.received.clear();
+    OpenedAs("Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(camera.received.size(), 2u);
+}
+
+TEST_F(ConnectionTest, KnownCameraIsFoundAtItsLastRateAtOnce) {
+    Open();
+    connection.SetRate(serial, 0x20, kTimeout);
+    serial.ratesSet.clear();
+    VirtualLine other(clock, camera);  // a host makes a new line object for a new connection
+    Connection fresh(other, clock, logger, known);
+    fresh.Open(DeviceRequest("Marlow#Heron#H2048#21790042"), kTimeout, nullptr);
+    EXPECT_EQ(other.ratesSet, std::vector<CLUINT32>{0x20});
+}
+
+TEST_F(ConnectionTest, LastRateOfALineIsTriedFirstForATemplate) {
+    Open();
+    connection.SetRate(serial, 0x20, kTimeout);
+    serial.ratesSet.clear();
+    OpenedAs("Marlow");
+    EXPECT_EQ(serial.ratesSet, std::vector<CLUINT32>{0x20});
+}
+
+TEST_F(ConnectionTest, CameraThatFellBackTo9600IsFoundAgain) {
+    Open();
+    connection.SetRate(serial, 0x20, kTimeout);
+    camera.SetRate(0x01);
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#21790042"), "Marlow#Heron#H2048#21790042");
+}
+
+TEST_F(ConnectionTest, ChangedFirmwareOfAKnownCameraIsReadAfresh) {
+    OpenedAs();
+    camera.SetCapability(gencp::capability::kFamilyName);  // can't stack any more
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#21790042"), "Marlow#Heron#H2048#21790042");
+}
+
+TEST_F(ConnectionTest, ReadsAndWritesRegisters) {
+    Open();
+    EXPECT_TRUE(Write(kScratchAddress, {1, 2, 3, 4}));
+    EXPECT_EQ(Read(kScratchAddress, 4), (Bytes{1, 2, 3, 4}));
+}
+
+TEST_F(ConnectionTest, RangesBeyondTheLastAddressAreRefused) {
+    Open();
+    EXPECT_EQ(CodeOf([&] { Read(~std::uint64_t{0} - 2, 4); }), kBadRange);
+    EXPECT_EQ(CodeOf([&] { Write(~std::uint64_t{0}, {1, 2}); }), kBadRange);
+}
+
+TEST_F(ConnectionTest, BaudRateRegisterHasTheEntryValueAndIsNeverSent) {
+    Open();
+    camera.received.clear();
+    EXPECT_EQ(Read(0x4D42445200000000, 4), (Bytes{0, 0, 0, 15}));
+    EXPECT_TRUE(camera.received.empty());
+}
+
+TEST_F(ConnectionTest, BaudRateRegisterChangesTheRateOfBothSides) {
+    Open();
+    for (const auto& rate : gencp::kBaudRates) {
+        EXPECT_TRUE(Write(0x4D42445200000000, {0, 0, 0, static_cast<std::uint8_t>(rate.entryValue)}));
+        EXPECT_EQ(camera.Rate(), rate.flag);
+        EXPECT_EQ(Read(0x4D42445200000000, 4), (Bytes{0, 0, 0, static_cast<std::uint8_t>(rate.entryValue)}));
+        EXPECT_EQ(connection.Rate(serial, kTimeout), rate.flag);
+        EXPECT_EQ(Read(0, 4), (Bytes{0, 1, 0, 3}));
+    }
+}
+
+TEST_F(ConnectionTest, EntryValuesWithoutRateAreRefused) {
+    Open();
+    for (const int value : {0, 16, 24, 255})
+        EXPECT_EQ(CodeOf([&] {
+                      Write(0x4D42445200000000, {0, 0, 0, static_cast<std::uint8_t>(value)});
+                  }),
+                  CL_ERR_BAUD_RATE_NOT_SUPPORTED);
+    EXPECT_EQ(CodeOf([&] { Write(0x4D42445200000000, {0, 0, 1, 20}); }), CL_ERR_BAUD_RATE_NOT_SUPPORTED);
+    EXPECT_EQ(camera.Rate(), 0x01u);
+}
+
+TEST_F(ConnectionTest, PartsOfTheBaudRateRegisterAreRefused) {
+    Open();
+    camera.received.clear();
+    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000000, 2); }), kBadRange);
+    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000000, 8); }), kBadRange);
+    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000002, 4); }), kBadRange);
+    EXPECT_EQ(CodeOf([&] { Read(0x4D424451FFFFFFFE, 4); }), kBadRange);
+    EXPECT_TRUE(camera.received.empty());
+    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000004, 4); }), kStatusCodes - 3);
+    EXPECT_EQ(CodeOf([&] { Read(0x4D424451FFFFFFFC, 4); }), kStatusCodes - 3);
+}
+
+TEST_F(ConnectionTest, RateIsSetByFlagAsWell) {
+    Open();
+    connection.SetRate(serial, 0x80, kTimeout);
+    EXPECT_EQ(camera.Rate(), 0x80u);
+    for (const std::uint32_t flag : {0u, 0x03u, 0x100u, 0x40000000u})
+        EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, flag, kTimeout); }), CLProtocol::CLP_PARAM_VALUE);
+}
+
+TEST_F(ConnectionTest, SupportedRatesAreThoseOfBothSides) {
+    serial.supported = 0x15;
+    camera.SetNumber(gencp::sbrm::kSupportedBaudRates.At(kSbrmAddress), 0x91);
+    Open();
+    EXPECT_EQ(connection.SupportedRates(serial, kTimeout), 0x11u);
+}
+
+TEST_F(ConnectionTest, CameraWithoutSerialRegistersCannotChange) {
+    camera.SetCapability(gencp::capability::kFamilyName);
+    Open();
+    EXPECT_EQ(connection.SupportedRates(serial, kTimeout), 0x01u);
+    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kNoSerialRegisters);
+}
+
+TEST_F(ConnectionTest, DescriptionIsFetchedByItsId) {
+    gencp::ManifestEntry entry;
+    entry.schemaMajor = entry.versionMajor = 1;
+    camera.SetFiles({{entry, Bytes(5, 'x')}});
+    Open();
+    const auto ids = connection.XmlIds(serial, kTimeout);
+    ASSERT_EQ(ids, std::vector<std::string>{"SchemaVersion.1.0@Marlow#Heron#H2048#21790042@XMLVersion.1.0.0"});
+    EXPECT_EQ(connection.DescriptionSize(serial, ids[0], kTimeout), 5u);
+    Bytes file(5);
+    connection.FetchDescription(serial, ids[0], file, kTimeout);
+    EXPECT_EQ(file, Bytes(5, 'x'));
+    EXPECT_EQ(CodeOf([&] { connection.FetchDescription(serial, ids[0], std::span(file).first(4), kTimeout); }),
+              CL_ERR_BUFFER_TOO_SMALL);
+    EXPECT_EQ(CodeOf([&] { connection.DescriptionSize(serial, "other", kTimeout); }),
+              CLProtocol::CLP_NO_XMLDESCRIPTION_FOUND);
+}
+
+TEST_F(ConnectionTest, CameraWithoutDescriptionIsAFailure) {
+    Open();
+    EXPECT_EQ(CodeOf([&] { connection.XmlIds(serial, kTimeout); }), CLProtocol::CLP_NO_XMLDESCRIPTION_FOUND);
+}
+
+TEST_F(ConnectionTest, PendingWriteIsContinuedOrLeft) {
+    Open();
+    camera.pendingAcks = 1;
+    camera.pendingMs = 600;
+    EXPECT_EQ(CodeOf([&] { connection.ContinueWrite(serial, true, kTimeout); }), kNoWritePending);
+    EXPECT_FALSE(Write(kScratchAddress, {1, 2, 3, 4}));
+    EXPECT_TRUE(connection.ContinueWrite(serial, true, kTimeout));
+    EXPECT_FALSE(Write(kScratchAddress, {5, 6, 7, 8}));
+    EXPECT_TRUE(connection.ContinueWrite(serial, false, kTimeout));
+    EXPECT_EQ(Read(kScratchAddress, 4), (Bytes{5, 6, 7, 8}));
+}
+
+TEST_F(ConnectionTest, AnyFateOfAnyPacketOfAProbeIsSurvived) {
+    for (const Fate fate : {Fate::Lost, Fate::HeaderDamaged, Fate::DataDamaged, Fate::Cut, Fate::Twice, Fate::Late}) {
+        for (std::size_t packet = 0; packet < 5; ++packet) {
+            for (const bool isCommand : {true, false}) {
+                const auto fates = [=](std::size_t i) { return i == packet ? fate : Fate::Arrives; };
+                camera.commandPackets = camera.acknowledgePackets = 0;
+                camera.commandFate = isCommand ? std::function<Fate(std::size_t)>(fates) : nullptr;
+                camera.acknowledgeFate = isCommand ? nullptr : std::function<Fate(std::size_t)>(fates);
+                known.Clear();
+                EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042") << static_cast<int>(fate) << " of " << packet;
+            }
+        }
+    }
+}
+
+TEST_F(ConnectionTest, LossyLineNeverGivesAWrongValueNorWritesTwice) {
+    Open();
+    connection.SetRate(serial, 0x80, kTimeout);
+    const auto lossy = [state = 12345u](std::size_t) mutable {
+        state = state * 1664525u + 1013904223u;
+        const unsigned draw = (state >> 16) % 100;
+        return draw < 2   ? Fate::Lost
+               : draw < 3 ? Fate::DataDamaged
+               : draw < 4 ? Fate::HeaderDamaged
+               : draw < 5 ? Fate::Twice
+               : draw < 6 ? Fate::Late
+                          : Fate::Arrives;
+    };
+    camera.commandFate = camera.acknowledgeFate = lossy;
+    camera.writes.clear();
+    unsigned failures = 0;
+    for (std::uint32_t i = 0; i < 5000; ++i) {
+        Bytes value(4);
+        gencp::Store32(value, 0, i);
+        const std::size_t before = camera.writes.size();
+        try {
+            Write(kScratchAddress, value);
+            EXPECT_EQ(camera.writes.size(), before + 1);
+            EXPECT_EQ(Read(kScratchAddress, 4), value);
+        } catch (const DriverError&) {
+            ++failures;
+            EXPECT_LE(camera.writes.size(), before + 1);
+        }
+    }
+    EXPECT_LE(failures, 2u);  // four attempts in a row must be lost
+}
+
+}  // namespace

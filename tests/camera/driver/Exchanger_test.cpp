@@ -1,0 +1,225 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "Exchanger.h"
+
+#include <gtest/gtest.h>
+
+#include "Rig.h"
+#include "gencp/Memory.h"
+
+namespace {
+
+using namespace marlow;
+using namespace marlow::test;
+using gencp::Load32;
+using std::chrono::milliseconds;
+
+struct ExchangerTest : testing::Test, MemoryRig {
+    gencp::Bytes ReadVersion() { return memory.Read(gencp::abrm::kGenCpVersion); }
+    std::vector<std::uint16_t> ReceivedIds() const {
+        std::vector<std::uint16_t> ids;
+        for (const auto& packet : camera.received)
+            ids.push_back(packet.header.requestId);
+        return ids;
+    }
+};
+
+TEST_F(ExchangerTest, FirstCommandOfAConnectionHasRequestIdZero) {
+    exchanger.Restart();
+    ReadVersion();
+    ReadVersion();
+    EXPECT_EQ(ReceivedIds(), (std::vector<std::uint16_t>{0, 1}));
+}
+
+TEST_F(ExchangerTest, RequestIdsWrapToOne) {
+    for (int i = 0; i < 0x10001; ++i)
+        ReadVersion();
+    EXPECT_EQ(camera.received[0xFFFE].header.requestId, 0xFFFF);
+    EXPECT_EQ(camera.received[0xFFFF].header.requestId, 1);
+}
+
+TEST_F(ExchangerTest, AsksTheLibraryForExactCounts) {
+    serial.readSizes.clear();
+    ReadVersion();
+    EXPECT_EQ(serial.readSizes, (std::vector<CLUINT32>{16, 4}));
+}
+
+TEST_F(ExchangerTest, LostCommandIsSentAgainWithItsIdAndTheFlag) {
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    memory.Write(kScratchAddress, {{1, 2, 3, 4}});
+    ASSERT_EQ(camera.received.size(), 1u);
+    EXPECT_TRUE(camera.received[0].header.IsResend());
+    EXPECT_EQ(camera.received[0].header.requestId, 1);
+}
+
+TEST_F(ExchangerTest, LostAcknowledgeDoesNotMakeTheCommandRunTwice) {
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    memory.Write(kScratchAddress, {{1, 2, 3, 4}});
+    EXPECT_EQ(camera.received.size(), 2u);
+    EXPECT_EQ(ReceivedIds(), (std::vector<std::uint16_t>{1, 1}));
+    EXPECT_EQ(camera.writes.size(), 1u);
+}
+
+TEST_F(ExchangerTest, DamagedAcknowledgeIsAskedForAgainAtOnce) {
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::DataDamaged : Fate::Arrives; };
+    const Time begin = clock.Now();
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+    EXPECT_LT(clock.Now() - begin, milliseconds(120));  // two exchanges at 9600 baud, no time-out
+}
+
+TEST_F(ExchangerTest, GivesUpAfterThreeResends) {
+    camera.isSilent = true;
+    const Time begin = clock.Now();
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_EQ(camera.commandPackets, 4u);
+    EXPECT_LE(clock.Now() - begin, 4 * kTimeout);
+    EXPECT_FALSE(exchanger.IsInFlight());
+}
+
+TEST_F(ExchangerTest, FailureNamesRateOperationAndAttempts) {
+    camera.isSilent = true;
+    EXPECT_EQ(TextOf([&] { ReadVersion(); }),
+              "No answer from the camera at 9600 baud to reading 4 bytes at 0x0, sent 4 times within 200 ms each.");
+}
+
+TEST_F(ExchangerTest, NoAttemptIsLongerThanTheTimeoutGiven) {
+    camera.isSilent = true;
+    memory.SetTimeout(milliseconds(30));
+    serial.longestRead = 0;
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(serial.longestRead, 30u);
+}
+
+TEST_F(ExchangerTest, StrayBytesBeforeAnAcknowledgeAreSkipped) {
+    for (const Bytes& stray : {Bytes{0x00}, Bytes{0x01}, Bytes{0x01, 0x00}, Bytes(40, 0x55)}) {
+        serial.AddStray(stray);
+        EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+    }
+    EXPECT_EQ(camera.received.size(), 4u);  // none was sent again
+}
+
+TEST_F(ExchangerTest, StaleAcknowledgeIsDropped) {
+    serial.AddStray(gencp::BuildAcknowledge(0x0801, 0, 0x7777, Bytes(4, 0xEE)));
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+}
+
+TEST_F(ExchangerTest, AcknowledgeOfAnotherCommandIsDropped) {
+    serial.AddStray(gencp::BuildAcknowledge(0x0803, 0, 1, Bytes(4, 0xEE)));
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+}
+
+TEST_F(ExchangerTest, CommandPacketsAreNoAnswers) {
+    serial.AddStray(gencp::BuildCommand(gencp::kReadMem, 1, Bytes(4, 0xEE)));
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+}
+
+TEST_F(ExchangerTest, PacketsOfOtherChannelsAreDropped) {
+    gencp::PacketHeader header;
+    header.channel = 5;
+    header.command = gencp::AcknowledgeOf(gencp::kReadMem);
+    header.requestId = 1;
+    serial.AddStray(gencp::BuildPacket(header, Bytes(4, 0xEE)));
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+}
+
+TEST_F(ExchangerTest, LateAcknowledgeIsDroppedByTheNextExchange) {
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Late : Fate::Arrives; };
+    camera.SetNumber({kScratchAddress, 4}, 0xABCD);
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+    EXPECT_EQ(Load32(memory.Read(gencp::Register{kScratchAddress, 4}), 0), 0xABCDu);
+}
+
+TEST_F(ExchangerTest, ErrorStatusIsAFailureWithItsName) {
+    const auto fail = [&] { memory.Read(gencp::Register{0x999999, 4}); };
+    EXPECT_EQ(CodeOf(fail), kStatusCodes - 3);
+    EXPECT_EQ(TextOf(fail), "The camera refused reading 4 bytes at 0x999999: invalid address (GenCP status 0x8003).");
+}
+
+TEST_F(ExchangerTest, WarningStatusIsASuccess) {
+    camera.answer = [](const gencp::Packet& command) {
+        return gencp::BuildAcknowledge(0x0801, 0x2001, command.header.requestId, Bytes{0, 1, 0, 2});
+    };
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010002u);
+}
+
+TEST_F(ExchangerTest, BusyCameraIsAskedAgainWithANewId) {
+    int refusals = 2;
+    camera.answer = [&](const gencp::Packet& command) -> std::optional<Bytes> {
+        if (refusals-- <= 0)
+            return std::nullopt;
+        return gencp::BuildAcknowledge(0x0803, gencp::kStatusBusy, command.header.requestId, {});
+    };
+    EXPECT_TRUE(memory.Write(kScratchAddress, {{1, 2, 3, 4}}));
+    EXPECT_EQ(ReceivedIds(), (std::vector<std::uint16_t>{1, 2, 3}));
+    EXPECT_EQ(camera.writes.size(), 1u);
+}
+
+TEST_F(ExchangerTest, CameraThatStaysBusyIsAFailure) {
+    camera.answer = [](const gencp::Packet& command) {
+        return gencp::BuildAcknowledge(0x0801, gencp::kStatusBusy, command.header.requestId, {});
+    };
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), kStatusCodes - 7);
+    EXPECT_EQ(camera.received.size(), 4u);
+}
+
+TEST_F(ExchangerTest, PendingAcknowledgesExtendTheTime) {
+    camera.pendingAcks = 5;
+    camera.pendingMs = 60;
+    memory.WriteOnce(kScratchAddress, Bytes(4), memory.UsualTiming());
+    EXPECT_EQ(camera.received.size(), 1u);
+    EXPECT_GE(Elapsed(), milliseconds(300));
+}
+
+TEST_F(ExchangerTest, PendingAcknowledgeOfAnotherCommandIsDropped) {
+    serial.AddStray(gencp::BuildAcknowledge(gencp::kPendingAck, 0, 0x55, gencp::EncodePendingAck(0xFFFF)));
+    camera.isSilent = true;
+    const Time begin = clock.Now();
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(clock.Now() - begin, 4 * kTimeout);
+}
+
+TEST_F(ExchangerTest, LostAcknowledgeAfterAPendingOneIsAskedForAgain) {
+    camera.pendingAcks = 1;
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    memory.WriteOnce(kScratchAddress, Bytes(4), memory.UsualTiming());
+    EXPECT_EQ(camera.writes.size(), 1u);
+    EXPECT_EQ(camera.received.size(), 2u);
+}
+
+TEST_F(ExchangerTest, CameraThatIsPendingForEverIsAFailure) {
+    camera.answer = [](const gencp::Packet& command) {
+        return gencp::BuildAcknowledge(gencp::kPendingAck, 0, command.header.requestId,
+                                       gencp::EncodePendingAck(0xFFFF));
+    };
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(Elapsed(), std::chrono::seconds(40));
+}
+
+TEST_F(ExchangerTest, PendingAcknowledgeOfWrongSizeIsIgnored) {
+    camera.answer = [](const gencp::Packet& command) {
+        return gencp::BuildAcknowledge(gencp::kPendingAck, 0, command.header.requestId, Bytes(3));
+    };
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(Elapsed(), std::chrono::seconds(2));
+}
+
+TEST_F(ExchangerTest, LibraryThatFailsEndsTheExchange) {
+    serial.readCode = -10006;
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), -10006);
+    EXPECT_FALSE(exchanger.IsInFlight());
+    serial.readCode.reset();
+    serial.writeCode = -10006;
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), -10006);
+    EXPECT_FALSE(exchanger.IsInFlight());
+}
+
+TEST_F(ExchangerTest, BabblingLineEndsAtTheDeadlines) {
+    camera.isSilent = true;
+    serial.onRead = [&](CLUINT32 ms) {
+        serial.AddStray(Bytes(64, 0x01));
+        clock.Sleep(milliseconds(ms > 0 ? 1 : 0));
+    };
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(Elapsed(), 4 * kTimeout + milliseconds(100));
+}
+
+}  // namespace
