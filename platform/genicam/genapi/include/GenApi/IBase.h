@@ -11,7 +11,7 @@ namespace GenApi {
 struct IBase {
     virtual EAccessMode GetAccessMode() const = 0;
 
-  protected:
+protected:
     IBase() = default;
     IBase(const IBase&) = default;
     IBase& operator=(const IBase&) = default;

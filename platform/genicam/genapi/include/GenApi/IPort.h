@@ -14,7 +14,7 @@ struct IPort : virtual public IBase {
     /// Writes \a length bytes (at least 1) to \a address; throws a GenICam exception on failure.
     virtual void Write(const void* buffer, std::int64_t address, std::int64_t length) = 0;
 
-  protected:
+protected:
     IPort() = default;
     IPort(const IPort&) = default;
     IPort& operator=(const IPort&) = default;

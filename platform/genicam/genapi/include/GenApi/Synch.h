@@ -10,7 +10,7 @@ namespace GenApi {
 
 /// A recursive lock. Thread-safe by nature.
 class CLock {
-  public:
+public:
     CLock() = default;
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
@@ -19,19 +19,19 @@ class CLock {
     bool TryLock() { return m_mutex.try_lock(); }
     void Unlock() { m_mutex.unlock(); }
 
-  private:
+private:
     std::recursive_mutex m_mutex;
 };
 
 /// Holds a CLock for its own lifetime.
 class AutoLock {
-  public:
+public:
     explicit AutoLock(CLock& lock) : m_lock(lock) { m_lock.Lock(); }
     ~AutoLock() { m_lock.Unlock(); }
     AutoLock(const AutoLock&) = delete;
     AutoLock& operator=(const AutoLock&) = delete;
 
-  private:
+private:
     CLock& m_lock;
 };
 

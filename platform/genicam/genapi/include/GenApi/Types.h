@@ -72,6 +72,16 @@ enum EInterfaceType {
     intfIPort
 };
 
+/// Which neighbours of a node INode::GetChildren lists.
+enum ELinkType {
+    ctParentNodes,           ///< nodes that refer to this one
+    ctReadingChildren,       ///< nodes that a read may use
+    ctWritingChildren,       ///< nodes that a write may use
+    ctInvalidatingChildren,  ///< nodes whose change invalidates this one
+    ctDependingNodes,        ///< nodes that this one invalidates, directly or through others
+    ctTerminalNodes          ///< registers that a write ends in
+};
+
 /// When a node callback runs: bits, so that a fire call can ask for both.
 enum ECallbackType {
     cbPostInsideLock = 1,   ///< after the change, with the node map's lock held

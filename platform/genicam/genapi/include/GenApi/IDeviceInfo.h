@@ -1,0 +1,38 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * IDeviceInfo: what a description says about itself
+ */
+#pragma once
+
+#include "Base/GCString.h"
+#include "GenApi/Types.h"
+
+namespace GenApi {
+
+struct Version_t {
+    std::uint16_t Major = 0;
+    std::uint16_t Minor = 0;
+    std::uint16_t SubMinor = 0;
+
+    friend bool operator==(const Version_t&, const Version_t&) = default;
+};
+
+struct IDeviceInfo {
+    virtual GenICam::gcstring GetModelName() const = 0;
+    virtual GenICam::gcstring GetVendorName() const = 0;
+    virtual GenICam::gcstring GetToolTip() const = 0;
+    virtual GenICam::gcstring GetStandardNameSpace() const = 0;
+    virtual void GetGenApiVersion(Version_t& version, std::uint16_t& build) const = 0;
+    virtual void GetSchemaVersion(Version_t& version) const = 0;
+    virtual void GetDeviceVersion(Version_t& version) const = 0;
+    virtual GenICam::gcstring GetProductGuid() const = 0;
+    virtual GenICam::gcstring GetVersionGuid() const = 0;
+
+protected:
+    IDeviceInfo() = default;
+    IDeviceInfo(const IDeviceInfo&) = default;
+    IDeviceInfo& operator=(const IDeviceInfo&) = default;
+    ~IDeviceInfo() = default;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,143 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Smart pointers to the interfaces of a node, and questions to an access mode
+ */
+#pragma once
+
+#include "Base/GCException.h"
+#include "GenApi/IBoolean.h"
+#include "GenApi/ICategory.h"
+#include "GenApi/ICommand.h"
+#include "GenApi/IEnumeration.h"
+#include "GenApi/IFloat.h"
+#include "GenApi/IInteger.h"
+#include "GenApi/INode.h"
+#include "GenApi/IPort.h"
+#include "GenApi/IRegister.h"
+#include "GenApi/ISelector.h"
+#include "GenApi/IString.h"
+
+namespace GenApi {
+
+/// A pointer that asks the object for interface T when it is assigned; null when the object lacks it.
+template <class T, class B = IBase>
+class CPointer {
+public:
+    CPointer() noexcept = default;
+    CPointer(std::nullptr_t) noexcept {}
+    CPointer(B* object) : m_pT(dynamic_cast<T*>(object)) {}
+    CPointer& operator=(B* object) {
+        m_pT = dynamic_cast<T*>(object);
+        return *this;
+    }
+
+    operator T*() const noexcept { return m_pT; }
+    T& operator*() const { return *Checked(); }
+    T* operator->() const { return Checked(); }
+    bool IsValid() const noexcept { return m_pT != nullptr; }
+    explicit operator bool() const noexcept { return m_pT != nullptr; }
+    bool operator==(const CPointer& other) const noexcept { return m_pT == other.m_pT; }
+    bool operator==(const T* other) const noexcept { return m_pT == other; }
+    bool operator==(std::nullptr_t) const noexcept { return m_pT == nullptr; }
+
+private:
+    T* Checked() const {
+        if (m_pT == nullptr)
+            throw LOGICAL_ERROR_EXCEPTION("NULL pointer dereferenced");
+        return m_pT;
+    }
+
+    T* m_pT = nullptr;
+};
+
+using CNodePtr = CPointer<INode>;
+using CValuePtr = CPointer<IValue>;
+using CCategoryPtr = CPointer<ICategory>;
+using CIntegerPtr = CPointer<IInteger>;
+using CFloatPtr = CPointer<IFloat>;
+using CEnumerationPtr = CPointer<IEnumeration>;
+using CEnumEntryPtr = CPointer<IEnumEntry>;
+using CBooleanPtr = CPointer<IBoolean>;
+using CCommandPtr = CPointer<ICommand>;
+using CStringPtr = CPointer<IString>;
+using CRegisterPtr = CPointer<IRegister>;
+using CSelectorPtr = CPointer<ISelector>;
+using CPortPtr = CPointer<IPort>;
+using CBasePtr = CPointer<IBase>;
+
+inline bool IsReadable(EAccessMode mode) {
+    return mode == RW || mode == RO;
+}
+inline bool IsWritable(EAccessMode mode) {
+    return mode == RW || mode == WO;
+}
+inline bool IsImplemented(EAccessMode mode) {
+    return mode != NI;
+}
+inline bool IsAvailable(EAccessMode mode) {
+    return mode != NI && mode != NA;
+}
+
+inline bool IsReadable(const IBase* object) {
+    return object != nullptr && IsReadable(object->GetAccessMode());
+}
+inline bool IsWritable(const IBase* object) {
+    return object != nullptr && IsWritable(object->GetAccessMode());
+}
+inline bool IsImplemented(const IBase* object) {
+    return object != nullptr && IsImplemented(object->GetAccessMode());
+}
+inline bool IsAvailable(const IBase* object) {
+    return object != nullptr && IsAvailable(object->GetAccessMode());
+}
+
+inline bool IsReadable(const IBase& object) {
+    return IsReadable(object.GetAccessMode());
+}
+inline bool IsWritable(const IBase& object) {
+    return IsWritable(object.GetAccessMode());
+}
+inline bool IsImplemented(const IBase& object) {
+    return IsImplemented(object.GetAccessMode());
+}
+inline bool IsAvailable(const IBase& object) {
+    return IsAvailable(object.GetAccessMode());
+}
+
+template <class T, class B>
+bool IsReadable(const CPointer<T, B>& pointer) {
+    return IsReadable(static_cast<T*>(pointer));
+}
+template <class T, class B>
+bool IsWritable(const CPointer<T, B>& pointer) {
+    return IsWritable(static_cast<T*>(pointer));
+}
+template <class T, class B>
+bool IsImplemented(const CPointer<T, B>& pointer) {
+    return IsImplemented(static_cast<T*>(pointer));
+}
+template <class T, class B>
+bool IsAvailable(const CPointer<T, B>& pointer) {
+    return IsAvailable(static_cast<T*>(pointer));
+}
+
+inline bool IsVisible(EVisibility visibility, EVisibility maximum) {
+    return visibility <= maximum;
+}
+
+/// The mode that is left when two restrict each other.
+inline EAccessMode Combine(EAccessMode left, EAccessMode right) {
+    if (left == NI || right == NI)
+        return NI;
+    if (left == NA || right == NA)
+        return NA;
+    if (left == right || right == RW)
+        return left;
+    return left == RW ? right : NA;
+}
+
+inline EVisibility Combine(EVisibility left, EVisibility right) {
+    return left < right ? right : left;
+}
+
+}  // namespace GenApi

@@ -1,0 +1,77 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Loads a description into a node map
+ */
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "load/SourceText.h"
+#include "map/NodeMap.h"
+
+namespace GenApi {
+
+/// The largest description: positions in it are kept in 32 bits.
+constexpr std::size_t kMaxDescription = 512U * 1024 * 1024;
+
+/// Builds the nodes of one map from one description and one that is injected into it. Reentrant, used once.
+class Loader {
+public:
+    explicit Loader(CNodeMap& map) : m_map(map) {}
+
+    /// Reads a description. Throws RuntimeException with file, line and column when it is none.
+    void Load(std::string xml, const std::string& fileName) { Read(std::move(xml), fileName, false); }
+    /// Merges a second description, or bare nodes, into the one that has been loaded.
+    void Inject(std::string xml, const std::string& fileName) { Read(std::move(xml), fileName, true); }
+    /// Resolves the references between the nodes.
+    void Finish();
+
+private:
+    struct Nested {
+        std::uint32_t node;
+        pugi::xml_node element;
+    };
+
+    void Read(std::string xml, const std::string& fileName, bool isInjected);
+    void Parse(pugi::xml_document& document);
+    void CheckDocumentType(const pugi::xml_document& document);
+    pugi::xml_node RootOf(const pugi::xml_document& document);
+    void ReadRoot(pugi::xml_node root);
+    bool ReadRootAttribute(std::string_view name, const GenICam::gcstring& value);
+    void ReadSchema(pugi::xml_node root);
+    void CheckNameSpace(pugi::xml_node root);
+
+    void LoadNodes(pugi::xml_node parent, int depth);
+    void LoadNode(pugi::xml_node element, ENodeKind kind);
+    CNode& MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing);
+    void LoadContent(pugi::xml_node element, CNode& node);
+    void LoadNodeAttributes(pugi::xml_node element, CNode& node);
+    void LoadProperty(pugi::xml_node element, std::string_view name, CNode& node);
+    void LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node);
+    bool EnterName(CNode& node, pugi::xml_node element);
+    void Replace(CNode& node);
+
+    void Add(ETag tag, std::string_view raw, std::size_t position, std::uint32_t node = kNoNode);
+    void Store(std::string_view raw, std::size_t position, std::uint32_t& text, std::uint32_t& length);
+    void Decode(std::string_view raw, std::size_t position);
+    std::size_t DecodeReference(std::string_view rest, std::size_t position);
+    void Repair(std::size_t position);
+    std::string_view TextOf(pugi::xml_node element);
+    void Resolve(CNode& node, Property& property);
+    void Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
+    [[noreturn]] void Refuse(std::size_t position, const std::string& message);
+    std::size_t PositionOf(pugi::xml_node element) const;
+
+    CNodeMap& m_map;
+    SourceText* m_source = nullptr;
+    bool m_isInjected = false;
+    std::string m_joined;   // the text of an element that comes in several pieces
+    std::string m_decoded;  // a text without character references
+    std::unordered_map<std::uint32_t, std::int64_t> m_priorities;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,332 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Loads a description into a node map: the nodes and their elements
+ */
+
+#include <algorithm>
+#include <array>
+
+#include "Base/GCException.h"
+#include "load/Loader.h"
+#include "map/Text.h"
+#include "map/Values.h"
+#include "nodes/NodeFactory.h"
+
+namespace GenApi {
+
+namespace {
+
+// Groups within groups.
+constexpr int kMaxGroups = 64;
+
+std::string_view LocalName(std::string_view name) {
+    const std::size_t colon = name.find(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+bool IsRegisterKind(ENodeKind kind) {
+    switch (kind) {
+        case ENodeKind::IntReg:
+        case ENodeKind::MaskedIntReg:
+        case ENodeKind::StructEntry:
+        case ENodeKind::FloatReg:
+        case ENodeKind::StringReg:
+        case ENodeKind::Register:
+        case ENodeKind::ConfRom:
+        case ENodeKind::AdvFeatureLock:
+        case ENodeKind::SmartFeature:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// The element that a node within a node stands for, Unknown when it has no place there.
+ETag NestedTagOf(ENodeKind outer, ENodeKind inner) {
+    if (inner == ENodeKind::EnumEntry)
+        return outer == ENodeKind::Enumeration ? ETag::Nested : ETag::Unknown;
+    if (inner == ENodeKind::StructEntry)
+        return outer == ENodeKind::StructReg ? ETag::Nested : ETag::Unknown;
+    if (inner == ENodeKind::IntKey || inner == ENodeKind::TextDesc)
+        return outer == ENodeKind::ConfRom ? ETag::Nested : ETag::Unknown;
+    // A formula within a register is a part of its address.
+    const bool isFormula = inner == ENodeKind::IntSwissKnife || inner == ENodeKind::IntConverter;
+    return isFormula && (IsRegisterKind(outer) || outer == ENodeKind::StructReg) ? ETag::pAddress : ETag::Unknown;
+}
+
+}  // namespace
+
+void Loader::LoadNodes(pugi::xml_node parent, int depth) {
+    if (depth > kMaxGroups)
+        Refuse(PositionOf(parent), "Groups are nested too deeply");
+    for (const pugi::xml_node element : parent.children()) {
+        if (element.type() != pugi::node_element)
+            continue;
+        const std::string_view name = LocalName(element.name());
+        const ENodeKind kind = KindOf(name);
+        if (name == "Group")
+            LoadNodes(element, depth + 1);
+        else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry)
+            Warn(wkUnknownElement, PositionOf(element), "", "Unknown element " + std::string(name));
+        else
+            LoadNode(element, kind);
+    }
+}
+
+void Loader::LoadNode(pugi::xml_node element, ENodeKind kind) {
+    CNode& node = MakeNode(element, kind, nullptr);
+    LoadContent(element, node);
+    const bool needsName = kind != ENodeKind::StructReg;
+    if (node.Name().empty()) {
+        if (needsName) {
+            Warn(wkBadValue, PositionOf(element), "", std::string(NameOf(kind)) + " has no name");
+            Replace(node);
+        }
+        return;
+    }
+    if (!EnterName(node, element))
+        Replace(node);
+}
+
+CNode& Loader::MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing) {
+    const auto index = static_cast<std::uint32_t>(m_map.m_nodes.size());
+    CNode* node = GenApi::MakeNode({&m_map, index, kind}, m_map.m_arena);
+    m_map.m_nodes.push_back(node);
+    node->SetPlace(m_source->PlaceOf(PositionOf(element)).line, enclosing);
+    if (IsRegisterKind(kind))
+        node->Set(kIsRegister);
+    LoadNodeAttributes(element, *node);
+    return *node;
+}
+
+// Nodes within a node are made at once, so that the node can name them, and filled when the node is complete: the
+// elements of one node lie side by side.
+void Loader::LoadContent(pugi::xml_node element, CNode& node) {
+    std::vector<Nested> nested;
+    const auto first = static_cast<std::uint32_t>(m_map.m_properties.size());
+    for (const pugi::xml_node child : element.children()) {
+        if (child.type() != pugi::node_element)
+            continue;
+        const std::string_view name = LocalName(child.name());
+        const ENodeKind kind = KindOf(name);
+        const ETag tag = kind != ENodeKind::None ? NestedTagOf(node.Kind(), kind) : ETag::Unknown;
+        if (tag == ETag::Unknown) {
+            LoadProperty(child, name, node);
+            continue;
+        }
+        CNode& inner = MakeNode(child, kind, &node);
+        Add(tag, "", PositionOf(child), inner.Index());
+        nested.push_back({inner.Index(), child});
+    }
+    node.SetProperties(first, static_cast<std::uint32_t>(m_map.m_properties.size()) - first);
+    for (const Nested& inner : nested) {
+        CNode& innerNode = *m_map.m_nodes[inner.node];
+        LoadContent(inner.element, innerNode);
+        // Entries are found by way of their enumeration: their names are not unique.
+        if (innerNode.Kind() != ENodeKind::EnumEntry && !innerNode.Name().empty())
+            EnterName(innerNode, inner.element);
+        if (innerNode.Kind() == ENodeKind::StructEntry)
+            innerNode.Set((node.Has(kHasAccessRules) ? kHasAccessRules : 0U) |
+                          (node.Has(kUsesPolling) ? kUsesPolling : 0U));
+    }
+}
+
+void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        const std::string_view name = attribute.name();
+        const std::string_view raw = attribute.value();
+        const std::size_t position = m_source->PositionOf(attribute.name());
+        if (name == "Name") {
+            std::uint32_t text = 0;
+            std::uint32_t length = 0;
+            Store(raw, m_source->PositionOf(attribute.value()), text, length);
+            node.SetName(text, length);
+        } else if (name == "NameSpace") {
+            const auto nameSpace = ParseNameSpace(Trimmed(raw));
+            if (!nameSpace)
+                Warn(wkBadValue, position, node.Name(), "NameSpace '" + std::string(raw) + "' is not known");
+            node.SetNameSpace(nameSpace.value_or(Custom));
+        } else if (name == "MergePriority") {
+            m_priorities[node.Index()] = ParseInteger(raw).value_or(0);
+        } else if (name != "ExposeStatic" && name != "Comment" && name.substr(0, 5) != "xmlns") {
+            Warn(wkUnknownAttribute, position, node.Name(),
+                 std::string(NameOf(node.Kind())) + " has an unknown attribute " + std::string(name));
+        }
+    }
+}
+
+void Loader::LoadProperty(pugi::xml_node element, std::string_view name, CNode& node) {
+    const ETag tag = TagOf(name);
+    if (tag == ETag::Unknown) {
+        Warn(wkUnknownElement, PositionOf(element), node.Name(),
+             std::string(NameOf(node.Kind())) + " has an unknown element " + std::string(name));
+        return;
+    }
+    if (tag == ETag::Extension)
+        return;
+    const std::string_view text = TextOf(element);
+    Add(tag, text,
+        text.empty() || text.data() == m_joined.data() ? PositionOf(element) : m_source->PositionOf(text.data()));
+    if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
+        tag == ETag::ImposedAccessMode)
+        node.Set(kHasAccessRules);
+    if (tag == ETag::PollingTime)
+        node.Set(kUsesPolling);
+    if (element.first_attribute())
+        LoadPropertyAttributes(element, tag, node);
+}
+
+void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node) {
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        const std::string_view name = attribute.name();
+        const std::size_t position = m_source->PositionOf(attribute.value());
+        const bool isNamed = tag == ETag::pVariable || tag == ETag::Constant || tag == ETag::Expression;
+        if (name == "Name" && isNamed)
+            Add(ETag::AttributeName, attribute.value(), position);
+        else if (name == "Index" && (tag == ETag::ValueIndexed || tag == ETag::pValueIndexed))
+            Add(ETag::AttributeIndex, attribute.value(), position);
+        else if (name == "Offset" && tag == ETag::pIndex)
+            Add(ETag::AttributeOffset, attribute.value(), position);
+        else if (name == "pOffset" && tag == ETag::pIndex)
+            Add(ETag::AttributePOffset, attribute.value(), position);
+        else if (name.substr(0, 5) != "xmlns")
+            Warn(wkUnknownAttribute, m_source->PositionOf(attribute.name()), node.Name(),
+                 std::string(NameOf(tag)) + " has an unknown attribute " + std::string(name));
+    }
+}
+
+// False when the node gives way to another one of its name.
+bool Loader::EnterName(CNode& node, pugi::xml_node element) {
+    const std::uint32_t hash = NameIndex::Hash(node.Name());
+    const std::uint32_t before =
+        m_map.m_names.Find(hash, [&](std::uint32_t index) { return m_map.m_nodes[index]->Name() == node.Name(); });
+    if (before == kNoNode) {
+        m_map.m_names.Insert(hash, node.Index());
+        return true;
+    }
+    const auto priorityOf = [this](std::uint32_t index) {
+        const auto found = m_priorities.find(index);
+        return found != m_priorities.end() ? found->second : 0;
+    };
+    const std::int64_t own = priorityOf(node.Index());
+    const std::int64_t other = priorityOf(before);
+    if (!m_isInjected)
+        Warn(wkDuplicateName, PositionOf(element), node.Name(),
+             "There is already a node '" + std::string(node.Name()) + "'");
+    // Within one description the first one counts, between two of them the injected one.
+    if (own < other || (own == other && !m_isInjected))
+        return false;
+    Replace(*m_map.m_nodes[before]);
+    m_map.m_names.Replace(hash, before, node.Index());
+    return true;
+}
+
+void Loader::Replace(CNode& node) {
+    node.Set(kReplaced);
+    for (const Property& property : node.Properties()) {
+        if (property.tag == ETag::Nested && property.node != kNoNode)
+            m_map.m_nodes[property.node]->Set(kReplaced);
+    }
+}
+
+// --- Texts ---
+
+void Loader::Add(ETag tag, std::string_view raw, std::size_t position, std::uint32_t node) {
+    Property property;
+    property.tag = tag;
+    property.node = node;
+    Store(raw, position, property.text, property.length);
+    m_map.m_properties.push_back(property);
+}
+
+/**
+ * \brief Put a text into the map's store
+ * \param[in] raw As it stands in the document
+ * \param[in] position Where it begins there
+ */
+void Loader::Store(std::string_view raw, std::size_t position, std::uint32_t& text, std::uint32_t& length) {
+    const std::string_view trimmed = Trimmed(raw);
+    if (trimmed.empty()) {
+        text = length = 0;
+        return;
+    }
+    position += static_cast<std::size_t>(trimmed.data() - raw.data());
+    std::string& store = m_map.m_texts;
+    text = static_cast<std::uint32_t>(store.size());
+    if (trimmed.find('&') == std::string_view::npos && !m_source->HasInvalidUtf8()) {
+        store += trimmed;
+    } else {
+        m_decoded.clear();
+        Decode(trimmed, position);
+        Repair(position);
+        store += m_decoded;
+    }
+    length = static_cast<std::uint32_t>(store.size()) - text;
+}
+
+void Loader::Decode(std::string_view raw, std::size_t position) {
+    std::size_t next = 0;
+    while (next < raw.size()) {
+        const std::size_t reference = std::min(raw.find('&', next), raw.size());
+        m_decoded += raw.substr(next, reference - next);
+        next = reference;
+        if (next < raw.size())
+            next += DecodeReference(raw.substr(next), position + next);
+    }
+}
+
+// Appends what a reference stands for; returns how many characters it has.
+std::size_t Loader::DecodeReference(std::string_view rest, std::size_t position) {
+    constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
+        {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
+    for (const auto& [entity, character] : kEntities) {
+        if (rest.substr(0, entity.size()) == entity) {
+            m_decoded += character;
+            return entity.size();
+        }
+    }
+    const std::size_t end = rest.substr(0, 12).find(';');
+    if (rest.substr(0, 2) == "&#" && end != std::string_view::npos) {
+        const std::string_view digits = rest.substr(2, end - 2);
+        const bool isHexadecimal = digits.substr(0, 1) == "x";
+        const auto code = ParseInteger(isHexadecimal ? "0" + std::string(digits) : std::string(digits));
+        if (code && *code > 0 && *code < 0x110000 && (*code < 0xD800 || *code > 0xDFFF)) {
+            AppendUtf8(m_decoded, static_cast<std::uint32_t>(*code));
+            return end + 1;
+        }
+    }
+    Warn(wkSyntax, position, "", "'&' is not part of a reference");
+    m_decoded += '&';
+    return 1;
+}
+
+// Bytes that are not UTF-8 are taken as Latin-1.
+void Loader::Repair(std::size_t position) {
+    const std::size_t bad = FindInvalidUtf8(m_decoded);
+    if (bad == std::string::npos)
+        return;
+    Warn(wkSyntax, position + bad, "", "A character is not UTF-8; it is taken as Latin-1");
+    m_decoded = RepairUtf8(m_decoded);
+}
+
+// The text of an element is one piece nearly always; comments and CDATA sections split it.
+std::string_view Loader::TextOf(pugi::xml_node element) {
+    const std::string_view embedded = element.value();
+    if (!element.first_child())
+        return embedded;
+    m_joined = embedded;
+    for (const pugi::xml_node child : element.children()) {
+        if (child.type() == pugi::node_pcdata) {
+            m_joined += child.value();
+        } else if (child.type() == pugi::node_cdata) {
+            for (const char character : std::string_view(child.value()))
+                m_joined += character == '&' ? std::string("&amp;") : std::string(1, character);
+        } else if (child.type() == pugi::node_element) {
+            Warn(wkUnknownElement, PositionOf(child), "",
+                 std::string(element.name()) + " has an unknown element " + child.name());
+        }
+    }
+    return m_joined;
+}
+
+}  // namespace GenApi

@@ -1,0 +1,128 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The text of a description on its way to the XML reader: encoding, lines, what stands before it
+ */
+
+#include "load/SourceText.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "map/Text.h"
+
+namespace GenApi {
+
+namespace {
+
+std::string Utf16ToUtf8(std::string_view text, bool isBigEndian) {
+    const auto unitAt = [&](std::size_t at) {
+        const auto first = static_cast<unsigned char>(text[at]);
+        const auto second = static_cast<unsigned char>(text[at + 1]);
+        return static_cast<std::uint32_t>(isBigEndian ? (first << 8) | second : (second << 8) | first);
+    };
+    std::string result;
+    result.reserve(text.size() / 2);
+    for (std::size_t at = 0; at + 1 < text.size(); at += 2) {
+        std::uint32_t character = unitAt(at);
+        const bool isPair = character >= 0xD800 && character < 0xDC00 && at + 3 < text.size();
+        if (isPair && unitAt(at + 2) >= 0xDC00 && unitAt(at + 2) < 0xE000) {
+            character = 0x10000 + ((character - 0xD800) << 10) + (unitAt(at + 2) - 0xDC00);
+            at += 2;
+        }
+        AppendUtf8(result, character >= 0xD800 && character < 0xE000 ? 0xFFFD : character);
+    }
+    return result;
+}
+
+bool StartsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+// The encoding that the XML declaration names, in small letters.
+std::string DeclaredEncoding(std::string_view text) {
+    const std::size_t begin = text.substr(0, 1024).find("<?xml");
+    if (begin == std::string_view::npos)
+        return {};
+    const std::string_view declaration = text.substr(begin, text.find("?>", begin) - begin);
+    const std::size_t encoding = declaration.find("encoding");
+    const std::size_t open = encoding == std::string_view::npos ? encoding : declaration.find_first_of("\"'", encoding);
+    if (open == std::string_view::npos)
+        return {};
+    const std::size_t close = declaration.find(declaration[open], open + 1);
+    if (close == std::string_view::npos)
+        return {};
+    std::string name(declaration.substr(open + 1, close - open - 1));
+    std::transform(name.begin(), name.end(), name.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
+    });
+    return name;
+}
+
+std::string ToUtf8(std::string text) {
+    using namespace std::string_view_literals;
+    if (StartsWith(text, "\xFF\xFE"sv))
+        return Utf16ToUtf8(std::string_view(text).substr(2), false);
+    if (StartsWith(text, "\xFE\xFF"sv))
+        return Utf16ToUtf8(std::string_view(text).substr(2), true);
+    if (StartsWith(text, "<\0"sv))
+        return Utf16ToUtf8(text, false);
+    if (StartsWith(text, "\0<"sv))
+        return Utf16ToUtf8(text, true);
+    const std::string encoding = DeclaredEncoding(text);
+    if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "windows-1252")
+        return Latin1ToUtf8(text);
+    return text;
+}
+
+}  // namespace
+
+SourceText::SourceText(std::string xml, std::string fileName)
+    : m_text(ToUtf8(std::move(xml))), m_fileName(std::move(fileName)) {
+    FindStart();
+    FindLines();
+    m_hasInvalidUtf8 = FindInvalidUtf8(m_text) != std::string::npos;
+}
+
+// Cameras send blanks, a byte order mark or a line of their own before the declaration.
+void SourceText::FindStart() {
+    if (StartsWith(m_text, "\xEF\xBB\xBF"))
+        m_start = 3;
+    std::size_t tag = m_text.find('<', m_start);
+    const std::size_t declaration = m_text.find("<?xml", m_start);
+    const bool isTag = tag != std::string::npos && tag + 1 < m_text.size() &&
+                       (m_text[tag + 1] == '!' || m_text[tag + 1] == '?' || tag == declaration);
+    if (declaration != std::string::npos && !isTag && declaration < m_text.find("<RegisterDescription"))
+        tag = declaration;
+    if (tag == std::string::npos || tag == m_start)
+        return;
+    m_start = tag;
+    m_hasJunk = true;
+}
+
+void SourceText::FindLines() {
+    m_lineEnds.reserve(m_text.size() / 40 + 1);
+    const char* const begin = m_text.data();
+    const char* const end = begin + m_text.size();
+    const char* next = begin;
+    while (next < end) {
+        next = static_cast<const char*>(std::memchr(next, '\n', static_cast<std::size_t>(end - next)));
+        if (next == nullptr)
+            return;
+        m_lineEnds.push_back(static_cast<std::uint32_t>(next - begin));
+        ++next;
+    }
+}
+
+TextPlace SourceText::PlaceOf(std::size_t position) noexcept {
+    const bool isBefore = m_cursor > 0 && m_lineEnds[m_cursor - 1] >= position;
+    if (isBefore)
+        m_cursor = static_cast<std::size_t>(std::lower_bound(m_lineEnds.begin(), m_lineEnds.end(), position) -
+                                            m_lineEnds.begin());
+    while (m_cursor < m_lineEnds.size() && m_lineEnds[m_cursor] < position)
+        ++m_cursor;
+    const std::size_t lineStart = m_cursor > 0 ? m_lineEnds[m_cursor - 1] + 1U : 0;
+    return {static_cast<std::uint32_t>(m_cursor + 1), static_cast<std::uint32_t>(position - lineStart + 1)};
+}
+
+}  // namespace GenApi

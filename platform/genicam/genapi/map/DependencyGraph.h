@@ -1,0 +1,51 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Who depends on whom: what a change invalidates and announces
+ */
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace GenApi {
+
+class CNodeMap;
+
+/// How much of a node a change invalidates; each includes those before it.
+enum class EInvalidate : std::uint8_t {
+    Derived = 1,  ///< what was computed from other nodes
+    Selected,     ///< and what the device was asked for at an address that does not move with a selector
+    Content       ///< and whatever the device was asked for
+};
+
+struct Invalidation {
+    std::uint32_t node;
+    EInvalidate extent;
+};
+
+/// The dependencies between the nodes of a map, found when they are first needed. Wants the node map's lock.
+class DependencyGraph {
+public:
+    /// Drops the caches of all nodes that depend on \a changes, and appends the numbers of those with callbacks to
+    /// \a announced, each once. Empties \a changes.
+    void Spread(CNodeMap& map, std::vector<Invalidation>& changes, std::vector<std::uint32_t>& announced);
+    /// The nodes that depend on a node directly.
+    std::span<const Invalidation> DependentsOf(CNodeMap& map, std::uint32_t node);
+    void Reset() noexcept { m_built = false; }
+
+private:
+    void Build(CNodeMap& map);
+    void Visit(CNodeMap& map, Invalidation change, std::vector<std::uint32_t>& announced);
+    void DropContent(CNodeMap& map, Invalidation change);
+    void Push(std::uint32_t node, EInvalidate extent);
+
+    bool m_built = false;
+    std::vector<std::uint32_t> m_first;  // of the dependents of each node, and one past the end
+    std::vector<Invalidation> m_dependents;
+    std::vector<std::uint32_t> m_stamps;  // round of the last visit and how much it invalidated
+    std::uint32_t m_round = 0;
+    std::vector<Invalidation> m_work;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,67 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What one evaluation of a node carries from node to node
+ */
+#pragma once
+
+#include <cstdint>
+
+namespace GenApi {
+
+class CNode;
+struct Frame;
+
+/// State of one read or write on its way through the nodes.
+struct Evaluation {
+    bool ignoreCache = false;  ///< ask the device although the value is known
+    bool verify = false;       ///< check ranges on the way
+    bool cacheable = true;     ///< cleared by whatever may not be kept
+    Frame* top = nullptr;      ///< the innermost node that is being evaluated
+};
+
+/// What of a node is being evaluated; a bit of its flags, so that a circle is noticed.
+enum ENodeFlag : std::uint32_t {
+    kInValue = 1U << 0,
+    kInReadAccess = 1U << 1,
+    kInFullAccess = 1U << 2,
+    kInMin = 1U << 3,
+    kInMax = 1U << 4,
+    kInInc = 1U << 5,
+    kInWrite = 1U << 6,
+    kInBytes = 1U << 7,
+
+    kIntegerValid = 1U << 8,
+    kFloatValid = 1U << 9,
+    kReadAccessValid = 1U << 10,
+    kFullAccessValid = 1U << 11,
+    kCached = kIntegerValid | kFloatValid | kReadAccessValid | kFullAccessValid,
+
+    kBound = 1U << 12,
+    kBroken = 1U << 13,
+    kReplaced = 1U << 14,
+    kHasCallback = 1U << 15,
+    kIsFeature = 1U << 16,
+    kUsesPolling = 1U << 17,
+    kHasAccessRules = 1U << 18,
+    kIsRegister = 1U << 19,
+};
+
+/// Marks a node as being evaluated for its own lifetime. Throws when it already is (a circle) or when too many nodes
+/// wait for one another.
+struct Frame {
+    Frame(Evaluation& evaluation, CNode& node, std::uint32_t what);
+    ~Frame();
+    Frame(const Frame&) = delete;
+    Frame& operator=(const Frame&) = delete;
+
+    Evaluation& evaluation;
+    CNode& node;
+    Frame* const below;
+    const std::uint32_t what;
+    const std::uint32_t depth;
+    const bool outerCacheable;
+};
+
+void BreakCircle(Frame* top, CNode& node, std::uint32_t what);
+
+}  // namespace GenApi

@@ -1,0 +1,82 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Finds nodes by name
+ */
+
+#include "map/NameIndex.h"
+
+#include <bit>
+#include <cstring>
+#include <random>
+
+namespace GenApi {
+
+namespace {
+
+std::uint64_t Seed() noexcept {
+    static const std::uint64_t seed = [] {
+        try {
+            std::random_device device;
+            return (std::uint64_t{device()} << 32) | device();
+        } catch (...) {
+            return std::uint64_t{0x9E3779B97F4A7C15};  // a system without randomness: nothing better to be had
+        }
+    }();
+    return seed;
+}
+
+std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
+    hash = (hash ^ word) * 0xD6E8FEB86659FD93U;
+    return hash ^ (hash >> 32);
+}
+
+}  // namespace
+
+std::uint32_t NameIndex::Hash(std::string_view name) noexcept {
+    std::uint64_t hash = Seed() ^ name.size();
+    const char* next = name.data();
+    std::size_t left = name.size();
+    for (; left >= 8; left -= 8, next += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, next, 8);
+        hash = Mix(hash, word);
+    }
+    std::uint64_t rest = 0;
+    for (std::size_t i = 0; i < left; ++i)
+        rest |= std::uint64_t{static_cast<unsigned char>(next[i])} << (8 * i);
+    hash = Mix(hash, rest);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 29));
+}
+
+void NameIndex::Reserve(std::size_t count) {
+    const std::size_t wanted = std::bit_ceil(count + count / 2 + 8);
+    if (wanted <= m_slots.size())
+        return;
+    std::vector<Slot> slots(wanted);
+    slots.swap(m_slots);
+    m_mask = wanted - 1;
+    m_count = 0;
+    for (const Slot& slot : slots) {
+        if (slot.node != kNoNode)
+            Insert(slot.hash, slot.node);
+    }
+}
+
+void NameIndex::Insert(std::uint32_t hash, std::uint32_t node) {
+    if ((m_count + 1) * 4 > m_slots.size() * 3)
+        Reserve(m_count * 2 + 8);
+    std::size_t slot = hash & m_mask;
+    while (m_slots[slot].node != kNoNode)
+        slot = (slot + 1) & m_mask;
+    m_slots[slot] = {hash, node};
+    ++m_count;
+}
+
+void NameIndex::Replace(std::uint32_t hash, std::uint32_t before, std::uint32_t after) noexcept {
+    for (std::size_t slot = hash & m_mask; m_slots[slot].node != kNoNode; slot = (slot + 1) & m_mask) {
+        if (m_slots[slot].node == before)
+            m_slots[slot].node = after;
+    }
+}
+
+}  // namespace GenApi

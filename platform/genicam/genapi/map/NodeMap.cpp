@@ -1,0 +1,363 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The nodes of one description, and what they share: the lock, the caches, the callbacks
+ */
+
+#include "map/NodeMap.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <mutex>
+
+#include "Base/GCException.h"
+#include "nodes/Enumeration.h"
+#include "nodes/FormulaNodes.h"
+#include "nodes/Port.h"
+#include "nodes/RegisterCore.h"
+
+namespace GenApi {
+
+namespace {
+
+// Callbacks that set nodes whose callbacks set nodes...: a circle of them must end.
+constexpr unsigned kMaxChangeDepth = 32;
+constexpr std::size_t kMaxWarnings = 10000;
+
+struct SinkHolder {
+    std::mutex mutex;
+    WarningSink_t sink;
+};
+
+SinkHolder& Sink() {
+    static SinkHolder holder;
+    return holder;
+}
+
+// Set in tests of this very engine: every cached value is compared with the device.
+bool IsCacheCheckWanted() {
+    const char* value = std::getenv("VANTO_GENAPI_CHECK_CACHE");  // NOLINT(concurrency-mt-unsafe)
+    return value != nullptr && *value != '\0' && std::string_view(value) != "0";
+}
+
+}  // namespace
+
+void SetWarningSink(WarningSink_t sink) {
+    SinkHolder& holder = Sink();
+    const std::lock_guard lock(holder.mutex);
+    holder.sink = std::move(sink);
+}
+
+CNodeMap::CNodeMap(const GenICam::gcstring& deviceName)
+    : m_deviceName(deviceName), m_checksCaches(IsCacheCheckWanted()) {}
+
+CNodeMap::~CNodeMap() = default;
+
+// --- INodeMap ---
+
+void CNodeMap::GetNodes(NodeList_t& nodes) const {
+    nodes.clear();
+    nodes.reserve(m_nodes.size());
+    for (CNode* node : m_nodes) {
+        if (!node->Has(kReplaced))
+            nodes.push_back(node);
+    }
+}
+
+std::uint64_t CNodeMap::GetNumNodes() const {
+    return static_cast<std::uint64_t>(
+        std::count_if(m_nodes.begin(), m_nodes.end(), [](const CNode* node) { return !node->Has(kReplaced); }));
+}
+
+INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {
+    return FindNode(name.view());
+}
+
+CNode* CNodeMap::FindNode(std::string_view name) const noexcept {
+    if (CNode* node = FindIndexed(name))
+        return node;
+    if (name.substr(0, 10) == "EnumEntry_")
+        return FindEntry(name.substr(10));
+    for (const auto& [prefix, nameSpace] : {std::pair("Std::", Standard), std::pair("Cust::", Custom)}) {
+        const std::string_view start(prefix);
+        if (name.substr(0, start.size()) != start)
+            continue;
+        CNode* node = FindNode(name.substr(start.size()));
+        return node != nullptr && node->GetNameSpace() == nameSpace ? node : nullptr;
+    }
+    return nullptr;
+}
+
+CNode* CNodeMap::FindIndexed(std::string_view name) const noexcept {
+    const std::uint32_t found =
+        m_names.Find(NameIndex::Hash(name), [&](std::uint32_t index) { return m_nodes[index]->Name() == name; });
+    return found != kNoNode ? m_nodes[found] : nullptr;
+}
+
+// Both names may have underscores: every place to split them is tried.
+CNode* CNodeMap::FindEntry(std::string_view name) const noexcept {
+    for (std::size_t split = name.find('_', 1); split != std::string_view::npos; split = name.find('_', split + 1)) {
+        CNode* enumeration = FindIndexed(name.substr(0, split));
+        if (enumeration == nullptr || enumeration->Kind() != ENodeKind::Enumeration)
+            continue;
+        const std::string_view symbolic = name.substr(split + 1);
+        for (const Property& property : enumeration->Properties()) {
+            CNode* entry = property.tag == ETag::Nested ? NodeAt(property.node) : nullptr;
+            if (entry != nullptr && entry->Name() == symbolic)
+                return entry;
+        }
+    }
+    return nullptr;
+}
+
+void CNodeMap::InvalidateNodes() const {
+    Self().Change([this] { Self().EverythingChanged(); });
+}
+
+bool CNodeMap::Connect(IPort* port) const {
+    return Connect(port, "Device");
+}
+
+/**
+ * \brief Connect a port node with what gives it access
+ * \param[in] port Outlives the node map or is replaced before it goes; null to disconnect
+ * \return False when there is no port node of that name
+ */
+bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
+    auto* node = dynamic_cast<CPort*>(FindNode(portName.view()));
+    if (node == nullptr)
+        return false;
+    Self().Change([&] {
+        std::vector<CPort*>& ports = Self().m_ports;
+        std::erase(ports, node);
+        node->ConnectTo(port);
+        if (port != nullptr)
+            ports.push_back(node);
+        Self().EverythingChanged();
+    });
+    return true;
+}
+
+/**
+ * \brief Tell the node map that time went by
+ * \param[in] elapsedTime Milliseconds since the last call
+ */
+void CNodeMap::Poll(std::int64_t elapsedTime) {
+    Change([&] {
+        if (!m_polledKnown) {
+            for (CNode* node : m_nodes) {
+                if (node->Has(kUsesPolling) && !node->Has(kReplaced) && node->GetPollingTime() > 0)
+                    m_polled.push_back({node, node->GetPollingTime(), 0});
+            }
+            m_polledKnown = true;
+        }
+        for (PolledNode& polled : m_polled) {
+            polled.elapsed += std::max<std::int64_t>(elapsedTime, 0);
+            if (polled.elapsed < polled.period)
+                continue;
+            polled.elapsed = 0;
+            Dropped(*polled.node);
+        }
+    });
+}
+
+bool CNodeMap::ParseSwissKnives(GenICam::gcstring_vector* errorList) const {
+    const AutoLock lock(m_lock);
+    bool isFine = true;
+    for (CNode* node : m_nodes) {
+        const ENodeKind kind = node->Kind();
+        const bool hasFormula = kind == ENodeKind::IntSwissKnife || kind == ENodeKind::SwissKnife ||
+                                kind == ENodeKind::IntConverter || kind == ENodeKind::Converter;
+        if (!hasFormula || node->Has(kReplaced) || node->Usable())
+            continue;
+        isFine = false;
+        if (errorList != nullptr)
+            errorList->push_back(node->Label() + ": " + ReasonOf(*node));
+    }
+    return isFine;
+}
+
+void CNodeMap::GetGenApiVersion(Version_t& version, std::uint16_t& build) const {
+    version = {2, 3, 0};
+    build = 0;
+}
+
+// --- Warnings and reasons ---
+
+WarningList_t CNodeMap::Warnings() const {
+    const AutoLock lock(m_lock);
+    return m_warnings;
+}
+
+void CNodeMap::Warn(EWarningKind kind, std::uint32_t line, std::uint32_t column, std::string_view node,
+                    const std::string& message) {
+    // A hostile file has millions of faults: the first ones tell enough.
+    if (m_warnings.size() > kMaxWarnings)
+        return;
+    Warning warning{kind, m_info.fileName, line, column, GenICam::gcstring(node), message};
+    if (m_warnings.size() == kMaxWarnings)
+        warning.Message = "There are more warnings; they are not listed";
+    m_warnings.push_back(warning);
+    WarningSink_t sink;
+    {
+        const std::lock_guard lock(Sink().mutex);
+        sink = Sink().sink;
+    }
+    if (!sink)
+        return;
+    try {
+        sink(warning);
+    } catch (...) {
+        // A log that fails must not keep a camera from working.
+        m_warnings.back().Message += " (the warning sink failed)";
+    }
+}
+
+const std::string& CNodeMap::ReasonOf(const CNode& node) const {
+    static const std::string none;
+    const auto found = m_reasons.find(node.Index());
+    return found != m_reasons.end() ? found->second : none;
+}
+
+void CNodeMap::SetReason(const CNode& node, const std::string& reason) {
+    m_reasons[node.Index()] = reason;
+}
+
+std::string CNodeMap::OwnTextOf(const CNode& node) const {
+    const auto found = m_ownTexts.find(node.Index());
+    return found != m_ownTexts.end() ? found->second : std::string(node.TextOf(ETag::Value));
+}
+
+void CNodeMap::SetOwnText(const CNode& node, const std::string& text) {
+    m_ownTexts[node.Index()] = text;
+}
+
+// --- Changes ---
+
+void CNodeMap::CheckPorts() noexcept {
+    bool changed = false;
+    for (CPort* port : m_ports)
+        changed = port->Refresh() || changed;
+    if (!changed)
+        return;
+    for (CNode* node : m_nodes)
+        node->Clear(kReadAccessValid | kFullAccessValid);
+}
+
+void CNodeMap::BeginChange() {
+    if (m_changeDepth >= kMaxChangeDepth)
+        throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_deviceName);
+    ++m_changeDepth;
+}
+
+/**
+ * \brief Announce a change
+ * \param[out] outside Callbacks to run when the lock has been given back; of the outermost change only
+ * \return The first exception of a callback
+ */
+std::exception_ptr CNodeMap::EndChange(CallbackList& outside) {
+    std::exception_ptr failure;
+    Spread();
+    if (!m_announced.empty()) {
+        CallbackList inside;
+        for (const std::uint32_t node : m_announced) {
+            m_callbacks.Collect(node, cbPostInsideLock, inside);
+            m_callbacks.Collect(node, cbPostOutsideLock, m_outside);
+        }
+        m_announced.clear();
+        failure = m_callbacks.Run(inside, cbPostInsideLock);
+    }
+    if (--m_changeDepth == 0)
+        outside.swap(m_outside);
+    return failure;
+}
+
+void CNodeMap::Changed(CNode& node) {
+    m_changes.push_back({node.Index(), EInvalidate::Derived});
+}
+
+void CNodeMap::Dropped(CNode& node) {
+    m_changes.push_back({node.Index(), EInvalidate::Content});
+}
+
+void CNodeMap::BlockChanged(RegisterBlock& block) {
+    for (RegisterCore* user = block.users; user != nullptr; user = user->NextUser())
+        Changed(user->Owner());
+    for (RegisterBlock* other : m_registers.OverlapsOf(block)) {
+        other->valid = false;
+        for (RegisterCore* user = other->users; user != nullptr; user = user->NextUser())
+            Changed(user->Owner());
+    }
+}
+
+void CNodeMap::Spread() {
+    if (!m_changes.empty())
+        m_graph.Spread(*this, m_changes, m_announced);
+}
+
+void CNodeMap::SpreadQuietly(RegisterBlock& block) {
+    std::vector<Invalidation> changes;
+    for (RegisterCore* user = block.users; user != nullptr; user = user->NextUser())
+        changes.push_back({user->Owner().Index(), EInvalidate::Derived});
+    std::vector<std::uint32_t> nobody;
+    m_graph.Spread(*this, changes, nobody);
+}
+
+void CNodeMap::EverythingChanged() {
+    m_registers.InvalidateAll();
+    for (CNode* node : m_nodes) {
+        node->Clear(kCached);
+        if (RegisterCore* core = node->Register())
+            core->ForgetAddress();
+        if (node->Has(kHasCallback))
+            m_announced.push_back(node->Index());
+    }
+}
+
+void CNodeMap::AttachRegisters() {
+    if (m_registersAttached)
+        return;
+    m_registersAttached = true;
+    for (CNode* node : m_nodes) {
+        if (node->Has(kIsRegister) && !node->Has(kReplaced) && node->Usable() && node->Register() != nullptr)
+            node->Register()->AttachConstant();
+    }
+}
+
+// --- Callbacks ---
+
+CallbackHandleType CNodeMap::AddCallback(CNode& node, CNodeCallback* callback) {
+    const AutoLock lock(m_lock);
+    const CallbackHandleType handle = m_callbacks.Add(node.Index(), callback);
+    node.Set(kHasCallback);
+    return handle;
+}
+
+/**
+ * \brief Remove a callback and destroy it
+ * \return False when the handle is not one of this node
+ *
+ * When it returns, no other thread runs the callback. A callback may remove itself; it is destroyed when it returns.
+ */
+bool CNodeMap::RemoveCallback(CNode& node, CallbackHandleType handle) {
+    std::shared_ptr<CallbackEntry> entry;
+    {
+        const AutoLock lock(m_lock);
+        entry = m_callbacks.Take(node.Index(), handle);
+        if (!m_callbacks.Has(node.Index()))
+            node.Clear(kHasCallback);
+    }
+    if (!entry)
+        return false;
+    if (!m_callbacks.WaitFor(entry)) {
+        const AutoLock lock(m_lock);
+        Warn(wkCache, node.Line(), 0, node.Name(), node.Label() + ": a removed callback does not end");
+    }
+    return true;
+}
+
+bool Deregister(CallbackHandleType handle) {
+    auto* callback = reinterpret_cast<CNodeCallback*>(handle);
+    return callback != nullptr && callback->GetNode() != nullptr && callback->GetNode()->DeregisterCallback(handle);
+}
+
+}  // namespace GenApi

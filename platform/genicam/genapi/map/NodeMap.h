@@ -1,0 +1,191 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The nodes of one description, and what they share: the lock, the caches, the callbacks
+ */
+#pragma once
+
+#include <array>
+#include <exception>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "GenApi/Diagnostics.h"
+#include "GenApi/IDeviceInfo.h"
+#include "GenApi/INodeMap.h"
+#include "map/Arena.h"
+#include "map/CallbackTable.h"
+#include "map/DependencyGraph.h"
+#include "map/NameIndex.h"
+#include "map/RegisterCache.h"
+#include "nodes/Node.h"
+
+namespace GenApi {
+
+class CPort;
+
+/// What the root element says.
+struct DescriptionInfo {
+    GenICam::gcstring modelName;
+    GenICam::gcstring vendorName;
+    GenICam::gcstring toolTip;
+    GenICam::gcstring standardNameSpace;
+    GenICam::gcstring productGuid;
+    GenICam::gcstring versionGuid;
+    GenICam::gcstring fileName;
+    Version_t schemaVersion;
+    Version_t deviceVersion;
+};
+
+/// A node map. Its public operations are thread-safe; those that the nodes and the loader use want its lock.
+class CNodeMap final : public INodeMap, public IDeviceInfo {
+public:
+    explicit CNodeMap(const GenICam::gcstring& deviceName);
+    ~CNodeMap();
+    CNodeMap(const CNodeMap&) = delete;
+    CNodeMap& operator=(const CNodeMap&) = delete;
+
+    // INodeMap
+    void GetNodes(NodeList_t& nodes) const override;
+    INode* GetNode(const GenICam::gcstring& name) const override;
+    void InvalidateNodes() const override;
+    bool Connect(IPort* port, const GenICam::gcstring& portName) const override;
+    bool Connect(IPort* port) const override;
+    GenICam::gcstring GetDeviceName() const override { return m_deviceName; }
+    void Poll(std::int64_t elapsedTime) override;
+    CLock& GetLock() const override { return m_lock; }
+    std::uint64_t GetNumNodes() const override;
+    bool ParseSwissKnives(GenICam::gcstring_vector* errorList = nullptr) const override;
+    // IDeviceInfo
+    GenICam::gcstring GetModelName() const override { return m_info.modelName; }
+    GenICam::gcstring GetVendorName() const override { return m_info.vendorName; }
+    GenICam::gcstring GetToolTip() const override { return m_info.toolTip; }
+    GenICam::gcstring GetStandardNameSpace() const override { return m_info.standardNameSpace; }
+    void GetGenApiVersion(Version_t& version, std::uint16_t& build) const override;
+    void GetSchemaVersion(Version_t& version) const override { version = m_info.schemaVersion; }
+    void GetDeviceVersion(Version_t& version) const override { version = m_info.deviceVersion; }
+    GenICam::gcstring GetProductGuid() const override { return m_info.productGuid; }
+    GenICam::gcstring GetVersionGuid() const override { return m_info.versionGuid; }
+
+    WarningList_t Warnings() const;
+
+    // For the nodes; the lock is held.
+    CNode* FindNode(std::string_view name) const noexcept;
+    CNode* NodeAt(std::uint32_t index) const noexcept { return index < m_nodes.size() ? m_nodes[index] : nullptr; }
+    std::span<CNode* const> Nodes() const noexcept { return m_nodes; }
+    std::string_view Text(std::uint32_t position, std::uint32_t length) const noexcept {
+        return std::string_view(m_texts).substr(position, length);
+    }
+    std::span<const Property> PropertiesOf(std::uint32_t first, std::uint32_t count) const noexcept {
+        return std::span(m_properties).subspan(first, count);
+    }
+    Arena& Memory() noexcept { return m_arena; }
+    RegisterCache& Registers() noexcept { return m_registers; }
+    DependencyGraph& Dependencies() noexcept { return m_graph; }
+    /// True in the debug mode that compares every cached value with the device.
+    bool ChecksCaches() const noexcept { return m_checksCaches; }
+    const std::string& ReasonOf(const CNode& node) const;
+    void SetReason(const CNode& node, const std::string& reason);
+    void Warn(EWarningKind kind, std::uint32_t line, std::uint32_t column, std::string_view node,
+              const std::string& message);
+    /// Notes the access modes of the connected ports; drops cached access modes when one changed. Takes no lock.
+    void CheckPorts() noexcept;
+
+    /// Runs a change: takes the lock, runs \a body, drops the caches of all that depends on what it changed, runs the
+    /// callbacks inside the lock, gives the lock back and runs those outside.
+    template <class Body>
+    void Change(Body&& body);
+    /// Says that the state of a node changed.
+    void Changed(CNode& node);
+    /// Says that the value of a node must be read from the device again.
+    void Dropped(CNode& node);
+    /// Says that the bytes of a block changed: all registers that share some of them changed.
+    void BlockChanged(RegisterBlock& block);
+    /// Drops the caches of all that depends on what changed up to now.
+    void Spread();
+    /// The same for one block whose content turned out to be different; nobody is told.
+    void SpreadQuietly(RegisterBlock& block);
+    /// Says that anything may have changed.
+    void EverythingChanged();
+    /// The text of a string node that has it itself.
+    std::string OwnTextOf(const CNode& node) const;
+    void SetOwnText(const CNode& node, const std::string& text);
+    /// Gives every register of a constant address its block, so that a write finds all that share it.
+    void AttachRegisters();
+
+    CallbackHandleType AddCallback(CNode& node, CNodeCallback* callback);
+    bool RemoveCallback(CNode& node, CallbackHandleType handle);
+
+private:
+    friend class Loader;
+
+    /// A node with a polling time, and how much of it has gone by.
+    struct PolledNode {
+        CNode* node;
+        std::int64_t period;
+        std::int64_t elapsed;
+    };
+
+    void BeginChange();
+    std::exception_ptr EndChange(CallbackList& outside);
+    CNode* FindIndexed(std::string_view name) const noexcept;
+    CNode* FindEntry(std::string_view name) const noexcept;
+    CNodeMap& Self() const noexcept { return const_cast<CNodeMap&>(*this); }
+
+    const GenICam::gcstring m_deviceName;
+    DescriptionInfo m_info;
+    mutable CLock m_lock;
+    Arena m_arena;
+    std::string m_texts;
+    std::vector<Property> m_properties;
+    std::vector<CNode*> m_nodes;
+    NameIndex m_names;
+    std::vector<CPort*> m_ports;
+
+    RegisterCache m_registers;
+    DependencyGraph m_graph;
+    CallbackTable m_callbacks;
+    std::vector<Invalidation> m_changes;
+    std::vector<std::uint32_t> m_announced;
+    CallbackList m_outside;
+    unsigned m_changeDepth = 0;
+    bool m_registersAttached = false;
+    bool m_checksCaches = false;
+    std::unordered_map<std::uint32_t, std::string> m_reasons;
+    std::unordered_map<std::uint32_t, std::string> m_ownTexts;
+    std::vector<PolledNode> m_polled;
+    bool m_polledKnown = false;
+    WarningList_t m_warnings;
+};
+
+/**
+ * A change that throws may have changed something before: what depends on it is invalidated and announced all the same.
+ * An exception of the body goes before one of a callback.
+ */
+template <class Body>
+void CNodeMap::Change(Body&& body) {
+    CallbackList outside;
+    std::exception_ptr failure;
+    {
+        const AutoLock lock(m_lock);
+        CheckPorts();
+        BeginChange();
+        try {
+            body();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        const std::exception_ptr callbackFailure = EndChange(outside);
+        if (!failure)
+            failure = callbackFailure;
+    }
+    if (!outside.empty()) {
+        const std::exception_ptr callbackFailure = m_callbacks.Run(outside, cbPostOutsideLock);
+        if (!failure)
+            failure = callbackFailure;
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+}  // namespace GenApi

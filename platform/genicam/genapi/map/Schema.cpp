@@ -1,0 +1,168 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The elements and attributes of the schema
+ */
+
+#include "map/Schema.h"
+
+#include <array>
+
+using namespace std::literals;
+
+namespace GenApi {
+
+namespace {
+
+constexpr std::array<std::string_view, 27> kKindNames = {
+    "Node",           "Category",      "Integer", "IntReg",   "MaskedIntReg", "StructEntry",
+    "IntConverter",   "IntSwissKnife", "Float",   "FloatReg", "Converter",    "SwissKnife",
+    "Enumeration",    "EnumEntry",     "Boolean", "Command",  "String",       "StringReg",
+    "Register",       "StructReg",     "Port",    "ConfRom",  "TextDesc",     "IntKey",
+    "AdvFeatureLock", "SmartFeature",  ""};
+
+constexpr std::array kTagNames = {""sv,
+                                  "pValue"sv,
+                                  "pValueCopy"sv,
+                                  "pIndex"sv,
+                                  "pValueIndexed"sv,
+                                  "pValueDefault"sv,
+                                  "pMin"sv,
+                                  "pMax"sv,
+                                  "pInc"sv,
+                                  "pIsImplemented"sv,
+                                  "pIsAvailable"sv,
+                                  "pIsLocked"sv,
+                                  "pBlockPolling"sv,
+                                  "pError"sv,
+                                  "pVariable"sv,
+                                  "pAddress"sv,
+                                  "pLength"sv,
+                                  "pPort"sv,
+                                  "pCommandValue"sv,
+                                  "p1212Parser"sv,
+                                  "pOffset"sv,
+                                  "pFeature"sv,
+                                  "pSelected"sv,
+                                  "pInvalidator"sv,
+                                  "pAlias"sv,
+                                  "pCastAlias"sv,
+                                  "pChunkID"sv,
+                                  "pTerminal"sv,
+                                  "pDependent"sv,
+                                  "Nested"sv,
+                                  "ToolTip"sv,
+                                  "Description"sv,
+                                  "DisplayName"sv,
+                                  "Visibility"sv,
+                                  "DocuURL"sv,
+                                  "IsDeprecated"sv,
+                                  "EventID"sv,
+                                  "ImposedAccessMode"sv,
+                                  "ImposedVisibility"sv,
+                                  "Streamable"sv,
+                                  "Value"sv,
+                                  "ValueIndexed"sv,
+                                  "ValueDefault"sv,
+                                  "Min"sv,
+                                  "Max"sv,
+                                  "Inc"sv,
+                                  "Unit"sv,
+                                  "Representation"sv,
+                                  "DisplayNotation"sv,
+                                  "DisplayPrecision"sv,
+                                  "ValidValueSet"sv,
+                                  "Address"sv,
+                                  "Length"sv,
+                                  "AccessMode"sv,
+                                  "Cachable"sv,
+                                  "PollingTime"sv,
+                                  "Sign"sv,
+                                  "Endianess"sv,
+                                  "LSB"sv,
+                                  "MSB"sv,
+                                  "Bit"sv,
+                                  "Constant"sv,
+                                  "Expression"sv,
+                                  "Formula"sv,
+                                  "FormulaTo"sv,
+                                  "FormulaFrom"sv,
+                                  "Slope"sv,
+                                  "IsLinear"sv,
+                                  "NumericValue"sv,
+                                  "Symbolic"sv,
+                                  "IsSelfClearing"sv,
+                                  "OnValue"sv,
+                                  "OffValue"sv,
+                                  "CommandValue"sv,
+                                  "ChunkID"sv,
+                                  "SwapEndianess"sv,
+                                  "CacheChunkData"sv,
+                                  "Key"sv,
+                                  "FeatureID"sv,
+                                  "Timeout"sv,
+                                  "InputDirection"sv,
+                                  "Extension"sv,
+                                  "Name"sv,
+                                  "Index"sv,
+                                  "Offset"sv};
+static_assert(kTagNames.size() == static_cast<std::size_t>(ETag::AttributeOffset) + 1);
+
+constexpr std::size_t kSlots = 512;
+
+constexpr std::size_t SlotOf(std::string_view name) noexcept {
+    std::size_t hash = name.size();
+    for (const char character : name)
+        hash = hash * 31 + static_cast<unsigned char>(character);
+    return (hash ^ (hash >> 9)) % kSlots;
+}
+
+// Open addressing over the positions of a name table; 0 is an empty slot, so positions are stored plus one.
+template <std::size_t N>
+constexpr std::array<std::uint8_t, kSlots> MakeSlots(const std::array<std::string_view, N>& names, std::size_t end) {
+    std::array<std::uint8_t, kSlots> slots{};
+    for (std::size_t i = 0; i < end; ++i) {
+        if (names[i].empty() || names[i] == "Nested" || names[i] == "pOffset")
+            continue;
+        std::size_t slot = SlotOf(names[i]);
+        while (slots[slot] != 0)
+            slot = (slot + 1) % kSlots;
+        slots[slot] = static_cast<std::uint8_t>(i + 1);
+    }
+    return slots;
+}
+
+template <std::size_t N>
+std::size_t Find(const std::array<std::string_view, N>& names, const std::array<std::uint8_t, kSlots>& slots,
+                 std::string_view name) noexcept {
+    for (std::size_t slot = SlotOf(name); slots[slot] != 0; slot = (slot + 1) % kSlots) {
+        const std::size_t found = slots[slot] - 1U;
+        if (names[found] == name)
+            return found;
+    }
+    return N;
+}
+
+constexpr auto kTagSlots = MakeSlots(kTagNames, static_cast<std::size_t>(ETag::AttributeName));
+constexpr auto kKindSlots = MakeSlots(kKindNames, kKindNames.size());
+
+}  // namespace
+
+ETag TagOf(std::string_view element) noexcept {
+    const std::size_t found = Find(kTagNames, kTagSlots, element);
+    return found < kTagNames.size() ? static_cast<ETag>(found) : ETag::Unknown;
+}
+
+ENodeKind KindOf(std::string_view element) noexcept {
+    const std::size_t found = Find(kKindNames, kKindSlots, element);
+    return found < kKindNames.size() ? static_cast<ENodeKind>(found) : ENodeKind::None;
+}
+
+std::string_view NameOf(ETag tag) noexcept {
+    return tag == ETag::Nested ? "EnumEntry"sv : kTagNames[static_cast<std::size_t>(tag)];
+}
+
+std::string_view NameOf(ENodeKind kind) noexcept {
+    return kKindNames[static_cast<std::size_t>(kind)];
+}
+
+}  // namespace GenApi

@@ -1,0 +1,157 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The elements and attributes of the schema
+ */
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace GenApi {
+
+/// Kinds of nodes; the order is that of the table in SchemaTable.cpp.
+enum class ENodeKind : std::uint8_t {
+    Node,
+    Category,
+    Integer,
+    IntReg,
+    MaskedIntReg,
+    StructEntry,
+    IntConverter,
+    IntSwissKnife,
+    Float,
+    FloatReg,
+    Converter,
+    SwissKnife,
+    Enumeration,
+    EnumEntry,
+    Boolean,
+    Command,
+    String,
+    StringReg,
+    Register,
+    StructReg,
+    Port,
+    ConfRom,
+    TextDesc,
+    IntKey,
+    AdvFeatureLock,
+    SmartFeature,
+    None
+};
+
+/// Elements that describe a property of a node, and the attributes that belong to such an element.
+enum class ETag : std::uint8_t {
+    Unknown,
+    // References that a value, a range or an access mode needs: without its target the node can't work.
+    pValue,
+    pValueCopy,
+    pIndex,
+    pValueIndexed,
+    pValueDefault,
+    pMin,
+    pMax,
+    pInc,
+    pIsImplemented,
+    pIsAvailable,
+    pIsLocked,
+    pBlockPolling,
+    pError,
+    pVariable,
+    pAddress,
+    pLength,
+    pPort,
+    pCommandValue,
+    p1212Parser,
+    AttributePOffset,
+    // References that only link nodes.
+    pFeature,
+    pSelected,
+    pInvalidator,
+    pAlias,
+    pCastAlias,
+    pChunkID,
+    pTerminal,
+    pDependent,
+    // Nested nodes.
+    Nested,
+    // Plain values.
+    ToolTip,
+    Description,
+    DisplayName,
+    Visibility,
+    DocuURL,
+    IsDeprecated,
+    EventID,
+    ImposedAccessMode,
+    ImposedVisibility,
+    Streamable,
+    Value,
+    ValueIndexed,
+    ValueDefault,
+    Min,
+    Max,
+    Inc,
+    Unit,
+    Representation,
+    DisplayNotation,
+    DisplayPrecision,
+    ValidValueSet,
+    Address,
+    Length,
+    AccessMode,
+    Cachable,
+    PollingTime,
+    Sign,
+    Endianess,
+    LSB,
+    MSB,
+    Bit,
+    Constant,
+    Expression,
+    Formula,
+    FormulaTo,
+    FormulaFrom,
+    Slope,
+    IsLinear,
+    NumericValue,
+    Symbolic,
+    IsSelfClearing,
+    OnValue,
+    OffValue,
+    CommandValue,
+    ChunkID,
+    SwapEndianess,
+    CacheChunkData,
+    Key,
+    FeatureID,
+    Timeout,
+    InputDirection,
+    // Not looked at, but known.
+    Extension,
+    // Attributes of the element before it.
+    AttributeName,
+    AttributeIndex,
+    AttributeOffset
+};
+
+/// True for elements whose text names a node.
+constexpr bool IsReference(ETag tag) noexcept {
+    return tag >= ETag::pValue && tag <= ETag::pDependent;
+}
+/// True for references without whose target the node can't work.
+constexpr bool IsRequiredReference(ETag tag) noexcept {
+    return tag >= ETag::pValue && tag <= ETag::AttributePOffset;
+}
+constexpr bool IsAttribute(ETag tag) noexcept {
+    return tag >= ETag::AttributeName || tag == ETag::AttributePOffset;
+}
+
+/// The tag of an element below a node, Unknown when the schema lacks it.
+ETag TagOf(std::string_view element) noexcept;
+/// The kind of a node element, None when the schema lacks it.
+ENodeKind KindOf(std::string_view element) noexcept;
+std::string_view NameOf(ETag tag) noexcept;
+std::string_view NameOf(ENodeKind kind) noexcept;
+
+}  // namespace GenApi

@@ -1,0 +1,46 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Boolean: true or false over an integer
+ */
+#pragma once
+
+#include "GenApi/IBoolean.h"
+#include "nodes/Node.h"
+#include "nodes/ValueSource.h"
+
+namespace GenApi {
+
+/// Boolean: true when the integer behind it has the value of OnValue.
+class CBoolean final : public CNode, public IBoolean {
+public:
+    using CNode::CNode;
+    using CNode::GetAccessMode;
+
+    // IValue
+    INode* GetNode() override { return this; }
+    GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
+    void FromString(const GenICam::gcstring& text, bool verify = true) override;
+    bool IsValueCacheValid() const override;
+    // IBoolean
+    void SetValue(bool value, bool verify = true) override;
+    bool GetValue(bool verify = false, bool ignoreCache = false) const override;
+
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIBoolean; }
+    ENumber Number() const override { return ENumber::Integer; }
+    IValue* Value() override { return this; }
+
+protected:
+    void Bind() override;
+    std::int64_t ReadInteger(Evaluation& evaluation) override;
+    void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    std::int64_t ReadIntegerBound(EBound bound, Evaluation&) override { return bound == EBound::Min ? 0 : 1; }
+    void CheckInteger(std::int64_t value, Evaluation& evaluation) override;
+
+private:
+    ValueSource<std::int64_t>* m_source = nullptr;
+    std::int64_t m_on = 1;
+    std::int64_t m_off = 0;
+};
+
+}  // namespace GenApi

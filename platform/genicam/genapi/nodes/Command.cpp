@@ -1,0 +1,115 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Command: writes a value that starts something
+ */
+
+#include "nodes/Command.h"
+
+#include "Base/GCException.h"
+#include "GenApi/Pointer.h"
+#include "map/NodeMap.h"
+#include "map/Text.h"
+
+namespace GenApi {
+
+void CCommand::Bind() {
+    m_source = Map().Memory().New<ValueSource<std::int64_t>>(*this);
+    m_command = BindOperand<std::int64_t>(*this, ETag::CommandValue, ETag::pCommandValue);
+    if (!m_source->IsGiven())
+        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    if (!m_command.isGiven)
+        throw INVALID_ARGUMENT_EXCEPTION("has no command value");
+}
+
+// The number of a command, for rules and formulas, is what lies behind it.
+std::int64_t CCommand::ReadInteger(Evaluation& evaluation) {
+    return m_source->Read(*this, evaluation);
+}
+
+void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
+    m_source->Write(*this, value, evaluation);
+}
+
+// A command is executed, not read. What it depends on may be: the access of rules and formulas asks without locks.
+EAccessMode CCommand::ReadAccess(Evaluation& evaluation, bool withLocks) {
+    EAccessMode mode = m_source->Access(evaluation, withLocks);
+    if (m_command.node != nullptr && !IsReadable(m_command.node->Access(evaluation, false)))
+        mode = Combine(mode, NA);
+    return withLocks ? Combine(mode, WO) : mode;
+}
+
+/**
+ * \brief Start what the command stands for
+ * \param[in] verify Check ranges of the nodes behind and the error node afterwards
+ * \throw AccessException The command can't be executed now
+ *
+ * \context Any thread
+ */
+void CCommand::Execute(bool verify) {
+    Map().Change([&] {
+        RequireWritable();
+        Evaluation evaluation;
+        evaluation.verify = verify;
+        const std::int64_t value = m_command.Read(evaluation);
+        AssignInteger(value, evaluation);
+        m_isRunning = true;
+        Map().Changed(*this);
+        if (verify)
+            CheckError();
+    });
+}
+
+/**
+ * \brief Whether the command has been carried out
+ *
+ * Asks the device. When a running command turns out to be done, the node and what depends on it are announced.
+ *
+ * \throw AccessException The command is not available
+ *
+ * \context Any thread
+ */
+bool CCommand::IsDone(bool) {
+    bool done = false;
+    bool isNews = false;
+    {
+        const AutoLock lock(Map().GetLock());
+        Map().CheckPorts();
+        done = ReadDone();
+        isNews = done && m_isRunning;
+        if (isNews)
+            m_isRunning = false;
+    }
+    if (isNews)
+        Map().Change([this] { Map().Changed(*this); });
+    return done;
+}
+
+// What can't be read back is taken as done.
+bool CCommand::ReadDone() {
+    Evaluation evaluation;
+    const EAccessMode mode = Access(evaluation, false);
+    if (!IsAvailable(mode))
+        ThrowAccess("available");
+    if (!IsReadable(mode))
+        return true;
+    evaluation.ignoreCache = true;
+    const std::int64_t value = Integer(evaluation);
+    evaluation.ignoreCache = false;
+    // A constant behind the command is nothing that clears itself.
+    return m_source->Target(*this, evaluation) == nullptr || value != m_command.Read(evaluation);
+}
+
+GenICam::gcstring CCommand::ToString(bool verify, bool) {
+    return IsDone(verify) ? "1" : "0";
+}
+
+/// "1" executes, "0" does nothing: a command saved as a text has one of both.
+void CCommand::FromString(const GenICam::gcstring& text, bool verify) {
+    const std::string_view word = Trimmed(text.view());
+    if (word == "1" || word == "true")
+        return Execute(verify);
+    if (word != "0" && word != "false")
+        throw INVALID_ARGUMENT_EXCEPTION("%s: '%s' is neither true nor false", Label(), text);
+}
+
+}  // namespace GenApi

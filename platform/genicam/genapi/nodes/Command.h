@@ -1,0 +1,46 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Command: writes a value that starts something
+ */
+#pragma once
+
+#include "GenApi/ICommand.h"
+#include "nodes/Node.h"
+#include "nodes/ValueSource.h"
+
+namespace GenApi {
+
+/// Command: done when what was written is no longer there to be read.
+class CCommand final : public CNode, public ICommand {
+public:
+    using CNode::CNode;
+    using CNode::GetAccessMode;
+
+    // IValue
+    INode* GetNode() override { return this; }
+    GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
+    void FromString(const GenICam::gcstring& text, bool verify = true) override;
+    bool IsValueCacheValid() const override { return false; }
+    // ICommand
+    void Execute(bool verify = true) override;
+    bool IsDone(bool verify = true) override;
+
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfICommand; }
+    ENumber Number() const override { return ENumber::Integer; }
+    IValue* Value() override { return this; }
+
+protected:
+    void Bind() override;
+    std::int64_t ReadInteger(Evaluation& evaluation) override;
+    void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+
+private:
+    bool ReadDone();
+
+    ValueSource<std::int64_t>* m_source = nullptr;
+    Operand<std::int64_t> m_command;
+    bool m_isRunning = false;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,289 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What nodes with a floating-point number have in common: IFloat, ranges, texts
+ */
+
+#include "nodes/FloatNode.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Base/GCException.h"
+#include "GenApi/Pointer.h"
+#include "map/NodeMap.h"
+#include "map/Text.h"
+#include "map/Values.h"
+
+namespace GenApi {
+
+namespace {
+constexpr std::int64_t kDefaultPrecision = 6;
+// Computed steps are never exact: a value counts as on the grid when it misses it by less than this part of a step.
+constexpr double kGridTolerance = 1e-4;
+}  // namespace
+
+// --- IFloat ---
+
+/**
+ * \brief The value
+ * \param[in] verify Refuse a value outside the range
+ * \param[in] ignoreCache Ask the device even if the value is known
+ * \throw AccessException The node is not readable
+ * \throw OutOfRangeException The value is outside the range
+ *
+ * \context Any thread
+ */
+double CFloatNode::GetValue(bool verify, bool ignoreCache) {
+    const AutoLock lock(Map().GetLock());
+    Map().CheckPorts();
+    RequireReadable();
+    Evaluation evaluation;
+    evaluation.ignoreCache = ignoreCache;
+    const double value = Float(evaluation);
+    if (verify)
+        CheckFloat(value, evaluation);
+    return value;
+}
+
+/**
+ * \brief Set the value
+ * \param[in] verify Check range, increment and valid values here and in the nodes behind, and the error node afterwards
+ * \throw AccessException The node is not writable
+ * \throw OutOfRangeException The value is outside the range, or does not fit into the register
+ *
+ * \context Any thread
+ */
+void CFloatNode::SetValue(double value, bool verify) {
+    Map().Change([&] {
+        RequireWritable();
+        Evaluation evaluation;
+        evaluation.verify = verify;
+        AssignFloat(value, evaluation);
+        if (verify)
+            CheckError();
+    });
+}
+
+double CFloatNode::GetMin() {
+    const AutoLock lock(Map().GetLock());
+    Evaluation evaluation;
+    return FloatBound(EBound::Min, evaluation);
+}
+
+double CFloatNode::GetMax() {
+    const AutoLock lock(Map().GetLock());
+    Evaluation evaluation;
+    return FloatBound(EBound::Max, evaluation);
+}
+
+bool CFloatNode::HasInc() {
+    return GetIncMode() == fixedIncrement;
+}
+
+EIncMode CFloatNode::GetIncMode() {
+    const AutoLock lock(Map().GetLock());
+    Require();
+    if (m_limits != nullptr && !m_limits->validValues.empty())
+        return listIncrement;
+    Evaluation evaluation;
+    return FloatInc(evaluation) > 0.0 ? fixedIncrement : noIncrement;
+}
+
+double CFloatNode::GetInc() {
+    const AutoLock lock(Map().GetLock());
+    Evaluation evaluation;
+    const double inc = FloatInc(evaluation);
+    if (!(inc > 0.0))
+        throw LOGICAL_ERROR_EXCEPTION("%s has no increment", Label());
+    return inc;
+}
+
+double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
+    const AutoLock lock(Map().GetLock());
+    Require();
+    std::vector<double> values;
+    if (m_limits == nullptr)
+        return double_autovector_t();
+    Evaluation evaluation;
+    const double min = bounded ? FloatBound(EBound::Min, evaluation) : std::numeric_limits<double>::lowest();
+    const double max = bounded ? FloatBound(EBound::Max, evaluation) : std::numeric_limits<double>::max();
+    std::copy_if(m_limits->validValues.begin(), m_limits->validValues.end(), std::back_inserter(values),
+                 [=](double value) { return min <= value && value <= max; });
+    return double_autovector_t(std::move(values));
+}
+
+ERepresentation CFloatNode::GetRepresentation() {
+    const AutoLock lock(Map().GetLock());
+    const ERepresentation given = ReadRepresentation();
+    return given != _UndefinedRepresentation ? given : PureNumber;
+}
+
+GenICam::gcstring CFloatNode::GetUnit() {
+    const AutoLock lock(Map().GetLock());
+    return ReadUnit();
+}
+
+EDisplayNotation CFloatNode::GetDisplayNotation() {
+    return ParseDisplayNotation(TextOf(ETag::DisplayNotation)).value_or(fnAutomatic);
+}
+
+std::int64_t CFloatNode::GetDisplayPrecision() {
+    return ParseInteger(TextOf(ETag::DisplayPrecision)).value_or(kDefaultPrecision);
+}
+
+void CFloatNode::ImposeMin(double value) {
+    Map().Change([&] {
+        Require();
+        if (m_limits == nullptr)
+            m_limits = Map().Memory().New<FloatLimits>();
+        m_limits->imposedMin = value;
+        Map().Changed(*this);
+    });
+}
+
+void CFloatNode::ImposeMax(double value) {
+    Map().Change([&] {
+        Require();
+        if (m_limits == nullptr)
+            m_limits = Map().Memory().New<FloatLimits>();
+        m_limits->imposedMax = value;
+        Map().Changed(*this);
+    });
+}
+
+// --- IValue ---
+
+GenICam::gcstring CFloatNode::ToString(bool verify, bool ignoreCache) {
+    return FloatToText(GetValue(verify, ignoreCache), GetDisplayNotation(), GetDisplayPrecision());
+}
+
+void CFloatNode::FromString(const GenICam::gcstring& text, bool verify) {
+    const auto value = ParseFloat(text.view());
+    if (!value)
+        throw INVALID_ARGUMENT_EXCEPTION("%s: '%s' is no number", Label(), text);
+    SetValue(*value, verify);
+}
+
+bool CFloatNode::IsValueCacheValid() const {
+    const AutoLock lock(Map().GetLock());
+    return IsValueCached();
+}
+
+// --- Evaluation ---
+
+void CFloatNode::Bind() {
+    FloatLimits limits;
+    limits.min = BindOperand<double>(*this, ETag::Min, ETag::pMin);
+    limits.max = BindOperand<double>(*this, ETag::Max, ETag::pMax);
+    limits.inc = BindOperand<double>(*this, ETag::Inc, ETag::pInc);
+    if (const Property* set = Find(ETag::ValidValueSet))
+        limits.validValues = Map().Memory().Copy(ParseList<double>(TextOf(*set)));
+    if (limits.min.isGiven || limits.max.isGiven || limits.inc.isGiven || !limits.validValues.empty())
+        m_limits = Map().Memory().New<FloatLimits>(limits);
+}
+
+double CFloatNode::ReadFloatBound(EBound bound, Evaluation& evaluation) {
+    if (m_limits == nullptr)
+        return OwnBound(bound, evaluation);
+    const Operand<double>& operand = bound == EBound::Min ? m_limits->min : m_limits->max;
+    const double value = operand.isGiven ? operand.Read(evaluation) : OwnBound(bound, evaluation);
+    return bound == EBound::Min ? std::max(value, m_limits->imposedMin) : std::min(value, m_limits->imposedMax);
+}
+
+double CFloatNode::ReadFloatInc(Evaluation& evaluation) {
+    return m_limits != nullptr && m_limits->inc.isGiven ? m_limits->inc.Read(evaluation) : OwnInc(evaluation);
+}
+
+double CFloatNode::OwnBound(EBound bound, Evaluation& evaluation) {
+    return CNode::ReadFloatBound(bound, evaluation);
+}
+
+double CFloatNode::OwnInc(Evaluation&) {
+    return 0.0;
+}
+
+// NaN is in no range.
+void CFloatNode::CheckFloat(double value, Evaluation& evaluation) {
+    const double min = ReadFloatBound(EBound::Min, evaluation);
+    if (!(value >= min))
+        throw OUT_OF_RANGE_EXCEPTION("%s: value %g must not be smaller than %g", Label(), value, min);
+    const double max = ReadFloatBound(EBound::Max, evaluation);
+    if (!(value <= max))
+        throw OUT_OF_RANGE_EXCEPTION("%s: value %g must not be larger than %g", Label(), value, max);
+    CheckIncrement(value, min, evaluation);
+}
+
+void CFloatNode::CheckIncrement(double value, double min, Evaluation& evaluation) {
+    if (m_limits != nullptr && !m_limits->validValues.empty()) {
+        const auto& values = m_limits->validValues;
+        if (std::find(values.begin(), values.end(), value) == values.end())
+            throw OUT_OF_RANGE_EXCEPTION("%s: value %g is not one of the valid values", Label(), value);
+        return;
+    }
+    const double inc = ReadFloatInc(evaluation);
+    const double steps = inc > 0.0 ? (value - min) / inc : 0.0;
+    if (std::isfinite(steps) && std::fabs(steps - std::round(steps)) > kGridTolerance)
+        throw OUT_OF_RANGE_EXCEPTION("%s: value %g must be %g plus a multiple of %g", Label(), value, min, inc);
+}
+
+ERepresentation CFloatNode::ReadRepresentation() {
+    if (const Property* given = Find(ETag::Representation))
+        return ParseRepresentation(TextOf(*given)).value_or(_UndefinedRepresentation);
+    Evaluation evaluation;
+    if (!Usable())
+        return _UndefinedRepresentation;
+    const Frame frame(evaluation, *this, kInMin);
+    CNode* appearance = Appearance(evaluation);
+    return appearance != nullptr ? appearance->ReadRepresentation() : _UndefinedRepresentation;
+}
+
+std::string CFloatNode::ReadUnit() {
+    const std::string given(TextOf(ETag::Unit));
+    Evaluation evaluation;
+    if (!given.empty() || !Usable())
+        return given;
+    const Frame frame(evaluation, *this, kInMin);
+    CNode* appearance = Appearance(evaluation);
+    return appearance != nullptr ? appearance->ReadUnit() : given;
+}
+
+// --- Float ---
+
+void CFloat::Bind() {
+    CFloatNode::Bind();
+    m_source = Map().Memory().New<ValueSource<double>>(*this);
+    if (!m_source->IsGiven())
+        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+}
+
+double CFloat::ReadFloat(Evaluation& evaluation) {
+    return m_source->Read(*this, evaluation);
+}
+
+void CFloat::WriteFloat(double value, Evaluation& evaluation) {
+    m_source->Write(*this, value, evaluation);
+}
+
+EAccessMode CFloat::ReadAccess(Evaluation& evaluation, bool withLocks) {
+    return m_source->Access(evaluation, withLocks);
+}
+
+double CFloat::OwnBound(EBound bound, Evaluation& evaluation) {
+    CNode* target = m_source->Target(*this, evaluation);
+    return target != nullptr ? target->FloatBound(bound, evaluation) : CFloatNode::OwnBound(bound, evaluation);
+}
+
+// An integer behind the node rounds what it gets: steps of 1 are no increment of the number.
+double CFloat::OwnInc(Evaluation& evaluation) {
+    CNode* target = m_source->Target(*this, evaluation);
+    const double inc = target != nullptr ? target->FloatInc(evaluation) : 0.0;
+    return target != nullptr && target->Number() == ENumber::Integer && inc <= 1.0 ? 0.0 : inc;
+}
+
+CNode* CFloat::Appearance(Evaluation& evaluation) {
+    Evaluation access;
+    access.top = evaluation.top;
+    return IsReadable(m_source->Access(access, false)) ? m_source->Target(*this, evaluation) : nullptr;
+}
+
+}  // namespace GenApi

@@ -1,0 +1,95 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What nodes with a floating-point number have in common: IFloat, ranges, texts
+ */
+#pragma once
+
+#include <limits>
+
+#include "GenApi/IFloat.h"
+#include "nodes/Node.h"
+#include "nodes/ValueSource.h"
+
+namespace GenApi {
+
+/// Range of a float node, as its description gives it. Lies in the map's arena.
+struct FloatLimits {
+    Operand<double> min;
+    Operand<double> max;
+    Operand<double> inc;
+    std::span<double> validValues;
+    double imposedMin = std::numeric_limits<double>::lowest();
+    double imposedMax = std::numeric_limits<double>::max();
+};
+
+/// Base of all nodes with IFloat.
+class CFloatNode : public CNode, public IFloat {
+public:
+    using CNode::CNode;
+    using CNode::GetAccessMode;
+
+    // IValue
+    INode* GetNode() override { return this; }
+    GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
+    void FromString(const GenICam::gcstring& text, bool verify = true) override;
+    bool IsValueCacheValid() const override;
+    // IFloat
+    void SetValue(double value, bool verify = true) override;
+    double GetValue(bool verify = false, bool ignoreCache = false) override;
+    double GetMin() override;
+    double GetMax() override;
+    bool HasInc() override;
+    EIncMode GetIncMode() override;
+    double GetInc() override;
+    double_autovector_t GetListOfValidValues(bool bounded = true) override;
+    ERepresentation GetRepresentation() override;
+    GenICam::gcstring GetUnit() override;
+    EDisplayNotation GetDisplayNotation() override;
+    std::int64_t GetDisplayPrecision() override;
+    void ImposeMin(double value) override;
+    void ImposeMax(double value) override;
+
+    // CNode
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
+    ENumber Number() const override { return ENumber::Float; }
+    IValue* Value() override { return this; }
+    ERepresentation ReadRepresentation() override;
+
+protected:
+    void Bind() override;
+    double ReadFloatBound(EBound bound, Evaluation& evaluation) override;
+    double ReadFloatInc(Evaluation& evaluation) override;
+    void CheckFloat(double value, Evaluation& evaluation) override;
+    virtual double OwnBound(EBound bound, Evaluation& evaluation);
+    virtual double OwnInc(Evaluation& evaluation);
+    virtual CNode* Appearance(Evaluation&) { return nullptr; }
+    std::string ReadUnit() override;
+
+private:
+    void CheckIncrement(double value, double min, Evaluation& evaluation);
+
+    FloatLimits* m_limits = nullptr;
+
+protected:
+    ~CFloatNode() = default;
+};
+
+/// Float: a constant, the value of another node, or one of several by an index.
+class CFloat final : public CFloatNode {
+public:
+    using CFloatNode::CFloatNode;
+
+protected:
+    void Bind() override;
+    double ReadFloat(Evaluation& evaluation) override;
+    void WriteFloat(double value, Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    double OwnBound(EBound bound, Evaluation& evaluation) override;
+    double OwnInc(Evaluation& evaluation) override;
+    CNode* Appearance(Evaluation& evaluation) override;
+
+private:
+    ValueSource<double>* m_source = nullptr;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,152 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Nodes that compute: IntSwissKnife, SwissKnife, IntConverter, Converter
+ */
+
+#include "nodes/FormulaNodes.h"
+
+#include <algorithm>
+
+#include "Base/GCException.h"
+#include "GenApi/Pointer.h"
+#include "map/NodeMap.h"
+#include "map/Values.h"
+
+namespace GenApi {
+
+namespace {
+
+// A formula of which only the branch that counts has readable variables is readable: the other branch is never taken.
+template <class Evaluate>
+EAccessMode FormulaAccess(const NodeFormula& formula, Evaluation& evaluation, Evaluate&& evaluate) {
+    if (formula.AllReadable(evaluation))
+        return RO;
+    try {
+        evaluate();
+        return RO;
+    } catch (const GenICam::AccessException&) {
+        return NA;
+    }
+}
+
+}  // namespace
+
+// --- IntSwissKnife ---
+
+void CIntSwissKnife::Bind() {
+    CIntegerNode::Bind();
+    m_formula = Map().Memory().New<NodeFormula>(*this, ETag::Formula, "", false);
+}
+
+std::int64_t CIntSwissKnife::ReadInteger(Evaluation& evaluation) {
+    return m_formula->EvaluateInteger(evaluation);
+}
+
+EAccessMode CIntSwissKnife::ReadAccess(Evaluation& evaluation, bool) {
+    return FormulaAccess(*m_formula, evaluation, [&] { m_formula->EvaluateInteger(evaluation); });
+}
+
+// --- SwissKnife ---
+
+void CSwissKnife::Bind() {
+    CFloatNode::Bind();
+    m_formula = Map().Memory().New<NodeFormula>(*this, ETag::Formula, "", true);
+}
+
+double CSwissKnife::ReadFloat(Evaluation& evaluation) {
+    return m_formula->EvaluateFloat(evaluation);
+}
+
+EAccessMode CSwissKnife::ReadAccess(Evaluation& evaluation, bool) {
+    return FormulaAccess(*m_formula, evaluation, [&] { m_formula->EvaluateFloat(evaluation); });
+}
+
+// --- Converters ---
+
+ConverterParts::ConverterParts(CNode& owner, bool floating) {
+    const Property* behind = owner.Find(ETag::pValue);
+    if (behind == nullptr)
+        throw INVALID_ARGUMENT_EXCEPTION("has no pValue");
+    value = &NumberNodeOf(owner, *behind);
+    from = owner.Map().Memory().New<NodeFormula>(owner, ETag::FormulaFrom, "TO", floating);
+    // Without a way back the converter can only be read.
+    if (owner.Find(ETag::FormulaTo) != nullptr)
+        to = owner.Map().Memory().New<NodeFormula>(owner, ETag::FormulaTo, "FROM", floating);
+    slope = ParseSlope(owner.TextOf(ETag::Slope)).value_or(Automatic);
+}
+
+EAccessMode ConverterParts::Access(CNode&, Evaluation& evaluation, bool withLocks) {
+    EAccessMode mode = value->Access(evaluation, withLocks);
+    if (to == nullptr)
+        mode = Combine(mode, RO);
+    const bool readable = from->AllReadable(evaluation);
+    const bool writable = to == nullptr || to->AllReadable(evaluation);
+    if (!readable)
+        mode = Combine(mode, WO);
+    return writable ? mode : Combine(mode, RO);
+}
+
+void CIntConverter::Bind() {
+    CIntegerNode::Bind();
+    m_parts = Map().Memory().New<ConverterParts>(*this, false);
+}
+
+std::int64_t CIntConverter::ReadInteger(Evaluation& evaluation) {
+    return m_parts->from->EvaluateInteger(evaluation, m_parts->value->Integer(evaluation));
+}
+
+void CIntConverter::WriteInteger(std::int64_t value, Evaluation& evaluation) {
+    m_parts->value->AssignInteger(m_parts->to->EvaluateInteger(evaluation, value), evaluation);
+}
+
+EAccessMode CIntConverter::ReadAccess(Evaluation& evaluation, bool withLocks) {
+    return m_parts->Access(*this, evaluation, withLocks);
+}
+
+// The range of the node behind, converted: a falling formula turns it round. Where it can't be converted there is none.
+std::int64_t CIntConverter::OwnBound(EBound bound, Evaluation& evaluation) {
+    if (m_parts->slope == Varying)
+        return CIntegerNode::OwnBound(bound, evaluation);
+    try {
+        const std::int64_t first =
+            m_parts->from->EvaluateInteger(evaluation, m_parts->value->IntegerBound(EBound::Min, evaluation));
+        const std::int64_t second =
+            m_parts->from->EvaluateInteger(evaluation, m_parts->value->IntegerBound(EBound::Max, evaluation));
+        return bound == EBound::Min ? std::min(first, second) : std::max(first, second);
+    } catch (const GenICam::OutOfRangeException&) {
+        return CIntegerNode::OwnBound(bound, evaluation);
+    }
+}
+
+void CConverter::Bind() {
+    CFloatNode::Bind();
+    m_parts = Map().Memory().New<ConverterParts>(*this, true);
+}
+
+double CConverter::ReadFloat(Evaluation& evaluation) {
+    return m_parts->from->EvaluateFloat(evaluation, m_parts->value->Float(evaluation));
+}
+
+void CConverter::WriteFloat(double value, Evaluation& evaluation) {
+    m_parts->value->AssignFloat(m_parts->to->EvaluateFloat(evaluation, value), evaluation);
+}
+
+EAccessMode CConverter::ReadAccess(Evaluation& evaluation, bool withLocks) {
+    return m_parts->Access(*this, evaluation, withLocks);
+}
+
+double CConverter::OwnBound(EBound bound, Evaluation& evaluation) {
+    if (m_parts->slope == Varying)
+        return CFloatNode::OwnBound(bound, evaluation);
+    try {
+        const double first =
+            m_parts->from->EvaluateFloat(evaluation, m_parts->value->FloatBound(EBound::Min, evaluation));
+        const double second =
+            m_parts->from->EvaluateFloat(evaluation, m_parts->value->FloatBound(EBound::Max, evaluation));
+        return bound == EBound::Min ? std::min(first, second) : std::max(first, second);
+    } catch (const GenICam::OutOfRangeException&) {
+        return CFloatNode::OwnBound(bound, evaluation);
+    }
+}
+
+}  // namespace GenApi

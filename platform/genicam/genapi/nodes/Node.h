@@ -1,0 +1,188 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The base of all nodes: names, texts, rules and caches that every node has
+ */
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "GenApi/INode.h"
+#include "GenApi/ISelector.h"
+#include "map/Evaluation.h"
+#include "map/Property.h"
+
+namespace GenApi {
+
+class CNodeMap;
+class RegisterCore;
+
+/// What kind of number a node has.
+enum class ENumber : std::uint8_t { None, Integer, Float };
+
+/// Which end of a range.
+enum class EBound : std::uint8_t { Min, Max };
+
+/// What a node is made from.
+struct NodeSeed {
+    CNodeMap* map;
+    std::uint32_t index;
+    ENodeKind kind;
+};
+
+/// A node. Its public operations take the map's lock; the others (Integer, Access, ...) want it taken. Nodes lie in the
+/// map's arena and own nothing.
+class CNode : public INode, public ISelector {
+public:
+    explicit CNode(const NodeSeed& seed);
+
+    // IBase
+    EAccessMode GetAccessMode() const override;
+    // INode
+    GenICam::gcstring GetName(bool fullQualified = false) const override;
+    ENameSpace GetNameSpace() const override;
+    EVisibility GetVisibility() const override;
+    void InvalidateNode() override;
+    bool IsCachable() const override;
+    EYesNo IsAccessModeCacheable() const override;
+    ECachingMode GetCachingMode() const override;
+    std::int64_t GetPollingTime() const override;
+    GenICam::gcstring GetToolTip() const override;
+    GenICam::gcstring GetDescription() const override;
+    GenICam::gcstring GetDisplayName() const override;
+    GenICam::gcstring GetDeviceName() const override;
+    void GetChildren(NodeList_t& children, ELinkType linkType = ctReadingChildren) const override;
+    void GetParents(NodeList_t& parents) const override;
+    CallbackHandleType RegisterCallback(CNodeCallback* callback) override;
+    bool DeregisterCallback(CallbackHandleType handle) override;
+    INodeMap* GetNodeMap() const override;
+    GenICam::gcstring GetEventID() const override;
+    bool IsStreamable() const override;
+    void GetPropertyNames(GenICam::gcstring_vector& names) const override;
+    bool GetProperty(const GenICam::gcstring& name, GenICam::gcstring& value,
+                     GenICam::gcstring& attribute) const override;
+    void ImposeAccessMode(EAccessMode imposed) override;
+    void ImposeVisibility(EVisibility imposed) override;
+    INode* GetAlias() const override;
+    INode* GetCastAlias() const override;
+    GenICam::gcstring GetDocuURL() const override;
+    bool IsDeprecated() const override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIBase; }
+    bool IsFeature() const override;
+    // ISelector
+    bool IsSelector() const override;
+    void GetSelectedFeatures(FeatureList_t& features) const override;
+    void GetSelectingFeatures(FeatureList_t& features) const override;
+
+    CNodeMap& Map() const noexcept { return *m_map; }
+    std::uint32_t Index() const noexcept { return m_index; }
+    ENodeKind Kind() const noexcept { return m_kind; }
+    std::string_view Name() const noexcept;
+    bool Has(std::uint32_t flags) const noexcept { return (m_flags & flags) != 0; }
+    void Set(std::uint32_t flags) noexcept { m_flags |= flags; }
+    void Clear(std::uint32_t flags) noexcept { m_flags &= ~flags; }
+
+    // Evaluation; the map's lock is held.
+    std::int64_t Integer(Evaluation& evaluation);
+    double Float(Evaluation& evaluation);
+    bool Truth(Evaluation& evaluation);
+    EAccessMode Access(Evaluation& evaluation, bool withLocks);
+    std::int64_t IntegerBound(EBound bound, Evaluation& evaluation);
+    double FloatBound(EBound bound, Evaluation& evaluation);
+    std::int64_t IntegerInc(Evaluation& evaluation);
+    double FloatInc(Evaluation& evaluation);  // 0 for none
+    void AssignInteger(std::int64_t value, Evaluation& evaluation);
+    void AssignFloat(double value, Evaluation& evaluation);
+    std::string Text(Evaluation& evaluation);
+    void AssignText(const std::string& text, Evaluation& evaluation);
+    /// Prepares the node for use. Throws when its description makes no sense.
+    void Require();
+    /// The same; false when it makes no sense.
+    bool Usable();
+    void Break(const std::string& reason);
+
+    virtual ENumber Number() const { return ENumber::None; }
+    virtual bool HasText() const { return false; }
+    /// The interface for values, null when the node has none.
+    virtual IValue* Value() { return nullptr; }
+    virtual ERepresentation ReadRepresentation() { return _UndefinedRepresentation; }
+    virtual std::string ReadUnit();
+    virtual bool HasIncrement() { return false; }
+    virtual RegisterCore* Register() { return nullptr; }
+
+    // The description of the node.
+    std::span<const Property> Properties() const noexcept;
+    const Property* Find(ETag tag) const noexcept;
+    std::string_view TextOf(const Property& property) const noexcept;
+    std::string_view TextOf(ETag tag) const noexcept;
+    CNode* NodeOf(const Property& property) const noexcept;
+    CNode* NodeOf(ETag tag) const noexcept;
+    /// A name for messages: kind, name and line.
+    std::string Label() const;
+    void SetName(std::uint32_t text, std::uint32_t length) noexcept;
+    void SetProperties(std::uint32_t first, std::uint32_t count) noexcept;
+    void SetPlace(std::uint32_t line, CNode* enclosing) noexcept;
+    void SetNameSpace(ENameSpace nameSpace) noexcept { m_nameSpace = nameSpace; }
+    std::uint32_t Line() const noexcept { return m_line; }
+    CNode* Enclosing() const noexcept;
+    EAccessMode Imposed() const noexcept { return m_userAccess; }
+
+protected:
+    ~CNode() = default;
+
+    /// Reads the description into the node; throws when it makes no sense.
+    virtual void Bind() {}
+    virtual std::int64_t ReadInteger(Evaluation& evaluation);
+    virtual double ReadFloat(Evaluation& evaluation);
+    virtual void WriteInteger(std::int64_t value, Evaluation& evaluation);
+    virtual void WriteFloat(double value, Evaluation& evaluation);
+    virtual std::string ReadText(Evaluation& evaluation);
+    virtual void WriteText(const std::string& text, Evaluation& evaluation);
+    virtual std::int64_t ReadIntegerBound(EBound bound, Evaluation& evaluation);
+    virtual double ReadFloatBound(EBound bound, Evaluation& evaluation);
+    virtual std::int64_t ReadIntegerInc(Evaluation& evaluation);
+    virtual double ReadFloatInc(Evaluation& evaluation);
+    /// The access mode that what lies behind the node allows.
+    virtual EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks);
+    virtual void CheckInteger(std::int64_t value, Evaluation& evaluation);
+    virtual void CheckFloat(double value, Evaluation& evaluation);
+
+    /// The access mode as a user sees it; the map's lock is held.
+    EAccessMode FullAccess() const;
+    void RequireReadable();
+    void RequireWritable();
+    void CheckError();
+    [[noreturn]] void ThrowAccess(const char* what) const;
+    bool IsValueCached() const noexcept { return Has(kIntegerValid | kFloatValid); }
+
+private:
+    enum class Condition : std::uint8_t { None, False, True, Unknown };
+
+    EAccessMode ComputeAccess(Evaluation& evaluation, bool withLocks);
+    Condition Rule(ETag tag, Evaluation& evaluation) const;
+    GenICam::gcstring StringOf(ETag tag) const;
+    bool YesOf(ETag tag, bool otherwise) const;
+
+    CNodeMap* m_map;
+    std::uint32_t m_index;
+    std::uint32_t m_line = 0;
+    std::uint32_t m_nameText = 0;
+    std::uint32_t m_nameLength = 0;
+    std::uint32_t m_firstProperty = 0;
+    std::uint32_t m_propertyCount = 0;
+    std::uint32_t m_enclosing = kNoNode;
+    mutable std::uint32_t m_flags = 0;
+    ENodeKind m_kind;
+    ENameSpace m_nameSpace : 8 = Custom;
+    EVisibility m_userVisibility : 8 = Beginner;
+    EAccessMode m_userAccess : 8 = RW;
+    EAccessMode m_readAccess : 8 = NI;
+    EAccessMode m_fullAccess : 8 = NI;
+    union {
+        std::int64_t integer;
+        double number;
+    } m_cache{};
+};
+
+}  // namespace GenApi

@@ -1,0 +1,333 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Evaluation of a node: caches, access rules, ranges
+ */
+
+#include <cmath>
+#include <limits>
+
+#include "Base/GCException.h"
+#include "GenApi/Pointer.h"
+#include "formula/FormulaArithmetic.h"
+#include "map/NodeMap.h"
+#include "map/Values.h"
+#include "nodes/Node.h"
+
+namespace GenApi {
+
+namespace {
+
+// Sets a flag of an evaluation for a while.
+class FlagScope {
+public:
+    FlagScope(bool& flag, bool value) : m_flag(flag), m_before(flag) { m_flag = value; }
+    ~FlagScope() { m_flag = m_before; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& m_flag;
+    const bool m_before;
+};
+
+[[noreturn]] void ThrowStale(const CNode& node) {
+    throw LOGICAL_ERROR_EXCEPTION("%s: the cached value differs from the device", node.Label());
+}
+
+}  // namespace
+
+void CNode::Require() {
+    if (!Usable())
+        throw ACCESS_EXCEPTION("%s is not implemented: %s", Label(), m_map->ReasonOf(*this));
+}
+
+bool CNode::Usable() {
+    if (!Has(kBound)) {
+        Set(kBound);
+        if (!Has(kBroken)) {
+            try {
+                Bind();
+            } catch (const GenICam::GenericException& exception) {
+                Break(exception.GetDescription());
+            }
+        }
+    }
+    return !Has(kBroken);
+}
+
+/**
+ * \brief Make a node unusable because its description makes no sense
+ * \param[in] reason What is wrong, for messages
+ */
+void CNode::Break(const std::string& reason) {
+    if (Has(kBroken))
+        return;
+    Set(kBroken);
+    Clear(kCached);
+    m_map->SetReason(*this, reason);
+    m_map->Warn(wkUnusableNode, m_line, 0, Name(), Label() + " is not implemented: " + reason);
+}
+
+/**
+ * \brief The value as an integer, from the cache where it is known
+ *
+ * A floating-point value is rounded to the nearest integer.
+ */
+std::int64_t CNode::Integer(Evaluation& evaluation) {
+    if (Number() == ENumber::Float)
+        return RoundToInteger(Float(evaluation));
+    const bool isKnown = Has(kIntegerValid) && !evaluation.ignoreCache;
+    if (isKnown && !m_map->ChecksCaches())
+        return m_cache.integer;
+    const Frame frame(evaluation, *this, kInValue);
+    Require();
+    const std::int64_t value = ReadInteger(evaluation);
+    if (isKnown && Has(kIntegerValid) && value != m_cache.integer)
+        ThrowStale(*this);
+    if (evaluation.cacheable) {
+        m_cache.integer = value;
+        Set(kIntegerValid);
+    }
+    return value;
+}
+
+/**
+ * \brief The value as a floating-point number, from the cache where it is known
+ */
+double CNode::Float(Evaluation& evaluation) {
+    if (Number() == ENumber::Integer)
+        return static_cast<double>(Integer(evaluation));
+    const bool isKnown = Has(kFloatValid) && !evaluation.ignoreCache;
+    if (isKnown && !m_map->ChecksCaches())
+        return m_cache.number;
+    const Frame frame(evaluation, *this, kInValue);
+    Require();
+    const double value = ReadFloat(evaluation);
+    if (isKnown && Has(kFloatValid) && value != m_cache.number && !std::isnan(value))
+        ThrowStale(*this);
+    if (evaluation.cacheable) {
+        m_cache.number = value;
+        Set(kFloatValid);
+    }
+    return value;
+}
+
+bool CNode::Truth(Evaluation& evaluation) {
+    return Number() == ENumber::Float ? Float(evaluation) != 0.0 : Integer(evaluation) != 0;
+}
+
+/**
+ * \brief What may be done with the node
+ * \param[in] withLocks False to leave pIsLocked out, which only decides about writing: reading a value never asks it,
+ *            so two features may lock each other
+ */
+EAccessMode CNode::Access(Evaluation& evaluation, bool withLocks) {
+    if (Has(withLocks ? kFullAccessValid : kReadAccessValid) && !m_map->ChecksCaches())
+        return withLocks ? m_fullAccess : m_readAccess;
+    const std::uint32_t what = withLocks ? kInFullAccess : kInReadAccess;
+    if (Has(what)) {
+        BreakCircle(evaluation.top, *this, what);
+        return NI;
+    }
+    const FlagScope ignoreCache(evaluation.ignoreCache, false);
+    const Frame frame(evaluation, *this, what);
+    EAccessMode mode = ComputeAccess(evaluation, withLocks);
+    if (Has(kBroken))
+        mode = NI;
+    if (evaluation.cacheable) {
+        (withLocks ? m_fullAccess : m_readAccess) = mode;
+        Set(withLocks ? kFullAccessValid : kReadAccessValid);
+    }
+    return mode;
+}
+
+EAccessMode CNode::ComputeAccess(Evaluation& evaluation, bool withLocks) {
+    if (!Usable())
+        return NI;
+    const bool hasRules = Has(kHasAccessRules);
+    const Condition implemented = hasRules ? Rule(ETag::pIsImplemented, evaluation) : Condition::None;
+    if (implemented == Condition::False)
+        return NI;
+    EAccessMode mode = ReadAccess(evaluation, withLocks);
+    if (hasRules) {
+        if (const Property* imposed = Find(ETag::ImposedAccessMode))
+            mode = Combine(mode, ParseAccessMode(TextOf(*imposed)).value_or(RW));
+        const Condition available = Rule(ETag::pIsAvailable, evaluation);
+        if (implemented == Condition::Unknown || available == Condition::False || available == Condition::Unknown)
+            mode = Combine(mode, NA);
+        if (withLocks && IsWritable(mode)) {
+            const Condition locked = Rule(ETag::pIsLocked, evaluation);
+            if (locked == Condition::True || locked == Condition::Unknown)
+                mode = Combine(mode, RO);
+        }
+    }
+    return Combine(mode, m_userAccess);
+}
+
+// A rule that can't be evaluated is Unknown: the user is then told that the node is not available. What the device or
+// the line to it throws is no matter of the rule and passes.
+CNode::Condition CNode::Rule(ETag tag, Evaluation& evaluation) const {
+    const Property* property = Find(tag);
+    if (property == nullptr)
+        return Condition::None;
+    CNode* rule = NodeOf(*property);
+    try {
+        if (rule == nullptr || rule->Number() == ENumber::None || !IsReadable(rule->Access(evaluation, false)))
+            return Condition::Unknown;
+        return rule->Truth(evaluation) ? Condition::True : Condition::False;
+    } catch (const GenICam::OutOfRangeException&) {
+        return Condition::Unknown;
+    } catch (const GenICam::InvalidArgumentException&) {
+        return Condition::Unknown;
+    } catch (const GenICam::LogicalErrorException&) {
+        return Condition::Unknown;
+    } catch (const GenICam::AccessException&) {
+        return Condition::Unknown;
+    }
+}
+
+std::int64_t CNode::IntegerBound(EBound bound, Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, bound == EBound::Min ? kInMin : kInMax);
+    Require();
+    return Number() == ENumber::Float ? SaturateToInteger(ReadFloatBound(bound, evaluation))
+                                      : ReadIntegerBound(bound, evaluation);
+}
+
+double CNode::FloatBound(EBound bound, Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, bound == EBound::Min ? kInMin : kInMax);
+    Require();
+    return Number() == ENumber::Float ? ReadFloatBound(bound, evaluation)
+                                      : static_cast<double>(ReadIntegerBound(bound, evaluation));
+}
+
+std::int64_t CNode::IntegerInc(Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, kInInc);
+    Require();
+    return Number() == ENumber::Float ? RoundToInteger(ReadFloatInc(evaluation)) : ReadIntegerInc(evaluation);
+}
+
+double CNode::FloatInc(Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, kInInc);
+    Require();
+    return Number() == ENumber::Float ? ReadFloatInc(evaluation) : static_cast<double>(ReadIntegerInc(evaluation));
+}
+
+void CNode::AssignInteger(std::int64_t value, Evaluation& evaluation) {
+    if (Number() == ENumber::Float)
+        return AssignFloat(static_cast<double>(value), evaluation);
+    const Frame frame(evaluation, *this, kInWrite);
+    Require();
+    if (evaluation.verify)
+        CheckInteger(value, evaluation);
+    WriteInteger(value, evaluation);
+}
+
+void CNode::AssignFloat(double value, Evaluation& evaluation) {
+    if (Number() == ENumber::Integer)
+        return AssignInteger(RoundToInteger(value), evaluation);
+    const Frame frame(evaluation, *this, kInWrite);
+    Require();
+    if (evaluation.verify)
+        CheckFloat(value, evaluation);
+    WriteFloat(value, evaluation);
+}
+
+std::string CNode::Text(Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, kInValue);
+    Require();
+    return ReadText(evaluation);
+}
+
+void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
+    const Frame frame(evaluation, *this, kInWrite);
+    Require();
+    WriteText(text, evaluation);
+}
+
+EAccessMode CNode::FullAccess() const {
+    if (Has(kFullAccessValid) && !m_map->ChecksCaches())
+        return m_fullAccess;
+    Evaluation evaluation;
+    return const_cast<CNode*>(this)->Access(evaluation, true);
+}
+
+void CNode::RequireReadable() {
+    Evaluation evaluation;
+    if (!IsReadable(Access(evaluation, false)))
+        ThrowAccess("readable");
+}
+
+void CNode::RequireWritable() {
+    if (!IsWritable(FullAccess()))
+        ThrowAccess("writable");
+}
+
+void CNode::ThrowAccess(const char* what) const {
+    const std::string& reason = m_map->ReasonOf(*this);
+    if (!reason.empty())
+        throw ACCESS_EXCEPTION("%s is not %s: %s", Label(), what, reason);
+    throw ACCESS_EXCEPTION("%s is not %s", Label(), what);
+}
+
+/**
+ * \brief Ask the error node after a change
+ * \throw RuntimeException The device reports an error
+ */
+void CNode::CheckError() {
+    const Property* property = Find(ETag::pError);
+    CNode* error = property != nullptr ? NodeOf(*property) : nullptr;
+    if (error == nullptr || error->Number() == ENumber::None)
+        return;
+    m_map->Spread();
+    Evaluation evaluation;
+    evaluation.ignoreCache = true;
+    const std::int64_t code = error->Integer(evaluation);
+    if (code == 0)
+        return;
+    IValue* value = error->Value();
+    const GenICam::gcstring text = value != nullptr ? value->ToString() : GenICam::gcstring();
+    throw RUNTIME_EXCEPTION("%s: the device reports error %I64d (%s)", Label(), code, text);
+}
+
+// What a kind of node does not have.
+
+std::int64_t CNode::ReadInteger(Evaluation&) {
+    throw LOGICAL_ERROR_EXCEPTION("%s has no number", Label());
+}
+double CNode::ReadFloat(Evaluation& evaluation) {
+    return static_cast<double>(ReadInteger(evaluation));
+}
+void CNode::WriteInteger(std::int64_t, Evaluation&) {
+    ThrowAccess("writable");
+}
+void CNode::WriteFloat(double, Evaluation&) {
+    ThrowAccess("writable");
+}
+std::string CNode::ReadText(Evaluation&) {
+    throw LOGICAL_ERROR_EXCEPTION("%s has no text", Label());
+}
+void CNode::WriteText(const std::string&, Evaluation&) {
+    ThrowAccess("writable");
+}
+std::int64_t CNode::ReadIntegerBound(EBound bound, Evaluation&) {
+    return bound == EBound::Min ? INT64_MIN : INT64_MAX;
+}
+double CNode::ReadFloatBound(EBound bound, Evaluation&) {
+    return bound == EBound::Min ? std::numeric_limits<double>::lowest() : std::numeric_limits<double>::max();
+}
+std::int64_t CNode::ReadIntegerInc(Evaluation&) {
+    return 1;
+}
+double CNode::ReadFloatInc(Evaluation&) {
+    return 0.0;
+}
+EAccessMode CNode::ReadAccess(Evaluation&, bool) {
+    return RO;
+}
+void CNode::CheckInteger(std::int64_t, Evaluation&) {}
+void CNode::CheckFloat(double, Evaluation&) {}
+std::string CNode::ReadUnit() {
+    return std::string(TextOf(ETag::Unit));
+}
+
+}  // namespace GenApi

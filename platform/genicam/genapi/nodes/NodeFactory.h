@@ -1,0 +1,15 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Makes the node of a kind
+ */
+#pragma once
+
+#include "map/Arena.h"
+#include "nodes/Node.h"
+
+namespace GenApi {
+
+/// A new node in an arena.
+CNode* MakeNode(const NodeSeed& seed, Arena& arena);
+
+}  // namespace GenApi

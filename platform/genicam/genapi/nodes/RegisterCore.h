@@ -1,0 +1,85 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A piece of register space as a node sees it: address, length, byte order, caching
+ */
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "GenApi/Types.h"
+#include "map/Evaluation.h"
+#include "map/Schema.h"
+
+namespace GenApi {
+
+class CNode;
+class CPort;
+struct Property;
+struct RegisterBlock;
+
+/// The largest register. Lengths may come from the camera: nothing is allocated for one that is larger.
+constexpr std::int64_t kMaxRegisterLength = 16 * 1024 * 1024;
+
+/// What register nodes share. Lies in the map's arena; wants the map's lock.
+class RegisterCore {
+public:
+    /// Reads the register elements of a node; throws when they make no sense.
+    explicit RegisterCore(CNode& owner);
+
+    CNode& Owner() const noexcept { return m_owner; }
+    RegisterBlock* AttachedBlock() const noexcept { return m_block; }
+    RegisterCore* NextUser() const noexcept { return m_nextUser; }
+    bool HasMovingAddress() const noexcept { return !m_terms.empty() || m_lengthNode != nullptr; }
+    void ForgetAddress() noexcept { m_isResolved = m_isResolved && !HasMovingAddress(); }
+    /// Makes the block of a register whose address is constant.
+    void AttachConstant();
+
+    std::int64_t Address(Evaluation& evaluation);
+    std::int64_t Length(Evaluation& evaluation);
+    /// The bytes, valid until the next operation on the node map.
+    std::span<const std::uint8_t> Read(Evaluation& evaluation);
+    /// The bytes that a change of some bits starts from.
+    std::span<const std::uint8_t> ReadForChange(Evaluation& evaluation);
+    void Write(std::span<const std::uint8_t> bytes, Evaluation& evaluation);
+    EAccessMode Access(Evaluation& evaluation);
+    bool IsBigEndian() const noexcept;
+    ECachingMode Caching() const noexcept { return m_caching; }
+    bool IsValid() const noexcept;
+
+private:
+    friend class RegisterCache;
+
+    enum class ETerm : std::uint8_t { Plain, TimesOffset, TimesOffsetNode, TimesLength };
+
+    /// One part of the address that comes from a node.
+    struct Term {
+        CNode* node;
+        CNode* offsetNode;
+        std::int64_t offset;
+        ETerm kind;
+    };
+
+    RegisterBlock& Resolve(Evaluation& evaluation);
+    std::int64_t TermValue(const Term& term, Evaluation& evaluation);
+    void BindAddress();
+    Term IndexTerm(std::span<const Property> rest) const;
+    std::span<const std::uint8_t> Fetch(RegisterBlock& block, Evaluation& evaluation, bool compares);
+    void RequireAttached(const RegisterBlock& block) const;
+
+    CNode& m_owner;
+    CPort* m_port = nullptr;
+    CNode* m_lengthNode = nullptr;
+    std::span<const Term> m_terms;
+    std::int64_t m_address = 0;
+    std::int64_t m_length = 0;
+    EAccessMode m_access : 8;
+    ECachingMode m_caching : 8;
+    EEndianess m_endianess : 8;
+    bool m_isResolved = false;
+    RegisterBlock* m_block = nullptr;
+    RegisterCore* m_nextUser = nullptr;
+    RegisterCore* m_previousUser = nullptr;
+};
+
+}  // namespace GenApi

@@ -1,0 +1,86 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Nodes without numbers: Category, String, Port's relatives of IEEE 1212 and plain nodes
+ */
+#pragma once
+
+#include "GenApi/ICategory.h"
+#include "nodes/Node.h"
+#include "nodes/RegisterNodes.h"
+
+namespace GenApi {
+
+/// Node: a name and documentation, nothing else.
+class CPlainNode final : public CNode {
+public:
+    using CNode::CNode;
+};
+
+/// Category.
+class CCategory final : public CNode, public ICategory {
+public:
+    using CNode::CNode;
+    using CNode::GetAccessMode;
+
+    // IValue
+    INode* GetNode() override { return this; }
+    GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
+    void FromString(const GenICam::gcstring& text, bool verify = true) override;
+    bool IsValueCacheValid() const override { return true; }
+    // ICategory
+    void GetFeatures(FeatureList_t& features) const override;
+
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfICategory; }
+    IValue* Value() override { return this; }
+};
+
+/// String: a text of its own or of another node.
+class CString final : public CTextNode {
+public:
+    using CTextNode::CTextNode;
+
+    std::int64_t MaxLength(Evaluation& evaluation) override;
+
+protected:
+    void Bind() override;
+    std::string ReadText(Evaluation& evaluation) override;
+    void WriteText(const std::string& text, Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+
+private:
+    CNode* m_value = nullptr;
+};
+
+/// TextDesc: a text of a configuration ROM (IEEE 1212), found by its key.
+class CTextDesc final : public CTextNode {
+public:
+    using CTextNode::CTextNode;
+
+    std::int64_t MaxLength(Evaluation& evaluation) override;
+
+protected:
+    void Bind() override;
+    std::string ReadText(Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+
+private:
+    CNode* m_rom = nullptr;
+    std::int64_t m_key = 0;
+};
+
+/// IntKey: an integer of a configuration ROM (IEEE 1212), found by its key.
+class CIntKey final : public CIntegerNode {
+public:
+    using CIntegerNode::CIntegerNode;
+
+protected:
+    void Bind() override;
+    std::int64_t ReadInteger(Evaluation& evaluation) override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+
+private:
+    CNode* m_rom = nullptr;
+    std::int64_t m_key = 0;
+};
+
+}  // namespace GenApi
