@@ -1,0 +1,87 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * marlow-sim: plays Marlow cameras on pseudo-terminals
+ */
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ControlCommand.h"
+#include "ControlServer.h"
+#include "EndSignal.h"
+#include "simulator/Simulator.h"
+
+namespace {
+
+using namespace MarlowSim;
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+struct Arguments {
+    std::string links;
+    std::vector<std::string> cameras;
+    std::string control;
+    bool untilStdinCloses = false;
+};
+
+std::string Footer() {
+    return "A camera is NAME[,key=value...] with the keys\n" + OptionsHelp() +
+           "\nCommands of the control socket, one a line, each with one line of reply (ok ... or error ...):\n" +
+           ControlHelp() +
+           "\nExample:\n"
+           "  marlow-sim --links /tmp/cameras --camera cam0 --camera cam1,model=H8192L,zip=on\n"
+           "  then, in the shell of the application: export CLSERTTY_PATH=/tmp/cameras\n";
+}
+
+std::vector<NamedCamera> ParseCameras(const std::vector<std::string>& texts) {
+    std::vector<NamedCamera> cameras;
+    for (const std::string& text : texts) {
+        cameras.push_back(ParseCamera(text));
+    }
+    return cameras;
+}
+
+int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
+    KeepEndSignals();
+    Simulator simulator(arguments.links);
+    for (const NamedCamera& camera : cameras) {
+        simulator.Add(camera.name, camera.options);
+    }
+    const auto server = arguments.control.empty() ? nullptr : ControlServer::Create(simulator, arguments.control);
+    std::cout << "ready" << std::endl;
+    WaitForEnd(arguments.untilStdinCloses);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Arguments arguments;
+    CLI::App app("Plays Marlow cameras. Each has a serial line of its own, which a symbolic link names.", "marlow-sim");
+    app.add_option("--links", arguments.links, "Folder of the links; made when it does not exist")->required();
+    app.add_option("--camera", arguments.cameras, "A camera, see below; once for each")->required();
+    app.add_option("--control", arguments.control, "Unix-domain socket that takes commands, see below");
+    app.add_flag("--until-stdin-closes", arguments.untilStdinCloses, "Ends with its standard input as well");
+    app.footer(Footer());
+    if (argc == 1) {
+        std::cout << app.help();
+        return 0;
+    }
+    try {
+        app.parse(argc, argv);
+        const std::vector<NamedCamera> cameras = ParseCameras(arguments.cameras);
+        return Play(arguments, cameras);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kWrongUsage;
+    } catch (const std::invalid_argument& error) {
+        std::cerr << "marlow-sim: " << error.what() << "\n";
+        return kWrongUsage;
+    } catch (const std::exception& error) {
+        std::cerr << "marlow-sim: " << error.what() << "\n";
+        return kFailed;
+    }
+}
