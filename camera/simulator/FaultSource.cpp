@@ -7,7 +7,7 @@
 
 #include <optional>
 
-#include "gencp/Packet.h"
+#include "gencp/StreamParser.h"
 
 namespace MarlowSim {
 
@@ -39,10 +39,11 @@ bool IsLastOf(std::optional<std::uint64_t>& countdown) {
     return true;
 }
 
-bool LooksIntact(const gencp::Bytes& bytes) {
-    const auto header = gencp::ParseHeader(bytes);
-    return header && header->PacketSize() <= bytes.size() &&
-           gencp::IsScdIntact(gencp::ByteView(bytes).first(header->PacketSize()));
+/// Whether a receiver still finds a packet, be it behind an added byte.
+bool HoldsPacket(const gencp::Bytes& bytes) {
+    gencp::StreamParser parser;
+    parser.Append(bytes);
+    return parser.Next().has_value();
 }
 
 }  // namespace
@@ -91,7 +92,7 @@ gencp::Bytes FaultSource::Damage(gencp::Bytes packet) {
             default:
                 *place ^= static_cast<std::uint8_t>(1 + Below(255));
         }
-    } while (LooksIntact(packet));
+    } while (HoldsPacket(packet));
     return packet;
 }
 

@@ -137,7 +137,8 @@ void Station::DeliverToCamera(TimePoint now) {
         HandleParsed(arriving.due);
     }
     if (m_partialEnd && now >= *m_partialEnd) {
-        while (m_parser.IsInsidePacket()) {
+        while (m_line && m_parser.IsInsidePacket()) {
+            m_partialBegin.reset();
             m_parser.GiveUpPartial();
             HandleParsed(now);
         }
@@ -146,18 +147,23 @@ void Station::DeliverToCamera(TimePoint now) {
 
 void Station::HandleParsed(TimePoint at) {
     while (const auto packet = m_parser.Next()) {
-        m_partialEnd.reset();
+        m_partialBegin.reset();
         HandleCommand(*packet, at);
     }
     WatchPartial(at);
 }
 
+/// A packet has its own transfer time to become whole; until its header is there, its beginning has that of a header.
 void Station::WatchPartial(TimePoint at) {
     if (!m_parser.IsInsidePacket()) {
+        m_partialBegin.reset();
         m_partialEnd.reset();
-    } else if (!m_partialEnd) {
-        m_partialEnd = at + gencp::TransferTime(gencp::kMaxPacketSize, m_device->BitsPerSecond()) + kPartialMargin;
+        return;
     }
+    m_partialBegin = m_partialBegin.value_or(at);
+    const auto header = m_parser.PartialHeader();
+    const std::size_t size = header ? header->PacketSize() : gencp::kHeaderSize;
+    m_partialEnd = *m_partialBegin + gencp::TransferTime(size, m_device->BitsPerSecond()) + kPartialMargin;
 }
 
 void Station::HandleCommand(const gencp::Packet& packet, TimePoint at) {
@@ -275,6 +281,7 @@ void Station::ClearLine() {
     m_parser.Clear();
     m_arriving.clear();
     m_leaving.clear();
+    m_partialBegin.reset();
     m_partialEnd.reset();
     m_pullEnd.reset();
     m_inputFree = {};

@@ -81,8 +81,9 @@ private:
     gencp::StreamParser m_parser;
     std::deque<Arriving> m_arriving;
     std::deque<Leaving> m_leaving;
-    TimePoint m_inputFree{};   // when the line to the camera has carried all that was sent
-    TimePoint m_outputFree{};  // the same of the line to the host
+    TimePoint m_inputFree{};                  // when the line to the camera has carried all that was sent
+    TimePoint m_outputFree{};                 // the same of the line to the host
+    std::optional<TimePoint> m_partialBegin;  // of a packet that is not whole yet
     std::optional<TimePoint> m_partialEnd;
     std::optional<TimePoint>
         m_pullEnd;  // the cable is being pulled: as soon as the host has read, at this time at last
