@@ -237,7 +237,9 @@ MARLOW_EXPORT CLINT32 CLP_CC clpProbeDevice(ISerial* serial, const CLINT8* templ
 MARLOW_EXPORT CLINT32 CLP_CC clpGetXMLIDs(ISerial* serial, CLUINT32 cookie, CLINT8* ids, CLUINT32* size,
                                           CLUINT32 timeoutMs) noexcept {
     return Guarded(cookie, [&] {
-        const auto found = TheDriver().Get(cookie)->XmlIds(Checked(serial, "serial"), Milliseconds(timeoutMs));
+        const auto connection = TheDriver().Get(cookie);
+        Checked(size, "size");
+        const auto found = connection->XmlIds(Checked(serial, "serial"), Milliseconds(timeoutMs));
         return GiveText(fmt::format("{}", fmt::join(found, "\t")), ids, size);
     });
 }
@@ -282,6 +284,7 @@ MARLOW_EXPORT CLINT32 CLP_CC clpContinueWriteRegister(ISerial* serial, CLUINT32 
 // A failure here leaves the texts of earlier failures as they are: it is what asks for them.
 MARLOW_EXPORT CLINT32 CLP_CC clpGetErrorText(CLINT32 code, CLINT8* text, CLUINT32* size, CLUINT32 cookie) noexcept {
     try {
+        Checked(size, "size");
         return GiveText(TheDriver().ErrorText(code, cookie), text, size);
     } catch (const DriverError& error) {
         return error.Code();
