@@ -63,7 +63,8 @@ SerialConnection::SerialConnection(std::shared_ptr<const SerialLibrary> library,
     : m_library(std::move(library)), m_piece(kPieceSize + kPieceMargin), m_port(m_library->Open(index, portId)) {
     try {
         const std::int32_t result = m_library->SetBaudRate(m_port, CL_BAUDRATE_9600);
-        if (result < 0)
+        // A port without that rate keeps the one it has: the driver looks for the camera at the rates that there are.
+        if (result < 0 && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
             throw CLErrException(
                 GenICam::FormatText("Could not set port '%s' to 9600 baud: function 'clSetBaudRate' of '%s' failed: "
                                     "%s (%d)",
