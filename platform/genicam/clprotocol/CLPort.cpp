@@ -102,6 +102,15 @@ void CloseSession(CallThread& thread, std::shared_ptr<Session> session) {
     });
 }
 
+// Ends a session that has served its purpose; that this fails is no failure of the whole.
+void CloseQuietly(CallThread& thread, std::shared_ptr<Session> session) {
+    try {
+        CloseSession(thread, std::move(session));
+    } catch (const GenICam::GenericException& error) {
+        Log(CLP_LOG_WARN, "Could not disconnect after a probe: %s", error.GetDescription());
+    }
+}
+
 }  // namespace
 
 class CCLPort::Impl {
@@ -117,7 +126,7 @@ public:
         const std::shared_ptr<Opening> opening = Open(*thread, portId, wanted, m_timeoutMs);
         GenICam::gcstring found = FullDeviceId(wanted, opening->found);
         if (opening->found.empty() || !IsSameCamera(wanted, found)) {
-            CloseSession(*thread, std::exchange(opening->session, nullptr));
+            CloseQuietly(*thread, std::exchange(opening->session, nullptr));
             throw CLErrException(GenICam::FormatText("Port '%s': there is '%s' instead of '%s' (%d)", portId,
                                                      opening->found, deviceId, static_cast<int>(CLP_NO_DEVICE_FOUND))
                                      .c_str(),
@@ -192,7 +201,8 @@ CCLPort::CCLPort() : m_impl(std::make_unique<Impl>()) {}
 /**
  * \brief Disconnects
  * \throw GenICam::GenericException Disconnecting failed; all is freed nevertheless. Nothing is thrown while another
- * exception is under way.
+ * exception is under way. A smart pointer's reset can't pass this on and ends the process: where the driver may fail,
+ * call Disconnect before.
  */
 CCLPort::~CCLPort() noexcept(false) {
     try {
@@ -242,11 +252,7 @@ GenICam::gcstring CCLPort::ProbeDevice(const GenICam::gcstring& portId, const Ge
     const CDeviceID wanted = Parse(deviceIdTemplate);
     CallThread thread;
     const std::shared_ptr<Opening> opening = Open(thread, portId, wanted, timeoutMs);
-    try {
-        CloseSession(thread, std::exchange(opening->session, nullptr));
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_WARN, "Could not disconnect after a probe: %s", error.GetDescription());
-    }
+    CloseQuietly(thread, std::exchange(opening->session, nullptr));
     return opening->found.empty() ? GenICam::gcstring() : FullDeviceId(wanted, opening->found);
 }
 

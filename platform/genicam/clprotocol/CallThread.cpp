@@ -14,23 +14,14 @@
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
 #include "ForeignCall.h"
+#include "ModuleLifetime.h"
 #include "clser/ClSerial.h"
-#include "os/Library.h"
 
 namespace CLProtocol {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// Code that a thread is still in must not be unmapped with the module.
-void KeepModuleLoaded() noexcept {
-    try {
-        os::Library self(os::PathOfCode(reinterpret_cast<const void*>(&KeepModuleLoaded)));
-        self.Keep();
-    } catch (const std::exception&) {  // part of a program, which is never unloaded
-    }
-}
 
 }  // namespace
 

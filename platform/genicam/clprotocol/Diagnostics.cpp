@@ -46,6 +46,11 @@ GenICam::gcstring GetCacheFolder() {
     return XmlCache::Folder();
 }
 
+void ReleaseLibraries() {
+    SerialPorts::GetInstance().Release();
+    DriverRegistry::GetInstance().Release();
+}
+
 void SetPatience(const Patience& patience) noexcept {
     g_callMs = patience.callMs;
     g_pendingWriteMs = patience.pendingWriteMs;

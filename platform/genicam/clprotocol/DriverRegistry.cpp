@@ -5,6 +5,7 @@
 
 #include "DriverRegistry.h"
 
+#include "Immortal.h"
 #include "ModuleLog.h"
 #include "clser/ClSerial.h"
 #include "os/Path.h"
@@ -27,13 +28,9 @@ struct DriverRegistry::Scan {
  *
  * \context Any thread.
  */
-DriverRegistry::DriverRegistry() {
-    IsLogged(CLP_LOG_FATAL);  // the log must outlive the drivers
-}
-
 DriverRegistry& DriverRegistry::GetInstance() {
-    static DriverRegistry instance;
-    return instance;
+    static Immortal<DriverRegistry> instance;
+    return instance.Get();
 }
 
 DriverRegistry::Scan DriverRegistry::ScanDriver(const std::string& path) {
@@ -100,6 +97,11 @@ std::vector<LibraryReport> DriverRegistry::Report() {
         reports.push_back(std::move(report));
     }
     return reports;
+}
+
+/// Unloads the drivers that no connection uses.
+void DriverRegistry::Release() {
+    m_libraries.Release();
 }
 
 }  // namespace CLProtocol

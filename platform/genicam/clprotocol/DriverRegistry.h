@@ -23,10 +23,10 @@ public:
     std::vector<std::string> Templates();
     std::shared_ptr<const DriverLibrary> Get(const CDeviceID& deviceId);
     std::vector<LibraryReport> Report();
+    void Release();
 
 private:
     struct Scan;
-    DriverRegistry();
     Scan ScanDriver(const std::string& path);
 
     LibraryShelf<DriverLibrary> m_libraries;

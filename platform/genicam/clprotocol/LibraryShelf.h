@@ -14,6 +14,7 @@
 
 #include "CLProtocol/CLException.h"
 #include "CallThread.h"
+#include "ModuleLifetime.h"
 #include "ModuleLog.h"
 #include "SearchPath.h"
 #include "os/File.h"
@@ -92,6 +93,24 @@ public:
         return reason;
     }
 
+    /// Unloads what nobody uses at the moment.
+    void Release() {
+        std::unique_lock lock(m_mutex);
+        const std::map<std::string, std::shared_ptr<Entry>> entries = m_entries;
+        lock.unlock();
+        for (const auto& [path, entry] : entries) {
+            try {
+                CallThread().Run([entry = entry] {
+                    const std::lock_guard entryLock(entry->mutex);
+                    if (entry->library.use_count() == 1)
+                        entry->library = nullptr;
+                });
+            } catch (const GenICam::GenericException& error) {
+                Log(CLP_LOG_WARN, "Library '%s' can't be unloaded: %s", path, error.GetDescription());
+            }
+        }
+    }
+
 private:
     struct Entry {
         std::mutex mutex;
@@ -115,6 +134,7 @@ private:
         const bool isSameFile = file.modified == entry.refusedFile.modified && file.size == entry.refusedFile.size;
         if (entry.library || (!entry.refusal.empty() && isSameFile))
             return entry.library;
+        KeepModuleLoaded();
         try {
             entry.library = std::make_shared<const Library>(path);
             entry.refusal.clear();

@@ -14,6 +14,7 @@
 #include <mutex>
 
 #include "ForeignCall.h"
+#include "Immortal.h"
 
 namespace CLProtocol {
 
@@ -62,8 +63,8 @@ private:
 };
 
 SinkHolder& Holder() {
-    static SinkHolder holder;
-    return holder;
+    static Immortal<SinkHolder> holder;
+    return holder.Get();
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ SerialLibrary::SerialLibrary(const std::string& path) : m_path(path) {
     }
     LookUp();
     CheckVersion();
-    if (IsOld())
+    if (m_getNumSerialPorts == nullptr)
         m_oldPorts = CountPortsByOpening();
 }
 
@@ -72,24 +72,39 @@ void SerialLibrary::LookUp() {
     m_getErrorText = reinterpret_cast<PclGetErrorText>(m_library.Symbol("clGetErrorText"));
 }
 
-void SerialLibrary::CheckVersion() {
-    // A library of version 1.0 has no maker's name: its file stands for it.
-    const std::string file = os::FileNameOf(m_path);
-    m_maker = file.substr(0, file.find('.'));
-    if (m_getManufacturerInfo == nullptr)
-        return;
+std::string SerialLibrary::AskForMaker(std::uint32_t& version) const {
     const ForeignText maker = AskForText(
-        [this](char* name, std::uint32_t* size) {
-            return Call("clGetManufacturerInfo", m_getManufacturerInfo, name, size, &m_version);
+        [&](char* name, std::uint32_t* size) {
+            return Call("clGetManufacturerInfo", m_getManufacturerInfo, name, size, &version);
         },
         kFirstTextSize, kMaxTextSize);
     if (maker.result < 0)
         throw RUNTIME_EXCEPTION("Function 'clGetManufacturerInfo' of '%s' failed: %s (%d)", m_path,
                                 ErrorText(maker.result), maker.result);
+    return WithoutControlCharacters(maker.text);
+}
+
+void SerialLibrary::CheckVersion() {
+    if (m_getManufacturerInfo == nullptr)
+        return;
+    AskForMaker(m_version);
     if (m_version < CL_DLL_VERSION_1_0 || m_version > CL_DLL_VERSION_2_1)
         throw RUNTIME_EXCEPTION("'%s' is no Camera Link library of version 1.0 to 2.1: it reports version number %u",
                                 m_path, m_version);
-    m_maker = WithoutControlCharacters(maker.text);
+}
+
+/**
+ * \brief The maker's name
+ * \return What the library says; for a library of version 1.0, which has none, its file's name
+ * \throw GenICam::RuntimeException The library failed
+ */
+std::string SerialLibrary::Maker() const {
+    if (m_getManufacturerInfo == nullptr) {
+        const std::string file = os::FileNameOf(m_path);
+        return file.substr(0, file.find('.'));
+    }
+    std::uint32_t version = 0;
+    return AskForMaker(version);
 }
 
 /// Version of the Camera Link standard.

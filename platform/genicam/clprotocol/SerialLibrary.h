@@ -21,7 +21,7 @@ public:
     SerialLibrary& operator=(const SerialLibrary&) = delete;
 
     const std::string& Path() const noexcept { return m_path; }
-    const std::string& Maker() const noexcept { return m_maker; }
+    std::string Maker() const;
     std::string Version() const;
 
     std::vector<std::string> PortNames() const;
@@ -39,15 +39,14 @@ public:
 private:
     void LookUp();
     void CheckVersion();
+    std::string AskForMaker(std::uint32_t& version) const;
     std::uint32_t CountPortsByOpening() const;
-    bool IsOld() const noexcept { return m_version == CL_DLL_VERSION_1_0; }
 
     template <class Function, class... Arguments>
     auto Call(const char* name, Function function, Arguments... arguments) const;
 
     const std::string m_path;
     os::Library m_library;
-    std::string m_maker;
     std::uint32_t m_version = CL_DLL_VERSION_1_0;
     std::uint32_t m_oldPorts = 0;
 

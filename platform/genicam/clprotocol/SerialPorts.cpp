@@ -10,6 +10,7 @@
 #include <set>
 
 #include "Base/GCUtilities.h"
+#include "Immortal.h"
 #include "ModuleLog.h"
 #include "Texts.h"
 #include "os/Path.h"
@@ -66,6 +67,7 @@ std::string UniqueId(const std::string& wanted, std::set<std::string>& taken) {
 /// What one library offers at the moment.
 struct SerialPorts::Scan {
     std::shared_ptr<const SerialLibrary> library;  // null when it can't be used
+    std::string maker;
     std::vector<std::string> names;
     std::string refusal;
 };
@@ -79,13 +81,9 @@ struct SerialPorts::Scan {
  *
  * \context Any thread.
  */
-SerialPorts::SerialPorts() {
-    IsLogged(CLP_LOG_FATAL);  // the log must outlive the libraries
-}
-
 SerialPorts& SerialPorts::GetInstance() {
-    static SerialPorts instance;
-    return instance;
+    static Immortal<SerialPorts> instance;
+    return instance.Get();
 }
 
 /// The folders in which libraries are looked for: beside the module, and what CLSERIALPATH names.
@@ -106,10 +104,11 @@ SerialPorts::Scan SerialPorts::ScanLibrary(const std::string& path) {
     // Owned by the job, too, which may outlive this call.
     const auto scan = std::make_shared<Scan>();
     std::string refusal = m_libraries.With(path, [scan](const std::shared_ptr<const SerialLibrary>& library) {
+        scan->maker = library->Maker();
         scan->names = library->PortNames();
         scan->library = library;
     });
-    return refusal.empty() ? *scan : Scan{nullptr, {}, std::move(refusal)};
+    return refusal.empty() ? *scan : Scan{nullptr, {}, {}, std::move(refusal)};
 }
 
 /// All ports, in the order of folders, libraries and the libraries' own numbers.
@@ -121,8 +120,8 @@ std::vector<SerialPort> SerialPorts::Enumerate() {
         for (std::size_t index = 0; index < scan.names.size(); ++index) {
             const std::string& name = scan.names[index];
             if (!name.empty())
-                ports.push_back({UniqueId(scan.library->Maker() + "#" + name, taken), scan.library,
-                                 static_cast<std::uint32_t>(index), name});
+                ports.push_back(
+                    {UniqueId(scan.maker + "#" + name, taken), scan.library, static_cast<std::uint32_t>(index), name});
         }
     }
     const std::lock_guard lock(m_mutex);
@@ -170,13 +169,22 @@ std::vector<LibraryReport> SerialPorts::Report() {
         report.refusal = scan.refusal;
         if (scan.library) {
             report.version = scan.library->Version();
-            report.maker = scan.library->Maker();
         }
+        report.maker = scan.maker;
         for (const std::string& name : scan.names)
             report.offers.push_back(name);
         reports.push_back(std::move(report));
     }
     return reports;
+}
+
+/// Unloads the libraries of which no port is open.
+void SerialPorts::Release() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ports.clear();
+    }
+    m_libraries.Release();
 }
 
 }  // namespace CLProtocol

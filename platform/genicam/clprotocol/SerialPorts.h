@@ -31,10 +31,10 @@ public:
     std::vector<SerialPort> Enumerate();
     SerialPort Find(const std::string& portId);
     std::vector<LibraryReport> Report();
+    void Release();
 
 private:
     struct Scan;
-    SerialPorts();
     Scan ScanLibrary(const std::string& path);
 
     LibraryShelf<SerialLibrary> m_libraries;

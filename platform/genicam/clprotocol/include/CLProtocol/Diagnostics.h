@@ -33,6 +33,10 @@ CLPROTOCOL_API std::vector<LibraryReport> GetDrivers();
 /// Folder of fetched descriptions; empty when the user has none.
 CLPROTOCOL_API GenICam::gcstring GetCacheFolder();
 
+/// Unloads all foreign libraries that no connection uses; they are loaded again when they are needed. The module
+/// never does so by itself, nor at the end of the process.
+CLPROTOCOL_API void ReleaseLibraries();
+
 /// How long the module waits for foreign libraries.
 struct Patience {
     std::uint32_t callMs = 30000;          ///< for a function that neither returns nor uses the serial line
