@@ -5,19 +5,16 @@
 
 #include "VantoCLSer/PortConfiguration.h"
 
-#include <algorithm>
 #include <cstring>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/LocalFileInputSource.hpp>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "VantoCLSer/BoundedXmlFile.h"
+#include "VantoCLSer/BoundedXmlParser.h"
 #include "VantoCLSer/Log.h"
 #include "os/Environment.h"
 #include "os/File.h"
@@ -32,11 +29,6 @@ using GenICam::GenericException;
 namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
-
-// A machine has some dozens of ports. What is longer than this is no configuration, and reading it whole into memory
-// would take the process down with it.
-constexpr std::uint64_t kMaxFileSize = 16u << 20;
-constexpr XMLSize_t kMaxEntityExpansions = 1000;
 
 // Runs an action of the XML library; its exceptions become a RuntimeException that begins with a text.
 template <class Action>
@@ -81,22 +73,27 @@ public:
     XercesSession& operator=(const XercesSession&) = delete;
 };
 
-// Text for the XML library, released with the object.
-class XmlText {
-public:
-    explicit XmlText(const char* text) : m_text(xercesc::XMLString::transcode(text)) {}
-    ~XmlText() { xercesc::XMLString::release(&m_text); }
-    XmlText(const XmlText&) = delete;
-    XmlText& operator=(const XmlText&) = delete;
-    const XMLCh* Get() const noexcept { return m_text; }
+// The node after another in document order, below a root; null at the end.
+const xercesc::DOMNode* NextBelow(const xercesc::DOMNode& root, const xercesc::DOMNode* node) {
+    if (const xercesc::DOMNode* child = node->getFirstChild())
+        return child;
+    for (; node != &root; node = node->getParentNode()) {
+        if (const xercesc::DOMNode* sibling = node->getNextSibling())
+            return sibling;
+    }
+    return nullptr;
+}
 
-private:
-    XMLCh* m_text;
-};
-
+// The text of all descendants, trimmed. The XML library's own operation for it calls itself for each level of
+// elements, of which a file may have more than the stack has room for.
 gcstring TrimmedContent(const xercesc::DOMElement& element) {
+    std::string text;
+    for (const xercesc::DOMNode* node = &element; node != nullptr; node = NextBelow(element, node)) {
+        if (node->getNodeType() == xercesc::DOMNode::TEXT_NODE ||
+            node->getNodeType() == xercesc::DOMNode::CDATA_SECTION_NODE)
+            text += ToLocalText(node->getNodeValue());
+    }
     constexpr char kWhiteSpace[] = " \t\r\n\v\f";
-    const std::string text = ToLocalText(element.getTextContent());
     const std::size_t first = text.find_first_not_of(kWhiteSpace);
     if (first == std::string::npos)
         return {};
@@ -131,33 +128,14 @@ PortConfiguration ReadEntry(const xercesc::DOMElement& port) {
     return entry;
 }
 
-void CheckSize(const char* path) {
-    const std::uint64_t size = os::GetFileStatus(path).size;
-    if (size > kMaxFileSize)
-        throw VANTO_EXCEPTION(RuntimeException, kSource)(
-            "Failed to parse CL binding file: '%s' holds %u bytes, more than the %u that a port configuration may "
-            "have.",
-            path, size, kMaxFileSize);
-}
-
-void ParseDocument(const char* path, xercesc::XercesDOMParser& parser) {
-    CheckSize(path);
-    Guarded("Failed to parse CL binding file", [&] {
-        const XmlText systemId(path);
-        const xercesc::LocalFileInputSource source(systemId.Get());
-        parser.parse(source);
-    });
-}
-
-std::size_t ReadDocument(xercesc::XercesDOMParser& parser, PortConfigurationList& list) {
+std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) {
     const xercesc::DOMDocument* document = parser.getDocument();
     if (document == nullptr)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to get document of CL binding file.");
     const xercesc::DOMElement* root = document->getDocumentElement();
     if (root == nullptr)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to get root node of CL binding doc.");
-    const XmlText name("Port");
-    const xercesc::DOMNodeList* ports = document->getElementsByTagName(name.Get());
+    const xercesc::DOMNodeList* ports = document->getElementsByTagName(FromLocalText("Port").c_str());
     std::size_t count = 0;
     for (XMLSize_t index = 0; index < ports->getLength(); ++index) {
         PortConfiguration entry = ReadEntry(*static_cast<const xercesc::DOMElement*>(ports->item(index)));
@@ -206,7 +184,7 @@ std::size_t GetPortConfigurationPath(char* buffer) {
  * \param[in] path The file; null reads nothing
  * \param[in,out] list Gets every entry that has an ID, in document order
  * \return The number of entries appended; 0, logged, for a file that can't be accessed
- * \throw RuntimeException The file is malformed, or longer than 16 MiB
+ * \throw RuntimeException The file is malformed, longer than 1 MiB, or no plain file
  * \context Any thread, with the XML library initialised
  */
 std::size_t ParseCLBindings(const char* path, PortConfigurationList& list) {
@@ -217,16 +195,10 @@ std::size_t ParseCLBindings(const char* path, PortConfigurationList& list) {
         LogTrace(TlLog(), tracelog::kError, "CLBindings file '%s' does not exist or could not be read.", path);
         return 0;
     }
-    // Files that hold entities are data, too: bounded expansion, and nothing is fetched from elsewhere.
-    xercesc::SecurityManager limits;
-    limits.setEntityExpansionLimit(kMaxEntityExpansions);
     DefaultRuntimeExceptionErrorHandler handler;
-    xercesc::XercesDOMParser parser;
+    BoundedXmlParser parser;
     parser.setErrorHandler(&handler);
-    parser.setSecurityManager(&limits);
-    parser.setLoadExternalDTD(false);
-    parser.setDisableDefaultEntityResolution(true);
-    ParseDocument(path, parser);
+    Guarded("Failed to parse CL binding file", [&] { parser.parse(BoundedXmlFile(path)); });
     const std::size_t count = Guarded("Failed to process CL binding file", [&] { return ReadDocument(parser, list); });
     LogTrace(TlLog(), tracelog::kDebug, "Successfully parsed %u entries from CLbindings file.", count);
     return count;

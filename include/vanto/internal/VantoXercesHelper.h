@@ -8,6 +8,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/util/TransService.hpp>
+#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "vanto/internal/VantoException.h"
@@ -26,6 +27,26 @@ inline std::string ToLocalText(const XMLCh* text) {
 #else
     const xercesc::TranscodeToStr local(text, "UTF-8");
     return std::string(reinterpret_cast<const char*>(local.str()), local.length());
+#endif
+}
+
+/// The reverse. What is no UTF-8, as a file's name may be, becomes question marks.
+inline std::basic_string<XMLCh> FromLocalText(const std::string& text) {
+#ifdef _WIN32
+    XMLCh* wide = xercesc::XMLString::transcode(text.c_str());
+    std::basic_string<XMLCh> result(wide);
+    xercesc::XMLString::release(&wide);
+    return result;
+#else
+    try {
+        const xercesc::TranscodeFromStr wide(reinterpret_cast<const XMLByte*>(text.data()), text.size(), "UTF-8");
+        return std::basic_string<XMLCh>(wide.str(), wide.length());
+    } catch (const xercesc::XMLException&) {
+        std::basic_string<XMLCh> result;
+        for (const char byte : text)
+            result += (byte & 0x80) == 0 ? static_cast<XMLCh>(byte) : static_cast<XMLCh>('?');
+        return result;
+    }
 #endif
 }
 
