@@ -184,16 +184,16 @@ TEST_F(IntegerRegister, IsARegister) {
     Load(Reg("A", "<Address>0x40</Address><Length>3</Length>"));
     port.Put(0x40, {1, 2, 3});
     std::uint8_t bytes[3] = {};
-    Register("A")->Get(bytes, 3);
+    Bytes("A")->Get(bytes, 3);
     EXPECT_EQ(bytes[2], 3);
-    EXPECT_EQ(Register("A")->GetAddress(), 0x40);
-    EXPECT_EQ(Register("A")->GetLength(), 3);
+    EXPECT_EQ(Bytes("A")->GetAddress(), 0x40);
+    EXPECT_EQ(Bytes("A")->GetLength(), 3);
     const std::uint8_t other[3] = {9, 8, 7};
-    Register("A")->Set(other, 3);
+    Bytes("A")->Set(other, 3);
     EXPECT_EQ(Integer("A")->GetValue(), 0x070809);
-    EXPECT_THROW(Register("A")->Set(other, 2), OutOfRangeException);
-    EXPECT_THROW(Register("A")->Get(bytes, 4), OutOfRangeException);
-    EXPECT_THROW(Register("A")->Get(nullptr, 3), OutOfRangeException);
+    EXPECT_THROW(Bytes("A")->Set(other, 2), OutOfRangeException);
+    EXPECT_THROW(Bytes("A")->Get(bytes, 4), OutOfRangeException);
+    EXPECT_THROW(Bytes("A")->Get(nullptr, 3), OutOfRangeException);
 }
 
 }  // namespace genapitest

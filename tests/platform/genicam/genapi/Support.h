@@ -65,7 +65,7 @@ protected:
     GenApi::CBooleanPtr Bool(const std::string& name) { return Node(name); }
     GenApi::CCommandPtr Command(const std::string& name) { return Node(name); }
     GenApi::CStringPtr String(const std::string& name) { return Node(name); }
-    GenApi::CRegisterPtr Register(const std::string& name) { return Node(name); }
+    GenApi::CRegisterPtr Bytes(const std::string& name) { return Node(name); }
     GenApi::CCategoryPtr Category(const std::string& name) { return Node(name); }
     GenApi::EAccessMode Mode(const std::string& name) { return Node(name)->GetAccessMode(); }
     /// Value of an IntSwissKnife with this formula.

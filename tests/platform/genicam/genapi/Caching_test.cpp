@@ -1,0 +1,287 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Caching: when the device is asked, and that no old value stays behind
+ */
+
+#include "Support.h"
+
+using namespace GenApi;
+using namespace GenICam;
+
+namespace genapitest {
+
+class Caching : public NodeMapTest {
+protected:
+    static std::string Reg(const std::string& name, const std::string& address, const std::string& more = "",
+                           const std::string& kind = "IntReg") {
+        return "<" + kind + " Name='" + name + "'>" + address + "<Length>4</Length><AccessMode>RW</AccessMode>" +
+               "<pPort>Device</pPort>" + more + "</" + kind + ">";
+    }
+};
+
+TEST_F(Caching, ReadsARegisterOnce) {
+    Load(Reg("R", "<Address>0</Address>") + "<Integer Name='A'><pValue>R</pValue></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    EXPECT_EQ(port.Reads(), 1);
+    EXPECT_TRUE(Integer("A")->IsValueCacheValid());
+}
+
+TEST_F(Caching, NoCacheAsksEachTime) {
+    Load(Reg("R", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
+         "<Integer Name='A'><pValue>R</pValue></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    port.PutLittle(0, 5, 4);
+    EXPECT_EQ(Integer("A")->GetValue(), 5);
+    EXPECT_EQ(port.Reads(), 2);
+    EXPECT_FALSE(Integer("A")->IsValueCacheValid());
+    EXPECT_FALSE(Node("A")->IsCachable());
+}
+
+TEST_F(Caching, WriteThroughKeepsWhatWasWritten) {
+    Load(Reg("R", "<Address>0</Address>", "<Cachable>WriteThrough</Cachable>"));
+    Integer("R")->SetValue(9);
+    EXPECT_EQ(Integer("R")->GetValue(), 9);
+    EXPECT_EQ(port.Reads(), 0);
+    EXPECT_EQ(port.Little(0, 4), 9U);
+}
+
+TEST_F(Caching, WriteAroundReadsBack) {
+    Load(Reg("R", "<Address>0</Address>", "<Cachable>WriteAround</Cachable>"));
+    Integer("R")->SetValue(9);
+    port.PutLittle(0, 8, 4);
+    EXPECT_EQ(Integer("R")->GetValue(), 8);
+    EXPECT_EQ(Integer("R")->GetValue(), 8);
+    EXPECT_EQ(port.Reads(), 1);
+}
+
+TEST_F(Caching, IgnoreCacheAsksTheDevice) {
+    Load(Reg("R", "<Address>0</Address>") +
+         "<Integer Name='A'><pValue>R</pValue></Integer>"
+         "<IntSwissKnife Name='S'><pVariable Name='X'>A</pVariable><Formula>X * 2</Formula></IntSwissKnife>");
+    EXPECT_EQ(Integer("S")->GetValue(), 0);
+    port.PutLittle(0, 4, 4);
+    EXPECT_EQ(Integer("S")->GetValue(), 0);
+    EXPECT_EQ(Integer("A")->GetValue(false, true), 4);
+    EXPECT_EQ(Integer("S")->GetValue(), 8);
+    port.PutLittle(0, 5, 4);
+    EXPECT_EQ(Integer("S")->GetValue(false, true), 10);
+    EXPECT_EQ(Integer("A")->ToString(), "5");
+}
+
+TEST_F(Caching, AFailedReadIsNotKept) {
+    Load(Reg("R", "<Address>0</Address>"));
+    port.failsNext = true;
+    EXPECT_THROW(Integer("R")->GetValue(), TimeoutException);
+    port.PutLittle(0, 3, 4);
+    EXPECT_EQ(Integer("R")->GetValue(), 3);
+}
+
+TEST_F(Caching, AFailedWriteForgetsTheValue) {
+    Load(Reg("R", "<Address>0</Address>"));
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    port.failsNext = true;
+    EXPECT_THROW(Integer("R")->SetValue(5), TimeoutException);
+    port.PutLittle(0, 5, 4);
+    EXPECT_EQ(Integer("R")->GetValue(), 5);
+}
+
+TEST_F(Caching, BitFieldsShareTheirWord) {
+    Load(Reg("A", "<Address>0</Address>", "<LSB>0</LSB><MSB>7</MSB>", "MaskedIntReg") +
+         Reg("B", "<Address>0</Address>", "<LSB>8</LSB><MSB>15</MSB>", "MaskedIntReg") +
+         Reg("Word", "<Address>0</Address>"));
+    port.PutLittle(0, 0x2211, 4);
+    EXPECT_EQ(Integer("A")->GetValue(), 0x11);
+    EXPECT_EQ(Integer("B")->GetValue(), 0x22);
+    EXPECT_EQ(port.Reads(), 1);
+    Integer("A")->SetValue(0x55);
+    EXPECT_EQ(Integer("B")->GetValue(), 0x22);
+    EXPECT_EQ(Integer("Word")->GetValue(), 0x2255);
+    Integer("Word")->SetValue(0x8899);
+    EXPECT_EQ(Integer("A")->GetValue(), 0x99);
+    EXPECT_EQ(Integer("B")->GetValue(), 0x88);
+    EXPECT_EQ(port.Reads(), 1);
+}
+
+TEST_F(Caching, AnUncachedNeighbourStartsFromFreshBits) {
+    Load(Reg("A", "<Address>0</Address>", "<LSB>0</LSB><MSB>7</MSB><Cachable>NoCache</Cachable>", "MaskedIntReg"));
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    port.PutLittle(0, 0xAABBCC00, 4);
+    Integer("A")->SetValue(1);
+    EXPECT_EQ(port.Little(0, 4), 0xAABBCC01U);
+}
+
+TEST_F(Caching, RegistersThatOverlapNoticeEachOther) {
+    Load(Reg("Wide", "<Address>0</Address>") +
+         "<IntReg Name='Narrow'><Address>2</Address><Length>2</Length><AccessMode>RW</AccessMode>"
+         "<pPort>Device</pPort></IntReg>"
+         "<Register Name='Block'><Address>1</Address><Length>40</Length><AccessMode>RW</AccessMode>"
+         "<pPort>Device</pPort></Register>");
+    std::uint8_t bytes[40] = {};
+    Bytes("Block")->Get(bytes, 40);
+    EXPECT_EQ(Integer("Wide")->GetValue(), 0);
+    Integer("Narrow")->SetValue(0x1234);
+    EXPECT_EQ(Integer("Wide")->GetValue(), 0x12340000);
+    Bytes("Block")->Get(bytes, 40);
+    EXPECT_EQ(bytes[2], 0x12);
+    bytes[0] = 0x77;
+    Bytes("Block")->Set(bytes, 40);
+    EXPECT_EQ(Integer("Wide")->GetValue(), 0x12347700);
+}
+
+// The old value must not stay behind when a selector moves the address; moving back needs no second read.
+TEST_F(Caching, AMovedAddressHasItsOwnValue) {
+    Load(
+        "<Integer Name='Sel'><Value>0</Value><pSelected>Gain</pSelected></Integer>"
+        "<Integer Name='Gain'><pValue>Reg</pValue></Integer>" +
+        Reg("Reg", "<Address>0x100</Address><pIndex Offset='8'>Sel</pIndex>"));
+    for (int i = 0; i < 4; ++i)
+        port.PutLittle(0x100 + 8 * i, static_cast<unsigned>(10 + i), 4);
+    for (int i = 0; i < 4; ++i) {
+        Integer("Sel")->SetValue(i);
+        EXPECT_EQ(Integer("Gain")->GetValue(), 10 + i);
+    }
+    EXPECT_EQ(port.Reads(), 4);
+    Integer("Sel")->SetValue(1);
+    EXPECT_EQ(Integer("Gain")->GetValue(), 11);
+    EXPECT_EQ(port.Reads(), 4);
+    Integer("Gain")->SetValue(99);
+    EXPECT_EQ(port.Little(0x108, 4), 99U);
+    Integer("Sel")->SetValue(0);
+    EXPECT_EQ(Integer("Gain")->GetValue(), 10);
+}
+
+TEST_F(Caching, ASelectorInTheDeviceInvalidatesWhatItSelects) {
+    Load("<Integer Name='Sel'><pValue>SelReg</pValue><pSelected>Gain</pSelected></Integer>" +
+         Reg("SelReg", "<Address>0</Address>") + "<Integer Name='Gain'><pValue>Reg</pValue></Integer>" +
+         Reg("Reg", "<Address>0x100</Address>"));
+    EXPECT_EQ(Integer("Gain")->GetValue(), 0);
+    port.PutLittle(0x100, 7, 4);
+    Integer("Sel")->SetValue(1);
+    EXPECT_EQ(Integer("Gain")->GetValue(), 7);
+}
+
+TEST_F(Caching, AnInvalidatorDropsTheValue) {
+    Load(Reg("Mode", "<Address>0</Address>") +
+         Reg("Rate", "<Address>8</Address>", "<pInvalidator>Mode</pInvalidator>") +
+         "<Integer Name='A'><pValue>Rate</pValue></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    port.PutLittle(8, 30, 4);
+    Integer("Mode")->SetValue(1);
+    EXPECT_EQ(Integer("A")->GetValue(), 30);
+}
+
+// An invalidator of a feature means the value of the feature: the register behind it is asked again.
+TEST_F(Caching, AnInvalidatorOfAFeatureReachesItsRegister) {
+    Load(Reg("Mode", "<Address>0</Address>") + Reg("Rate", "<Address>8</Address>") +
+         "<Integer Name='A'><pValue>Rate</pValue><pInvalidator>Mode</pInvalidator></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    port.PutLittle(8, 30, 4);
+    Integer("Mode")->SetValue(1);
+    EXPECT_EQ(Integer("A")->GetValue(), 30);
+}
+
+TEST_F(Caching, AnInvalidatorWorksThroughOthers) {
+    Load(Reg("Mode", "<Address>0</Address>") + "<Integer Name='ModeFeature'><pValue>Mode</pValue></Integer>" +
+         Reg("Rate", "<Address>8</Address>", "<pInvalidator>ModeFeature</pInvalidator>"));
+    EXPECT_EQ(Integer("Rate")->GetValue(), 0);
+    port.PutLittle(8, 30, 4);
+    Integer("Mode")->SetValue(1);
+    EXPECT_EQ(Integer("Rate")->GetValue(), 30);
+}
+
+TEST_F(Caching, InvalidateNodeReadsAgain) {
+    Load(Reg("R", "<Address>0</Address>") + "<Integer Name='A'><pValue>R</pValue></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    port.PutLittle(0, 4, 4);
+    Node("A")->InvalidateNode();
+    EXPECT_EQ(Integer("A")->GetValue(), 4);
+    port.PutLittle(0, 5, 4);
+    map._InvalidateNodes();
+    EXPECT_EQ(Integer("A")->GetValue(), 5);
+}
+
+TEST_F(Caching, AccessModesAreInvalidatedToo) {
+    Load(Reg("Lock", "<Address>0</Address>") +
+         "<Integer Name='A'><Value>1</Value><pIsLocked>Lock</pIsLocked></Integer>");
+    EXPECT_EQ(Mode("A"), RW);
+    EXPECT_EQ(Mode("A"), RW);
+    EXPECT_EQ(port.Reads(), 1);
+    Integer("Lock")->SetValue(1);
+    EXPECT_EQ(Mode("A"), RO);
+}
+
+TEST_F(Caching, APollingTimeInvalidatesWhenItIsOver) {
+    Load(Reg("R", "<Address>0</Address>", "<PollingTime>100</PollingTime>"));
+    EXPECT_EQ(Node("R")->GetPollingTime(), 100);
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    port.PutLittle(0, 4, 4);
+    map._Poll(60);
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    map._Poll(60);
+    EXPECT_EQ(Integer("R")->GetValue(), 4);
+}
+
+TEST_F(Caching, AWriteOnlyFieldStartsFromWhatWasWritten) {
+    Load(
+        "<MaskedIntReg Name='A'><Address>0</Address><Length>1</Length><AccessMode>WO</AccessMode><pPort>Device</pPort>"
+        "<LSB>0</LSB><MSB>3</MSB></MaskedIntReg>"
+        "<MaskedIntReg Name='B'><Address>0</Address><Length>1</Length><AccessMode>WO</AccessMode><pPort>Device</pPort>"
+        "<LSB>4</LSB><MSB>7</MSB></MaskedIntReg>");
+    Integer("A")->SetValue(5);
+    Integer("B")->SetValue(6);
+    EXPECT_EQ(port.Little(0, 1), 0x65U);
+    EXPECT_EQ(port.Reads(), 0);
+}
+
+TEST_F(Caching, AWriteOnlyRegisterDoesNotAnswerForAReadOnlyOne) {
+    Load(
+        "<IntReg Name='Command'><Address>0</Address><Length>4</Length><AccessMode>WO</AccessMode>"
+        "<pPort>Device</pPort></IntReg>"
+        "<IntReg Name='Status'><Address>0</Address><Length>4</Length><AccessMode>RO</AccessMode>"
+        "<pPort>Device</pPort></IntReg>");
+    Integer("Command")->SetValue(5);
+    port.PutLittle(0, 1, 4);
+    EXPECT_EQ(Integer("Status")->GetValue(), 1);
+}
+
+TEST_F(Caching, WhatDependsOnAnUncachedRegisterIsComputedEachTime) {
+    Load(Reg("R", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
+         "<IntSwissKnife Name='S'><pVariable Name='X'>R</pVariable><Formula>X + 1</Formula></IntSwissKnife>"
+         "<Integer Name='A'><Value>0</Value><pMax>S</pMax></Integer>");
+    EXPECT_EQ(Integer("A")->GetMax(), 1);
+    port.PutLittle(0, 41, 4);
+    EXPECT_EQ(Integer("A")->GetMax(), 42);
+}
+
+TEST_F(Caching, AddressesFromUncachedNodesAreLookedUpEachTime) {
+    Load(Reg("Base", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
+         Reg("R", "<Address>0x10</Address><pAddress>Base</pAddress>"));
+    port.PutLittle(0x10, 1, 4);
+    port.PutLittle(0x20, 2, 4);
+    EXPECT_EQ(Integer("R")->GetValue(), 1);
+    port.PutLittle(0, 0x10, 4);
+    EXPECT_EQ(Integer("R")->GetValue(), 2);
+}
+
+TEST_F(Caching, AWriteToAPortDropsEverything) {
+    Load(Reg("R", "<Address>0</Address>"));
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    const std::uint8_t byte = 3;
+    CPortPtr(Node("Device"))->Write(&byte, 0, 1);
+    EXPECT_EQ(Integer("R")->GetValue(), 3);
+}
+
+TEST_F(Caching, ThousandsOfAddressesDoNotPileUp) {
+    Load("<Integer Name='Sel'><Value>0</Value></Integer>" +
+         Reg("Reg", "<Address>0</Address><pIndex Offset='1'>Sel</pIndex>"));
+    for (int i = 0; i < 50000; i += 2) {
+        Integer("Sel")->SetValue(i);
+        ASSERT_EQ(Integer("Reg")->GetValue(), 0);
+    }
+    Integer("Reg")->SetValue(1);
+    EXPECT_EQ(port.Little(49998, 4), 1U);
+}
+
+}  // namespace genapitest
