@@ -1,0 +1,554 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Loading: what faulty files are forgiven, what is refused, injection, archives
+ */
+
+#include <zip.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+#include "Support.h"
+
+using namespace GenApi;
+using namespace GenICam;
+
+namespace genapitest {
+
+class Loading : public NodeMapTest {
+protected:
+    void SetUp() override {
+        static int count = 0;
+        m_folder = std::filesystem::temp_directory_path() /
+                   ("genapi_test_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "_" +
+                    std::to_string(++count));
+        std::filesystem::create_directories(m_folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(m_folder); }
+
+    std::string File(const std::string& name, const std::string& content) {
+        const std::filesystem::path path = m_folder / name;
+        std::ofstream(path, std::ios::binary) << content;
+        return path.string();
+    }
+    static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) {
+        zip_error_t error;
+        zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
+        zip_source_keep(target);
+        zip_t* archive = zip_open_from_source(target, ZIP_TRUNCATE, &error);
+        for (const auto& [name, content] : files)
+            zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+        zip_close(archive);
+        zip_source_open(target);
+        zip_source_seek(target, 0, SEEK_END);
+        std::string data(static_cast<std::size_t>(zip_source_tell(target)), '\0');
+        zip_source_seek(target, 0, SEEK_SET);
+        zip_source_read(target, data.data(), data.size());
+        zip_source_close(target);
+        zip_source_free(target);
+        return data;
+    }
+    /// The text of the exception that refuses a description.
+    std::string Refusal(const std::string& xml) {
+        try {
+            map._LoadXMLFromString(xml);
+        } catch (const RuntimeException& exception) {
+            return exception.GetDescription();
+        }
+        return "loaded";
+    }
+    std::string FirstWarning() const {
+        const WarningList_t warnings = map._GetWarnings();
+        if (warnings.empty())
+            return "none";
+        const Warning& first = warnings.front();
+        return std::to_string(first.Line) + "," + std::to_string(first.Column) + " " + first.Message.str();
+    }
+
+private:
+    std::filesystem::path m_folder;
+};
+
+// --- Sources ---
+
+TEST_F(Loading, ReadsFiles) {
+    map._LoadXMLFromFile(File("a b.xml", Describe("<Integer Name='A'><Value>3</Value></Integer>")).c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+}
+
+TEST_F(Loading, ReplacesEnvironmentVariablesInFileNames) {
+    const std::string file = File("x.xml", Describe(""));
+    ::setenv("GENAPI_TEST_FOLDER", std::filesystem::path(file).parent_path().c_str(), 1);
+    map._LoadXMLFromFile("$(GENAPI_TEST_FOLDER)/x.xml");
+    EXPECT_NE(map._GetNode("Device"), nullptr);
+}
+
+TEST_F(Loading, RefusesFilesThatAreNotThere) {
+    EXPECT_THROW(map._LoadXMLFromFile("/nonexistent/file.xml"), RuntimeException);
+}
+
+TEST_F(Loading, ReadsArchives) {
+    const std::string zip =
+        Archive({{"readme.txt", "hello"}, {"camera.XML", Describe("<Integer Name='A'><Value>3</Value></Integer>")}});
+    map._LoadXMLFromZIPData(zip.data(), zip.size());
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+    map._LoadXMLFromZIPFile(File("c.zip", zip).c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+    map._LoadXMLFromFile(File("d.zip", zip).c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+}
+
+TEST_F(Loading, RefusesArchivesThatAreNone) {
+    const std::string text = "PK\3\4 this is no archive";
+    EXPECT_THROW(map._LoadXMLFromZIPData(text.data(), text.size()), RuntimeException);
+    EXPECT_THROW(map._LoadXMLFromZIPData(nullptr, 0), InvalidArgumentException);
+    const std::string empty = Archive({{"readme.txt", "hello"}});
+    EXPECT_THROW(map._LoadXMLFromZIPData(empty.data(), empty.size()), RuntimeException);
+    std::string damaged = Archive({{"a.xml", Describe(std::string(5000, ' '))}});
+    damaged.resize(damaged.size() / 2);
+    EXPECT_THROW(map._LoadXMLFromZIPData(damaged.data(), damaged.size()), RuntimeException);
+}
+
+// --- Tolerance: one warning each, with its place ---
+
+TEST_F(Loading, AFaultlessFileHasNoWarnings) {
+    Load(
+        "<Group Comment='G'><Integer Name='A' NameSpace='Custom'><Extension><Any>x</Any></Extension><Value>3</Value>"
+        "</Integer></Group>");
+    EXPECT_TRUE(map._GetWarnings().empty()) << FirstWarning();
+}
+
+TEST_F(Loading, ForgivesBlanksAroundNamesAndValues) {
+    Load(
+        "<Integer Name=' A\n'>\n  <Value>\t 3\n </Value>\n<Representation> HexNumber </Representation></Integer>"
+        "<Integer Name='B'><pValue>\n      A\n   </pValue></Integer>"
+        "<IntSwissKnife Name='S'><pVariable Name=' X '> A </pVariable><Formula>\n X\n + 1 </Formula></IntSwissKnife>");
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+    EXPECT_EQ(Integer("B")->GetValue(), 3);
+    EXPECT_EQ(Integer("S")->GetValue(), 4);
+    EXPECT_EQ(Integer("A")->GetRepresentation(), HexNumber);
+}
+
+TEST_F(Loading, ForgivesALineBeforeTheDeclaration) {
+    for (const char* before : {"\n", "  \n\t", "XML follows:\r\n", "File 1.2 > 1.1\n"}) {
+        map._LoadXMLFromString((before + Describe("")).c_str());
+        EXPECT_NE(map._GetNode("Device"), nullptr);
+        EXPECT_EQ(FirstWarning(), "1,1 There is text before the XML declaration");
+    }
+}
+
+TEST_F(Loading, ForgivesAByteOrderMark) {
+    map._LoadXMLFromString(("\xEF\xBB\xBF" + Describe("")).c_str());
+    EXPECT_TRUE(map._GetWarnings().empty());
+}
+
+TEST_F(Loading, ForgivesOtherNameSpaces) {
+    map._LoadXMLFromString("<RegisterDescription SchemaMajorVersion='1' SchemaMinorVersion='0'/>");
+    EXPECT_EQ(FirstWarning(), "1,2 RegisterDescription has no name space");
+    map._LoadXMLFromString("<RegisterDescription SchemaMajorVersion='1' SchemaMinorVersion='0' xmlns='urn:x'/>");
+    EXPECT_EQ(FirstWarning(), "1,2 RegisterDescription has the name space 'urn:x'");
+    map._LoadXMLFromString(
+        "<g:RegisterDescription SchemaMajorVersion='1' SchemaMinorVersion='1' "
+        "xmlns:g='http://www.genicam.org/GenApi/Version_1_1'><g:Integer Name='A'><g:Value>2</g:Value></g:Integer>"
+        "</g:RegisterDescription>");
+    EXPECT_TRUE(map._GetWarnings().empty()) << FirstWarning();
+    EXPECT_EQ(Integer("A")->GetValue(), 2);
+}
+
+TEST_F(Loading, ForgivesAMissingSchemaVersion) {
+    map._LoadXMLFromString(
+        "<RegisterDescription SchemaVersion='1.1' xmlns='http://www.genicam.org/GenApi/Version_1_1'/>");
+    Version_t version;
+    map._GetSchemaVersion(version);
+    EXPECT_EQ(version, (Version_t{1, 1, 0}));
+    EXPECT_EQ(map._GetWarnings().size(), 2U);
+    EXPECT_EQ(Warnings(wkUnknownAttribute), 1);
+}
+
+TEST_F(Loading, ForgivesLatin1InUtf8) {
+    Load("<Integer Name='A'><Unit>\xB5s</Unit><ToolTip>\xC2\xB5s \xE9</ToolTip><Value>3</Value></Integer>");
+    EXPECT_EQ(Integer("A")->GetUnit(), "\xC2\xB5s");
+    EXPECT_EQ(Node("A")->GetToolTip(), "\xC2\xB5s \xC3\xA9");
+    EXPECT_EQ(Warnings(wkSyntax), 2);
+    EXPECT_EQ(FirstWarning(), "3,25 A character is not UTF-8; it is taken as Latin-1");
+}
+
+TEST_F(Loading, ReadsDeclaredLatin1) {
+    std::string xml = Describe("<Integer Name='A'><Unit>\xB5s</Unit><Value>3</Value></Integer>");
+    xml.replace(xml.find("UTF-8"), 5, "ISO-8859-1");
+    map._LoadXMLFromString(xml.c_str());
+    EXPECT_EQ(Integer("A")->GetUnit(), "\xC2\xB5s");
+    EXPECT_TRUE(map._GetWarnings().empty());
+}
+
+TEST_F(Loading, ReadsUtf16) {
+    std::string xml = Describe("<Integer Name='A'><Unit>\x01s</Unit><Value>3</Value></Integer>");
+    xml.replace(xml.find("UTF-8"), 5, "UTF-16");
+    for (const bool isBigEndian : {false, true}) {
+        std::string wide = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+        for (const char character : xml) {
+            // U+20AC in the place of the byte 1.
+            const char high = character == '\x01' ? '\x20' : '\0';
+            const char low = character == '\x01' ? '\xAC' : character;
+            wide += isBigEndian ? high : low;
+            wide += isBigEndian ? low : high;
+        }
+        map._LoadXMLFromString(gcstring(wide.data(), wide.size()));
+        EXPECT_EQ(Integer("A")->GetUnit(), "\xE2\x82\xACs");
+    }
+}
+
+TEST_F(Loading, ForgivesAnUnescapedAmpersand) {
+    Load(
+        "<IntSwissKnife Name='A'><ToolTip>this & that &unknown; &amp; &#65;&#x42;</ToolTip>\n"
+        "<Formula>6 & 3</Formula></IntSwissKnife>");
+    EXPECT_EQ(Integer("A")->GetValue(), 2);
+    EXPECT_EQ(Node("A")->GetToolTip(), "this & that &unknown; & AB");
+    EXPECT_EQ(Warnings(wkSyntax), 3);
+    EXPECT_EQ(FirstWarning(), "3,39 '&' is not part of a reference");
+}
+
+TEST_F(Loading, ForgivesUnknownElementsAndAttributes) {
+    Load(
+        "<Integer Name='A' Colour='red'>\n<Taste>sweet</Taste><Value Weight='2'>3</Value></Integer>\n"
+        "<Gadget Name='G'><Value>1</Value></Gadget>");
+    EXPECT_EQ(Integer("A")->GetValue(), 3);
+    EXPECT_EQ(map._GetNode("G"), nullptr);
+    EXPECT_EQ(Warnings(wkUnknownAttribute), 2);
+    EXPECT_EQ(Warnings(wkUnknownElement), 2);
+    EXPECT_EQ(FirstWarning(), "3,19 Integer has an unknown attribute Colour");
+}
+
+TEST_F(Loading, ForgivesReferencesToNothing) {
+    Load("<Integer Name='A'><pValue>Nothing</pValue></Integer>\n<Integer Name='B'><Value>3</Value></Integer>");
+    EXPECT_EQ(Mode("A"), NI);
+    EXPECT_EQ(Integer("B")->GetValue(), 3);
+    EXPECT_EQ(map._GetWarnings().size(), 1U);
+    EXPECT_EQ(FirstWarning(), "3,0 Integer 'A' (line 3): pValue refers to 'Nothing', which does not exist");
+    try {
+        Integer("A")->GetValue();
+        FAIL() << "read";
+    } catch (const AccessException& exception) {
+        EXPECT_NE(std::string(exception.GetDescription()).find("'Nothing'"), std::string::npos);
+    }
+}
+
+TEST_F(Loading, ALinkToNothingIsLeftOut) {
+    Load(
+        "<Integer Name='A'><Value>1</Value><pInvalidator>Nothing</pInvalidator><pSelected>Nothing</pSelected>"
+        "<pAlias>Nothing</pAlias></Integer>");
+    EXPECT_EQ(Mode("A"), RW);
+    EXPECT_EQ(Warnings(wkDanglingReference), 3);
+}
+
+TEST_F(Loading, ReferencesOfEveryRuleMustExist) {
+    for (const char* element : {"pIsImplemented", "pIsAvailable", "pIsLocked", "pMin", "pMax", "pInc", "pValueCopy"}) {
+        Load("<Integer Name='A'><Value>1</Value><" + std::string(element) + ">Nothing</" + element + "></Integer>");
+        EXPECT_EQ(Mode("A"), NI) << element;
+        EXPECT_EQ(map._GetWarnings().size(), 1U) << element;
+    }
+}
+
+TEST_F(Loading, AReferenceOfTheWrongKindMakesItsNodeNotImplemented) {
+    for (const char* element : {"pValue", "pMin", "pIndex", "pValueCopy"}) {
+        Load("<Integer Name='A'><Value>1</Value><" + std::string(element) + ">C</" + element +
+             "></Integer><Category Name='C'/>");
+        EXPECT_EQ(Mode("A"), NI) << element;
+        EXPECT_EQ(Warnings(wkUnusableNode), 1) << element;
+    }
+}
+
+TEST_F(Loading, KeepsTheFirstOfTwoNodesOfOneName) {
+    Load("<Integer Name='A'><Value>1</Value></Integer>\n<Integer Name='A'><Value>2</Value></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 1);
+    EXPECT_EQ(FirstWarning(), "4,2 There is already a node 'A'");
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 2U);
+}
+
+TEST_F(Loading, LeavesOutNodesWithoutAName) {
+    Load("<Integer><Value>1</Value></Integer>");
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 1U);
+    EXPECT_EQ(Warnings(wkBadValue), 1);
+}
+
+TEST_F(Loading, ReadsCommentsAndSectionsWithinTexts) {
+    Load("<IntSwissKnife Name='A'><Formula>1 <!-- one -->+<![CDATA[ (6 & 3) ]]> + 10</Formula></IntSwissKnife>");
+    EXPECT_EQ(Integer("A")->GetValue(), 13);
+}
+
+TEST_F(Loading, SendsWarningsToTheSink) {
+    std::vector<std::string> told;
+    SetWarningSink(
+        [&told](const Warning& warning) { told.push_back(warning.File.str() + ": " + warning.Message.str()); });
+    const std::string file = File("sink.xml", Describe("<Gadget/>"));
+    map._LoadXMLFromFile(file.c_str());
+    SetWarningSink({});
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0], file + ": Unknown element Gadget");
+    map._LoadXMLFromFile(file.c_str());
+    EXPECT_EQ(told.size(), 1U);
+}
+
+TEST_F(Loading, ASinkThatThrowsDoesNotKeepAFileFromLoading) {
+    SetWarningSink([](const Warning&) { throw std::runtime_error("full"); });
+    Load("<Gadget/>");
+    SetWarningSink({});
+    EXPECT_EQ(map._GetWarnings().size(), 1U);
+}
+
+TEST_F(Loading, BoundsTheNumberOfWarnings) {
+    std::string nodes;
+    for (int i = 0; i < 20000; ++i)
+        nodes += "<Gadget/>\n";
+    Load(nodes);
+    EXPECT_EQ(map._GetWarnings().size(), 10001U);
+}
+
+// --- Refusals: one exception with file, line and column ---
+
+TEST_F(Loading, RefusesWhatIsNoDescription) {
+    EXPECT_EQ(Refusal("").substr(0, 12), "Device(1,1):");
+    EXPECT_EQ(Refusal("   \n  ").substr(0, 7), "Device(");
+    EXPECT_EQ(Refusal("This is no XML at all.").substr(0, 7), "Device(");
+    EXPECT_EQ(Refusal("\n<html></html>").substr(0, 12), "Device(2,2):");
+    EXPECT_NE(Refusal("<html></html>").find("html"), std::string::npos);
+    EXPECT_EQ(Refusal("<!-- only a comment -->").substr(0, 7), "Device(");
+}
+
+TEST_F(Loading, RefusesEveryTruncatedFile) {
+    const std::string xml = Describe("<Integer Name='A'><Value>3</Value></Integer>");
+    for (std::size_t length = 0; length + 3 < xml.size(); ++length)
+        ASSERT_EQ(Refusal(xml.substr(0, length)).substr(0, 7), "Device(") << length;
+}
+
+TEST_F(Loading, NamesThePlaceOfAFault) {
+    EXPECT_EQ(Refusal(Describe("<Integer Name='A'>\n  <Value>3</Wrong>\n</Integer>")).substr(0, 9), "Device(4,");
+    EXPECT_EQ(Refusal(Describe("\n\n<Integer Name=>")).substr(0, 9), "Device(5,");
+}
+
+TEST_F(Loading, NamesTheFile) {
+    const std::string file = File("bad.xml", "<RegisterDescription");
+    try {
+        map._LoadXMLFromFile(file.c_str());
+        FAIL() << "loaded";
+    } catch (const RuntimeException& exception) {
+        EXPECT_EQ(std::string(exception.GetDescription()).substr(0, file.size() + 1), file + "(");
+    }
+}
+
+TEST_F(Loading, RefusesANewerSchema) {
+    EXPECT_NE(Refusal("<RegisterDescription SchemaMajorVersion='2' SchemaMinorVersion='0' "
+                      "xmlns='http://www.genicam.org/GenApi/Version_1_1'/>")
+                  .find("Schema version 2.0"),
+              std::string::npos);
+    EXPECT_EQ(Refusal("<RegisterDescription SchemaMajorVersion='1' SchemaMinorVersion='9' "
+                      "xmlns='http://www.genicam.org/GenApi/Version_1_1'/>"),
+              "loaded");
+    EXPECT_EQ(Warnings(wkNameSpace), 1);
+}
+
+TEST_F(Loading, RefusesEntityBombs) {
+    const std::string bomb =
+        "<?xml version='1.0'?>\n<!DOCTYPE RegisterDescription [\n<!ENTITY a 'aaaaaaaaaa'>\n"
+        "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'>\n]>\n"
+        "<RegisterDescription SchemaMajorVersion='1' SchemaMinorVersion='1'><Integer Name='A'><ToolTip>&b;</ToolTip>"
+        "</Integer></RegisterDescription>";
+    EXPECT_EQ(Refusal(bomb).substr(0, 9), "Device(2,");
+    EXPECT_NE(Refusal(bomb).find("Entities"), std::string::npos);
+}
+
+TEST_F(Loading, NeverFetchesAnything) {
+    const std::string secret = File("secret.txt", "secret");
+    const std::string xml = "<!DOCTYPE r SYSTEM 'file://" + secret + "'>" + Describe("").substr(39);
+    EXPECT_EQ(Refusal(xml), "loaded");
+    EXPECT_EQ(Warnings(wkSyntax), 1);
+    EXPECT_EQ(
+        Refusal("<!DOCTYPE r [<!ENTITY x SYSTEM 'file://" + secret + "'>]>" + Describe("").substr(39)).substr(0, 7),
+        "Device(");
+}
+
+TEST_F(Loading, RefusesGroupsWithoutEnd) {
+    std::string open;
+    std::string close;
+    for (int i = 0; i < 100000; ++i) {
+        open += "<Group>";
+        close += "</Group>";
+    }
+    EXPECT_EQ(Refusal(Describe(open + close)).substr(0, 7), "Device(");
+}
+
+TEST_F(Loading, SurvivesElementsNestedWithoutEnd) {
+    std::string open;
+    std::string close;
+    for (int i = 0; i < 200000; ++i) {
+        open += "<x>";
+        close += "</x>";
+    }
+    EXPECT_EQ(Refusal(Describe("<Integer Name='A'>" + open + close + "<Value>1</Value></Integer>")), "loaded");
+    EXPECT_EQ(Integer("A")->GetValue(), 1);
+}
+
+TEST_F(Loading, SurvivesChangedBytes) {
+    const std::string xml = Describe(
+        "<Category Name='Root'><pFeature>A</pFeature></Category><Integer Name='A'><pValue>R</pValue></Integer>"
+        "<IntReg Name='R'><Address>0x10</Address><Length>4</Length><pPort>Device</pPort></IntReg>"
+        "<IntSwissKnife Name='S'><pVariable Name='X'>A</pVariable><Formula>X &gt; 1</Formula></IntSwissKnife>");
+    for (std::size_t at = 0; at < xml.size(); ++at) {
+        std::string changed = xml;
+        changed[at] = static_cast<char>(changed[at] ^ (1 << (at % 8)));
+        if (Refusal(changed) != "loaded")
+            continue;
+        map._Connect(&port);
+        NodeList_t nodes;
+        map._GetNodes(nodes);
+        for (INode* node : nodes)
+            node->GetAccessMode();
+    }
+}
+
+// --- Circles and depth ---
+
+TEST_F(Loading, ACircleOfValuesThrowsWhenItIsUsed) {
+    Load(
+        "<Integer Name='A'><pValue>B</pValue></Integer><Integer Name='B'><pValue>C</pValue></Integer>"
+        "<Integer Name='C'><pValue>A</pValue></Integer><Integer Name='D'><Value>1</Value></Integer>");
+    EXPECT_THROW(Integer("B")->GetValue(), AccessException);
+    EXPECT_EQ(Mode("A"), NI);
+    EXPECT_EQ(Mode("B"), NI);
+    EXPECT_EQ(Mode("C"), NI);
+    EXPECT_EQ(Integer("D")->GetValue(), 1);
+}
+
+TEST_F(Loading, ANodeThatIsItsOwnValueOrBound) {
+    Load(
+        "<Integer Name='A'><pValue>A</pValue></Integer>"
+        "<Integer Name='B'><Value>1</Value><pMax>B</pMax></Integer>"
+        "<IntSwissKnife Name='S'><pVariable Name='X'>S</pVariable><Formula>X+1</Formula></IntSwissKnife>"
+        "<IntReg Name='R'><pAddress>R</pAddress><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+        "</IntReg><Register Name='L'><Address>0</Address><pLength>LI</pLength><pPort>Device</pPort></Register>"
+        "<IntSwissKnife Name='LI'><pVariable Name='X'>LI2</pVariable><Formula>X</Formula></IntSwissKnife>"
+        "<Integer Name='LI2'><pValue>LI</pValue></Integer>");
+    EXPECT_THROW(Integer("A")->GetValue(), AccessException);
+    EXPECT_EQ(Integer("B")->GetMax(), 1);
+    EXPECT_THROW(Integer("S")->GetValue(), AccessException);
+    EXPECT_THROW(Integer("R")->GetValue(), AccessException);
+    EXPECT_THROW(Bytes("L")->Get(nullptr, 1), AccessException);
+}
+
+TEST_F(Loading, BoundsThatReferToEachOtherAreNoCircle) {
+    Load(
+        "<Integer Name='Lo'><Value>2</Value><pMax>Hi</pMax></Integer>"
+        "<Integer Name='Hi'><Value>8</Value><pMin>Lo</pMin></Integer>");
+    EXPECT_EQ(Integer("Lo")->GetMax(), 8);
+    EXPECT_EQ(Integer("Hi")->GetMin(), 2);
+    Integer("Lo")->SetValue(8);
+    EXPECT_THROW(Integer("Lo")->SetValue(9), OutOfRangeException);
+}
+
+TEST_F(Loading, BoundsInACircleThrow) {
+    Load(
+        "<IntSwissKnife Name='S'><pVariable Name='X.Max'>A</pVariable><Formula>X.Max</Formula></IntSwissKnife>"
+        "<Integer Name='A'><Value>1</Value><pMax>S</pMax></Integer>");
+    EXPECT_THROW(Integer("A")->GetMax(), GenericException);
+}
+
+TEST_F(Loading, AChainThatIsTooLongThrows) {
+    std::string nodes;
+    for (int i = 0; i < 50000; ++i)
+        nodes += "<Integer Name='N" + std::to_string(i) + "'><pValue>N" + std::to_string(i + 1) + "</pValue></Integer>";
+    Load(nodes + "<Integer Name='N50000'><Value>1</Value></Integer>");
+    EXPECT_EQ(Integer("N49950")->GetValue(), 1);
+    EXPECT_THROW(Integer("N0")->GetValue(), GenericException);
+    EXPECT_EQ(Mode("N0"), NA);
+    Integer("N50000")->SetValue(2);
+    EXPECT_EQ(Integer("N49950")->GetValue(), 2);
+}
+
+// --- Size ---
+
+TEST_F(Loading, AFileOf50MegabytesLoads) {
+    std::string nodes;
+    const std::string text(200, 'x');
+    int count = 0;
+    while (nodes.size() < 50U * 1024 * 1024) {
+        const std::string number = std::to_string(count++);
+        nodes += "<Integer Name='Feature" + number + "'><ToolTip>" + text + "</ToolTip><pValue>Register" + number +
+                 "</pValue></Integer><IntReg Name='Register" + number + "'><Address>" + number +
+                 "</Address><Length>1</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>\n";
+    }
+    Load(nodes);
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 2U * static_cast<unsigned>(count) + 1);
+    EXPECT_EQ(Integer("Feature12345")->GetValue(), 0);
+    EXPECT_EQ(Bytes("Register12345")->GetAddress(), 12345);
+}
+
+// --- Injection ---
+
+TEST_F(Loading, AnInjectedNodeReplacesOneOfItsName) {
+    map._LoadXMLFromStringInject(
+        Describe(
+            "<Integer Name='A'><pValue>B</pValue></Integer><Integer Name='B'><Value>1</Value><Max>9</Max></Integer>")
+            .c_str(),
+        Describe("<Integer Name='B'><Value>2</Value></Integer>", false).c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 2);
+    EXPECT_EQ(Integer("B")->GetMax(), INT64_MAX);
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 3U);
+    EXPECT_TRUE(map._GetWarnings().empty()) << FirstWarning();
+}
+
+TEST_F(Loading, AnInjectedNodeMayBeNewAndOfAnotherKind) {
+    map._LoadXMLFromStringInject(
+        Describe("<Category Name='Root'><pFeature>A</pFeature></Category><Integer Name='A'><Value>1</Value></Integer>"
+                 "<Enumeration Name='E'><EnumEntry Name='X'><Value>0</Value></EnumEntry><Value>0</Value></Enumeration>")
+            .c_str(),
+        Describe("<Category Name='Root'><pFeature>A</pFeature><pFeature>New</pFeature></Category>"
+                 "<Float Name='New'><Value>0.5</Value></Float><Float Name='E'><Value>1.5</Value></Float>",
+                 false)
+            .c_str());
+    EXPECT_EQ(Float("New")->GetValue(), 0.5);
+    EXPECT_EQ(Float("E")->GetValue(), 1.5);
+    EXPECT_EQ(map._GetNode("EnumEntry_E_X"), nullptr);
+    FeatureList_t features;
+    Category("Root")->GetFeatures(features);
+    EXPECT_EQ(features.size(), 2U);
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 5U);
+}
+
+TEST_F(Loading, AnInjectedFragmentNeedsNoRoot) {
+    map._LoadXMLFromStringInject(
+        Describe("<Integer Name='A'><Value>1</Value></Integer>").c_str(),
+        "<Integer Name='A'><Value>5</Value></Integer>\n<Integer Name='B'><Value>6</Value></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 5);
+    EXPECT_EQ(Integer("B")->GetValue(), 6);
+}
+
+TEST_F(Loading, MergePrioritiesDecide) {
+    map._LoadXMLFromStringInject(
+        Describe("<Integer Name='A' MergePriority='1'><Value>1</Value></Integer>"
+                 "<Integer Name='B'><Value>1</Value></Integer>")
+            .c_str(),
+        Describe("<Integer Name='A'><Value>2</Value></Integer><Integer Name='B' MergePriority='-1'><Value>2</Value>"
+                 "</Integer>",
+                 false)
+            .c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 1);
+    EXPECT_EQ(Integer("B")->GetValue(), 1);
+}
+
+TEST_F(Loading, WhatIsInjectedDoesNotChangeWhatTheMapSaysAboutItself) {
+    std::string other = Describe("", false);
+    other.replace(other.find("\"Model\""), 7, "\"Other\"");
+    map._LoadXMLFromStringInject(Describe("").c_str(), other.c_str());
+    EXPECT_EQ(map._GetModelName(), "Model");
+}
+
+TEST_F(Loading, InjectsFromFiles) {
+    map._LoadXMLFromFileInject(File("t.xml", Describe("<Integer Name='A'><Value>1</Value></Integer>")).c_str(),
+                               File("i.xml", Describe("<Integer Name='A'><Value>2</Value></Integer>", false)).c_str());
+    EXPECT_EQ(Integer("A")->GetValue(), 2);
+    EXPECT_THROW(map._LoadXMLFromFileInject("/nonexistent/a.xml", "/nonexistent/b.xml"), RuntimeException);
+    EXPECT_THROW(map._LoadXMLFromStringInject(Describe("").c_str(), "<Integer"), RuntimeException);
+}
+
+}  // namespace genapitest
