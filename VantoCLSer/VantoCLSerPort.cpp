@@ -109,9 +109,10 @@ bool CVantoCLSerPort::Reopen() {
     bool gone = false;
     Lock lock(m_lock);
     const bool reopened = ReopenLocked(gone);
+    const gcstring deviceId = m_deviceId;
     lock.unlock();
     if (gone)
-        FireRemoval();
+        FireRemoval(deviceId);
     return reopened;
 }
 
@@ -253,10 +254,11 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     if (m_removed)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Device '%s' already removed/disconnected.", m_portId);
     Lock lock(m_lock);
+    const gcstring deviceId = m_deviceId;
     bool gone = false;
     if (!m_clPort && !ReopenLocked(gone)) {
         lock.unlock();
-        FireRemoval();
+        FireRemoval(deviceId);
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not reopen CLPort '%s'", m_portId);
     }
     try {
@@ -266,7 +268,7 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. CL Error: %i '%s'", verb, m_portId,
                  error.GetErrorCode(), error.GetDescription());
         lock.unlock();
-        FireRemoval();
+        FireRemoval(deviceId);
         throw;
     } catch (const GenericException& error) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. GenICam Error: '%s'", verb, m_portId,
@@ -312,7 +314,7 @@ gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
         ReopenLocked(gone);
     lock.unlock();
     if (gone)
-        FireRemoval();
+        FireRemoval(deviceId);
     return found;
 }
 
@@ -321,7 +323,7 @@ CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(IPortOwner& owner, 
         GenApi::INodeMap* nodeMap = owner.GetNodeMap();
         auto* value = dynamic_cast<GenApi::IValue*>(nodeMap != nullptr ? nodeMap->GetNode("DeviceID") : nullptr);
         if (value == nullptr) {
-            LogTrace(TlLog(), tracelog::kWarning,
+            LogTrace(PortLog(), tracelog::kWarning,
                      "Device is opened but 'DeviceID' node not found. Performing a full probe.");
             return QuickCheck::kUnknown;
         }
@@ -331,7 +333,7 @@ CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(IPortOwner& owner, 
             return QuickCheck::kUnknown;
         if (serialNumber == id.GetCameraSerialNumber())
             return QuickCheck::kSame;
-        FireRemoval();
+        FireRemoval(deviceId);
         return QuickCheck::kGone;
     } catch (const GenericException&) {
         return QuickCheck::kGone;
@@ -415,14 +417,13 @@ std::uint32_t CVantoCLSerPort::GetSupportedBaudRates() {
     return mask;
 }
 
-// At most once until a full close, whoever finds out first.
-void CVantoCLSerPort::FireRemoval() {
+// At most once until a full close, whoever finds out first. Not with the port's lock: see Access.
+void CVantoCLSerPort::FireRemoval(const gcstring& deviceId) {
     const std::shared_ptr<IPortOwner> owner = GetOwner();
     if (!owner || m_removed.exchange(true))
         return;
     LogTrace(PortLog(), tracelog::kDebug,
-             "Device removal for PortID '%s' DeviceID '%s' detected. Firing removal callbacks.", m_portId,
-             GetDeviceID());
+             "Device removal for PortID '%s' DeviceID '%s' detected. Firing removal callbacks.", m_portId, deviceId);
     owner->OnRemoval();
 }
 

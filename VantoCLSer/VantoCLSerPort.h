@@ -86,7 +86,7 @@ private:
     bool RestartTimer();
     bool StopTimer();
     void StoreConnection(CLPortPtr port);
-    void FireRemoval();
+    void FireRemoval(const gcstring& deviceId);
     gcstring GetDeviceID() const;
     std::shared_ptr<IPortOwner> GetOwner() const;
 
