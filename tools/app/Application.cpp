@@ -25,10 +25,20 @@ namespace tools {
 
 namespace {
 
-constexpr int kUsualSimulation = 2;
 constexpr const char* kExitCodes =
-    "\nExit codes: 0 done, 1 failed, 2 wrong usage, 3 no such device.\n"
+    "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 no such device.\n"
     "'vanto-cl COMMAND --help' explains a command. VANTO_LOG=*:debug shows what the libraries do.";
+
+/// Shows the option with an optional value as people write it.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_option_name(const CLI::Option* option, bool isPositional) const override {
+        std::string name = CLI::Formatter::make_option_name(option, isPositional);
+        if (const std::size_t brace = name.find('{'); brace != std::string::npos)
+            name.replace(brace, std::string::npos, "[=N]");
+        return name;
+    }
+};
 
 /// The command line: an option parser with a sub-parser for each command of the table.
 class CommandLine {
@@ -36,11 +46,12 @@ public:
     CommandLine() : m_app("Camera Link cameras from the command line", "vanto-cl") {
         m_app.set_version_flag("--version", "vanto-cl " VANTO_CL_VERSION, "Print the version and exit");
         m_app.set_help_flag("-h,--help", "Print this help and exit");
-        m_app.add_flag("--simulate{2}", m_simulate, "Start N simulated cameras for this command (2 without =N)")
-            ->type_name("=N");
-        m_app.get_formatter()->column_width(kHelpColumn);
-        m_app.get_formatter()->label("Subcommands", "Commands");
-        m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+        m_simulateOption =
+            m_app.add_flag("--simulate{2}", m_simulate, "Start N simulated cameras for this command (2 without =N)");
+        const auto formatter = std::make_shared<HelpFormatter>();
+        formatter->column_width(kHelpColumn);
+        formatter->label("SUBCOMMAND", "COMMAND");
+        m_app.formatter(formatter);
         m_app.footer(kExitCodes);
         for (const CommandEntry& entry : CommandTable())
             Add(entry);
@@ -51,15 +62,16 @@ public:
         m_app.parse(count, arguments);
         if (m_chosen == nullptr)
             throw CLI::RequiredError("a command");
-        if (m_simulate && (*m_simulate < 1 || *m_simulate > Simulation::kMostCameras))
+        if (Simulates() && (m_simulate < 1 || m_simulate > Simulation::kMostCameras))
             throw CLI::ValidationError("--simulate", fmt::format("1 to {} cameras", Simulation::kMostCameras));
     }
 
     CLI::App& App() { return m_app; }
     Command& Chosen() { return *m_chosen; }
-    std::optional<int> Simulate() const { return m_simulate; }
+    bool Simulates() const { return m_simulateOption->count() > 0; }
+    int SimulatedCameras() const { return m_simulate; }
 
-    /// The names at the place where an unknown one stands, for a suggestion.
+    /// The commands and options at the place where an unknown word stands, for a suggestion.
     std::vector<std::string> NamesBeside() {
         const CLI::App* place = &m_app;
         while (!place->get_subcommands().empty())
@@ -67,11 +79,15 @@ public:
         std::vector<std::string> names;
         for (const CLI::App* command : place->get_subcommands({}))
             names.push_back(command->get_name());
+        for (const CLI::Option* option : place->get_options())
+            for (const std::string& name : option->get_lnames())
+                names.push_back("--" + name);
         return names;
     }
 
 private:
     static constexpr std::size_t kHelpColumn = 28;
+    static constexpr const char* kGroup = "Commands";
 
     void Add(const CommandEntry& entry) {
         std::string name = entry.name;
@@ -81,7 +97,7 @@ private:
             name.erase(0, blank + 1);
         }
         CLI::App* app = parent->add_subcommand(name, entry.summary);
-        app->get_formatter()->column_width(kHelpColumn);
+        app->group(kGroup);
         m_commands.push_back(entry.make());
         Command* command = m_commands.back().get();
         Options options(*app);
@@ -96,6 +112,7 @@ private:
         const auto group =
             std::find_if(groups.begin(), groups.end(), [&](const CommandGroup& one) { return name == one.name; });
         CLI::App* app = m_app.add_subcommand(name, group != groups.end() ? group->summary : "");
+        app->group(kGroup);
         app->require_subcommand(1);
         m_groups[name] = app;
         return app;
@@ -105,7 +122,8 @@ private:
     std::map<std::string, CLI::App*> m_groups;
     std::vector<std::unique_ptr<Command>> m_commands;
     Command* m_chosen = nullptr;
-    std::optional<int> m_simulate;
+    CLI::Option* m_simulateOption = nullptr;
+    int m_simulate = 0;
 };
 
 /// Says what is wrong with a command line; help and version are no errors.
@@ -119,8 +137,8 @@ ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, cons
     }
     std::string hint;
     const std::vector<std::string> names = line.NamesBeside();
-    for (int index = 1; index < count && hint.empty() && dynamic_cast<const CLI::ExtrasError*>(&error); ++index)
-        if (arguments[index][0] != '-' && std::find(names.begin(), names.end(), arguments[index]) == names.end())
+    for (int index = 1; index < count && hint.empty(); ++index)
+        if (std::find(names.begin(), names.end(), arguments[index]) == names.end())
             hint = DidYouMean(arguments[index], names);
     output.Error(error.what(), hint.empty() ? "'vanto-cl --help' lists the commands and options." : hint);
     return ExitCode::kUsage;
@@ -128,8 +146,8 @@ ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, cons
 
 ExitCode RunChosen(CommandLine& line, Output& output) {
     std::optional<Simulation> simulation;
-    if (line.Simulate())
-        simulation.emplace(*line.Simulate());
+    if (line.Simulates())
+        simulation.emplace(line.SimulatedCameras());
     return line.Chosen().Run(output);
 }
 

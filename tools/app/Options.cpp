@@ -35,7 +35,7 @@ void Options::Exclude(const std::string& one, const std::string& other) {
 }
 
 void Options::Footer(const std::string& text) {
-    m_app.footer("\n" + text);
+    m_app.footer(text);
 }
 
 }  // namespace tools

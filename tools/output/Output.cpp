@@ -60,11 +60,13 @@ void Output::Line(std::string_view text) {
 }
 
 void Output::Note(std::string_view text) {
+    std::fflush(m_out);
     Write(m_err, text);
     Write(m_err, "\n");
 }
 
 void Output::Warn(std::string_view text) {
+    std::fflush(m_out);
     Write(m_err, StyledFor(m_errColours, Style::kWarning, "warning: "));
     Note(text);
 }

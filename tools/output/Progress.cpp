@@ -55,6 +55,8 @@ void Progress::Run() {
 
 std::string DurationText(std::chrono::milliseconds duration) {
     constexpr std::int64_t kTick = 100;
+    if (duration.count() < 10 * kTick)
+        return fmt::format("{} ms", duration.count());
     const std::int64_t tenths = duration.count() / kTick;
     if (tenths < 600)
         return fmt::format("{}.{} s", tenths / 10, tenths % 10);

@@ -37,7 +37,7 @@ private:
     std::thread m_thread;
 };
 
-/// A duration as people read it: "0.4 s", "12.3 s", "2 min 05 s".
+/// A duration as people read it: "40 ms", "12.3 s", "2 min 05 s".
 std::string DurationText(std::chrono::milliseconds duration);
 
 }  // namespace tools

@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(All, ChoiceByName,
 TEST(DeviceChoice, RefusesANumberThatIsIndexAndSerialNumberOfTwoCameras) {
     const auto [code, hint] = Failure("0");
     EXPECT_EQ(code, ExitCode::kUsage);
-    EXPECT_EQ(hint, "0  Marlow H2048 (S1)  P#0|driver#H2048#S1\n1  Marlow H4096 (0)  P#1|driver#H4096#0");
+    EXPECT_EQ(hint, "  0  Marlow H2048 (S1)  P#0|driver#H2048#S1\n  1  Marlow H4096 (0)  P#1|driver#H4096#0");
 }
 
 TEST(DeviceChoice, RefusesAFriendlyNameOfTwoCameras) {
