@@ -25,7 +25,7 @@ echo "\$ vanto-cl --simulate xml 0 -o camera.xml"
 "$bin/vanto-cl" --simulate xml 0 -o "$result/camera.xml"
 
 # The simulator says which description it holds; what came over the serial line must be that, byte by byte.
-expected=$("$bin/marlow-sim" --print-sha1 "cam0,model=H2048,serial=SIM00001")
+expected=$("$bin/marlow-sim" --print-sha1 --camera "cam0,model=H2048,serial=SIM00001" | cut -d" " -f1)
 fetched=$(sha1sum <"$result/camera.xml" | cut -d' ' -f1)
 if [ "$expected" != "$fetched" ]; then
     echo "The camera holds a description with SHA-1 $expected, but $fetched was fetched." >&2

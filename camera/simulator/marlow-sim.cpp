@@ -4,13 +4,16 @@
  */
 
 #include <CLI/CLI.hpp>
+#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "CameraModel.h"
 #include "ControlCommand.h"
 #include "ControlServer.h"
+#include "Description.h"
 #include "EndSignal.h"
 #include "simulator/Simulator.h"
 
@@ -26,6 +29,7 @@ struct Arguments {
     std::vector<std::string> cameras;
     std::string control;
     bool untilStdinCloses = false;
+    bool printSha1 = false;
 };
 
 std::string Footer() {
@@ -45,6 +49,18 @@ std::vector<NamedCamera> ParseCameras(const std::vector<std::string>& texts) {
     return cameras;
 }
 
+/// Prints the SHA-1 of each camera's description as a host gets it, unpacked, so that a transfer can be checked.
+int PrintSha1(const std::vector<NamedCamera>& cameras) {
+    for (const NamedCamera& camera : cameras) {
+        const std::string text = DescriptionText(FindModel(camera.options.model), camera.options);
+        for (const std::uint8_t byte : Sha1({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {
+            std::cout << std::hex << std::setw(2) << std::setfill('0') << unsigned{byte};
+        }
+        std::cout << "  " << camera.name << std::endl;
+    }
+    return 0;
+}
+
 int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
     KeepEndSignals();
     Simulator simulator(arguments.links);
@@ -62,10 +78,11 @@ int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
 int main(int argc, char** argv) {
     Arguments arguments;
     CLI::App app("Plays Marlow cameras. Each has a serial line of its own, which a symbolic link names.", "marlow-sim");
-    app.add_option("--links", arguments.links, "Folder of the links; made when it does not exist")->required();
+    app.add_option("--links", arguments.links, "Folder of the links; made when it does not exist");
     app.add_option("--camera", arguments.cameras, "A camera, see below; once for each")->required();
     app.add_option("--control", arguments.control, "Unix-domain socket that takes commands, see below");
     app.add_flag("--until-stdin-closes", arguments.untilStdinCloses, "Ends with its standard input as well");
+    app.add_flag("--print-sha1", arguments.printSha1, "Prints the SHA-1 of each camera's description and ends");
     app.footer(Footer());
     if (argc == 1) {
         std::cout << app.help();
@@ -74,6 +91,12 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
         const std::vector<NamedCamera> cameras = ParseCameras(arguments.cameras);
+        if (arguments.printSha1) {
+            return PrintSha1(cameras);
+        }
+        if (arguments.links.empty()) {
+            throw CLI::RequiredError("--links");
+        }
         return Play(arguments, cameras);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kWrongUsage;
