@@ -1,0 +1,98 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of the holder of a driver library
+ */
+
+#include "VantoCLSer/LibraryLoader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "os/Path.h"
+#include "scripted/Scripted.h"
+
+namespace Vanto {
+namespace {
+
+class LibraryLoader : public testing::Test {
+protected:
+    // A copy of its own, which nobody else has loaded.
+    std::string Copy(const std::string& name) const {
+        const std::string path = m_folder / name;
+        std::filesystem::copy_file(scripted::DriverPath(), path);
+        return path;
+    }
+
+    scripted::TemporaryFolder m_folder;
+    CLibraryLoader m_loader;
+};
+
+TEST_F(LibraryLoader, HoldsNothingAtFirst) {
+    EXPECT_FALSE(m_loader.IsLoaded());
+}
+
+TEST_F(LibraryLoader, LoadsALibrary) {
+    EXPECT_TRUE(m_loader.Load(scripted::DriverPath()));
+    EXPECT_TRUE(m_loader.IsLoaded());
+    EXPECT_NE(m_loader.GetLibrary().FindSymbol("clpProbeDevice"), nullptr);
+}
+
+TEST_F(LibraryLoader, ReplacesVariables) {
+    const scripted::ScopedVariable variable("VANTO_TEST_FOLDER", scripted::DriverLocation());
+    EXPECT_TRUE(m_loader.Load("$(VANTO_TEST_FOLDER)/" + scripted::SystemFolder() + "/" + scripted::DriverFileName()));
+}
+
+TEST_F(LibraryLoader, TakesEitherSeparator) {
+    std::string path = scripted::DriverPath();
+    for (char& character : path)
+        character = character == os::kPathSeparator ? os::kForeignSeparator : character;
+    EXPECT_TRUE(m_loader.Load(path));
+    EXPECT_EQ(m_loader.GetLibrary().Path(), scripted::DriverPath());
+}
+
+TEST_F(LibraryLoader, ReplacesTheLibraryItHolds) {
+    const std::string first = Copy("first");
+    const std::string second = Copy("second");
+    ASSERT_TRUE(m_loader.Load(first));
+    EXPECT_TRUE(m_loader.Load(second));
+    EXPECT_EQ(m_loader.GetLibrary().Path(), second);
+}
+
+TEST_F(LibraryLoader, KeepsTheLibraryItHoldsWhenAnotherFails) {
+    const std::string first = Copy("first");
+    m_folder.Write("text", "no library");
+    ASSERT_TRUE(m_loader.Load(first));
+    for (const std::string& path :
+         {m_folder / "missing", m_folder / "text", m_folder.Path(), std::string(), std::string(300, 'x')}) {
+        EXPECT_FALSE(m_loader.Load(path)) << path;
+        EXPECT_EQ(m_loader.GetLibrary().Path(), first);
+    }
+}
+
+// A path to a copy of the driver that has a number of characters.
+std::string PathOfLength(const scripted::TemporaryFolder& folder, std::size_t length) {
+    std::string path = folder.Path();
+    while (path.size() + 1 < length)
+        path += "/" + std::string(std::min<std::size_t>(100, length - path.size() - 1), 'x');
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::filesystem::copy_file(scripted::DriverPath(), path);
+    return path;
+}
+
+TEST_F(LibraryLoader, TakesPathsOf258Characters) {
+    EXPECT_TRUE(m_loader.Load(PathOfLength(m_folder, 258)));
+}
+
+TEST_F(LibraryLoader, RefusesPathsOf259Characters) {
+    EXPECT_FALSE(m_loader.Load(PathOfLength(m_folder, 259)));
+}
+
+TEST_F(LibraryLoader, CountsThePathWithItsVariablesReplaced) {
+    const scripted::ScopedVariable variable("VANTO_TEST_FOLDER", m_folder.Path());
+    const std::string path = PathOfLength(m_folder, 259);
+    EXPECT_FALSE(m_loader.Load("$(VANTO_TEST_FOLDER)" + path.substr(m_folder.Path().size())));
+}
+
+}  // namespace
+}  // namespace Vanto
