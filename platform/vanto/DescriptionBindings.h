@@ -5,10 +5,10 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "vanto/ConfigFileRegistry.h"
@@ -18,12 +18,8 @@ namespace Vanto {
 /// The entries of one registry file. docs/description-bindings.md describes the file. Immutable.
 class DescriptionBindings {
 public:
-    /// How narrow a pattern is: the exact text, then the pattern with more characters of its own, then none.
-    struct Narrowness {
-        bool isExact = false;
-        std::size_t ownCharacters = 0;
-        friend auto operator<=>(const Narrowness&, const Narrowness&) = default;
-    };
+    /// How narrow a pattern is: whether it is an exact text, and how many characters of its own it has.
+    using Narrowness = std::pair<bool, std::size_t>;
 
     static constexpr std::size_t kKeys = 4;
 

@@ -19,7 +19,7 @@ namespace Vanto {
 
 namespace {
 
-constexpr std::uint64_t kMaxFileSize = 16 * 1024 * 1024;  // far more than anybody writes
+constexpr std::uint64_t kMaxFileSize = std::uint64_t{16} * 1024 * 1024;  // far more than anybody writes
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 std::string Quoted(const char* text) {

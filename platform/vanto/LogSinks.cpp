@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kPattern = "%Y-%m-%d %H:%M:%S.%f %-7l [%n] (%t) %v";
 constexpr const char* kOwnCategory = "vanto.base.Log";
-constexpr std::size_t kLongestRules = 1024 * 1024;
+constexpr std::size_t kLongestRules = std::size_t{1024} * 1024;
 
 spdlog::level::level_enum ToSpdlogLevel(std::uint32_t level) {
     if (level >= kError)

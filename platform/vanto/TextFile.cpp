@@ -15,7 +15,7 @@ namespace Vanto {
 
 namespace {
 
-constexpr std::uintmax_t kMaxTextFile = 256 * 1024 * 1024;
+constexpr std::uintmax_t kMaxTextFile = std::uintmax_t{256} * 1024 * 1024;
 
 constexpr const char* kTooLarge = "it is larger than 256 MiB";
 

@@ -28,7 +28,7 @@ const os::Library& LoadScripted(const char* name) {
 }
 
 scripted::Control& ControlOf(const char* name) {
-    return LoadScripted(name).Get<scripted::GetControlFunction>("GetControl")();
+    return *LoadScripted(name).Get<scripted::GetControlFunction>("GetControl")();
 }
 
 CDeviceInfo WithSerial(const char* serial) {

@@ -90,6 +90,8 @@ public:
     bool IsSubset(const IProperties& subset) const override;
     bool IsUserProvided() const override;
 
+// A type in a declaration can't be in parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define VANTO_INFO_PROPERTY(Class, Name)      \
     gcstring Get##Name() const {              \
         return GetOrNotAvailable(#Name);      \
@@ -101,6 +103,7 @@ public:
     bool Is##Name##Available() const {        \
         return GetPropertyAvailable(#Name);   \
     }
+    // NOLINTEND(bugprone-macro-parentheses)
 
     VANTO_INFO_PROPERTY(CInfoBase, FriendlyName)
     VANTO_INFO_PROPERTY(CInfoBase, FullName)

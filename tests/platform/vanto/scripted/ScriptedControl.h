@@ -35,6 +35,6 @@ struct Control {
     }
 };
 
-extern "C" using GetControlFunction = Control & ();
+extern "C" using GetControlFunction = Control*();
 
 }  // namespace scripted

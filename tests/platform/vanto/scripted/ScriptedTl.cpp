@@ -150,8 +150,8 @@ ScriptedTl* g_singleton = nullptr;
 
 extern "C" {
 
-GCBASE_EXPORT scripted::Control& GetControl() {
-    return g_control;
+GCBASE_EXPORT scripted::Control* GetControl() {
+    return &g_control;
 }
 
 GCBASE_EXPORT int GetTLInfoList(TlInfoList& list) {
