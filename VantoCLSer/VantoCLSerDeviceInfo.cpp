@@ -17,24 +17,24 @@ CVantoCLSerDeviceInfo::CVantoCLSerDeviceInfo(const CVantoCLSerDeviceInfo& other)
 CVantoCLSerDeviceInfo& CVantoCLSerDeviceInfo::operator=(const CVantoCLSerDeviceInfo& other) = default;
 CVantoCLSerDeviceInfo::~CVantoCLSerDeviceInfo() = default;
 
-#define VANTO_CLSER_PROPERTY(Name)                                                   \
+#define VANTO_CLSER_PROPERTY(Name, property)                                         \
     gcstring CVantoCLSerDeviceInfo::Get##Name() const {                              \
-        return GetOrNotAvailable(#Name);                                             \
+        return GetOrNotAvailable(property);                                          \
     }                                                                                \
     CVantoCLSerDeviceInfo& CVantoCLSerDeviceInfo::Set##Name(const gcstring& value) { \
-        SetPropertyValue(#Name, value);                                              \
+        SetPropertyValue(property, value);                                           \
         return *this;                                                                \
     }                                                                                \
     bool CVantoCLSerDeviceInfo::Is##Name##Available() const {                        \
-        return GetPropertyAvailable(#Name);                                          \
+        return GetPropertyAvailable(property);                                       \
     }
 
-VANTO_CLSER_PROPERTY(PortID)
-VANTO_CLSER_PROPERTY(DeviceID)
-VANTO_CLSER_PROPERTY(InitialBaudRate)
-VANTO_CLSER_PROPERTY(DeviceXMLFileOverride)
-VANTO_CLSER_PROPERTY(DeviceSpecificString)
-VANTO_CLSER_PROPERTY(PortSpecificString)
+VANTO_CLSER_PROPERTY(PortID, "PortID")
+VANTO_CLSER_PROPERTY(DeviceID, "DeviceID")
+VANTO_CLSER_PROPERTY(InitialBaudRate, "InitialBaudRate")
+VANTO_CLSER_PROPERTY(DeviceXMLFileOverride, "DeviceXMLFileOverride")
+VANTO_CLSER_PROPERTY(DeviceSpecificString, "DeviceSpecificString")
+VANTO_CLSER_PROPERTY(PortSpecificString, "PortSpecificString")
 
 #undef VANTO_CLSER_PROPERTY
 
