@@ -18,12 +18,13 @@ using gencp::Register;
 
 /**
  * \brief Give a number as big-endian bytes
- * \param[in] length 4 or 8
+ * \param[in] length Number of bytes; those in front of the number are 0, those that do not fit are left out
  */
 Bytes NumberBytes(std::uint64_t value, std::size_t length) {
-    Bytes bytes(8);
-    gencp::Store64(bytes, 0, value);
-    return Bytes(bytes.end() - static_cast<std::ptrdiff_t>(length), bytes.end());
+    Bytes bytes(std::max<std::size_t>(length, 8));
+    gencp::Store64(bytes, bytes.size() - 8, value);
+    bytes.erase(bytes.begin(), bytes.end() - static_cast<std::ptrdiff_t>(length));
+    return bytes;
 }
 
 /**

@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <regex>
 #include <set>
 
 #include "Template.h"
@@ -33,11 +32,26 @@ std::string TextOf(const CameraOptions& options) {
     return DescriptionText(FindModel(options.model), options);
 }
 
-std::set<std::string> AllMatches(const std::string& text, const char* pattern) {
+/// All texts between a beginning and an end that have nothing but letters, digits, _ and - in them.
+std::set<std::string> AllBetween(const std::string& text, const std::string& begin, char end) {
     std::set<std::string> found;
-    const std::regex regex(pattern);
-    for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match) {
-        found.insert((*match)[1]);
+    for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at + 1)) {
+        const std::size_t first = at + begin.size();
+        const std::size_t last =
+            text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-", first);
+        if (last != first && last != std::string::npos && text[last] == end) {
+            found.insert(text.substr(first, last - first));
+        }
+    }
+    return found;
+}
+
+/// The contents of all elements whose names begin with p and a capital letter: those refer to nodes.
+std::set<std::string> AllReferences(const std::string& text) {
+    std::set<std::string> found;
+    for (std::size_t at = text.find("<p"); at != std::string::npos; at = text.find("<p", at + 1)) {
+        const std::size_t first = text.find('>', at) + 1;
+        found.insert(text.substr(first, text.find('<', first) - first));
     }
     return found;
 }
@@ -75,8 +89,8 @@ TEST_P(EachModel, LeavesNoTemplateMarks) {
 
 TEST_P(EachModel, RefersOnlyToNodesThatThereAre) {
     const std::string text = TextOf(Of(GetParam()));
-    const std::set<std::string> nodes = AllMatches(text, "<(?:[A-Z][A-Za-z]*) Name=\"([A-Za-z0-9_]+)\"");
-    const std::set<std::string> references = AllMatches(text, "<p[A-Z][A-Za-z]*[^>]*>([A-Za-z0-9_]+)</p");
+    const std::set<std::string> nodes = AllBetween(text, " Name=\"", '"');
+    const std::set<std::string> references = AllReferences(text);
     EXPECT_GT(references.size(), 100U);
     for (const std::string& reference : references) {
         EXPECT_TRUE(nodes.contains(reference)) << reference;
@@ -98,8 +112,10 @@ TEST_P(EachModel, IsTheSameEachTimeAndItsGuidsAreItsOwn) {
     EXPECT_EQ(text, TextOf(Of(GetParam())));
     for (const char* other : {"H2048", "H4096", "H8192L"}) {
         if (std::string(other) != GetParam()) {
-            EXPECT_NE(AllMatches(text, "Guid=\"([-0-9A-F]{36})\""),
-                      AllMatches(TextOf(Of(other)), "Guid=\"([-0-9A-F]{36})\""));
+            for (const char* guid : {" ProductGuid=\"", " VersionGuid=\""}) {
+                EXPECT_NE(AllBetween(text, guid, '"'), AllBetween(TextOf(Of(other)), guid, '"'));
+                EXPECT_EQ(AllBetween(text, guid, '"').begin()->size(), 36U);
+            }
         }
     }
 }
@@ -109,8 +125,8 @@ INSTANTIATE_TEST_SUITE_P(Models, EachModel, testing::Values("H2048", "H4096", "H
 TEST(DescriptionText, HasTheBaudRatesOfTheCameraOnly) {
     CameraOptions options;
     options.rates = 0x15;
-    EXPECT_EQ(AllMatches(TextOf(options), "EnumEntry Name=\"(Baud[0-9]+)\""),
-              (std::set<std::string>{"Baud9600", "Baud38400", "Baud115200"}));
+    EXPECT_EQ(AllBetween(TextOf(options), "EnumEntry Name=\"Baud", '"'),
+              (std::set<std::string>{"9600", "38400", "115200"}));
 }
 
 TEST(DescriptionText, IsPaddedToTheByte) {
