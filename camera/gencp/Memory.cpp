@@ -41,9 +41,9 @@ std::optional<std::vector<MemoryRange>> DecodeRanges(ByteView scd) {
 
 /// The SCD of a WriteMem command.
 Bytes EncodeWrite(std::uint64_t address, ByteView data) {
-    Bytes scd(kAddressSize);
+    Bytes scd(kAddressSize + data.size());
     Store64(scd, 0, address);
-    scd.insert(scd.end(), data.begin(), data.end());
+    std::ranges::copy(data, scd.begin() + kAddressSize);
     return scd;
 }
 
@@ -60,9 +60,9 @@ Bytes EncodeStackedWrites(std::span<const MemoryWrite> writes) {
     Bytes scd;
     for (const auto& write : writes) {
         const std::size_t at = scd.size();
-        scd.resize(at + kRangeSize);
+        scd.resize(at + kRangeSize + write.data.size());
         StoreRange(scd, at, write.address, write.data.size());
-        scd.insert(scd.end(), write.data.begin(), write.data.end());
+        std::ranges::copy(write.data, scd.begin() + static_cast<std::ptrdiff_t>(at + kRangeSize));
     }
     return scd;
 }

@@ -1,0 +1,145 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * How near the driver comes to the speed of the line: the time it takes over the time that the bytes take
+ *
+ * The counter "ratio" is what was measured, "limit" what it may be at most.
+ */
+
+#include <benchmark/benchmark.h>
+
+#include "Chain.h"
+#include "gencp/BaudRate.h"
+#include "gencp/Protocol.h"
+#include "simulator/CameraRegisters.h"
+
+namespace {
+
+using namespace marlow::test;
+using Seconds = std::chrono::duration<double>;
+
+constexpr std::size_t kDescriptionSize = 200'000;
+constexpr std::size_t kReadPackets = 2 * gencp::kHeaderSize + gencp::kRangeSize + 4;  // bytes, both ways
+constexpr auto kWidth = MarlowSim::registers::kWidth;
+
+double LineTime(std::size_t bytes, std::int64_t flag) {
+    const auto rate = gencp::FindBaudRateByFlag(static_cast<std::uint32_t>(flag))->bitsPerSecond;
+    return Seconds(gencp::TransferTime(bytes, rate)).count();
+}
+
+MarlowSim::CameraOptions Paced(std::chrono::milliseconds delay = {}) {
+    MarlowSim::CameraOptions options;
+    options.serial = "1";
+    options.paced = true;
+    options.descriptionSize = kDescriptionSize;
+    options.faults.delay = delay;
+    return options;
+}
+
+bool Open(Chain& chain, benchmark::State& state, std::int64_t flag) {
+    const bool isOpen = chain.Probe() == 0 && chain.SetRate(static_cast<CLUINT32>(flag)) == 0;
+    if (!isOpen)
+        state.SkipWithError(chain.LastError(chain.cookie).c_str());
+    return isOpen;
+}
+
+template <typename Operation>
+double Measure(Operation operation) {
+    const auto begin = std::chrono::steady_clock::now();
+    operation();
+    return Seconds(std::chrono::steady_clock::now() - begin).count();
+}
+
+// The description's own bytes are the limit: headers, commands and waiting are what the driver adds.
+void FetchDescription(benchmark::State& state) {
+    Chain chain(Paced());
+    if (!Open(chain, state, state.range(0)))
+        return;
+    const std::string xmlId = chain.XmlId();
+    double spent = 0;
+    std::size_t bytes = 0;
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        std::vector<char> file;
+        CLINT32 code = 0;
+        const double seconds = Measure([&] { code = chain.Fetch(xmlId, file); });
+        if (code != 0 || file.size() < kDescriptionSize)
+            return state.SkipWithError(chain.LastError(chain.cookie).c_str());
+        state.SetIterationTime(seconds);
+        spent += seconds;
+        bytes += file.size();
+    }
+    state.counters["ratio"] = spent / LineTime(bytes, state.range(0));
+    state.counters["limit"] = static_cast<double>(state.range(1)) / 100;
+}
+BENCHMARK(FetchDescription)
+    ->ArgNames({"flag", "percent"})
+    ->Args({CL_BAUDRATE_115200, 109})
+    ->Args({CL_BAUDRATE_921600, 118})
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(1);
+
+// The limit is the two packets' time on the line and the camera's own delay.
+void ReadRegister(benchmark::State& state) {
+    const std::chrono::milliseconds delay(state.range(1));
+    Chain chain(Paced(delay));
+    if (!Open(chain, state, state.range(0)))
+        return;
+    std::vector<char> value(kWidth.length);
+    double spent = 0;
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        CLINT32 code = 0;
+        const double seconds = Measure([&] { code = chain.Read(kWidth.address, value); });
+        if (code != 0)
+            return state.SkipWithError(chain.LastError(chain.cookie).c_str());
+        state.SetIterationTime(seconds);
+        spent += seconds;
+    }
+    const double limit = LineTime(kReadPackets, state.range(0)) + Seconds(delay).count();
+    state.counters["ratio"] = spent / static_cast<double>(state.iterations()) / limit;
+    state.counters["limit"] = 1.15;
+}
+BENCHMARK(ReadRegister)
+    ->ArgNames({"flag", "delay_ms"})
+    ->Args({CL_BAUDRATE_9600, 0})
+    ->Args({CL_BAUDRATE_115200, 0})
+    ->Args({CL_BAUDRATE_115200, 5})
+    ->Args({CL_BAUDRATE_921600, 5})
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(50);
+
+// What an application waits for when a connection that was closed for inactivity is opened again, in register reads.
+void Reconnect(benchmark::State& state) {
+    Chain chain(Paced(std::chrono::milliseconds(1)));
+    if (!Open(chain, state, state.range(0)))
+        return;
+    std::vector<char> value(kWidth.length);
+    double reading = 0;
+    double connecting = 0;
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        reading += Measure([&] { chain.Read(kWidth.address, value); });
+        chain.Disconnect();
+        CLINT32 code = 0;
+        const double seconds = Measure([&] { code = chain.Probe("Marlow#Heron#H2048#1"); });
+        if (code != 0)
+            return state.SkipWithError(chain.LastError().c_str());
+        state.SetIterationTime(seconds);
+        connecting += seconds;
+    }
+    state.counters["ratio"] = connecting / reading;
+    state.counters["limit"] = 3;
+}
+BENCHMARK(Reconnect)
+    ->ArgName("flag")
+    ->Arg(CL_BAUDRATE_115200)
+    ->Arg(CL_BAUDRATE_921600)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(50);
+
+}  // namespace
+
+BENCHMARK_MAIN();
