@@ -230,6 +230,8 @@ void CVantoCLSerTl::EnumerateInto(DeviceInfoList& list, int& count) {
         if (entry != nullptr) {
             record.SetDeviceSpecificString(entry->deviceSpecificString);
             record.SetInitialBaudRate(entry->baudRate);
+            // Made by the transport layer, like the rest: whoever looks for changes looks for the application's.
+            record.GetInfoImpl().ClearAccessFlags();
         }
         list.push_back(record);
         ++count;

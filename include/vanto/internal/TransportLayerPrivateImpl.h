@@ -45,6 +45,7 @@ public:
         }
         this->OnFinalRelease();
         DestroyRegisteredDevices();
+        m_registry.reset();
         DestroyDefaultTransportLayerParams(m_params);
     }
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <set>
@@ -21,8 +22,8 @@ namespace {
 class ElfFile {
 public:
     explicit ElfFile(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
-        m_bytes.assign(std::istreambuf_iterator<char>(file), {});
+        m_bytes.resize(std::filesystem::file_size(path));
+        std::ifstream(path, std::ios::binary).read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
     }
 
     // Names of what the file defines for others.

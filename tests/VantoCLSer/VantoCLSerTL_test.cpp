@@ -1,0 +1,485 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of reading the configuration, enumerating and probing
+ */
+
+#include "VantoCLSer/VantoCLSerTL.h"
+
+#include <filesystem>
+#include <thread>
+
+#include "CLProtocol/CLPort.h"
+#include "VantoCLSer/VantoCLSerTlDeviceInfoImpl.h"
+#include "tests/VantoCLSer/Fixture.h"
+
+namespace Vanto {
+namespace {
+
+using namespace clser_test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kTlSource[] = "VantoCLSer/VantoCLSerTL";
+constexpr char kOther[] = "Marlow#Heron#H4096#5678";
+constexpr char kLoading[] = "Trying to load CLBindings from file '%s'";
+constexpr char kNoUsable[] =
+    "No valid usable PortIDs due to no enabled ports in PortConfiguration.xml. Enumeration will return 0 devices.";
+
+class TlTest : public PluginTest {
+protected:
+    // Gives the file another time than it had at the last reading.
+    void Touch() {
+        m_age += std::chrono::hours(1);
+        std::filesystem::last_write_time(ConfigurationPath(), m_start - m_age);
+    }
+    std::size_t Readings() const { return CountFormat(kLoading); }
+
+    const std::filesystem::file_time_type m_start = std::filesystem::file_time_type::clock::now();
+    std::chrono::hours m_age{0};
+    CVantoCLSerTl m_tl;
+};
+
+class Configuration : public TlTest {};
+
+TEST_F(Configuration, IsReadAtTheFirstRefresh) {
+    WriteConfiguration(PortElement("a") + PortElement("b"));
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
+    EXPECT_EQ(Readings(), 1u);
+}
+
+TEST_F(Configuration, IsNotReadAgainWithoutAChange) {
+    WriteConfiguration(PortElement("a") + PortElement("b"));
+    m_tl.UpdatePortConfiguration();
+    m_log.Clear();
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
+    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
+}
+
+TEST_F(Configuration, IsReadAgainWhenItsTimeChanges) {
+    WriteConfiguration(PortElement("a"));
+    m_tl.UpdatePortConfiguration();
+    WriteConfiguration(PortElement("a") + PortElement("b") + PortElement("c"));
+    Touch();
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 3u);
+    EXPECT_EQ(Readings(), 2u);
+}
+
+TEST_F(Configuration, IsReadAgainWhenItsPathChanges) {
+    WriteConfiguration(PortElement("a"));
+    m_tl.UpdatePortConfiguration();
+    const scripted::TemporaryFolder other;
+    other.Write("PortConfiguration_x64.xml", "<r/>");
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", other.Path());
+    std::filesystem::last_write_time(other / "PortConfiguration_x64.xml",
+                                     std::filesystem::last_write_time(ConfigurationPath()));
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
+    EXPECT_EQ(Readings(), 2u);
+}
+
+TEST_F(Configuration, IsEmptyWithoutAFile) {
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
+    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
+}
+
+TEST_F(Configuration, IsEmptiedWhenTheFileIsDeleted) {
+    WriteConfiguration(PortElement("a"));
+    m_tl.UpdatePortConfiguration();
+    std::filesystem::remove(ConfigurationPath());
+    m_log.Clear();
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
+    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
+}
+
+TEST_F(Configuration, IsReadAgainWhenTheFileIsBackWithItsOldTime) {
+    WriteConfiguration(PortElement("a"));
+    const auto time = std::filesystem::last_write_time(ConfigurationPath());
+    m_tl.UpdatePortConfiguration();
+    std::filesystem::rename(ConfigurationPath(), m_folder / "aside");
+    m_tl.UpdatePortConfiguration();
+    std::filesystem::rename(m_folder / "aside", ConfigurationPath());
+    std::filesystem::last_write_time(ConfigurationPath(), time);
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
+    EXPECT_EQ(Readings(), 2u);
+}
+
+TEST_F(Configuration, IsEmptyWithoutItsFolder) {
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", m_folder / "missing");
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
+}
+
+TEST_F(Configuration, IsAnErrorWhenItsPathDoesNotFit) {
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", std::string(250, 'x'));
+    constexpr char kText[] = "Couldn't get full path to the PortConfiguration.xml file.";
+    EXPECT_EQ(ThrownBy<GenICam::GenericException>([&] { m_tl.UpdatePortConfiguration(); }),
+              (Thrown{"GenericException", kText, kTlSource}));
+    EXPECT_THAT(LoggedIn(kTl), ElementsAre(Logged{kError, kText, {}}));
+}
+
+TEST_F(Configuration, KeepsItsEntriesWhenTheFileIsDamaged) {
+    WriteConfiguration(PortElement("a"));
+    const auto time = std::filesystem::last_write_time(ConfigurationPath());
+    m_tl.UpdatePortConfiguration();
+    m_folder.Write("PortConfiguration_x64.xml", "<r>");
+    Touch();
+    EXPECT_THROW(m_tl.UpdatePortConfiguration(), GenICam::RuntimeException);
+    // Path and time are still those of the good one: with that time the file counts as read.
+    std::filesystem::last_write_time(ConfigurationPath(), time);
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
+}
+
+TEST_F(Configuration, IsReadByManyThreadsAtOnce) {
+    WriteConfiguration(PortElement("a"));
+    std::vector<std::thread> threads;
+    for (int count = 0; count < 4; ++count)
+        threads.emplace_back([this] {
+            for (int round = 0; round < 50; ++round)
+                EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
+        });
+    for (int round = 0; round < 50; ++round)
+        Touch();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+class Enumeration : public TlTest {
+protected:
+    Enumeration() { scripted::Serial().SetPorts(3, {kCamera, "", kOther}); }
+
+    DeviceInfoList Enumerate() {
+        DeviceInfoList list;
+        const int count = m_tl.EnumerateDevices(list);
+        EXPECT_EQ(count, static_cast<int>(list.size()));
+        return list;
+    }
+    static std::vector<gcstring> FriendlyNames(const DeviceInfoList& list) {
+        std::vector<gcstring> names;
+        for (const CDeviceInfo& info : list)
+            names.push_back(info.GetFriendlyName());
+        return names;
+    }
+    static std::string Settings(const std::string& manufacturer, const std::string& family, const std::string& model,
+                                const std::string& text, const std::string& rate = "115200") {
+        return "<Manufacturer>" + manufacturer + "</Manufacturer><Family>" + family + "</Family><Model>" + model +
+               "</Model><DeviceSpecificString>" + text + "</DeviceSpecificString><BaudRate>" + rate + "</BaudRate>";
+    }
+    void EnableAll(const std::string& settings = "") {
+        WriteConfiguration(PortElement("Scripted#Port0", settings) + PortElement("Scripted#Port1", settings) +
+                           PortElement("Scripted#Port2", settings));
+    }
+    static std::vector<gcstring> AvailablePorts() {
+        gcstring_vector ports;
+        CLProtocol::CCLPort::GetPortIDs(ports);
+        return ToVector(ports);
+    }
+};
+
+TEST_F(Enumeration, FindsCamerasOnEnabledPorts) {
+    EnableAll();
+    EXPECT_THAT(FriendlyNames(Enumerate()), ElementsAre("Marlow H2048 (1234)", "Marlow H4096 (5678)"));
+}
+
+TEST_F(Enumeration, MakesCompleteRecords) {
+    EnableAll();
+    const DeviceInfoList list = Enumerate();
+    ASSERT_EQ(list.size(), 2u);
+    const CVantoCLSerDeviceInfo info(list[0]);
+    EXPECT_EQ(info.GetPortID(), "Scripted#Port0");
+    EXPECT_EQ(info.GetDeviceID(), scripted::FullDeviceId(kCamera).c_str());
+    EXPECT_TRUE(info.IsSubset(CVantoCLSerTlDeviceInfoImpl("Scripted#Port0", scripted::FullDeviceId(kCamera))));
+    EXPECT_FALSE(info.IsUserProvided());
+}
+
+TEST_F(Enumeration, LogsEachStep) {
+    WriteConfiguration(PortElement("Scripted#Port1") + PortElement("Scripted#Port0"));
+    scripted::Driver().templates = "Another\tMarlow";
+    Enumerate();
+    const std::vector<gcstring> ports = AvailablePorts();
+    const std::string another = scripted::FullDeviceId("Another");
+    const std::string marlow = scripted::FullDeviceId("Marlow");
+    const std::string camera = scripted::FullDeviceId(kCamera);
+    std::vector<Logged> expected = {
+        {kDebug, kLoading, {ConfigurationPath()}},
+        {kDebug, "Successfully parsed %u entries from CLbindings file.", {"2"}},
+        {kDebug, "GetPortIDs() found %u ports.", {std::to_string(ports.size())}},
+    };
+    for (const gcstring& port : ports)
+        expected.push_back({kDebug, "Found available PortID '%s'", {port.str()}});
+    const std::vector<Logged> rest = {
+        {kDebug, "Valid usable PortID '%s'", {"Scripted#Port0"}},
+        {kDebug, "Valid usable PortID '%s'", {"Scripted#Port1"}},
+        {kDebug, "Found DeviceIDTemplate '%s'", {another}},
+        {kDebug, "Found DeviceIDTemplate '%s'", {marlow}},
+        {kDebug, "Usable DeviceIDTemplate: '%s'", {marlow}},
+        {kDebug, "Port '%s' adding '%s' to slot %u!", {"Scripted#Port0", camera, "0"}},
+        {kWarning, "Seems there is no device connected to port '%s'. Skipping further probes.", {"Scripted#Port1"}},
+        {kDebug, "Probed '%s' found '%s'", {"Scripted#Port0", camera}},
+        {kDebug, "Probed '%s' found '%s'", {"Scripted#Port1", ""}},
+    };
+    expected.insert(expected.end(), rest.begin(), rest.end());
+    EXPECT_EQ(LoggedIn(kTl), expected);
+}
+
+TEST_F(Enumeration, NumbersSlotsByPort) {
+    EnableAll();
+    Enumerate();
+    EXPECT_EQ(m_log.CountText("Port 'Scripted#Port2' adding '" + scripted::FullDeviceId(kOther) + "' to slot 2!"), 1u);
+}
+
+TEST_F(Enumeration, KeepsTheOrderOfTheModule) {
+    WriteConfiguration(PortElement("Scripted#Port2") + PortElement("Scripted#Port0"));
+    EXPECT_THAT(FriendlyNames(Enumerate()), ElementsAre("Marlow H2048 (1234)", "Marlow H4096 (5678)"));
+}
+
+TEST_F(Enumeration, FindsNothingWithoutAConfiguration) {
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    EXPECT_EQ(LoggedIn(kTl).back(), (Logged{kDebug, kNoUsable, {}}));
+    EXPECT_EQ(scripted::Serial().Port(0).opened, 0);
+}
+
+TEST_F(Enumeration, ProbesNoDisabledPort) {
+    WriteConfiguration(PortElement("Scripted#Port0", "", "false") + PortElement("Scripted#Port2", "", ""));
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    EXPECT_EQ(scripted::Serial().Port(0).opened + scripted::Serial().Port(2).opened, 0);
+    EXPECT_EQ(CountLogged(kTl, {kDebug, kNoUsable, {}}), 1u);
+}
+
+TEST_F(Enumeration, ProbesAPortThatIsEnabledByOneOfItsEntries) {
+    WriteConfiguration(PortElement("Scripted#Port0", "", "false") + PortElement("Scripted#Port0"));
+    EXPECT_EQ(Enumerate().size(), 1u);
+}
+
+TEST_F(Enumeration, ProbesAPortWithSeveralEntriesOnce) {
+    WriteConfiguration(PortElement("Scripted#Port0") + PortElement("Scripted#Port0"));
+    EXPECT_EQ(Enumerate().size(), 1u);
+    EXPECT_EQ(scripted::Serial().Port(0).opened, 1);
+}
+
+TEST_F(Enumeration, ComparesPortsCaseSensitively) {
+    WriteConfiguration(PortElement("scripted#port0") + PortElement("Scripted#Port"));
+    EXPECT_THAT(Enumerate(), IsEmpty());
+}
+
+TEST_F(Enumeration, IgnoresEntriesOfOtherPorts) {
+    WriteConfiguration(PortElement("Nobody#Knows") + PortElement("Scripted#Port0"));
+    EXPECT_EQ(Enumerate().size(), 1u);
+}
+
+TEST_F(Enumeration, ProbesNoPortWithoutATemplateOfTheMaker) {
+    EnableAll();
+    scripted::Driver().templates = "Another\tmarlow\tMarlow2";
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    EXPECT_EQ(LoggedIn(kTl).back(), (Logged{kDebug, "No usable usable DeviceIDTemplates found!", {}}));
+    EXPECT_EQ(scripted::Serial().Port(0).opened, 0);
+}
+
+TEST_F(Enumeration, TakesTemplatesThatNameMoreThanTheMaker) {
+    EnableAll();
+    scripted::Driver().templates = "Marlow#Heron#H4096";
+    EXPECT_THAT(FriendlyNames(Enumerate()), ElementsAre("Marlow H4096 (5678)"));
+}
+
+TEST_F(Enumeration, TriesNoTemplateOfOtherMakers) {
+    EnableAll();
+    scripted::Driver().templates = "Another\tMarlow";
+    scripted::Serial().SetCamera(0, "Another#Family#Model#1");
+    EXPECT_THAT(FriendlyNames(Enumerate()), ElementsAre("Marlow H4096 (5678)"));
+}
+
+TEST_F(Enumeration, ProbesEachTime) {
+    EnableAll();
+    EXPECT_EQ(Enumerate().size(), 2u);
+    scripted::Serial().SetCamera(0, "");
+    scripted::Serial().SetCamera(1, kCamera);
+    EXPECT_THAT(FriendlyNames(Enumerate()), ElementsAre("Marlow H2048 (1234)", "Marlow H4096 (5678)"));
+    EXPECT_EQ(scripted::Serial().Port(0).opened, 2);
+}
+
+TEST_F(Enumeration, AppendsToTheList) {
+    EnableAll();
+    DeviceInfoList list;
+    list.push_back(CDeviceInfo());
+    EXPECT_EQ(m_tl.EnumerateDevices(list, true), 2);
+    EXPECT_EQ(list.size(), 3u);
+}
+
+TEST_F(Enumeration, SetsWhatTheEntrySays) {
+    EnableAll(Settings("Marlow", "Heron", "H2048", "text", "57600"));
+    const CVantoCLSerDeviceInfo info(Enumerate()[0]);
+    EXPECT_EQ(info.GetDeviceSpecificString(), "text");
+    EXPECT_EQ(info.GetInitialBaudRate(), "57600");
+}
+
+TEST_F(Enumeration, SetsEmptyTexts) {
+    EnableAll(Settings("Marlow", "", "", "", ""));
+    const CVantoCLSerDeviceInfo info(Enumerate()[0]);
+    EXPECT_TRUE(info.IsDeviceSpecificStringAvailable());
+    EXPECT_EQ(info.GetDeviceSpecificString(), "");
+    EXPECT_TRUE(info.IsInitialBaudRateAvailable());
+    EXPECT_EQ(info.GetInitialBaudRate(), "");
+}
+
+TEST_F(Enumeration, SetsNothingForACameraOfAnotherMaker) {
+    EnableAll(Settings("Another", "Heron", "H2048", "text"));
+    const CVantoCLSerDeviceInfo info(Enumerate()[0]);
+    EXPECT_FALSE(info.IsDeviceSpecificStringAvailable());
+    EXPECT_FALSE(info.IsInitialBaudRateAvailable());
+}
+
+TEST_F(Enumeration, SetsNothingThatOnlyTheApplicationSets) {
+    EnableAll(Settings("Marlow", "Heron", "H2048", "text"));
+    const CVantoCLSerDeviceInfo info(Enumerate()[0]);
+    EXPECT_FALSE(info.IsDeviceXMLFileOverrideAvailable());
+    EXPECT_FALSE(info.IsPortSpecificStringAvailable());
+}
+
+TEST_F(Enumeration, MakesRecordsThatCountAsUnchanged) {
+    EnableAll(Settings("Marlow", "Heron", "H2048", "text"));
+    const DeviceInfoList list = Enumerate();
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_FALSE(list[0].GetInfoImpl().IsModified());
+}
+
+TEST_F(Enumeration, TakesTheMoreExactEntryWhateverTheOrder) {
+    const std::string exact = PortElement("Scripted#Port0", Settings("Marlow", "Heron", "H2048", "exact"));
+    const std::string maker = PortElement("Scripted#Port0", Settings("Marlow", "", "", "maker"));
+    for (const std::string& ports : {exact + maker, maker + exact}) {
+        WriteConfiguration(ports);
+        Touch();
+        EXPECT_EQ(CVantoCLSerDeviceInfo(Enumerate()[0]).GetDeviceSpecificString(), "exact");
+    }
+}
+
+TEST_F(Enumeration, LogsADamagedConfigurationTwice) {
+    m_folder.Write("PortConfiguration_x64.xml", "<r>");
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    const std::vector<Logged> logged = LoggedIn(kTl);
+    ASSERT_EQ(logged.size(), 3u);
+    EXPECT_EQ(logged[1].format, "Could not read CLBindings (%s)");
+    const std::string description = logged[1].arguments.at(0);
+    EXPECT_THAT(description, testing::StartsWith("Failed to parse XML file '"));
+    EXPECT_EQ(logged[2], (Logged{kError,
+                                 "Exception in %s while enumerating devices. '%s'",
+                                 {"Vanto::CVantoCLSerTl::InternalEnumerateDevices", description}}));
+}
+
+TEST_F(Enumeration, LogsAMissingPath) {
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", std::string(250, 'x'));
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    EXPECT_EQ(LoggedIn(kTl).back(), (Logged{kError,
+                                            "Exception in %s while enumerating devices. '%s'",
+                                            {"Vanto::CVantoCLSerTl::InternalEnumerateDevices",
+                                             "Couldn't get full path to the PortConfiguration.xml file."}}));
+}
+
+TEST_F(Enumeration, KeepsThePortsOfADamagedConfigurationForLater) {
+    EnableAll();
+    EXPECT_EQ(Enumerate().size(), 2u);
+    m_folder.Write("PortConfiguration_x64.xml", "<r>");
+    Touch();
+    EXPECT_EQ(Enumerate().size(), 0u);
+    EnableAll();
+    Touch();
+    EXPECT_EQ(Enumerate().size(), 2u);
+}
+
+TEST_F(Enumeration, KeepsAConnectionThatIsOpen) {
+    EnableAll();
+    CVantoCLSerPort& port = m_tl.GetOrCreatePort("Scripted#Port0");
+    EXPECT_EQ(&m_tl.GetOrCreatePort("Scripted#Port0"), &port);
+    ASSERT_TRUE(port.Connect(scripted::FullDeviceId(kCamera)));
+    EXPECT_EQ(Enumerate().size(), 2u);
+    EXPECT_TRUE(port.IsConnected());
+}
+
+TEST_F(Enumeration, RunsInManyThreadsAtOnce) {
+    EnableAll();
+    std::vector<std::thread> threads;
+    for (int count = 0; count < 4; ++count)
+        threads.emplace_back([this] {
+            for (int round = 0; round < 10; ++round) {
+                DeviceInfoList list;
+                EXPECT_EQ(m_tl.EnumerateDevices(list), 2);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+class BestPortConfiguration : public testing::Test {
+protected:
+    static PortConfiguration Entry(const char* manufacturer, const char* family = "", const char* model = "") {
+        PortConfiguration entry;
+        entry.id = "port";
+        entry.manufacturer = manufacturer;
+        entry.family = family;
+        entry.model = model;
+        entry.enabled = true;
+        return entry;
+    }
+    // Index of the entry that is found; -1 for none.
+    static int Find(const PortConfigurationList& entries, const char* deviceId = "d#f#Marlow#Heron#H2048#1234") {
+        const PortConfiguration* found = FindBestPortConfiguration("port", deviceId, entries);
+        return found != nullptr ? static_cast<int>(found - entries.data()) : -1;
+    }
+};
+
+TEST_F(BestPortConfiguration, IsNoneOfNone) {
+    EXPECT_EQ(Find({}), -1);
+}
+
+TEST_F(BestPortConfiguration, NeedsTheMaker) {
+    EXPECT_EQ(Find({Entry("Marlow")}), 0);
+    EXPECT_EQ(Find({Entry("Another", "Heron", "H2048"), Entry("marlow"), Entry("")}), -1);
+}
+
+TEST_F(BestPortConfiguration, PrefersTheFamily) {
+    EXPECT_EQ(Find({Entry("Marlow"), Entry("Marlow", "Heron"), Entry("Marlow", "Egret")}), 1);
+}
+
+TEST_F(BestPortConfiguration, PrefersTheModelOfTheFamily) {
+    EXPECT_EQ(Find({Entry("Marlow", "Heron"), Entry("Marlow", "Heron", "H4096"), Entry("Marlow", "Heron", "H2048")}),
+              2);
+}
+
+TEST_F(BestPortConfiguration, LooksAtTheModelOnlyWithinTheFamily) {
+    EXPECT_EQ(Find({Entry("Marlow", "", "H4096"), Entry("Marlow", "Egret", "H2048")}), 0);
+    EXPECT_EQ(Find({Entry("Marlow", "", "H2048"), Entry("Marlow", "Heron")}), 1);
+}
+
+TEST_F(BestPortConfiguration, ComparesCaseSensitively) {
+    EXPECT_EQ(Find({Entry("Marlow", "heron", "H2048"), Entry("Marlow", "Heron", "h2048")}), 1);
+}
+
+TEST_F(BestPortConfiguration, KeepsTheEarlierOfEquals) {
+    EXPECT_EQ(Find({Entry("Marlow", "Heron", "H2048"), Entry("Marlow", "Heron", "H2048")}), 0);
+    EXPECT_EQ(Find({Entry("Marlow", "x"), Entry("Marlow", "y")}), 0);
+}
+
+TEST_F(BestPortConfiguration, LeavesDisabledEntriesOut) {
+    PortConfiguration disabled = Entry("Marlow", "Heron", "H2048");
+    disabled.enabled = false;
+    EXPECT_EQ(Find({disabled, Entry("Marlow")}), 1);
+}
+
+TEST_F(BestPortConfiguration, LeavesOtherPortsOut) {
+    PortConfiguration other = Entry("Marlow", "Heron", "H2048");
+    other.id = "Port";
+    EXPECT_EQ(Find({other, Entry("Marlow")}), 1);
+}
+
+TEST_F(BestPortConfiguration, MatchesAnEmptyMakerWithAnEmptyMaker) {
+    EXPECT_EQ(Find({Entry("Marlow"), Entry("")}, "d#f##Heron#H2048#1234"), 1);
+}
+
+TEST_F(BestPortConfiguration, WarnsForEachEntryOfAnIdentifierThatIsNone) {
+    const tracelog::LogRecorder log("Vanto.CLSer.TL:trace");
+    PortConfiguration other = Entry("");
+    other.id = "another";
+    EXPECT_EQ(Find({Entry(""), other, Entry("Marlow")}, "nonsense"), -1);
+    EXPECT_EQ(log.GetMessages().size(), 2u);
+    EXPECT_EQ(log.CountText("Could not parse DeviceID 'nonsense', skipping!", kWarning), 2u);
+    EXPECT_EQ(log.CountFormat("Could not parse DeviceID '%s', skipping!", kWarning), 2u);
+}
+
+}  // namespace
+}  // namespace Vanto
