@@ -35,6 +35,8 @@ struct Control {
     }
 };
 
-extern "C" using GetControlFunction = Control*();
+extern "C" {
+using GetControlFunction = Control*();
+}
 
 }  // namespace scripted
