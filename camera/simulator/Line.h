@@ -44,6 +44,8 @@ public:
     /// Returns when a line has bytes, at the time given, or after Wake; at times for no reason.
     virtual void Wait(std::span<Line* const> lines, std::optional<TimePoint> until) = 0;
     virtual void Wake() noexcept = 0;
+    /// Has the calling thread, which is the one that waits, run as punctually as the system allows.
+    virtual void BePunctual() noexcept = 0;
 };
 
 }  // namespace MarlowSim

@@ -67,6 +67,16 @@ void Simulator::Loop::Add(const std::string& name, CameraOptions options) {
         options.serial = std::to_string(kFirstSerial + m_stations.size());
     }
     m_stations.emplace(name, std::make_unique<Station>(m_folder / name, options, Clock::now()));
+    if (options.paced) {
+        m_waiter->BePunctual();
+    }
+}
+
+void Simulator::Loop::Exchange(const std::string& name, const CameraOptions& options) {
+    Find(name).Exchange(options, Clock::now());
+    if (options.paced) {
+        m_waiter->BePunctual();
+    }
 }
 
 std::vector<std::string> Simulator::Loop::Names() const {

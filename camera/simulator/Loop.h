@@ -33,6 +33,7 @@ public:
 
     Station& Find(const std::string& name);
     void Add(const std::string& name, CameraOptions options);
+    void Exchange(const std::string& name, const CameraOptions& options);
     std::vector<std::string> Names() const;
     const std::filesystem::path& Folder() const { return m_folder; }
 

@@ -62,7 +62,7 @@ void Simulator::Plug(const std::string& name, Power power) {
  * \brief Put another camera at the end of the same cable; the line stays
  */
 void Simulator::Exchange(const std::string& name, const CameraOptions& options) {
-    m_loop->Do([&](Loop& loop) { loop.Find(name).Exchange(options, Clock::now()); });
+    m_loop->Do([&](Loop& loop) { loop.Exchange(name, options); });
 }
 
 /// A camera's options, its faults as they are now.

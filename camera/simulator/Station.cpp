@@ -20,7 +20,7 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
 constexpr milliseconds kPartialMargin{50};  // beyond the transfer time of a packet that does not become whole
-constexpr milliseconds kChunkTime{1};       // of bytes that are handed to the host together
+constexpr milliseconds kChunkTime{4};       // of bytes that are handed to the host together
 constexpr milliseconds kPullTime{200};      // for the host to read the last bytes before the cable is out
 constexpr milliseconds kPullStep{1};
 
@@ -60,7 +60,7 @@ void Station::Advance(TimePoint now) {
     EndCountdowns(now);
     // What the host wrote in time counts as in time, however late this thread runs: so it comes first.
     TakeFromLine(now);
-    DeliverToCamera(now);
+    GiveUpPartial(now);
     m_device->OnTime(now);
     CollectFromCamera();
     SendToHost(now);
@@ -92,9 +92,6 @@ std::optional<TimePoint> Station::NextEvent() const {
         return Clock::now() + kPullStep;
     }
     std::optional<TimePoint> next = Earlier(m_device->NextEvent(), m_partialEnd);
-    if (!m_arriving.empty()) {
-        next = Earlier(next, m_arriving.front().due);
-    }
     if (!m_leaving.empty()) {
         const Leaving& front = m_leaving.front();
         next = Earlier(next, front.start ? NextChunk(front) : std::max(front.outgoing.ready, m_outputFree));
@@ -109,6 +106,8 @@ TimePoint Station::NextChunk(const Leaving& leaving) {
     return *leaving.start + gencp::TransferTime(end, leaving.bitsPerSecond);
 }
 
+/// Bytes are handed on at once, with the time at which a real line would have carried them: the camera counts from that
+/// one, so nothing is lost to a thread that wakes late.
 void Station::TakeFromLine(TimePoint now) {
     std::array<std::uint8_t, 4096> buffer;
     while (const std::size_t count = m_line->Receive(buffer)) {
@@ -120,28 +119,24 @@ void Station::TakeFromLine(TimePoint now) {
         if (m_options.faults.silent) {
             continue;
         }
-        Bytes bytes(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count));
-        if (hostRate != ownRate) {
+        if (hostRate == ownRate) {
+            m_parser.Append(gencp::ByteView(buffer).first(count));
+        } else {
             m_statistics.noiseBytes += count;
-            bytes = m_chance.Noise(std::max<std::size_t>(1, count * ownRate / lineRate));
+            m_parser.Append(m_chance.Noise(std::max<std::size_t>(1, count * ownRate / lineRate)));
         }
-        m_arriving.push_back({m_inputFree, std::move(bytes)});
+        HandleParsed(m_inputFree);
     }
 }
 
-void Station::DeliverToCamera(TimePoint now) {
-    while (m_line && !m_arriving.empty() && m_arriving.front().due <= now) {
-        const Arriving arriving = std::move(m_arriving.front());
-        m_arriving.pop_front();
-        m_parser.Append(arriving.bytes);
-        HandleParsed(arriving.due);
+void Station::GiveUpPartial(TimePoint now) {
+    if (!m_partialEnd || now < *m_partialEnd) {
+        return;
     }
-    if (m_partialEnd && now >= *m_partialEnd) {
-        while (m_line && m_parser.IsInsidePacket()) {
-            m_partialBegin.reset();
-            m_parser.GiveUpPartial();
-            HandleParsed(now);
-        }
+    while (m_parser.IsInsidePacket()) {
+        m_partialBegin.reset();
+        m_parser.GiveUpPartial();
+        HandleParsed(now);
     }
 }
 
@@ -279,7 +274,6 @@ void Station::Carry(const Leaving& leaving, std::size_t begin, std::size_t end) 
 
 void Station::ClearLine() {
     m_parser.Clear();
-    m_arriving.clear();
     m_leaving.clear();
     m_partialBegin.reset();
     m_partialEnd.reset();

@@ -41,11 +41,6 @@ public:
     const std::filesystem::path& Link() const { return m_link; }
 
 private:
-    /// Bytes on their way to the camera.
-    struct Arriving {
-        TimePoint due;
-        gencp::Bytes bytes;
-    };
     /// A packet on its way to the host.
     struct Leaving {
         Device::Outgoing outgoing;
@@ -60,7 +55,7 @@ private:
     void EndCountdowns(TimePoint now);
     static TimePoint NextChunk(const Leaving& leaving);
     void TakeFromLine(TimePoint now);
-    void DeliverToCamera(TimePoint now);
+    void GiveUpPartial(TimePoint now);
     void HandleParsed(TimePoint at);
     void HandleCommand(const gencp::Packet& packet, TimePoint at);
     void WatchPartial(TimePoint at);
@@ -79,7 +74,6 @@ private:
     std::unique_ptr<Device> m_device;
     std::unique_ptr<Line> m_line;
     gencp::StreamParser m_parser;
-    std::deque<Arriving> m_arriving;
     std::deque<Leaving> m_leaving;
     TimePoint m_inputFree{};                  // when the line to the camera has carried all that was sent
     TimePoint m_outputFree{};                 // the same of the line to the host

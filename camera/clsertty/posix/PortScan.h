@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "../PortList.h"
+#include "PortList.h"
 
 namespace ClSerTty {
 

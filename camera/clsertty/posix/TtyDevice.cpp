@@ -20,9 +20,9 @@
 #include <system_error>
 #include <thread>
 
-#include "../BaudRates.h"
-#include "../SerialError.h"
+#include "BaudRates.h"
 #include "PortHolder.h"
+#include "SerialError.h"
 #include "TtyKind.h"
 #include "clser/ClSerial.h"
 

@@ -8,8 +8,8 @@
 
 #include <string>
 
-#include "../SerialDevice.h"
 #include "FileDescriptor.h"
+#include "SerialDevice.h"
 
 namespace ClSerTty {
 

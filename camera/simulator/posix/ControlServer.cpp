@@ -3,7 +3,7 @@
  * A socket through which another program commands a simulator
  */
 
-#include "../ControlServer.h"
+#include "ControlServer.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>

@@ -3,7 +3,7 @@
  * Waits until somebody wants the program to end
  */
 
-#include "../EndSignal.h"
+#include "EndSignal.h"
 
 #include <poll.h>
 #include <signal.h>
