@@ -135,7 +135,10 @@ EAccessMode CNode::Access(Evaluation& evaluation, bool withLocks) {
     if (Has(kBroken))
         mode = NI;
     if (evaluation.cacheable) {
-        (withLocks ? m_fullAccess : m_readAccess) = mode;
+        if (withLocks)
+            m_fullAccess = mode;
+        else
+            m_readAccess = mode;
         Set(withLocks ? kFullAccessValid : kReadAccessValid);
     }
     return mode;

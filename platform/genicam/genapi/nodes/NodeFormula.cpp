@@ -64,8 +64,8 @@ void NodeSymbols::Declare(ETag tag, FormulaSymbol::Kind kind) {
     for (std::size_t i = 0; i + 1 < properties.size(); ++i) {
         if (properties[i].tag != tag || properties[i + 1].tag != ETag::AttributeName)
             continue;
-        m_declarations.try_emplace(m_owner.TextOf(properties[i + 1]), &properties[i], kind,
-                                   static_cast<std::uint32_t>(m_expressions.size()));
+        m_declarations.try_emplace(m_owner.TextOf(properties[i + 1]),
+                                   Declaration{&properties[i], kind, static_cast<std::uint32_t>(m_expressions.size())});
         if (kind == FormulaSymbol::Kind::Expression)
             m_expressions.push_back(m_owner.TextOf(properties[i]));
     }
