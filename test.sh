@@ -74,7 +74,7 @@ stage_clang() { build clang; }
 stage_asan() { build asan && run_tests asan; }
 stage_tsan() { build tsan && run_tests tsan; }
 stage_install() { build release && packaging/check-install.sh build/release; }
-stage_fuzz() { build fuzz && packaging/run-fuzzers.sh build/fuzz/bin "${FUZZ_SECONDS:-30}"; }
+stage_fuzz() { build clang && packaging/run-fuzzers.sh build/clang/bin "${FUZZ_SECONDS:-30}"; }
 
 start=$SECONDS
 install_missing_packages || exit 1
