@@ -86,10 +86,10 @@ SerialConnection::~SerialConnection() {
     }
 }
 
-/// What the library threw last; empty when it has not.
-std::string SerialConnection::LastException() const {
+/// What the library has thrown since the last time that this was asked; empty when it has not.
+std::string SerialConnection::TakeException() {
     const std::lock_guard lock(m_mutex);
-    return m_lastException;
+    return std::exchange(m_lastException, {});
 }
 
 template <class Operation>

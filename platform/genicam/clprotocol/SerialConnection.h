@@ -25,7 +25,7 @@ public:
     CLINT32 clSetBaudRate(CLUINT32 baudRate) noexcept override;
 
     const SerialLibrary& Library() const noexcept { return *m_library; }
-    std::string LastException() const;
+    std::string TakeException();
 
 private:
     template <class Operation>
@@ -34,7 +34,7 @@ private:
     CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
 
     const std::shared_ptr<const SerialLibrary> m_library;
-    mutable std::mutex m_mutex;
+    std::mutex m_mutex;
     std::vector<char> m_received;  // what has come in and was not asked for completely yet
     std::vector<char> m_piece;
     std::string m_lastException;

@@ -145,7 +145,7 @@ void Session::SetRate(CLUINT32 flag, CLUINT32 timeoutMs) {
     CheckSuccess("clpSetParam", m_driver->SetParameter(m_serial, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs));
 }
 
-void Session::CheckSuccess(const char* function, CLINT32 result) const {
+void Session::CheckSuccess(const char* function, CLINT32 result) {
     if (result < 0)
         ThrowError(function, result);
     if (result > 0)
@@ -153,10 +153,10 @@ void Session::CheckSuccess(const char* function, CLINT32 result) const {
             result);
 }
 
-void Session::ThrowError(const char* function, CLINT32 result) const {
+void Session::ThrowError(const char* function, CLINT32 result) {
     std::string text = GenICam::FormatText("Port '%s': function '%s' of '%s' failed: %s (%d)", m_portId, function,
                                            m_driver->Path(), ErrorText(result), result);
-    if (const std::string cause = m_serial.LastException(); !cause.empty())
+    if (const std::string cause = m_serial.TakeException(); !cause.empty())
         text += ". " + cause;
     throw CLErrException(text.c_str(), __FILE__, __LINE__, result);
 }

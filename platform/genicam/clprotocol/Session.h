@@ -35,8 +35,8 @@ public:
     ISerial& Serial() { return m_serial; }
 
 private:
-    void CheckSuccess(const char* function, CLINT32 result) const;
-    [[noreturn]] void ThrowError(const char* function, CLINT32 result) const;
+    void CheckSuccess(const char* function, CLINT32 result);
+    [[noreturn]] void ThrowError(const char* function, CLINT32 result);
     std::string ErrorText(CLINT32 result) const;
     CLINT32 ContinuePendingWrite(CLUINT32 timeoutMs);
 

@@ -73,6 +73,14 @@ TEST(Library, ForgetsPathOnUnload) {
     EXPECT_EQ(library.Path(), "");
 }
 
+TEST(Library, StaysLoadedWhenKept) {
+    os::Library library(OS_TEST_LIBRARY);
+    auto* const answer = library.Get<int()>("Answer");
+    library.Keep();
+    EXPECT_FALSE(library.IsLoaded());
+    EXPECT_EQ(answer(), 42);
+}
+
 TEST(Library, TellsWhereCodeLies) {
     const os::Library library(OS_TEST_LIBRARY);
     EXPECT_EQ(os::FileNameOf(os::PathOfCode(library.Symbol("Answer"))), os::FileNameOf(OS_TEST_LIBRARY));

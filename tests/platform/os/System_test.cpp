@@ -19,6 +19,11 @@ TEST(System, TicksInMilliseconds) {
     EXPECT_GE(os::TickCount() - start, 50u);
 }
 
+TEST(System, HasNoUnknownSettings) {
+    EXPECT_FALSE(os::MachineSetting("software\\none\\such", "NoneSuch"));
+    EXPECT_FALSE(os::MachineSetting("software", ""));
+}
+
 #ifndef _WIN32
 TEST(System, ShowsTheDebuggerATextAsItIs) {
     testing::internal::CaptureStderr();

@@ -102,7 +102,7 @@ SCRIPTED_EXPORT void* scriptedDriver() {
 
 SCRIPTED_EXPORT CLINT32 clpInitLib(CLProtocol::CLP_LOGGER logger, CLINT32 logLevel) {
     if (const auto hook = Enter("clpInitLib", &DriverScript::onInitLib))
-        return hook(logger, logLevel);
+        return hook(logLevel);
     DriverScript& script = Script();
     const std::lock_guard lock(script.mutex);
     script.logger = logger;

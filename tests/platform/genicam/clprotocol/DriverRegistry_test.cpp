@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <future>
+#include <mutex>
 
 #include "CLProtocol/CLPort.h"
 #include "CLProtocol/Log.h"
@@ -107,7 +108,10 @@ TEST_F(Drivers, ThatHangDoNotHideOthers) {
     };
     EXPECT_EQ(Templates(), (Texts{folder.Path() + "#libOther.so#Other"}));
     EXPECT_EQ(ReportOf("libScripted").refusal, "a function of it does not return");
-    script.onGetTemplates = nullptr;
+    {
+        const std::lock_guard lock(script.mutex);  // its last use has not returned yet
+        script.onGetTemplates = nullptr;
+    }
     latch->set_value();
     while (Templates().size() < 2)
         std::this_thread::yield();
@@ -194,7 +198,7 @@ TEST_F(Drivers, OfVersion1_0AreRefusedAndOf1_1Used) {
 
 TEST_F(Drivers, ThatCannotInitialiseAreRefused) {
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    Copy("libInit.so").onInitLib = [](CLProtocol::CLP_LOGGER, std::int32_t) { return -30005; };
+    Copy("libInit.so").onInitLib = [](std::int32_t) { return -30005; };
     Copy("libThrow.so").onGetVersion = [](std::uint32_t*, std::uint32_t*) -> std::int32_t { throw 1; };
     EXPECT_NE(ReportOf("libInit").refusal.str().find("'clpInitLib'"), std::string::npos);
     EXPECT_NE(ReportOf("libThrow").refusal.str().find("'clpGetCLProtocolVersion'"), std::string::npos);

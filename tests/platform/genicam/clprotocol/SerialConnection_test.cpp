@@ -70,8 +70,15 @@ TEST_F(Connection, ReportsAPortInUseWithTheLibrarysText) {
     }
 }
 
-TEST_F(Connection, ClosesAPortThatRefuses9600) {
-    script.onSetBaudRate = [](PortScript&, std::uint32_t) { return -10008; };
+TEST_F(Connection, KeepsTheRateOfAPortThatLacks9600) {
+    script.supportedRates = CL_BAUDRATE_115200;
+    SerialConnection connection(library, 0, "id");
+    EXPECT_TRUE(script.Port(0).rates.empty());
+    EXPECT_EQ(connection.clSetBaudRate(CL_BAUDRATE_115200), 0);
+}
+
+TEST_F(Connection, ClosesAPortWhoseRateCannotBeSet) {
+    script.onSetBaudRate = [](PortScript&, std::uint32_t) { return -10006; };
     EXPECT_THROW(SerialConnection(library, 0, "id"), CLProtocol::CLErrException);
     EXPECT_EQ(script.Port(0).closed, 1);
     script.onSetBaudRate = [](PortScript&, std::uint32_t) -> std::int32_t { throw std::runtime_error("no"); };
@@ -181,11 +188,10 @@ TEST_F(Connection, PassesOnErrorsOfReading) {
 }
 
 TEST_F(Connection, ContinuesIncompleteWrites) {
-    int calls = 0;
+    std::uint32_t calls = 0;
     std::string line;
     script.onWrite = [&](PortScript&, char* buffer, std::uint32_t* size, std::uint32_t) {
-        *size = ++calls % 2;  // nothing, one byte, nothing, ...
-        *size = 1 - *size;
+        *size = calls++ % 2;  // nothing, one byte, nothing, ...
         line.append(buffer, *size);
         return 0;
     };
@@ -233,9 +239,9 @@ TEST_F(Connection, TurnsExceptionsIntoACodeAndKeepsTheirText) {
     };
     script.onWrite = [](PortScript&, char*, std::uint32_t*, std::uint32_t) -> std::int32_t { throw 1; };
     SerialConnection connection(library, 0, "id");
-    EXPECT_EQ(connection.LastException(), "");
+    EXPECT_EQ(connection.TakeException(), "");
     EXPECT_EQ(Read(connection, 3, 1000), -10006);
-    EXPECT_EQ(connection.LastException(),
+    EXPECT_EQ(connection.TakeException(),
               "Function 'clSerialRead' of '" + scripted::SerialPath() + "' threw an exception: reason");
     std::uint32_t written = 0;
     EXPECT_EQ(Write(connection, "hello", 1000, &written), -10006);

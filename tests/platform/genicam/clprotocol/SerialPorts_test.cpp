@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <future>
+#include <mutex>
 
 #include "CLProtocol/CLPort.h"
 #include "os/Path.h"
@@ -165,7 +166,10 @@ TEST_F(Ports, OfALibraryThatHangsDoNotHideOthers) {
     EXPECT_TRUE(PortIds().empty());
     EXPECT_EQ(PortIds("Second"), (Texts{"Second#Port0"}));
     EXPECT_EQ(ReportOf("clserscr").refusal, "a function of it does not return");
-    script.onGetNumSerialPorts = nullptr;
+    {
+        const std::lock_guard lock(script.mutex);  // its last use has not returned yet
+        script.onGetNumSerialPorts = nullptr;
+    }
     latch->set_value();
     // It recovers when its function returns after all.
     while (PortIds().empty())

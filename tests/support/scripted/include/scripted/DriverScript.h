@@ -52,7 +52,7 @@ public:
     CLProtocol::CLP_LOGGER logger;
     std::int32_t logLevel;
 
-    std::function<std::int32_t(CLProtocol::CLP_LOGGER, std::int32_t)> onInitLib;
+    std::function<std::int32_t(std::int32_t logLevel)> onInitLib;
     std::function<std::int32_t(std::uint32_t*, std::uint32_t*)> onGetVersion;
     std::function<std::int32_t(char*, std::uint32_t*)> onGetTemplates;
     std::function<std::int32_t(ISerial*, const char*, char*, std::uint32_t*, std::uint32_t*, std::uint32_t)> onProbe;
