@@ -7,6 +7,7 @@
 #include "commands/ConfigInitCommand.h"
 #include "commands/ConfigPathCommand.h"
 #include "commands/ConfigShowCommand.h"
+#include "commands/DescribeCommand.h"
 #include "commands/DoctorCommand.h"
 #include "commands/ListCommand.h"
 #include "commands/PortsCommand.h"
@@ -29,6 +30,7 @@ constexpr CommandEntry kCommands[] = {
     {"config show", "Show what the file says", &Make<ConfigShowCommand>},
     {"config check", "Say what is wrong with the file, with line and column", &Make<ConfigCheckCommand>},
     {"config init", "Write a new file for the ports of this machine", &Make<ConfigInitCommand>},
+    {"describe", "Show or check a camera description from a file", &Make<DescribeCommand>},
     {"doctor", "Look for what keeps cameras from being found", &Make<DoctorCommand>},
 };
 

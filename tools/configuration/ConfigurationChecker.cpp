@@ -42,7 +42,7 @@ public:
 
 private:
     void Report(Severity severity, Place place, std::string text, std::string hint = {}) {
-        m_configuration.Add({severity, place, std::move(text), std::move(hint)});
+        m_configuration.findings.Add({severity, place, std::move(text), std::move(hint)});
     }
 
     void CheckId(const PortEntry& entry) {
@@ -152,12 +152,7 @@ private:
 void CheckPortConfiguration(PortConfiguration& configuration, const Ports& ports) {
     if (configuration.wellFormed)
         Checker(configuration, ports).Check();
-    std::stable_sort(configuration.findings.begin(), configuration.findings.end(),
-                     [](const Finding& left, const Finding& right) {
-                         // A finding about the whole file comes last.
-                         return std::tuple(left.place.line == 0, left.place.line, left.place.column) <
-                                std::tuple(right.place.line == 0, right.place.line, right.place.column);
-                     });
+    configuration.findings.SortByPlace();
 }
 
 }  // namespace tools

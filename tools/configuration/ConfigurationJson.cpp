@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Port configuration entries and findings as JSON
+ * Port configuration entries as JSON
  */
 #include "configuration/ConfigurationJson.h"
 
@@ -12,18 +12,6 @@ Json ToJson(const PortEntry& entry) {
             {"Enabled", entry.IsEnabled()},    {"Manufacturer", entry.manufacturer.text},
             {"Family", entry.family.text},     {"Model", entry.model.text},
             {"BaudRate", entry.baudRate.text}, {"DeviceSpecificString", entry.deviceSpecificString.text}};
-}
-
-Json ToJson(const Finding& finding) {
-    return {{"Severity", SeverityName(finding.severity)},
-            {"Line", finding.place.line},
-            {"Column", finding.place.column},
-            {"Text", finding.text},
-            {"Hint", finding.hint}};
-}
-
-const char* SeverityName(Severity severity) {
-    return severity == Severity::kError ? "error" : "warning";
 }
 
 }  // namespace tools

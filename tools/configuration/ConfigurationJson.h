@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Port configuration entries and findings as JSON
+ * Port configuration entries as JSON
  */
 #pragma once
 
@@ -10,7 +10,5 @@
 namespace tools {
 
 Json ToJson(const PortEntry& entry);
-Json ToJson(const Finding& finding);
-const char* SeverityName(Severity severity);
 
 }  // namespace tools

@@ -115,7 +115,7 @@ private:
     }
 
     void Report(Severity severity, std::string text, std::string hint = {}) {
-        m_configuration.Add({severity, Here(), std::move(text), std::move(hint)});
+        m_configuration.findings.Add({severity, Here(), std::move(text), std::move(hint)});
     }
 
     void Start(std::string_view name, const XML_Char** attributes) {
@@ -223,7 +223,7 @@ private:
     void EndField(OpenPort& port) {
         PlacedValue& value = m_configuration.entries[port.entry].*kFields[port.child].value;
         if (port.text.size() > kLongestValue)
-            m_configuration.Add(
+            m_configuration.findings.Add(
                 {Severity::kWarning,
                  value.place,
                  fmt::format("the text of {} is longer than {} bytes", kFields[port.child].name, kLongestValue),
@@ -238,7 +238,7 @@ private:
         const XML_Error error = XML_GetErrorCode(m_parser.get());
         const std::string text = m_whyStopped.empty() ? XML_ErrorString(error) : m_whyStopped;
         // Findings from before the fault stay: they may well be its cause.
-        m_configuration.Add({Severity::kError, Here(), "malformed XML: " + text, HintFor(error)});
+        m_configuration.findings.Add({Severity::kError, Here(), "malformed XML: " + text, HintFor(error)});
     }
 
     static std::string HintFor(XML_Error error) {

@@ -71,7 +71,7 @@ Section ExamineConfiguration() {
         const auto enabled = std::count_if(configuration.entries.begin(), configuration.entries.end(),
                                            [](const PortEntry& entry) { return entry.IsEnabled(); });
         section.observations.push_back(
-            {configuration.HasErrors() ? Health::kBad : Health::kFine,
+            {configuration.findings.HasErrors() ? Health::kBad : Health::kFine,
              "File",
              fmt::format("{} Port elements, {} enabled", configuration.entries.size(), enabled),
              {}});

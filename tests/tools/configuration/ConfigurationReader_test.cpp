@@ -112,7 +112,7 @@ TEST(ConfigurationReader, ReportsMalformedXmlWithLineAndColumnAndKeepsWhatStands
     ASSERT_EQ(configuration.findings.size(), 1U);
     EXPECT_EQ(configuration.findings[0].text, "malformed XML: mismatched tag");
     EXPECT_EQ(configuration.findings[0].place.line, 3U);
-    EXPECT_TRUE(configuration.HasErrors());
+    EXPECT_TRUE(configuration.findings.HasErrors());
 }
 
 TEST(ConfigurationReader, ReportsAnAmpersand) {
@@ -188,8 +188,8 @@ TEST(ConfigurationReader, BoundsTheNumberOfFindings) {
     for (int element = 0; element < 10'000; ++element)
         text += "<zzzzzz/>";
     const PortConfiguration configuration = Read(text + "</Port></a>");
-    EXPECT_EQ(configuration.findings.size(), PortConfiguration::kMostFindings);
-    EXPECT_EQ(configuration.findingsLeftOut, 9'900U);
+    EXPECT_EQ(configuration.findings.size(), Findings::kMost);
+    EXPECT_EQ(configuration.findings.LeftOut(), 9'900U);
 }
 
 TEST(ConfigurationReader, ReportsAnAttributeOfPort) {

@@ -95,7 +95,9 @@ TEST(Output, TellsThatNothingCouldBeWritten) {
     std::fclose(full);
 }
 
-TEST(DurationText, ShowsMilliseconds) { EXPECT_EQ(DurationText(std::chrono::milliseconds(999)), "999 ms"); }
+TEST(DurationText, ShowsMilliseconds) {
+    EXPECT_EQ(DurationText(std::chrono::milliseconds(999)), "999 ms");
+}
 
 TEST(DurationText, ShowsTenthsOfSeconds) {
     EXPECT_EQ(DurationText(std::chrono::milliseconds(12345)), "12.3 s");

@@ -1,0 +1,131 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of reading descriptions and of their feature tree
+ */
+#include "description/FeatureTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/ExitCode.h"
+#include "description/FeatureFacts.h"
+#include "system/Files.h"
+#include "system/Folders.h"
+
+namespace {
+
+using namespace tools;
+using testing::ElementsAre;
+
+DescriptionModel Model(const std::string& nodes) {
+    return DescriptionModel("<RegisterDescription ModelName='M'>" + nodes + "</RegisterDescription>");
+}
+
+FeatureFacts FactsOfA(const std::string& nodes) {
+    const DescriptionModel model = Model(nodes);
+    return FactsOf(model, *model.Find("A"));
+}
+
+TEST(DescriptionModel, ReadsNodesInsideGroups) {
+    const DescriptionModel model = Model("<Group><Group/><Group><Integer Name='A'/></Group></Group><Float Name='B'/>");
+    ASSERT_NE(model.Find("A"), nullptr);
+    EXPECT_EQ(model.Find("B")->kind, "Float");
+    EXPECT_EQ(model.Nodes().size(), 2U);
+}
+
+TEST(DescriptionModel, TrimsNamesAndTexts) {
+    const DescriptionModel model = Model("<Integer Name=' A\n'><pValue>\n  B </pValue></Integer>");
+    ASSERT_NE(model.Find("A"), nullptr);
+    EXPECT_EQ(model.Find("A")->Text("pValue"), "B");
+}
+
+TEST(DescriptionModel, FindsNamesWithTheirNameSpace) {
+    EXPECT_NE(Model("<Integer Name='A'/>").Find("Std::A"), nullptr);
+}
+
+TEST(DescriptionModel, LetsEntriesOfAStructureTakeWhatItHas) {
+    const DescriptionModel model = Model(
+        "<StructReg><Address>0</Address><pPort>P</pPort><StructEntry Name='A'><Bit>1</Bit></StructEntry></StructReg>");
+    EXPECT_EQ(model.Find("A")->Text("pPort"), "P");
+}
+
+TEST(DescriptionModel, ThrowsWithThePlaceOfAFault) {
+    try {
+        const DescriptionModel model("<RegisterDescription>\n <Integer Name='A>\n</RegisterDescription>");
+        FAIL();
+    } catch (const ToolError& error) {
+        EXPECT_THAT(error.what(), testing::StartsWith("line "));
+    }
+}
+
+TEST(FeatureFacts, TakesAccessFromTheRegisterBehind) {
+    EXPECT_EQ(FactsOfA("<Integer Name='A'><pValue>R</pValue></Integer><IntReg Name='R'><Address>0</Address>"
+                       "<AccessMode>RW</AccessMode></IntReg>")
+                  .access,
+              "RW");
+}
+
+TEST(FeatureFacts, CombinesImposedAccess) {
+    EXPECT_EQ(FactsOfA("<Integer Name='A'><ImposedAccessMode>RO</ImposedAccessMode><pValue>R</pValue></Integer>"
+                       "<IntReg Name='R'><Address>0</Address><AccessMode>RW</AccessMode></IntReg>")
+                  .access,
+              "RO");
+}
+
+TEST(FeatureFacts, KnowsThatFormulasCannotBeWritten) {
+    EXPECT_EQ(FactsOfA("<Float Name='A'><pValue>F</pValue></Float><SwissKnife Name='F'/>").access, "RO");
+}
+
+TEST(FeatureFacts, EndsOnACircle) {
+    EXPECT_EQ(FactsOfA("<Integer Name='A'><pValue>A</pValue></Integer>").access, "RW");
+}
+
+TEST(FeatureFacts, ResolvesLimitsThatAreConstants) {
+    const FeatureFacts facts = FactsOfA(
+        "<Integer Name='A'><Min>1</Min><pMax>M</pMax><pInc>I</pInc><Unit>px</Unit></Integer>"
+        "<Integer Name='M'><Value>99</Value></Integer><IntReg Name='I'><Address>0</Address></IntReg>");
+    EXPECT_EQ(RangeText(facts), "1 .. 99 step I px");
+}
+
+TEST(FeatureFacts, ListsEntriesAndConditions) {
+    const FeatureFacts facts = FactsOfA(
+        "<Enumeration Name='A'><pIsLocked>L</pIsLocked><EnumEntry Name='On'><Value>1</Value></EnumEntry>"
+        "<EnumEntry Name='Off'><Value>0</Value></EnumEntry></Enumeration>");
+    EXPECT_THAT(facts.entries, ElementsAre("On", "Off"));
+    EXPECT_THAT(facts.conditions, ElementsAre(std::pair("locked if", "L")));
+}
+
+TEST(FeatureTree, NestsFeaturesBelowCategories) {
+    const Json json =
+        FeatureTreeJson(Model("<Category Name='Root'><pFeature>C</pFeature><pFeature>Missing</pFeature></Category>"
+                              "<Category Name='C'><pFeature>A</pFeature></Category><Integer Name='A'/>"));
+    EXPECT_EQ(json.at("ModelName"), "M");
+    EXPECT_EQ(json.at("Features").at(0).at("Features").at(0).at("Name"), "A");
+    EXPECT_EQ(json.at("Features").size(), 1U);
+}
+
+TEST(FeatureTree, OpensACategoryOnlyOnce) {
+    const Json json = FeatureTreeJson(
+        Model("<Category Name='Root'><pFeature>C</pFeature><pFeature>C</pFeature></Category>"
+              "<Category Name='C'><pFeature>Root</pFeature><pFeature>A</pFeature></Category><Integer Name='A'/>"));
+    EXPECT_EQ(json.at("Features").size(), 2U);
+    EXPECT_EQ(json.at("Features").at(0).at("Features").size(), 2U);
+    EXPECT_TRUE(json.at("Features").at(1).at("Features").empty());
+}
+
+TEST(FeatureTree, NeedsARoot) {
+    EXPECT_THROW(FeatureTreeJson(Model("<Integer Name='A'/>")), ToolError);
+}
+
+TEST(DescriptionFile, RefusesWhatOnlyLooksZipped) {
+    const TemporaryFolder folder;
+    WriteFile(folder.Path() / "x.zip", "PK\x03\x04 nonsense");
+    EXPECT_THROW(ReadDescriptionText(folder.Path() / "x.zip"), ToolError);
+}
+
+TEST(DescriptionFile, RefusesAFolder) {
+    const TemporaryFolder folder;
+    EXPECT_THROW(ReadDescriptionText(folder.Path()), ToolError);
+}
+
+}  // namespace

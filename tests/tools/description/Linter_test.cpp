@@ -1,0 +1,121 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of finding what is wrong with a camera description
+ */
+#include "description/Linter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+using namespace tools;
+using testing::HasSubstr;
+
+/// A description with these nodes; Root holds the feature A. The first of them stands in line 4.
+std::string Describe(const std::string& nodes, const std::string& features = "<pFeature>A</pFeature>") {
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+           "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" SchemaMajorVersion=\"1\" "
+           "SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" MinorVersion=\"0\" "
+           "SubMinorVersion=\"0\" ToolTip=\"T\" ProductGuid=\"11111111-1111-1111-1111-111111111111\" "
+           "VersionGuid=\"22222222-2222-2222-2222-222222222222\" "
+           "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n<Category Name=\"Root\">" +
+           features + "</Category>\n" + nodes + "\n<Port Name=\"Device\"/>\n</RegisterDescription>";
+}
+
+constexpr const char* kGoodA = "<Integer Name=\"A\"><Value>1</Value></Integer>";
+
+TEST(Linter, FindsNothingWrongWithAGoodDescription) {
+    const Findings findings = LintDescription(Describe(kGoodA));
+    EXPECT_TRUE(findings.empty()) << findings[0].text;
+}
+
+TEST(Linter, FindsADanglingReferenceAndSuggestsAName) {
+    const Findings findings = LintDescription(
+        Describe("<Integer Name=\"A\">\n  <pValue>ARge</pValue>\n</Integer>\n<IntReg Name=\"AReg\"><Address>0</Address>"
+                 "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign>"
+                 "<Endianess>BigEndian</Endianess></IntReg>"));
+    ASSERT_GE(findings.size(), 1U);
+    EXPECT_EQ(findings[0].severity, Severity::kError);
+    EXPECT_EQ(findings[0].place.line, 5U);
+    EXPECT_EQ(findings[0].place.column, 3U);
+    EXPECT_EQ(findings[0].text, "pValue of Integer 'A' refers to 'ARge', which does not exist");
+    EXPECT_EQ(findings[0].hint, "did you mean 'AReg'?");
+}
+
+TEST(Linter, FindsAnUnknownElementWithItsLine) {
+    const Findings findings =
+        LintDescription(Describe("<Integer Name=\"A\">\n<Value>1</Value>\n<Colour>red</Colour></Integer>"));
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].severity, Severity::kWarning);
+    EXPECT_EQ(findings[0].place.line, 6U);
+    EXPECT_THAT(findings[0].text, HasSubstr("Colour"));
+}
+
+TEST(Linter, FindsAnUnreachableFeature) {
+    const Findings findings =
+        LintDescription(Describe(std::string(kGoodA) + "\n<Integer Name=\"B\"><pValue>C</pValue></Integer>\n"
+                                                       "<Integer Name=\"C\"><Value>1</Value></Integer>"));
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].severity, Severity::kWarning);
+    EXPECT_EQ(findings[0].place.line, 5U);
+    EXPECT_EQ(findings[0].text, "Integer 'B' can't be reached: the category Root does not lead to it");
+}
+
+TEST(Linter, FindsThatThereIsNoRoot) {
+    std::string text = Describe(kGoodA);
+    text.replace(text.find("\"Root\""), 6, "\"Roof\"");
+    const Findings findings = LintDescription(text);
+    EXPECT_TRUE(std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.text == "there is no category 'Root', so no feature can be reached";
+    }));
+}
+
+TEST(Linter, FindsACircleOfValues) {
+    const DescriptionModel model(Describe(
+        "<Integer Name=\"A\"><pValue>B</pValue></Integer>\n<Integer Name=\"B\"><pIsAvailable>C</pIsAvailable>"
+        "<Value>1</Value></Integer>\n<IntSwissKnife Name=\"C\"><pVariable Name=\"X\">A</pVariable><Formula>X</Formula>"
+        "</IntSwissKnife>"));
+    const std::vector<Finding> findings = FindCycles(model);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].text, "a value or access rule depends on itself: A -> B -> C -> A");
+    EXPECT_EQ(findings[0].place.line, 4U);
+}
+
+TEST(Linter, AllowsLimitsThatDependOnEachOther) {
+    const DescriptionModel model(
+        Describe("<Integer Name=\"A\"><Value>1</Value><pMax>B</pMax></Integer>\n"
+                 "<Integer Name=\"B\"><Value>1</Value><pMax>A</pMax></Integer>"));
+    EXPECT_TRUE(FindCycles(model).empty());
+}
+
+TEST(Linter, FindsACategoryThatHoldsItself) {
+    const DescriptionModel model(Describe("<Category Name=\"A\"><pFeature>Root</pFeature></Category>"));
+    const std::vector<Finding> findings = FindCycles(model);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].text, "a category holds itself: Root -> A -> Root");
+}
+
+TEST(Linter, ManagesAVeryLongChain) {
+    std::string nodes = kGoodA;
+    for (int node = 0; node < 100'000; ++node)
+        nodes += "<Integer Name=\"N" + std::to_string(node) + "\"><pValue>N" + std::to_string(node + 1) +
+                 "</pValue></Integer>";
+    const DescriptionModel model(Describe(nodes + "<Integer Name=\"N100000\"><pValue>N0</pValue></Integer>"));
+    EXPECT_EQ(FindCycles(model).size(), 1U);
+}
+
+TEST(Linter, ReportsWhatIsNoXmlWithItsPlace) {
+    const Findings findings = LintDescription("<RegisterDescription>\n<Integer");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_TRUE(findings.HasErrors());
+    EXPECT_THAT(findings[0].text, HasSubstr("line 2"));
+}
+
+TEST(Linter, ReportsWhatIsNoDescription) {
+    EXPECT_THAT(LintDescription("<html/>")[0].text, HasSubstr("root is not RegisterDescription"));
+}
+
+}  // namespace

@@ -1,0 +1,185 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A camera description as its file says it, with the place of everything
+ */
+#include "description/DescriptionModel.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <pugixml.hpp>
+
+#include "app/ExitCode.h"
+#include "output/Text.h"
+
+namespace tools {
+
+namespace {
+
+/// Finds line and column of an offset; offsets come in ascending order nearly always, so it goes on where it was.
+class Places {
+public:
+    explicit Places(std::string_view text) : m_text(text) {}
+
+    Place At(std::ptrdiff_t offset) {
+        if (offset < 0)
+            return {};
+        const std::size_t wanted = std::min(static_cast<std::size_t>(offset), m_text.size());
+        if (wanted < m_position) {
+            m_position = m_lineStart = 0;
+            m_line = 1;
+        }
+        for (; m_position < wanted; ++m_position) {
+            if (m_text[m_position] == '\n') {
+                ++m_line;
+                m_lineStart = m_position + 1;
+            }
+        }
+        return {m_line, DisplayWidth(m_text.substr(m_lineStart, wanted - m_lineStart)) + 1};
+    }
+
+private:
+    std::string_view m_text;
+    std::size_t m_position = 0;
+    std::size_t m_lineStart = 0;
+    std::uint64_t m_line = 1;
+};
+
+bool IsGroup(std::string_view kind) {
+    return kind == "Group" || kind == "RegisterDescription";
+}
+
+/// The name without the prefix of a name space ("Std::Width").
+std::string_view PlainName(std::string_view name) {
+    const std::size_t colons = name.find("::");
+    return colons == std::string_view::npos ? name : name.substr(colons + 2);
+}
+
+}  // namespace
+
+/// Walks the parsed file.
+class DescriptionReader {
+public:
+    DescriptionReader(DescriptionModel& model, std::string_view text) : m_model(model), m_places(text) {}
+
+    void Read(const pugi::xml_document& document) {
+        const pugi::xml_node root = document.document_element();
+        for (const pugi::xml_attribute& attribute : root.attributes())
+            m_model.m_attributes[attribute.name()] = attribute.value();
+        ReadNodesOf(root);
+    }
+
+private:
+    Place PlaceOf(const pugi::xml_node& node) { return m_places.At(node.offset_debug() - 1); }
+
+    /// Groups may be nested; a hostile file nests them deeply, so no recursion.
+    void ReadNodesOf(const pugi::xml_node& root) {
+        pugi::xml_node node = root.first_child();
+        while (node) {
+            if (node.type() == pugi::node_element && IsGroup(node.name()) && node.first_child()) {
+                node = node.first_child();
+                continue;
+            }
+            if (node.type() == pugi::node_element && !IsGroup(node.name()))
+                ReadNode(node);
+            while (!node.next_sibling() && node.parent() != root)
+                node = node.parent();
+            node = node.next_sibling();
+        }
+    }
+
+    std::size_t ReadNode(const pugi::xml_node& xml) {
+        const std::size_t index = m_model.m_nodes.size();
+        m_model.m_nodes.push_back(
+            {xml.name(), std::string(Trimmed(xml.attribute("Name").value())), PlaceOf(xml), {}, {}});
+        const std::string& name = m_model.m_nodes[index].name;
+        if (!name.empty())
+            m_model.m_byName.try_emplace(name, index);
+        for (const pugi::xml_node& child : xml.children())
+            if (child.type() == pugi::node_element)
+                ReadChild(index, child);
+        return index;
+    }
+
+    void ReadChild(std::size_t index, const pugi::xml_node& child) {
+        const std::string_view name = child.name();
+        if (name == "StructEntry") {
+            // An entry of a structure is a node that takes what it lacks from the structure.
+            const std::size_t entry = ReadNode(child);
+            const std::vector<NodeElement>& common = m_model.m_nodes[index].elements;
+            std::vector<NodeElement>& own = m_model.m_nodes[entry].elements;
+            own.insert(own.end(), common.begin(), common.end());
+            return;
+        }
+        if (name == "EnumEntry") {
+            // Entries of several enumerations may have one name, so they are not found by it.
+            const std::size_t entry = m_model.m_nodes.size();
+            m_model.m_nodes.push_back(
+                {child.name(), std::string(Trimmed(child.attribute("Name").value())), PlaceOf(child), {}, {}});
+            for (const pugi::xml_node& element : child.children())
+                if (element.type() == pugi::node_element)
+                    AddElement(entry, element);
+            m_model.m_nodes[index].entries.push_back(entry);
+            return;
+        }
+        AddElement(index, child);
+    }
+
+    void AddElement(std::size_t index, const pugi::xml_node& element) {
+        m_model.m_nodes[index].elements.push_back(
+            {element.name(), std::string(Trimmed(element.child_value())), PlaceOf(element)});
+        // <pIndex Offset=".." pOffset="Node">: an attribute that refers to a node.
+        if (const pugi::xml_attribute offset = element.attribute("pOffset"))
+            m_model.m_nodes[index].elements.push_back({"pOffset", offset.value(), PlaceOf(element)});
+    }
+
+    DescriptionModel& m_model;
+    Places m_places;
+};
+
+const NodeElement* DescribedNode::Find(std::string_view element) const {
+    const auto found = std::find_if(elements.begin(), elements.end(),
+                                    [&](const NodeElement& candidate) { return candidate.name == element; });
+    return found != elements.end() ? &*found : nullptr;
+}
+
+std::string DescribedNode::Text(std::string_view element) const {
+    const NodeElement* found = Find(element);
+    return found != nullptr ? found->text : std::string();
+}
+
+/**
+ * \brief Read a description
+ * \param[in] text The XML text, UTF-8; faults that cameras are known for are tolerated
+ * \throw ToolError The text is no XML or no camera description; says line and column
+ */
+DescriptionModel::DescriptionModel(const std::string& text) {
+    pugi::xml_document document;
+    const pugi::xml_parse_result result =
+        document.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_trim_pcdata);
+    if (!result) {
+        const Place place = Places(text).At(result.offset);
+        throw ToolError(fmt::format("line {}, column {}: {}", place.line, place.column, result.description()));
+    }
+    if (std::string_view(document.document_element().name()) != "RegisterDescription")
+        throw ToolError("this is no camera description: its root is not RegisterDescription");
+    DescriptionReader(*this, text).Read(document);
+}
+
+/// The node of a name, with or without the prefix of its name space; null when there is none.
+const DescribedNode* DescriptionModel::Find(std::string_view name) const {
+    auto found = m_byName.find(name);
+    if (found == m_byName.end())
+        found = m_byName.find(PlainName(name));
+    return found != m_byName.end() ? &m_nodes[found->second] : nullptr;
+}
+
+std::size_t DescriptionModel::IndexOf(const DescribedNode& node) const {
+    return static_cast<std::size_t>(&node - m_nodes.data());
+}
+
+bool IsReference(std::string_view element) {
+    return element.size() > 1 && element[0] == 'p' && element[1] >= 'A' && element[1] <= 'Z';
+}
+
+}  // namespace tools

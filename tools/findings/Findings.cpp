@@ -1,0 +1,28 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What is wrong with a file, and where
+ */
+#include "findings/Findings.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace tools {
+
+/// Keeps a finding; beyond the first hundred they are only counted, the first error aside.
+void Findings::Add(Finding finding) {
+    const bool isError = finding.severity == Severity::kError;
+    if (m_kept.size() < kMost || (isError && m_errors == 0))
+        m_kept.push_back(std::move(finding));
+    ++(isError ? m_errors : m_warnings);
+}
+
+/// Orders by line and column; what concerns the whole file comes last.
+void Findings::SortByPlace() {
+    std::stable_sort(m_kept.begin(), m_kept.end(), [](const Finding& left, const Finding& right) {
+        return std::tuple(left.place.line == 0, left.place.line, left.place.column) <
+               std::tuple(right.place.line == 0, right.place.line, right.place.column);
+    });
+}
+
+}  // namespace tools

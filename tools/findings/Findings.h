@@ -1,0 +1,56 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What is wrong with a file, and where
+ */
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tools {
+
+/// A place in a text file, both counted from 1. Columns count characters. Line 0: the file as a whole.
+struct Place {
+    std::uint64_t line = 0;
+    std::uint64_t column = 0;
+};
+
+/// An error keeps something from working; a warning points at what was probably not meant.
+enum class Severity { kError, kWarning };
+
+struct Finding {
+    Severity severity = Severity::kError;
+    Place place;
+    std::string text;
+    std::string hint;  ///< what to do about it; may be empty
+};
+
+/// Findings of one file: as many as people read, the rest is counted.
+class Findings {
+public:
+    static constexpr std::size_t kMost = 100;
+
+    void Add(Finding finding);
+    void SortByPlace();
+
+    bool HasErrors() const noexcept { return m_errors > 0; }
+    std::uint64_t Errors() const noexcept { return m_errors; }
+    std::uint64_t Warnings() const noexcept { return m_warnings; }
+    std::uint64_t LeftOut() const noexcept { return m_errors + m_warnings - m_kept.size(); }
+
+    std::size_t size() const noexcept { return m_kept.size(); }
+    bool empty() const noexcept { return m_kept.empty(); }
+    const Finding& operator[](std::size_t index) const { return m_kept[index]; }
+    const Finding& front() const { return m_kept.front(); }
+    const Finding& back() const { return m_kept.back(); }
+    auto begin() const noexcept { return m_kept.begin(); }
+    auto end() const noexcept { return m_kept.end(); }
+
+private:
+    std::vector<Finding> m_kept;
+    std::uint64_t m_errors = 0;
+    std::uint64_t m_warnings = 0;
+};
+
+}  // namespace tools
