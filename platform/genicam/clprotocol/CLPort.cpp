@@ -82,7 +82,7 @@ std::shared_ptr<Opening> Open(CallThread& thread, const GenICam::gcstring& portI
                               std::uint32_t timeoutMs) {
     const std::shared_ptr<const DriverLibrary> driver = DriverRegistry::GetInstance().Get(deviceId);
     const SerialPort port = SerialPorts::GetInstance().Find(portId.str());
-    const auto opening = std::make_shared<Opening>();
+    auto opening = std::make_shared<Opening>();
     const std::string wanted = deviceId.GetShortDeviceID().str();
     thread.Run(
         [=] {

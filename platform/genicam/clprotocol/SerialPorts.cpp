@@ -28,15 +28,24 @@ constexpr std::string_view kSuffix = ".dll";
 constexpr std::string_view kSuffix = ".so";
 #endif
 
-// clser???.so or libclser???.so, three characters standing for the maker.
-bool IsSerialLibraryName(std::string name) {
 #ifdef _WIN32
-    std::transform(name.begin(), name.end(), name.begin(), [](char character) {
-        return static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-    });
+// File names have no case there.
+std::string Folded(std::string name) {
+    for (char& character : name)
+        character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+    return name;
+}
+#else
+const std::string& Folded(const std::string& name) {
+    return name;
+}
 #endif
+
+// clser???.so or libclser???.so, three characters standing for the maker.
+bool IsSerialLibraryName(const std::string& fileName) {
     constexpr std::string_view kPrefix = "clser";
     constexpr std::size_t kMakerSize = 3;
+    const std::string& name = Folded(fileName);
     const std::size_t from = name.starts_with("lib") ? 3 : 0;
     return name.size() == from + kPrefix.size() + kMakerSize + kSuffix.size() &&
            std::string_view(name).substr(from).starts_with(kPrefix) && name.ends_with(kSuffix) &&
@@ -48,9 +57,10 @@ std::vector<std::string> FindLibraryFiles() {
     std::set<std::string> seen;
     for (const std::string& folder : SerialPorts::Folders())
         for (const std::string& name : os::ListFiles(folder)) {
-            const std::string path = folder + os::kPathSeparator + name;
+            std::string path = folder;
+            path.append(1, os::kPathSeparator).append(name);
             if (IsSerialLibraryName(name) && seen.insert(CanonicalPath(path)).second)
-                paths.push_back(path);
+                paths.push_back(std::move(path));
         }
     return paths;
 }

@@ -96,10 +96,11 @@ std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& de
     for (const std::string& text : session.GetXmlIds(timeoutMs))
         AddCandidate(candidates, text, {}, deviceId);
     const std::string folder = deviceId.GetDriverDirectory(true).str();
+    const std::string start = folder + os::kPathSeparator;
     for (const std::string& name : os::ListFiles(folder))
         if (name.ends_with(kXmlSuffix))
-            AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()),
-                         folder + os::kPathSeparator + name, deviceId);
+            AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()), start + name,
+                         deviceId);
     SortBestFirst(candidates);
     return candidates;
 }
