@@ -62,10 +62,11 @@ gencp::Bytes Exchanger::Run(Command command, const Timing& timing) {
  * \return Nothing when the command is pending: Continue or Abandon it
  */
 std::optional<gencp::Bytes> Exchanger::Start(Command command, const Timing& timing, Time limit) {
-    m_inFlight.emplace();
-    m_inFlight->command = std::move(command);
-    m_inFlight->timing = timing;
-    m_inFlight->giveUp = m_line.GetClock().Now() + kMaxPendingTime;
+    InFlight inFlight;
+    inFlight.command = std::move(command);
+    inFlight.timing = timing;
+    inFlight.giveUp = m_line.GetClock().Now() + kMaxPendingTime;
+    m_inFlight = std::move(inFlight);
     Assign();
     try {
         Send();

@@ -30,7 +30,7 @@ using marlow::Driver;
 using marlow::DriverError;
 using marlow::Duration;
 
-constexpr CLINT64 kMaxAccess = 64 * 1024 * 1024;  // bytes; more is a slip of the caller's
+constexpr CLINT64 kMaxAccess = CLINT64{64} << 20;  // bytes; more is a slip of the caller's
 
 Driver& TheDriver() {
     static marlow::SteadyClock clock;

@@ -129,8 +129,8 @@ TEST(StreamParser, ClearForgetsEverything) {
 TEST(StreamParser, NeverInventsAPacketFromNoise) {
     std::mt19937 random(4711);
     StreamParser parser;
-    for (int round = 0; round < 3000; ++round) {
-        parser.Append(Noise(random, round % 97u));
+    for (unsigned round = 0; round < 3000; ++round) {
+        parser.Append(Noise(random, round % 97));
         EXPECT_FALSE(parser.Next());
         EXPECT_GT(parser.BytesNeeded(), 0u);
         EXPECT_LE(parser.BytesNeeded(), kMaxPacketSize);
