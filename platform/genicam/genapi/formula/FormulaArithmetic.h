@@ -22,7 +22,8 @@ struct IntegerArithmetic {
     static Number Unary(EOperation operation, Number operand);
 };
 
-/// Operators and functions of a formula that computes in floating point.
+/// Operators and functions of a formula that computes in floating point. Results are checked for being finite numbers
+/// at the end of a formula.
 struct FloatArithmetic {
     using Number = double;
 

@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
+#include <type_traits>
 
 #include "Base/GCException.h"
 #include "formula/FormulaArithmetic.h"
@@ -42,6 +44,7 @@ private:
 
     Number RunSegment(std::uint32_t segment, Number* top);
     void Step(const Instruction& step, Number*& top);
+    bool RunCommon(EOperation operation, Number*& top);
     bool JumpOf(const Instruction& step, Number*& top);
     Number ExpressionValue(std::uint32_t segment, Number* top);
 
@@ -49,7 +52,7 @@ private:
     std::span<const FormulaNumber> m_constants;
     std::span<const FormulaSegment> m_segments;
     IFormulaVariables& m_variables;
-    std::array<Number, 24> m_small{};
+    std::array<Number, 24> m_small;  // not set: each place is written before it is read
     std::vector<Expression> m_expressions;
 };
 
@@ -85,6 +88,8 @@ void Machine<Arithmetic>::Step(const Instruction& step, Number*& top) {
         default:
             break;
     }
+    if (RunCommon(step.operation, top))
+        return;
     const bool binary = (step.operation >= EOperation::Add && step.operation <= EOperation::GreaterOrEqual) ||
                         step.operation == EOperation::RoundTo;
     if (binary) {
@@ -93,6 +98,41 @@ void Machine<Arithmetic>::Step(const Instruction& step, Number*& top) {
     } else {
         top[-1] = static_cast<Number>(Arithmetic::Unary(step.operation, top[-1]));
     }
+}
+
+// The operators that most formulas consist of, without a call. What may overflow is left to the arithmetic.
+template <class Arithmetic>
+bool Machine<Arithmetic>::RunCommon(EOperation operation, Number*& top) {
+    const auto apply = [&top](auto&& combine) {
+        top[-2] = static_cast<Number>(combine(top[-2], top[-1]));
+        --top;
+        return true;
+    };
+    switch (operation) {
+        case EOperation::Equal:
+            return apply(std::equal_to<>());
+        case EOperation::NotEqual:
+            return apply(std::not_equal_to<>());
+        case EOperation::Less:
+            return apply(std::less<>());
+        case EOperation::Greater:
+            return apply(std::greater<>());
+        default:
+            break;
+    }
+    if constexpr (std::is_same_v<Number, double>) {
+        switch (operation) {
+            case EOperation::Add:
+                return apply(std::plus<>());
+            case EOperation::Subtract:
+                return apply(std::minus<>());
+            case EOperation::Multiply:
+                return apply(std::multiplies<>());
+            default:
+                break;
+        }
+    }
+    return false;
 }
 
 // True when the jump is taken.

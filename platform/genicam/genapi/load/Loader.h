@@ -50,7 +50,7 @@ private:
     CNode& MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing);
     void LoadContent(pugi::xml_node element, CNode& node);
     void LoadNodeAttributes(pugi::xml_node element, CNode& node);
-    void LoadProperty(pugi::xml_node element, std::string_view name, CNode& node);
+    void LoadProperty(pugi::xml_node element, ETag tag, CNode& node);
     void LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node);
     bool EnterName(CNode& node, pugi::xml_node element);
     void Replace(CNode& node);

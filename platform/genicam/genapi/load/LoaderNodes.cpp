@@ -108,10 +108,11 @@ void Loader::LoadContent(pugi::xml_node element, CNode& node) {
         if (child.type() != pugi::node_element)
             continue;
         const std::string_view name = LocalName(child.name());
-        const ENodeKind kind = KindOf(name);
+        const ETag plain = TagOf(name);
+        const ENodeKind kind = plain == ETag::Unknown ? KindOf(name) : ENodeKind::None;
         const ETag tag = kind != ENodeKind::None ? NestedTagOf(node.Kind(), kind) : ETag::Unknown;
         if (tag == ETag::Unknown) {
-            LoadProperty(child, name, node);
+            LoadProperty(child, plain, node);
             continue;
         }
         CNode& inner = MakeNode(child, kind, &node);
@@ -155,11 +156,10 @@ void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
     }
 }
 
-void Loader::LoadProperty(pugi::xml_node element, std::string_view name, CNode& node) {
-    const ETag tag = TagOf(name);
+void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
     if (tag == ETag::Unknown) {
         Warn(wkUnknownElement, PositionOf(element), node.Name(),
-             std::string(NameOf(node.Kind())) + " has an unknown element " + std::string(name));
+             std::string(NameOf(node.Kind())) + " has an unknown element " + std::string(LocalName(element.name())));
         return;
     }
     if (tag == ETag::Extension)

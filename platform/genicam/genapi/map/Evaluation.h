@@ -34,7 +34,10 @@ enum ENodeFlag : std::uint32_t {
     kFloatValid = 1U << 9,
     kReadAccessValid = 1U << 10,
     kFullAccessValid = 1U << 11,
-    kCached = kIntegerValid | kFloatValid | kReadAccessValid | kFullAccessValid,
+    // The same in the debug mode that compares caches with the device: known, but to be looked up all the same.
+    kIntegerChecked = 1U << 20,
+    kFloatChecked = 1U << 21,
+    kCached = kIntegerValid | kFloatValid | kReadAccessValid | kFullAccessValid | kIntegerChecked | kFloatChecked,
 
     kBound = 1U << 12,
     kBroken = 1U << 13,

@@ -135,6 +135,34 @@ enum class ETag : std::uint8_t {
     AttributeOffset
 };
 
+/// What kind of number a node has.
+enum class ENumber : std::uint8_t { None, Integer, Float };
+
+/// The kind of number of a kind of node.
+constexpr ENumber NumberOf(ENodeKind kind) noexcept {
+    switch (kind) {
+        case ENodeKind::Integer:
+        case ENodeKind::IntReg:
+        case ENodeKind::MaskedIntReg:
+        case ENodeKind::StructEntry:
+        case ENodeKind::IntConverter:
+        case ENodeKind::IntSwissKnife:
+        case ENodeKind::Enumeration:
+        case ENodeKind::EnumEntry:
+        case ENodeKind::Boolean:
+        case ENodeKind::Command:
+        case ENodeKind::IntKey:
+            return ENumber::Integer;
+        case ENodeKind::Float:
+        case ENodeKind::FloatReg:
+        case ENodeKind::Converter:
+        case ENodeKind::SwissKnife:
+            return ENumber::Float;
+        default:
+            return ENumber::None;
+    }
+}
+
 /// True for elements whose text names a node.
 constexpr bool IsReference(ETag tag) noexcept {
     return tag >= ETag::pValue && tag <= ETag::pDependent;

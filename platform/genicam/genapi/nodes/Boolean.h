@@ -26,7 +26,6 @@ public:
     bool GetValue(bool verify = false, bool ignoreCache = false) const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIBoolean; }
-    ENumber Number() const override { return ENumber::Integer; }
     IValue* Value() override { return this; }
 
 protected:

@@ -26,7 +26,6 @@ public:
     bool IsDone(bool verify = true) override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfICommand; }
-    ENumber Number() const override { return ENumber::Integer; }
     IValue* Value() override { return this; }
 
 protected:

@@ -28,7 +28,6 @@ public:
     bool IsSelfClearing() override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumEntry; }
-    ENumber Number() const override { return ENumber::Integer; }
     IValue* Value() override { return this; }
     /// The value; throws when the description has none.
     std::int64_t Number64();
@@ -63,7 +62,6 @@ public:
     IEnumEntry* GetCurrentEntry(bool verify = false, bool ignoreCache = false) override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumeration; }
-    ENumber Number() const override { return ENumber::Integer; }
     IValue* Value() override { return this; }
     /// The entry of a name, null when there is none; the map's lock is held.
     CEnumEntry* EntryOf(std::string_view symbolic);

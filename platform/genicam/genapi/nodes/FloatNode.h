@@ -51,7 +51,6 @@ public:
 
     // CNode
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
-    ENumber Number() const override { return ENumber::Float; }
     IValue* Value() override { return this; }
     ERepresentation ReadRepresentation() override;
 

@@ -46,7 +46,6 @@ public:
 
     // CNode
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
-    ENumber Number() const override { return ENumber::Integer; }
     IValue* Value() override { return this; }
     ERepresentation ReadRepresentation() override;
 

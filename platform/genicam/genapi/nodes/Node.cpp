@@ -16,7 +16,8 @@
 
 namespace GenApi {
 
-CNode::CNode(const NodeSeed& seed) : m_map(seed.map), m_index(seed.index), m_kind(seed.kind) {}
+CNode::CNode(const NodeSeed& seed)
+    : m_map(seed.map), m_index(seed.index), m_kind(seed.kind), m_number(NumberOf(seed.kind)) {}
 
 // --- The description of the node ---
 

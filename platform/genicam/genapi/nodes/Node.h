@@ -18,9 +18,6 @@ namespace GenApi {
 class CNodeMap;
 class RegisterCore;
 
-/// What kind of number a node has.
-enum class ENumber : std::uint8_t { None, Integer, Float };
-
 /// Which end of a range.
 enum class EBound : std::uint8_t { Min, Max };
 
@@ -84,10 +81,22 @@ public:
     void Clear(std::uint32_t flags) noexcept { m_flags &= ~flags; }
 
     // Evaluation; the map's lock is held.
-    std::int64_t Integer(Evaluation& evaluation);
-    double Float(Evaluation& evaluation);
+    /// The value as an integer, from the cache where it is known. A number with a fraction is rounded.
+    std::int64_t Integer(Evaluation& evaluation) {
+        return Has(kIntegerValid) && !evaluation.ignoreCache ? m_cache.integer : ComputeInteger(evaluation);
+    }
+    /// The value as a floating-point number, from the cache where it is known.
+    double Float(Evaluation& evaluation) {
+        return Has(kFloatValid) && !evaluation.ignoreCache ? m_cache.number : ComputeFloat(evaluation);
+    }
     bool Truth(Evaluation& evaluation);
-    EAccessMode Access(Evaluation& evaluation, bool withLocks);
+    /// What may be done with the node. Without locks: what pIsLocked leaves, which only decides about writing. Reading
+    /// a value never asks it, so two features may lock each other.
+    EAccessMode Access(Evaluation& evaluation, bool withLocks) {
+        if (Has(withLocks ? kFullAccessValid : kReadAccessValid))
+            return withLocks ? m_fullAccess : m_readAccess;
+        return FindAccess(evaluation, withLocks);
+    }
     std::int64_t IntegerBound(EBound bound, Evaluation& evaluation);
     double FloatBound(EBound bound, Evaluation& evaluation);
     std::int64_t IntegerInc(Evaluation& evaluation);
@@ -102,7 +111,7 @@ public:
     bool Usable();
     void Break(const std::string& reason);
 
-    virtual ENumber Number() const { return ENumber::None; }
+    ENumber Number() const noexcept { return m_number; }
     virtual bool HasText() const { return false; }
     /// The interface for values, null when the node has none.
     virtual IValue* Value() { return nullptr; }
@@ -154,11 +163,14 @@ protected:
     void RequireWritable();
     void CheckError();
     [[noreturn]] void ThrowAccess(const char* what) const;
-    bool IsValueCached() const noexcept { return Has(kIntegerValid | kFloatValid); }
+    bool IsValueCached() const noexcept { return Has(kIntegerValid | kFloatValid | kIntegerChecked | kFloatChecked); }
 
 private:
     enum class Condition : std::uint8_t { None, False, True, Unknown };
 
+    std::int64_t ComputeInteger(Evaluation& evaluation);
+    double ComputeFloat(Evaluation& evaluation);
+    EAccessMode FindAccess(Evaluation& evaluation, bool withLocks);
     EAccessMode ComputeAccess(Evaluation& evaluation, bool withLocks);
     Condition Rule(ETag tag, Evaluation& evaluation) const;
     GenICam::gcstring StringOf(ETag tag) const;
@@ -174,6 +186,7 @@ private:
     std::uint32_t m_enclosing = kNoNode;
     mutable std::uint32_t m_flags = 0;
     ENodeKind m_kind;
+    ENumber m_number;
     ENameSpace m_nameSpace : 8 = Custom;
     EVisibility m_userVisibility : 8 = Beginner;
     EAccessMode m_userAccess : 8 = RW;

@@ -68,46 +68,32 @@ void CNode::Break(const std::string& reason) {
     m_map->Warn(wkUnusableNode, m_line, 0, Name(), Label() + " is not implemented: " + reason);
 }
 
-/**
- * \brief The value as an integer, from the cache where it is known
- *
- * A floating-point value is rounded to the nearest integer.
- */
-std::int64_t CNode::Integer(Evaluation& evaluation) {
-    if (Number() == ENumber::Float)
+std::int64_t CNode::ComputeInteger(Evaluation& evaluation) {
+    if (m_number == ENumber::Float)
         return RoundToInteger(Float(evaluation));
-    const bool isKnown = Has(kIntegerValid) && !evaluation.ignoreCache;
-    if (isKnown && !m_map->ChecksCaches())
-        return m_cache.integer;
     const Frame frame(evaluation, *this, kInValue);
     Require();
     const std::int64_t value = ReadInteger(evaluation);
-    if (isKnown && Has(kIntegerValid) && value != m_cache.integer)
+    if (Has(kIntegerChecked) && !evaluation.ignoreCache && value != m_cache.integer)
         ThrowStale(*this);
     if (evaluation.cacheable) {
         m_cache.integer = value;
-        Set(kIntegerValid);
+        Set(m_map->ChecksCaches() ? kIntegerChecked : kIntegerValid);
     }
     return value;
 }
 
-/**
- * \brief The value as a floating-point number, from the cache where it is known
- */
-double CNode::Float(Evaluation& evaluation) {
-    if (Number() == ENumber::Integer)
+double CNode::ComputeFloat(Evaluation& evaluation) {
+    if (m_number == ENumber::Integer)
         return static_cast<double>(Integer(evaluation));
-    const bool isKnown = Has(kFloatValid) && !evaluation.ignoreCache;
-    if (isKnown && !m_map->ChecksCaches())
-        return m_cache.number;
     const Frame frame(evaluation, *this, kInValue);
     Require();
     const double value = ReadFloat(evaluation);
-    if (isKnown && Has(kFloatValid) && value != m_cache.number && !std::isnan(value))
+    if (Has(kFloatChecked) && !evaluation.ignoreCache && value != m_cache.number && !std::isnan(value))
         ThrowStale(*this);
     if (evaluation.cacheable) {
         m_cache.number = value;
-        Set(kFloatValid);
+        Set(m_map->ChecksCaches() ? kFloatChecked : kFloatValid);
     }
     return value;
 }
@@ -116,14 +102,7 @@ bool CNode::Truth(Evaluation& evaluation) {
     return Number() == ENumber::Float ? Float(evaluation) != 0.0 : Integer(evaluation) != 0;
 }
 
-/**
- * \brief What may be done with the node
- * \param[in] withLocks False to leave pIsLocked out, which only decides about writing: reading a value never asks it,
- *            so two features may lock each other
- */
-EAccessMode CNode::Access(Evaluation& evaluation, bool withLocks) {
-    if (Has(withLocks ? kFullAccessValid : kReadAccessValid) && !m_map->ChecksCaches())
-        return withLocks ? m_fullAccess : m_readAccess;
+EAccessMode CNode::FindAccess(Evaluation& evaluation, bool withLocks) {
     const std::uint32_t what = withLocks ? kInFullAccess : kInReadAccess;
     if (Has(what)) {
         BreakCircle(evaluation.top, *this, what);
@@ -248,8 +227,6 @@ void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
 }
 
 EAccessMode CNode::FullAccess() const {
-    if (Has(kFullAccessValid) && !m_map->ChecksCaches())
-        return m_fullAccess;
     Evaluation evaluation;
     return const_cast<CNode*>(this)->Access(evaluation, true);
 }
