@@ -179,7 +179,7 @@ TEST_F(DeviceTest, CarriesOutTheFirstRequestIdAfreshAndWritesNothingWithIt) {
     EXPECT_EQ(Number(kGainRaw), 0U);
 }
 
-TEST_F(DeviceTest, ANewSessionMayUseTheLastRequestIdAgain) {
+TEST_F(DeviceTest, ANewHostMayUseTheLastRequestIdAgain) {
     EXPECT_EQ(Write(kGainRaw, 1), kStatusSuccess);
     const MemoryRange range{0, 4};
     Exchange(Command(kReadMem, EncodeRanges({&range, 1}), 0));
