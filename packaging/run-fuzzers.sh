@@ -3,6 +3,11 @@
 # Runs each fuzzing target for some seconds, seeds first. usage: packaging/run-fuzzers.sh FOLDER_OF_TARGETS SECONDS
 set -euo pipefail
 shopt -s nullglob
+sources=(fuzz/*_fuzz.cpp fuzz/*/*_fuzz.cpp)
+if [ ${#sources[@]} -eq 0 ]; then
+    echo "fuzz/ holds no target: nothing was fuzzed"
+    exit 0
+fi
 targets=("$1"/*_fuzz)
 if [ ${#targets[@]} -eq 0 ]; then
     echo "no fuzzing target in $1" >&2
