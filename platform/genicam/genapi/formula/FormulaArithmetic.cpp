@@ -90,6 +90,13 @@ double RoundTo(double value, double decimals) {
     return std::isfinite(scaled) ? std::round(scaled) / scale : value;
 }
 
+// An infinity or no number at all must not hide behind a comparison.
+double Finite(double result, double operand) {
+    if (!std::isfinite(result) && std::isfinite(operand))
+        throw OUT_OF_RANGE_EXCEPTION("Result of a function in a formula is not a number");
+    return result;
+}
+
 // The bits of a number for the bit operators: what needs the 64th bit is taken as unsigned.
 std::int64_t Bits(double number) {
     if (number >= 9223372036854775808.0 && number < 18446744073709551616.0)
@@ -258,25 +265,25 @@ double FloatArithmetic::Unary(EOperation operation, double operand) {
         case EOperation::Round:
             return std::round(operand);
         case EOperation::SquareRoot:
-            return std::sqrt(operand);
+            return Finite(std::sqrt(operand), operand);
         case EOperation::Sine:
             return std::sin(operand);
         case EOperation::Cosine:
             return std::cos(operand);
         case EOperation::Tangent:
-            return std::tan(operand);
+            return Finite(std::tan(operand), operand);
         case EOperation::ArcSine:
-            return std::asin(operand);
+            return Finite(std::asin(operand), operand);
         case EOperation::ArcCosine:
-            return std::acos(operand);
+            return Finite(std::acos(operand), operand);
         case EOperation::ArcTangent:
             return std::atan(operand);
         case EOperation::Exponential:
-            return std::exp(operand);
+            return Finite(std::exp(operand), operand);
         case EOperation::NaturalLogarithm:
-            return std::log(operand);
+            return Finite(std::log(operand), operand);
         case EOperation::DecimalLogarithm:
-            return std::log10(operand);
+            return Finite(std::log10(operand), operand);
         default:
             throw LOGICAL_ERROR_EXCEPTION("Unknown function of a formula");
     }
