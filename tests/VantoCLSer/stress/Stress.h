@@ -15,6 +15,9 @@
 
 namespace clser_test {
 
+inline constexpr std::chrono::seconds kFullTime(VANTO_STRESS_SECONDS);
+inline constexpr std::chrono::milliseconds kShortTime = std::chrono::milliseconds(kFullTime) / 4;
+
 class Stress {
 public:
     /// One round of a thread's work; may throw what a camera that comes and goes makes operations throw.
@@ -23,7 +26,7 @@ public:
     void Add(Work work) { m_work.push_back(std::move(work)); }
 
     /// Returns how many rounds were run. A thread that does not come back ends the program: it can't be joined.
-    std::uint64_t Run(std::chrono::seconds duration = std::chrono::seconds(VANTO_STRESS_SECONDS)) {
+    std::uint64_t Run(std::chrono::milliseconds duration) {
         std::vector<std::future<void>> threads;
         std::atomic<std::uint64_t> rounds{0};
         const auto end = std::chrono::steady_clock::now() + duration;

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <functional>
+#include <mutex>
 
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
@@ -53,7 +54,11 @@ public:
 
     void CreateNodeMapFromFile(const gcstring&, const gcstring_vector&) override {}
     void CreateNodeMapFromString(const gcstring&, const gcstring_vector& injected) override {
-        injectedXml = injected;
+        {
+            static std::mutex mutex;
+            const std::lock_guard lock(mutex);
+            injectedXml = injected;
+        }
         if (onCreateNodeMap)
             onCreateNodeMap();
     }
@@ -117,7 +122,10 @@ protected:
         return static_cast<int>(devices.size());
     }
     Vanto::IVantoDevice* InternalCreateDevice(const CDeviceInfo& info) override {
-        created = info;
+        {
+            const std::lock_guard lock(m_mutex);
+            created = info;
+        }
         return onCreate(info);
     }
     CDeviceInfo InternalCreateDeviceInfo() override {
@@ -142,6 +150,9 @@ protected:
             *code = Vanto::Accessibility_Ok;
         return isAccessible;
     }
+
+private:
+    std::mutex m_mutex;
 };
 
 }  // namespace clser_test
