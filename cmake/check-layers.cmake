@@ -8,7 +8,7 @@ set(table
     "platform/genicam/gcbase|Base/"
     "platform/genicam/genapi|Base/ GenApi/"
     "platform/genicam/clprotocol|Base/ GenApi/ CLProtocol/ clser/ os/"
-    "platform/vanto|Base/ GenApi/ vanto/ os/"
+    "platform/vanto|Base/ GenApi/ CLProtocol/Log.h vanto/ os/"
     "VantoCLSer|Base/ GenApi/ CLProtocol/ vanto/ os/ VantoCLSer/"
     "include/vanto|Base/ GenApi/ CLProtocol/ vanto/ os/"
     "camera/gencp|gencp/"

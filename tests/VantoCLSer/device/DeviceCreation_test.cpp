@@ -241,6 +241,14 @@ TEST_F(DeviceCreation, ProvideThrowsForAnEmptyDescription) {
     EXPECT_EQ(m_log.CountFormat("Exception while calling CCLPort::GetXML error: %s", kError), 1u);
 }
 
+TEST_F(DeviceCreation, PassesOnWhatTheDriverLogs) {
+    m_tl->DestroyDevice(CreateDevice());  // loads the driver
+    scripted::Driver().Log(CLProtocol::CLP_LOG_ERROR, "rate %d%s", 5, "%");
+    scripted::Driver().Log(CLProtocol::CLP_LOG_NOTICE, "noted");
+    EXPECT_EQ(Logged(kError, "rate 5%"), 1u);
+    EXPECT_EQ(Logged(kInfo, "noted"), 1u);
+}
+
 TEST_F(DeviceCreation, DestroysDevicesWithTheTransportLayer) {
     CreateDevice();
     EXPECT_EQ(scripted::Driver().CountConnections(), 1u);
