@@ -35,6 +35,9 @@ constexpr std::uint32_t kPixelSize = 2;
 // Long enough for a copy into the largest buffer on a busy machine.
 constexpr std::chrono::seconds kDeliveryTime{5};
 
+// How long a register waits for a plug-in that is being stopped.
+constexpr std::chrono::seconds kStopTime{2};
+
 }  // namespace
 
 /**
@@ -268,7 +271,9 @@ void CVantoCLSerStreamGrabber::QueueBuffer(StreamBufferHandle handle, const void
     buffer->result.status = Queued;
     buffer->result.context = context;
     m_buffers.Queue(handle);
-    if (m_grabStarted)
+    // A plug-in that is being stopped is not started: it may wait for a delivery, which waits for the lock held here.
+    // Whoever stops it cancels this buffer, too.
+    if (m_grabStarted || m_stopping != 0)
         return;
     m_plugin.StartGrab();
     m_grabStarted = true;
@@ -285,10 +290,11 @@ void CVantoCLSerStreamGrabber::CancelGrab() {
     {
         const Lock lock(m_lock);
         CheckState({kPrepared, kReserved}, "CancelGrab");
-        m_grabStarted = false;
+        BeginStop();
     }
     m_plugin.StopGrab();
     const Lock lock(m_lock);
+    EndStop();
     if (m_buffers.CancelEmpty())
         m_waitObject.Signal();
 }
@@ -305,7 +311,7 @@ void CVantoCLSerStreamGrabber::FinishGrab() {
     {
         const Lock lock(m_lock);
         CheckState({kPrepared}, "FinishGrab");
-        m_grabStarted = false;
+        BeginStop();
     }
     m_plugin.StopGrab();
     CancelGrabForFinish();
@@ -316,11 +322,12 @@ void CVantoCLSerStreamGrabber::FinishGrab() {
     SetTLParamsLocked(CameraMap(), false);
 }
 
-// Another thread may have started the plug-in again. It is stopped without the lock, as a delivery may wait for that;
-// m_finishing keeps others from starting it once more.
+// The plug-in is stopped once more, without the lock, as a delivery may wait for that. Until the state changes,
+// m_finishing keeps others from queueing buffers.
 void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
     {
         const Lock lock(m_lock);
+        EndStop();
         ++m_finishing;
     }
     try {
@@ -329,6 +336,16 @@ void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
         LogTrace(StreamLog(), tracelog::kWarning,
                  "Exception while calling CancelGrab from FinishGrab will be ignored (%s).", error.GetDescription());
     }
+}
+
+void CVantoCLSerStreamGrabber::BeginStop() {
+    m_grabStarted = false;
+    ++m_stopping;
+}
+
+void CVantoCLSerStreamGrabber::EndStop() {
+    --m_stopping;
+    m_stopEnded.notify_all();
 }
 
 /**
@@ -490,13 +507,21 @@ void CVantoCLSerStreamGrabber::OnCameraChanged(std::int64_t value, void* grabber
  * \brief Serve the registers of the own node map; a read that can't be served leaves the buffer as it is
  */
 void CVantoCLSerStreamGrabber::Read(void* buffer, std::int64_t address, std::int64_t length) {
-    const Lock lock(m_lock);
+    const Lock lock = LockForRegisters();
     ReadGrabberRegister(m_plugin, buffer, address, length);
 }
 
 void CVantoCLSerStreamGrabber::Write(const void* buffer, std::int64_t address, std::int64_t length) {
-    const Lock lock(m_lock);
+    const Lock lock = LockForRegisters();
     WriteGrabberRegister(m_plugin, buffer, address, length);
+}
+
+// A plug-in that lets one in at a time would keep the caller waiting, with the lock held, for a stop that waits for a
+// delivery that waits for the lock.
+CVantoCLSerStreamGrabber::Lock CVantoCLSerStreamGrabber::LockForRegisters() {
+    Lock lock(m_lock);
+    m_stopEnded.wait_for(lock, kStopTime, [this] { return m_stopping == 0; });
+    return lock;
 }
 
 }  // namespace Vanto

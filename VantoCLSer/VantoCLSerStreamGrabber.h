@@ -4,8 +4,8 @@
  */
 #pragma once
 
-#include <atomic>
 #include <boost/thread/recursive_mutex.hpp>
+#include <condition_variable>
 #include <initializer_list>
 
 #include "GenApi/GenApi.h"
@@ -81,7 +81,10 @@ private:
 
     void CheckState(std::initializer_list<State> accepted, const char* operation) const;
     void WarnAboutLeftBuffers();
+    void BeginStop();
+    void EndStop();
     void CancelGrabForFinish();
+    Lock LockForRegisters();
     void Deliver(const FgFrame& frame);
     CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
     void Fill(GrabResult& result, const FgFrame& frame, void* address, std::uint64_t size) const;
@@ -95,7 +98,9 @@ private:
     mutable boost::recursive_mutex m_lock;  // the grabber lock; guards the following
     std::int32_t m_state = kClosed;
     bool m_grabStarted = false;
+    unsigned m_stopping = 0;   // threads that stop the plug-in
     unsigned m_finishing = 0;  // threads that are about to leave the prepared state
+    std::condition_variable_any m_stopEnded;
     CStreamBuffers m_buffers;
 
     CNodeCallbackTable m_nodeCallbacks;

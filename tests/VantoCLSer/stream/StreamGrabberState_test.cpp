@@ -1,0 +1,297 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The states of a stream grabber
+ */
+
+#include "StreamTest.h"
+
+namespace {
+
+using namespace stream_test;
+using namespace Vanto;
+using GenICam::LogicalErrorException;
+using GenICam::RuntimeException;
+using testing::ElementsAre;
+
+class StreamGrabberState : public StreamTest {
+protected:
+    void Close() { m_grabber->Close(); }
+    std::vector<std::string> TextsOf(std::uint32_t level) {
+        std::vector<std::string> texts;
+        for (const tracelog::LogMessage& message : m_log->GetMessages()) {
+            if (message.level == level)
+                texts.push_back(message.text);
+        }
+        return texts;
+    }
+};
+
+std::string StateError(int state, const std::string& operation) {
+    return "Invalid streamgrabber state (" + std::to_string(state) + ") in " + operation;
+}
+
+TEST_F(StreamGrabberState, OpensAnOpenDevice) {
+    Close();
+    EXPECT_FALSE(m_grabber->IsOpen());
+    m_log->Clear();
+    m_grabber->Open();
+    EXPECT_TRUE(m_grabber->IsOpen());
+    EXPECT_THAT(TextsOf(tracelog::kDebug), ElementsAre("Opening StreamGrabber", "StreamGrabber opened successfully"));
+}
+
+TEST_F(StreamGrabberState, OpensOnce) {
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->Open(); }), "Invalid stream grabber state (1) in Open");
+    m_grabber->PrepareGrab();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->Open(); }), "Invalid stream grabber state (2) in Open");
+}
+
+TEST_F(StreamGrabberState, DoesNotOpenOnAClosedDevice) {
+    Close();
+    m_device.Close();
+    const std::string text = "Device not open when opening stream grabber.";
+    EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->Open(); }), text);
+    EXPECT_THAT(TextsOf(tracelog::kError), ElementsAre(text));
+    EXPECT_FALSE(m_grabber->IsOpen());
+}
+
+TEST_F(StreamGrabberState, ClosedRefusesEverythingButOpenAndClose) {
+    Close();
+    char buffer = 0;
+    GrabResult result;
+    const std::pair<const char*, std::function<void()>> operations[] = {
+        {"RegisterBuffer", [&] { m_grabber->RegisterBuffer(&buffer, 1); }},
+        {"DeregisterBuffer", [&] { m_grabber->DeregisterBuffer(1); }},
+        {"PrepareGrab", [&] { m_grabber->PrepareGrab(); }},
+        {"FinishGrab", [&] { m_grabber->FinishGrab(); }},
+        {"QueueBuffer", [&] { m_grabber->QueueBuffer(1, nullptr); }},
+        {"CancelGrab", [&] { m_grabber->CancelGrab(); }},
+        {"RetrieveResult", [&] { m_grabber->RetrieveResult(result); }}};
+    for (const auto& [name, operation] : operations)
+        EXPECT_EQ(MessageOf<LogicalErrorException>(operation), StateError(0, name));
+}
+
+TEST_F(StreamGrabberState, OpenRefusesWhatNeedsAGrab) {
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->FinishGrab(); }), StateError(1, "FinishGrab"));
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->QueueBuffer(1, nullptr); }),
+              StateError(1, "QueueBuffer"));
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->CancelGrab(); }), StateError(1, "CancelGrab"));
+}
+
+TEST_F(StreamGrabberState, PreparedRefusesToPrepare) {
+    m_grabber->PrepareGrab();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->PrepareGrab(); }), StateError(2, "PrepareGrab"));
+}
+
+TEST_F(StreamGrabberState, PreparingDoesNotCallThePlugin) {
+    m_grabber->PrepareGrab();
+    EXPECT_STREQ(m_plugin->calls, "Create Init ");
+}
+
+TEST_F(StreamGrabberState, TheFirstQueuedBufferStartsThePlugin) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab ");
+}
+
+TEST_F(StreamGrabberState, FinishingStopsThePluginTwice) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->FinishGrab();
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StopGrab StopGrab ");
+}
+
+TEST_F(StreamGrabberState, FinishingLeadsBackToOpen) {
+    m_grabber->PrepareGrab();
+    m_grabber->FinishGrab();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->CancelGrab(); }), StateError(1, "CancelGrab"));
+    m_grabber->PrepareGrab();
+}
+
+TEST_F(StreamGrabberState, CancellingKeepsTheGrabPrepared) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->CancelGrab();
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StopGrab StartGrab ");
+}
+
+TEST_F(StreamGrabberState, DrainingAfterFinishMakesItPreparedAgain) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->FinishGrab();
+    Retrieve();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->CancelGrab(); }), StateError(1, "CancelGrab"));
+    Retrieve();
+    m_grabber->CancelGrab();  // state 2
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->PrepareGrab(); }), StateError(2, "PrepareGrab"));
+}
+
+TEST_F(StreamGrabberState, AFailingStopIsOnlyLogged) {
+    m_plugin->stopResult = false;
+    m_plugin->errorText = "board 5%n stuck";
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->FinishGrab();
+    const std::string text = "Failed to stop the grab gracefully (board 5%n stuck).";
+    EXPECT_THAT(TextsOf(tracelog::kWarning), ElementsAre(text, text));
+}
+
+TEST_F(StreamGrabberState, AFailingStartKeepsTheBufferQueued) {
+    m_plugin->startResult = false;
+    m_plugin->errorText = "no clock %s";
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->QueueBuffer(handle, nullptr); }), "no clock %s");
+    EXPECT_EQ(m_plugin->textSizes[0], 0U);
+    EXPECT_EQ(m_plugin->textSizes[1], 12U);
+    m_plugin->startResult = true;
+    m_grabber->QueueBuffer(handle, nullptr);  // tries again
+    m_grabber->CancelGrab();
+    EXPECT_EQ(Retrieve().handle, handle);
+    EXPECT_EQ(Retrieve().handle, handle);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StartGrab StopGrab ");
+}
+
+TEST_F(StreamGrabberState, ClosingInOrderSaysNothingElse) {
+    Close();
+    ASSERT_EQ(m_log->GetMessages().size(), 1U);
+    EXPECT_EQ(m_log->CountText("Closing StreamGrabber", tracelog::kDebug), 1U);
+}
+
+TEST_F(StreamGrabberState, ClosingWarnsOfTheStateWithTheNumberOfBuffers) {
+    AddBuffer();
+    AddBuffer();
+    AddBuffer();
+    m_grabber->PrepareGrab();
+    Close();
+    EXPECT_THAT(TextsOf(tracelog::kWarning),
+                ElementsAre("Invalid streamgrabber state (3) in Close",
+                            "Still 3 bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this "
+                            "message."));
+    EXPECT_STREQ(m_plugin->calls, "Create Init ");  // the plug-in is left alone
+}
+
+TEST_F(StreamGrabberState, ClosingTwiceWarns) {
+    Close();
+    m_log->Clear();
+    Close();
+    EXPECT_THAT(TextsOf(tracelog::kWarning), ElementsAre("Invalid streamgrabber state (0) in Close"));
+}
+
+TEST_F(StreamGrabberState, ClosingWarnsOfUnretrievedResults) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->FinishGrab();
+    Close();
+    EXPECT_THAT(TextsOf(tracelog::kWarning),
+                ElementsAre("Still 2 filled, unretrieved bufferers in queue when calling Close(). Use RetrieveResult() "
+                            "to remove them before calling Close() to avoid this message.",
+                            "Still 2 bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this "
+                            "message."));
+    EXPECT_FALSE(IsSignalled());
+}
+
+TEST_F(StreamGrabberState, ClosingWithEmptyBuffersHidesTheFilledOnes) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_plugin.Deliver(Frame());
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    Close();
+    EXPECT_THAT(TextsOf(tracelog::kWarning),
+                ElementsAre("Invalid streamgrabber state (2) in Close",
+                            "Still 1 empty bufferers in queue when calling Close().",
+                            "Still 2 bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this "
+                            "message."));
+}
+
+TEST_F(StreamGrabberState, QueuedEmptyBuffersSurviveAClose) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    Close();
+    m_grabber->Open();
+    m_log->Clear();
+    m_plugin.Deliver(Frame());
+    EXPECT_EQ(m_log->CountFormat("Invalid Bufferhandle %p encountered", tracelog::kError), 1U);
+    m_plugin.Deliver(Frame());
+    EXPECT_EQ(m_log->CountText("Buffer underrun*!", tracelog::kTrace), 1U);
+}
+
+TEST_F(StreamGrabberState, ClosedMayDrainIntoAStateError) {
+    Close();
+    EXPECT_FALSE(m_plugin.Deliver(Frame()));
+    EXPECT_EQ(m_log->CountText("Buffer underrun*!", tracelog::kTrace), 1U);
+}
+
+TEST_F(StreamGrabberState, FinishIgnoresAFailingCancel) {
+    m_grabber->PrepareGrab();
+    m_plugin->hookContext = m_grabber.get();
+    m_plugin->onStop = [](void* grabber) { static_cast<CVantoCLSerStreamGrabber*>(grabber)->Close(); };
+    m_grabber->FinishGrab();
+    EXPECT_EQ(m_log->CountText("Exception while calling CancelGrab from FinishGrab will be ignored (Invalid "
+                               "streamgrabber state (0) in CancelGrab).",
+                               tracelog::kWarning),
+              1U);
+    m_plugin->onStop = nullptr;
+    EXPECT_TRUE(m_grabber->IsOpen());  // the state is 1 all the same
+    EXPECT_EQ(m_device.Value("TLParamsLocked"), 0);
+}
+
+TEST_F(StreamGrabberState, NobodyStartsThePluginAgainWhileTheGrabIsFinished) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(handle, nullptr);
+    struct Context {
+        CVantoCLSerStreamGrabber* grabber;
+        StreamBufferHandle handle;
+        int stops;
+        std::string error;
+    } context{m_grabber.get(), handle, 0, ""};
+    m_plugin->hookContext = &context;
+    m_plugin->onStop = [](void* pointer) {
+        auto& self = *static_cast<Context*>(pointer);
+        if (++self.stops == 2)
+            self.error = MessageOf<LogicalErrorException>([&] { self.grabber->QueueBuffer(self.handle, nullptr); });
+    };
+    m_grabber->FinishGrab();
+    EXPECT_EQ(context.error, StateError(1, "QueueBuffer"));
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StopGrab StopGrab ");
+}
+
+TEST_F(StreamGrabberState, ABufferQueuedWhileThePluginStopsIsCancelledToo) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->PrepareGrab();
+    struct Context {
+        CVantoCLSerStreamGrabber* grabber;
+        StreamBufferHandle handle;
+        bool done;
+    } context{m_grabber.get(), handle, false};
+    m_plugin->hookContext = &context;
+    m_plugin->onStop = [](void* pointer) {
+        auto& self = *static_cast<Context*>(pointer);
+        if (!std::exchange(self.done, true))
+            self.grabber->QueueBuffer(self.handle, nullptr);
+    };
+    m_grabber->FinishGrab();
+    EXPECT_STREQ(m_plugin->calls, "Create Init StopGrab StopGrab ");  // not started while it is being stopped
+    EXPECT_EQ(Retrieve().status, Canceled);
+}
+
+TEST_F(StreamGrabberState, DestructionClosesWithAWarning) {
+    m_grabber.reset();
+    EXPECT_EQ(m_log->CountText("Stream still open on destruction", tracelog::kWarning), 1U);
+    EXPECT_EQ(m_log->CountText("Closing StreamGrabber", tracelog::kDebug), 1U);
+    EXPECT_STREQ(m_plugin->calls, "Create Init Shutdown Destroy ");
+}
+
+TEST_F(StreamGrabberState, DestructionOfAClosedOneSaysNothing) {
+    Close();
+    m_log->Clear();
+    m_grabber.reset();
+    EXPECT_TRUE(m_log->GetMessages().empty());
+}
+
+}  // namespace
