@@ -10,13 +10,16 @@
 namespace grabber {
 
 /**
- * \brief Begin to deliver frames, the first one with the number 0; a grab that runs is stopped before
- * \throw std::logic_error Called in a delivery
+ * \brief Begin to deliver frames, the first one with the number 0
+ * \throw std::logic_error The last grab has not ended. It isn't waited for: the caller may hold what it needs to end.
  * \throw std::bad_alloc, std::system_error No memory or no thread
  */
 void Acquisition::Start(const Geometry& geometry, const Settings& settings, Vanto::FgCallee& callee) {
-    if (RequestStopInDelivery())
-        throw std::logic_error("A grab can't be started while a frame is delivered.");
+    {
+        const std::lock_guard lock(m_lock);
+        if (m_running)
+            throw std::logic_error("The last grab has not ended.");
+    }
     const std::lock_guard control(m_control);
     StopAndJoin();
     Picture picture(geometry, settings);
@@ -24,7 +27,10 @@ void Acquisition::Start(const Geometry& geometry, const Settings& settings, Vant
     m_stop = false;
     m_thread = std::thread([this, picture = std::move(picture), settings, &callee]() mutable {
         Run(std::move(picture), settings, callee);
+        const std::lock_guard ended(m_lock);
+        m_running = false;
     });
+    m_running = true;
     m_threadId = m_thread.get_id();
 }
 

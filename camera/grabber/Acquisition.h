@@ -40,6 +40,7 @@ private:
     std::condition_variable m_changed;
     std::thread::id m_threadId;
     bool m_stop = false;
+    bool m_running = false;
     std::uint64_t m_triggerCount = 0;
 };
 

@@ -123,6 +123,7 @@ TEST_F(SimulatedGrabberTest, BeginsAgainWithNumberZero) {
     ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;Frames=2"));
     ASSERT_TRUE(m_grabber.StartGrab());
     ASSERT_TRUE(m_host.WaitForFrames(2));
+    EXPECT_TRUE(m_grabber.StopGrab());
     ASSERT_TRUE(m_grabber.StartGrab());
     ASSERT_TRUE(m_host.WaitForFrames(4));
     EXPECT_EQ(m_host.Tags(), (std::vector<std::uint32_t>{0, 1, 0, 1}));
@@ -164,6 +165,13 @@ TEST_F(SimulatedGrabberTest, RefusesToStartInADelivery) {
     ASSERT_TRUE(m_host.WaitForFrames(1));
     EXPECT_TRUE(m_grabber.StopGrab());
     EXPECT_FALSE(started);
+}
+
+TEST_F(SimulatedGrabberTest, RefusesToStartWhileItGrabs) {
+    ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0.001"));
+    ASSERT_TRUE(m_grabber.StartGrab());
+    EXPECT_FALSE(m_grabber.StartGrab());
+    EXPECT_EQ(ErrorOf(m_grabber), "The last grab has not ended.");
 }
 
 TEST_F(SimulatedGrabberTest, FollowsTheCamerasGeometry) {
