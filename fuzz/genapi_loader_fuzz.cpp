@@ -1,0 +1,149 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Feeds descriptions to the loader and uses every node of those that load
+ */
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "GenApi/GenApi.h"
+
+using namespace GenApi;
+
+namespace {
+
+/// A device whose bytes are those of the description itself.
+class FuzzPort final : public IPort {
+public:
+    FuzzPort(const std::uint8_t* data, std::size_t size) : m_data(data), m_size(size) {}
+    EAccessMode GetAccessMode() const override { return RW; }
+    void Read(void* buffer, std::int64_t address, std::int64_t length) override {
+        auto* bytes = static_cast<std::uint8_t*>(buffer);
+        for (std::int64_t i = 0; i < length; ++i)
+            bytes[i] = m_data[static_cast<std::uint64_t>(address + i % 64) % m_size];
+    }
+    void Write(const void* buffer, std::int64_t, std::int64_t length) override {
+        m_last = static_cast<const std::uint8_t*>(buffer)[length - 1];
+    }
+
+private:
+    const std::uint8_t* m_data;
+    std::size_t m_size;
+    volatile std::uint8_t m_last = 0;
+};
+
+void UseValue(INode* node) {
+    CValuePtr value = node;
+    if (value.IsValid() && IsReadable(node->GetAccessMode()))
+        value->FromString(value->ToString(true), true);
+}
+
+void UseInteger(INode* node) {
+    CIntegerPtr integer = node;
+    if (!integer.IsValid())
+        return;
+    integer->GetMin();
+    integer->GetMax();
+    integer->GetInc();
+    integer->GetListOfValidValues();
+    integer->GetUnit();
+    integer->GetRepresentation();
+    integer->SetValue(integer->GetValue(false, true), false);
+}
+
+void UseFloat(INode* node) {
+    CFloatPtr number = node;
+    if (!number.IsValid())
+        return;
+    number->GetMin();
+    number->GetMax();
+    number->GetIncMode();
+    number->GetListOfValidValues();
+    number->GetUnit();
+    number->SetValue(number->GetValue(false, true), false);
+}
+
+void UseOthers(INode* node) {
+    if (CEnumerationPtr enumeration = node; enumeration.IsValid()) {
+        StringList_t symbolics;
+        enumeration->GetSymbolics(symbolics);
+        enumeration->GetCurrentEntry();
+        enumeration->SetIntValue(enumeration->GetIntValue(), false);
+    }
+    if (CCommandPtr command = node; command.IsValid()) {
+        command->Execute();
+        command->IsDone();
+    }
+    if (CRegisterPtr bytes = node; bytes.IsValid()) {
+        std::uint8_t byte = 0;
+        bytes->GetAddress();
+        bytes->Get(&byte, 1);
+    }
+    if (CCategoryPtr category = node; category.IsValid()) {
+        FeatureList_t features;
+        category->GetFeatures(features);
+    }
+}
+
+// Every exception that is not GenICam's ends the run.
+template <class Use>
+void Guarded(Use&& use, INode* node) {
+    try {
+        use(node);
+    } catch (const GenICam::GenericException& exception) {
+        if (std::strlen(exception.GetDescription()) == 0)
+            __builtin_trap();
+    }
+}
+
+void UseMap(CNodeMapRef& map, FuzzPort& port) {
+    NodeList_t nodes;
+    map._GetNodes(nodes);
+    // A large map would only repeat itself.
+    if (nodes.size() > 300)
+        nodes.resize(300);
+    for (INode* node : nodes) {
+        if (node->GetPrincipalInterfaceType() == intfIPort)
+            map._Connect(&port, node->GetName());
+    }
+    for (INode* node : nodes) {
+        GenICam::gcstring_vector names;
+        NodeList_t others;
+        node->GetPropertyNames(names);
+        node->GetChildren(others, ctTerminalNodes);
+        node->GetCachingMode();
+        node->GetPollingTime();
+        node->GetVisibility();
+        Guarded(UseValue, node);
+        Guarded(UseInteger, node);
+        Guarded(UseFloat, node);
+        Guarded(UseOthers, node);
+        Guarded([](INode* each) { each->InvalidateNode(); }, node);
+    }
+    map._Poll(100);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0)
+        return 0;
+    // What follows the mark is injected.
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const std::size_t mark = text.find("<?inject?>");
+    CNodeMapRef map;
+    try {
+        if (mark == std::string_view::npos)
+            map._LoadXMLFromString(GenICam::gcstring(text));
+        else
+            map._LoadXMLFromStringInject(GenICam::gcstring(text.substr(0, mark)),
+                                         GenICam::gcstring(text.substr(mark + 10)));
+    } catch (const GenICam::RuntimeException&) {
+        return 0;
+    }
+    FuzzPort port(data, size);
+    UseMap(map, port);
+    return 0;
+}
