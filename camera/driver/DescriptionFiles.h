@@ -20,7 +20,8 @@ struct DescriptionFile {
     gencp::ManifestEntry entry;
 };
 
-inline constexpr std::uint64_t kMaxDescriptionSize = std::uint64_t{64} << 20;  ///< bytes; a camera's word is bounded by it
+inline constexpr std::uint64_t kMaxDescriptionSize = std::uint64_t{64}
+                                                     << 20;  ///< bytes; a camera's word is bounded by it
 
 std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger);
 void FetchDescription(CameraMemory& memory, const DescriptionFile& file, std::span<std::uint8_t> buffer);

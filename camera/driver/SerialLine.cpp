@@ -21,7 +21,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kStopCheckInterval{50};  // a probe ends so soon after it was told to
 constexpr milliseconds kEmptyCallPause{1};      // for libraries that return at once with nothing done
-constexpr std::size_t kMaxWaiting = 0x10000;  // a line that never falls silent
+constexpr std::size_t kMaxWaiting = 0x10000;    // a line that never falls silent
 
 void CheckCode(CLINT32 code, const char* function) {
     if (code < 0)
