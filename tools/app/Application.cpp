@@ -97,7 +97,7 @@ private:
             name.erase(0, blank + 1);
         }
         CLI::App* app = parent->add_subcommand(name, entry.summary);
-        app->group(kGroup);
+        app->group(*entry.summary != '\0' ? kGroup : "");
         m_commands.push_back(entry.make());
         Command* command = m_commands.back().get();
         Options options(*app);

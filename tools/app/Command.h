@@ -26,7 +26,8 @@ public:
     virtual ExitCode Run(Output& output) = 0;
 };
 
-/// A line of the table of commands. A name of two words ("config path") is a command of a group.
+/// A line of the table of commands. A name of two words ("config path") is a command of a group. A command without a
+/// summary is for scripts and not in the help.
 struct CommandEntry {
     const char* name;
     const char* summary;

@@ -10,8 +10,8 @@
 
 namespace tools {
 
-/// What vanto-cl returns to the shell.
-enum class ExitCode : int { kDone = 0, kFailed = 1, kUsage = 2, kNoDevice = 3 };
+/// What vanto-cl returns to the shell. A command that closed its camera after Ctrl-C ends as shells say it: 128 + 2.
+enum class ExitCode : int { kDone = 0, kFailed = 1, kUsage = 2, kNoDevice = 3, kInterrupted = 130 };
 
 /// Ends a command: what() is printed after "error: ", the hint on a line of its own.
 class ToolError : public std::runtime_error {

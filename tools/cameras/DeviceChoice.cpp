@@ -75,7 +75,7 @@ Vanto::CDeviceInfo FindDevice(const TransportLayer& layer, const std::string& de
     if (!enumeration.cameras.empty())
         return ChooseDevice(enumeration.cameras, device);
     std::string hint;
-    for (const Reason& reason : WhyNoCamera(layer, enumeration))
+    for (const Reason& reason : WhyNoCamera(layer, enumeration, enumeration.SilentPorts(true)))
         hint += fmt::format("{}{}{}{}", hint.empty() ? "" : "\n", reason.cause, reason.remedy.empty() ? "" : "\n  ",
                             reason.remedy);
     throw ToolError(fmt::format("there is no camera '{}': no camera was found", device), hint, ExitCode::kNoDevice);

@@ -8,8 +8,9 @@
 
 #include <algorithm>
 
+#include "CLProtocol/CLPort.h"
+#include "CLProtocol/DeviceID.h"
 #include "cameras/LogTexts.h"
-#include "output/Text.h"
 #include "system/FileAccess.h"
 
 namespace tools {
@@ -22,17 +23,25 @@ bool Contains(const std::vector<std::string>& texts, const std::string& text) {
     return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-/// What the libraries below the transport layer said of a port: the last such message.
-std::string LastWordOn(const std::vector<LogMessage>& log, const std::string& portId) {
-    for (auto message = log.rbegin(); message != log.rend(); ++message) {
-        const bool isOwn = message->category == log_texts::kCategory;
-        if (!isOwn && message->level >= Vanto::tracelog::kWarning && message->text.find(portId) != std::string::npos)
-            return message->text;
+/// Asks a port once more, to hear in the words of the libraries below why there is no camera.
+std::string AnswerOf(const std::string& portId) {
+    constexpr std::uint32_t kProbeTimeout = 400;  // milliseconds, as the transport layer allows
+    try {
+        GenICam::gcstring_vector templates;
+        CLProtocol::CCLPort::GetDeviceIDTemplates(templates);
+        for (const GenICam::gcstring& candidate : templates) {
+            const CLProtocol::CDeviceID deviceId(candidate);
+            if (deviceId.GetCameraManufacturer() == "Marlow" &&
+                !CLProtocol::CCLPort::ProbeDevice(portId, candidate, kProbeTimeout).empty())
+                return "a camera answered when asked once more";
+        }
+    } catch (const GenICam::GenericException& failure) {
+        return failure.GetDescription();
     }
     return {};
 }
 
-SilentPort Explain(const Enumeration& enumeration, const std::string& portId) {
+SilentPort Explain(const Enumeration& enumeration, const std::string& portId, bool askAgain) {
     const std::filesystem::path device = DeviceOfPort(portId);
     if (!device.empty()) {
         const FileAccess access = AccessTo(device);
@@ -40,16 +49,13 @@ SilentPort Explain(const Enumeration& enumeration, const std::string& portId) {
             return {portId, fmt::format("user {} may not use {}", UserName(), device.string()),
                     AdviceOnAccess(device, access)};
     }
-    const std::string lastWord = LastWordOn(enumeration.log, portId);
-    const std::string detail = lastWord.empty() ? std::string() : ": " + lastWord;
-    if (Contains(enumeration.ArgumentsOf(log_texts::kNoAnswer), portId))
-        return {portId, "no camera answers" + detail,
-                "Is the camera on and its cable plugged in? Is another program using the port?"};
-    if (Contains(enumeration.ArgumentsOf(log_texts::kPortError), portId))
-        return {portId, "the port can't be used" + detail, "Is another program using the port?"};
     for (const LogMessage& message : enumeration.log)
         if (message.format == log_texts::kOtherError && message.arguments.size() == 2 && message.arguments[0] == portId)
             return {portId, message.arguments[1], {}};
+    const std::string answer = askAgain ? AnswerOf(portId) : std::string();
+    const std::string detail = answer.empty() ? std::string() : ": " + answer;
+    if (Contains(enumeration.ArgumentsOf(log_texts::kPortError), portId))
+        return {portId, "the port can't be used" + detail, "Close the program that uses the port."};
     return {portId, "no camera answers" + detail, "Is the camera on and its cable plugged in?"};
 }
 
@@ -74,14 +80,14 @@ std::vector<LogMessage> Enumeration::Problems() const {
     return problems;
 }
 
-std::vector<SilentPort> Enumeration::SilentPorts() const {
+std::vector<SilentPort> Enumeration::SilentPorts(bool askAgain) const {
     std::vector<SilentPort> silent;
     for (const std::string& portId : ArgumentsOf(log_texts::kUsablePort)) {
         const bool found = std::any_of(cameras.begin(), cameras.end(), [&](const Vanto::CDeviceInfo& camera) {
             return PropertyOf(camera, "PortID") == portId;
         });
         if (!found)
-            silent.push_back(Explain(*this, portId));
+            silent.push_back(Explain(*this, portId, askAgain));
     }
     return silent;
 }

@@ -30,8 +30,9 @@ struct Enumeration {
     std::vector<std::string> ArgumentsOf(std::string_view format) const;
     /// Messages of level warning and above.
     std::vector<Vanto::tracelog::LogMessage> Problems() const;
-    /// Enabled ports of this machine on which no camera was found.
-    std::vector<SilentPort> SilentPorts() const;
+    /// Enabled ports of this machine on which no camera was found. With \a askAgain each is asked once more, which
+    /// takes its time, to say more precisely why.
+    std::vector<SilentPort> SilentPorts(bool askAgain) const;
 };
 
 Enumeration Enumerate(const TransportLayer& layer);

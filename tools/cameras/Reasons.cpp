@@ -88,9 +88,11 @@ std::string ArgumentOfFailure(const Enumeration& enumeration) {
  * \brief Say why a look for cameras found none
  * \param[in] layer The transport layer that looked
  * \param[in] enumeration What it found and logged
+ * \param[in] silentPorts Its SilentPorts
  * \return At least one reason when the enumeration holds no camera, most important first
  */
-std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration) {
+std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration,
+                                const std::vector<SilentPort>& silentPorts) {
     if (layer.Get() == nullptr)
         return {MissingLayer()};
     const std::string restriction = GetEnvironment("VANTO_USE_TL").value_or("");
@@ -106,7 +108,7 @@ std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& 
     if (enumeration.Logged(log_texts::kNoTemplates))
         return {NoDriver()};
     std::vector<Reason> reasons;
-    for (const SilentPort& port : enumeration.SilentPorts())
+    for (const SilentPort& port : silentPorts)
         reasons.push_back({fmt::format("Port '{}': {}.", Printable(port.portId), Printable(port.reason)), port.hint});
     if (reasons.empty())
         reasons.push_back({"The transport layer found no camera and did not say why.", kAskDoctor});

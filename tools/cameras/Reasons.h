@@ -17,6 +17,7 @@ struct Reason {
     std::string remedy;
 };
 
-std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration);
+std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration,
+                                const std::vector<SilentPort>& silentPorts);
 
 }  // namespace tools

@@ -74,8 +74,9 @@ ExitCode ListCommand::Run(Output& output) {
     std::optional<Progress> progress(std::in_place, output, "Looking for cameras");
     const Enumeration enumeration = Enumerate(layer);
     const auto elapsed = progress->Elapsed();
-    const std::vector<Reason> reasons =
-        enumeration.cameras.empty() ? WhyNoCamera(layer, enumeration) : std::vector<Reason>();
+    const std::vector<Reason> reasons = enumeration.cameras.empty()
+                                            ? WhyNoCamera(layer, enumeration, enumeration.SilentPorts(true))
+                                            : std::vector<Reason>();
     progress.reset();
     if (m_json)
         PrintJson(output, enumeration.cameras);
@@ -88,7 +89,7 @@ ExitCode ListCommand::Run(Output& output) {
         output.Line(fmt::format("{} {} found in {}", enumeration.cameras.size(),
                                 enumeration.cameras.size() == 1 ? "camera" : "cameras", DurationText(elapsed)));
     }
-    for (const SilentPort& port : enumeration.SilentPorts())
+    for (const SilentPort& port : enumeration.SilentPorts(false))
         output.Warn(fmt::format("port '{}': {}", Printable(port.portId), Printable(port.reason)));
     return ExitCode::kDone;
 }

@@ -25,10 +25,11 @@ Section Guarded(const char* title, Examination examination) {
     }
 }
 
-void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration) {
-    const std::size_t silent = enumeration.SilentPorts().size();
+void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration,
+           const std::vector<SilentPort>& silentPorts) {
+    const std::size_t silent = silentPorts.size();
     if (enumeration.cameras.empty()) {
-        const std::vector<Reason> reasons = WhyNoCamera(layer, enumeration);
+        const std::vector<Reason> reasons = WhyNoCamera(layer, enumeration, silentPorts);
         report.verdict = "no camera was found. " + reasons.front().cause;
         report.nextStep = reasons.front().remedy;
         return;
@@ -45,12 +46,12 @@ void Judge(Report& report, const TransportLayer& layer, const Enumeration& enume
 
 }  // namespace
 
-Section ExamineCameras(const Enumeration& enumeration) {
+Section ExamineCameras(const Enumeration& enumeration, const std::vector<SilentPort>& silentPorts) {
     Section section{"Cameras", {}};
     for (const Vanto::CDeviceInfo& camera : enumeration.cameras)
         section.observations.push_back(
             {Health::kFine, PropertyOf(camera, "PortID"), PropertyOf(camera, "FriendlyName"), {}});
-    for (const SilentPort& port : enumeration.SilentPorts())
+    for (const SilentPort& port : silentPorts)
         section.observations.push_back({Health::kBad, port.portId, port.reason, port.hint});
     if (section.observations.empty())
         section.observations.push_back({Health::kBad, "none", "no port was asked for a camera", {}});
@@ -84,9 +85,10 @@ Report Examine() {
     report.sections.push_back(Guarded("Serial ports", ExaminePorts));
     report.sections.push_back(Guarded("Port configuration file", ExamineConfiguration));
     const Enumeration enumeration = Enumerate(layer);
-    report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration); }));
+    const std::vector<SilentPort> silentPorts = enumeration.SilentPorts(true);
+    report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration, silentPorts); }));
     report.sections.push_back(Guarded("Last warnings and errors", [&] { return ExamineLog(enumeration); }));
-    Judge(report, layer, enumeration);
+    Judge(report, layer, enumeration, silentPorts);
     return report;
 }
 

@@ -16,7 +16,7 @@ Section ExamineSerialLibraries();
 Section ExamineDrivers();
 Section ExaminePorts();
 Section ExamineConfiguration();
-Section ExamineCameras(const Enumeration& enumeration);
+Section ExamineCameras(const Enumeration& enumeration, const std::vector<SilentPort>& silentPorts);
 /// The libraries' own complaints during the look for cameras, the last ones last.
 Section ExamineLog(const Enumeration& enumeration);
 

@@ -1,0 +1,48 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl exec: executes a command of the camera
+ */
+#include "commands/ExecCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/FeatureText.h"
+#include "features/FeatureWalk.h"
+#include "features/OpenDevice.h"
+#include "features/OptionNumbers.h"
+#include "output/Output.h"
+#include "output/Progress.h"
+
+namespace tools {
+
+void ExecCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Argument("COMMAND", m_command, "Name of a command feature");
+    options.Value("--timeout", m_timeout, "SECONDS", "How long to wait until the command is done (10)");
+}
+
+ExitCode ExecCommand::Run(Output& output) {
+    constexpr std::chrono::milliseconds kPoll{20};
+    const auto timeout = DurationOption("--timeout", m_timeout);
+    const OpenDevice device(m_device, output);
+    GenApi::INode& node = FindFeature(device.Nodes(), m_command);
+    const GenApi::CCommandPtr command(&node);
+    if (node.GetPrincipalInterfaceType() != GenApi::intfICommand || !command.IsValid())
+        throw ToolError(fmt::format("{} is no command: its kind is {}", m_command, KindText(node)),
+                        "'vanto-cl set' changes features.");
+    if (!GenApi::IsWritable(node.GetAccessMode()))
+        throw ToolError(fmt::format("{} can't be executed at present", m_command));
+    command->Execute();
+    const Progress progress(output, "Waiting for " + m_command);
+    while (!command->IsDone()) {
+        if (progress.Elapsed() > timeout)
+            throw ToolError(fmt::format("{} was started and is not done after {}", m_command, DurationText(timeout)));
+        SleepUninterrupted(kPoll);
+        ThrowIfInterrupted();
+    }
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

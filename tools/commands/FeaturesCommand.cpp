@@ -1,0 +1,34 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl features: a camera's features and their values
+ */
+#include "commands/FeaturesCommand.h"
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/FeatureTable.h"
+#include "features/FeatureWalk.h"
+#include "features/OpenDevice.h"
+
+namespace tools {
+
+void FeaturesCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Flag("--tree", m_tree, "Show the categories, too");
+    options.Flag("--json", m_json, "Print the tree as JSON, with ranges, units and documentation");
+    options.Value("--visibility", m_visibility, "LEVEL", "beginner, expert, guru (this is the default) or invisible");
+    options.Exclude("--tree", "--json");
+    options.Footer("Ranges and entries are what the camera takes at present.");
+}
+
+ExitCode FeaturesCommand::Run(Output& output) {
+    const GenApi::EVisibility visibility = VisibilityFromWord(m_visibility);
+    const OpenDevice device(m_device, output);
+    if (m_json)
+        PrintFeaturesAsJson(output, device, visibility);
+    else
+        PrintFeatures(output, device, visibility, m_tree);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

@@ -1,0 +1,48 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl get: values of features
+ */
+#include "commands/GetCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/FeatureText.h"
+#include "features/FeatureWalk.h"
+#include "features/OpenDevice.h"
+#include "output/Output.h"
+#include "output/Text.h"
+
+namespace tools {
+
+void GetCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Arguments("NAME", m_names, "Names of features");
+    options.Flag("--json", m_json, "Print a JSON object with a member for each feature");
+    options.Footer("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
+}
+
+ExitCode GetCommand::Run(Output& output) {
+    const OpenDevice device(m_device, output);
+    std::vector<GenApi::INode*> nodes;
+    for (const std::string& name : m_names) {
+        nodes.push_back(&FindFeature(device.Nodes(), name));
+        CheckReadable(*nodes.back());
+    }
+    Json json = Json::object();
+    std::string text;
+    for (std::size_t index = 0; index < nodes.size(); ++index) {
+        ThrowIfInterrupted();
+        if (m_json)
+            json[m_names[index]] = ValueJson(*nodes[index]);
+        else if (nodes.size() == 1)
+            text = Printable(ValueText(*nodes[index])) + "\n";
+        else
+            text += fmt::format("{}={}\n", m_names[index], Printable(ValueText(*nodes[index])));
+    }
+    output.Print(m_json ? ToText(json) + "\n" : text);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

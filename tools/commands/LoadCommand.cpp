@@ -1,0 +1,50 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl load: the settings of a file into a camera
+ */
+#include "commands/LoadCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/OpenDevice.h"
+#include "features/StreamableSettings.h"
+#include "output/Output.h"
+#include "output/Progress.h"
+#include "output/Text.h"
+#include "system/FileAccess.h"
+#include "vanto/VantoFolders.h"
+
+namespace tools {
+
+void LoadCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Argument("FILE", m_file, "A file that 'vanto-cl save' wrote, or NAME=VALUE lines");
+    options.Footer(
+        "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then\n"
+        "the exit code is 1.");
+}
+
+ExitCode LoadCommand::Run(Output& output) {
+    if (const std::string why = WhyNotReadable(m_file); !why.empty())
+        throw ToolError(fmt::format("can't read '{}': {}", m_file, why));
+    const std::vector<Setting> settings = ParseSettings(m_file, Vanto::textFileToString(m_file).view());
+    const OpenDevice device(m_device, output);
+    std::vector<Refusal> refusals;
+    {
+        const Progress progress(output, "Setting " + device.Name());
+        refusals = ApplySettings(device.Nodes(), settings);
+        device.ThrowIfGone();
+    }
+    for (const Refusal& refusal : refusals) {
+        const std::string selectors = SelectorText(refusal.setting.selectors);
+        output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, refusal.setting.line,
+                                          selectors.empty() ? "" : "[" + selectors + "] ", refusal.reason)));
+    }
+    output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
+                            settings.size() - refusals.size(), settings.size()));
+    return refusals.empty() ? ExitCode::kDone : ExitCode::kFailed;
+}
+
+}  // namespace tools

@@ -1,0 +1,43 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl save: the settings of a camera into a file
+ */
+#include "commands/SaveCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/OpenDevice.h"
+#include "features/StreamableSettings.h"
+#include "output/Output.h"
+#include "output/Progress.h"
+#include "output/Text.h"
+#include "system/Files.h"
+
+namespace tools {
+
+void SaveCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Argument("FILE", m_file, "The file to write, - for standard output");
+    options.Footer("Saved are the streamable features that can be set at present, for each value of their selectors.");
+}
+
+ExitCode SaveCommand::Run(Output& output) {
+    const OpenDevice device(m_device, output);
+    std::vector<Setting> settings;
+    {
+        const Progress progress(output, "Reading the settings of " + device.Name());
+        settings = CollectSettings(device.Nodes());
+    }
+    const std::string text = SettingsText({"Settings of " + device.Name() + ", for 'vanto-cl load'"}, settings);
+    if (m_file == "-") {
+        output.Print(text);
+        return ExitCode::kDone;
+    }
+    WriteFile(m_file, text);
+    output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

@@ -1,0 +1,34 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl set: changes features, all or none
+ */
+#include "commands/SetCommand.h"
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/Assignments.h"
+#include "features/OpenDevice.h"
+
+namespace tools {
+
+void SetCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Arguments("NAME=VALUE", m_assignments, "Features and their new values, set in this order");
+    options.Footer(
+        "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe.\n"
+        "All are checked before the first is written. When the camera refuses one nevertheless, those\n"
+        "before it get their old values back.");
+}
+
+ExitCode SetCommand::Run(Output& output) {
+    std::vector<Assignment> parsed;
+    for (const std::string& word : m_assignments)
+        parsed.push_back(ParseAssignment(word));
+    const OpenDevice device(m_device, output);
+    Assignments assignments(device.Nodes(), parsed);
+    assignments.Check();
+    assignments.Apply();
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

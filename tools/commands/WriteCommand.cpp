@@ -1,0 +1,33 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl write: registers of the camera
+ */
+#include "commands/WriteCommand.h"
+
+#include <fmt/format.h>
+
+#include "app/Options.h"
+#include "cameras/DeviceChoice.h"
+#include "features/RegisterPort.h"
+#include "features/ValueWords.h"
+
+namespace tools {
+
+void WriteCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
+    options.Argument("HEX", m_bytes, "The bytes as pairs of hexadecimal digits, in the order of the addresses");
+    options.Footer("Nothing is checked: the camera takes what it is given.");
+}
+
+ExitCode WriteCommand::Run(Output& output) {
+    const std::int64_t address = AddressArgument(m_address);
+    const auto bytes = BytesFromWord(m_bytes);
+    if (!bytes)
+        throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
+    const OpenDevice device(m_device, output);
+    WriteRegisters(device, address, *bytes);
+    return ExitCode::kDone;
+}
+
+}  // namespace tools

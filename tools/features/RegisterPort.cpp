@@ -1,0 +1,58 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The raw registers of an open camera
+ */
+#include "features/RegisterPort.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "app/ExitCode.h"
+#include "features/ValueWords.h"
+
+namespace tools {
+
+namespace {
+
+GenApi::IPort& PortOf(const OpenDevice& device) {
+    const GenApi::CPortPtr port(device.Nodes().GetNode("Device"));
+    if (!port.IsValid())
+        throw ToolError(device.Name() + ": the description has no port 'Device'");
+    return *port;
+}
+
+}  // namespace
+
+/// An address of 64 bits; throws ToolError (kUsage).
+std::int64_t AddressArgument(const std::string& text) {
+    if (const auto address = IntegerFromWord(text); address && text.find('-') == std::string::npos)
+        return *address;
+    throw ToolError(fmt::format("'{}' is no address", text), "Example: 0x10000", ExitCode::kUsage);
+}
+
+/**
+ * \brief Read bytes as the camera has them, past all caches
+ * \param[in] length Bytes; read in pieces, between which the user can end it
+ * \throw GenericException The camera refuses
+ */
+std::vector<std::uint8_t> ReadRegisters(const OpenDevice& device, std::int64_t address, std::int64_t length) {
+    constexpr std::int64_t kPiece = 4096;
+    GenApi::IPort& port = PortOf(device);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(length));
+    for (std::int64_t done = 0; done < length; done += kPiece) {
+        ThrowIfInterrupted();
+        // Addresses are unsigned and may pass the middle of their range.
+        const auto at =
+            static_cast<std::int64_t>(static_cast<std::uint64_t>(address) + static_cast<std::uint64_t>(done));
+        port.Read(bytes.data() + done, at, std::min(kPiece, length - done));
+    }
+    return bytes;
+}
+
+/// Writes all bytes in one access; throws GenericException when the camera refuses.
+void WriteRegisters(const OpenDevice& device, std::int64_t address, const std::vector<std::uint8_t>& bytes) {
+    PortOf(device).Write(bytes.data(), address, static_cast<std::int64_t>(bytes.size()));
+}
+
+}  // namespace tools

@@ -1,0 +1,24 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A camera's streamable features: collected, and set again
+ */
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "GenApi/GenApi.h"
+#include "features/SettingsFile.h"
+
+namespace tools {
+
+/// A setting that a camera did not take, and why.
+struct Refusal {
+    Setting setting;
+    std::string reason;
+};
+
+std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes);
+std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings);
+
+}  // namespace tools
