@@ -14,7 +14,7 @@ if ! { cmake --preset release && cmake --build --preset release --target "${targ
 fi
 rm -f build/demo.log
 
-bin=build/release/bin
+bin=$PWD/build/release/bin
 result=build/release/demo
 mkdir -p "$result"
 
@@ -22,7 +22,7 @@ echo "\$ vanto-cl --simulate list"
 "$bin/vanto-cl" --simulate list
 echo
 echo "\$ vanto-cl --simulate xml 0 -o camera.xml"
-"$bin/vanto-cl" --simulate xml 0 -o "$result/camera.xml"
+(cd "$result" && "$bin/vanto-cl" --simulate xml 0 -o camera.xml)
 
 # The simulator says which description it holds; what came over the serial line must be that, byte by byte.
 expected=$("$bin/marlow-sim" --print-sha1 --camera "cam0,model=H2048,serial=SIM00001" | cut -d" " -f1)
@@ -31,4 +31,4 @@ if [ "$expected" != "$fetched" ]; then
     echo "The camera holds a description with SHA-1 $expected, but $fetched was fetched." >&2
     exit 1
 fi
-echo "The camera's description is in $PWD/$result/camera.xml; its SHA-1 $fetched is the camera's own."
+echo "The camera's description is in $result/camera.xml; its SHA-1 $fetched is the camera's own."

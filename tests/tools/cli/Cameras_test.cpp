@@ -231,7 +231,15 @@ TEST_F(Reasons, NoDriver) {
 TEST_F(Reasons, NoAnswer) {
     const tools_test::SilentLine line(Folder() / "tty0");
     Configure(kNoCamera);
-    ExpectReason(Own(), "Port 'COM_Port#tty0': no camera answers", "Is the camera on and its cable plugged in?");
+    ExpectReason(Own(), "Port 'COM_Port#tty0': no camera answers: ", "Is the camera on and its cable plugged in?");
+}
+
+TEST_F(Reasons, PortInUseNamesWhoUsesIt) {
+    tools_test::SilentLine line(Folder() / "tty0");
+    line.Hold();
+    Configure(kNoCamera);
+    ExpectReason(Own(), "Port 'COM_Port#tty0': the port can't be used: ", "Close the program that uses the port.");
+    EXPECT_THAT(RunVantoCl({"list"}, Own()).out, HasSubstr("in use by process "));
 }
 
 TEST_F(Reasons, DoctorNamesTheSilentPort) {

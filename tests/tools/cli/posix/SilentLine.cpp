@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <array>
@@ -25,7 +26,15 @@ SilentLine::SilentLine(const std::filesystem::path& link)
 SilentLine::~SilentLine() {
     std::error_code ignored;
     std::filesystem::remove(m_link, ignored);
+    if (m_held >= 0)
+        ::close(m_held);
     ::close(m_master);
+}
+
+void SilentLine::Hold() {
+    m_held = ::open(m_link.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (m_held < 0 || ::flock(m_held, LOCK_EX | LOCK_NB) != 0)
+        throw std::runtime_error("can't hold the line");
 }
 
 }  // namespace tools_test

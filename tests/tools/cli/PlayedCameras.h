@@ -1,0 +1,33 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Simulated cameras that outlive single runs of vanto-cl
+ */
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "ProgramRun.h"
+#include "system/ChildProcess.h"
+#include "system/Folders.h"
+
+namespace tools_test {
+
+/// A simulator with cameras cam0, cam1 ... as long as this lives, and the environment in which vanto-cl finds them.
+class PlayedCameras {
+public:
+    explicit PlayedCameras(const std::vector<std::string>& cameras = {"cam0,serial=S0"});
+
+    std::filesystem::path Folder() const { return m_folder.Path(); }
+    Environment Variables() const;
+    RunResult Run(const std::vector<std::string>& arguments) const { return RunVantoCl(arguments, Variables()); }
+    /// Sends one line to the simulator's control socket and returns its answer.
+    std::string Command(const std::string& line) const;
+
+private:
+    tools::TemporaryFolder m_folder;
+    tools::ChildProcess m_simulator;
+};
+
+}  // namespace tools_test
