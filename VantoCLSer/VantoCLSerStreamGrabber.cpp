@@ -115,8 +115,8 @@ void CVantoCLSerStreamGrabber::AccessNodes() {
     }
 }
 
+// Without the lock: nobody else knows the stream grabber yet, and the plug-in's Init uses the node maps.
 void CVantoCLSerStreamGrabber::LoadPlugin() {
-    const Lock lock(m_lock);
     m_plugin.Load();
     m_plugin.Init(this);
 }

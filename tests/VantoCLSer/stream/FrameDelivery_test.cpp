@@ -256,16 +256,6 @@ TEST_F(FrameDelivery, MayComeAfterStop) {
     EXPECT_EQ(Retrieve().status, Canceled);
 }
 
-TEST_F(FrameDelivery, IsCalledWithinStart) {
-    m_plugin->hookContext = this;
-    m_plugin->onStart = [](void* self) {
-        auto& test = *static_cast<FrameDelivery*>(self);
-        test.m_plugin.Deliver(test.Frame(5));
-    };
-    m_grabber->QueueBuffer(AddBuffer(), nullptr);
-    EXPECT_EQ(Retrieve().frameTag, 5U);
-}
-
 TEST_F(FrameDelivery, IsSentBackWhileThePluginShutsDown) {
     // Shutdown waits for a thread that delivers, as that of a plug-in does which was not stopped before.
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
