@@ -72,7 +72,6 @@ Timing CameraMemory::UsualTiming() const {
  * \throw DriverError As Exchanger::Run; kBadAcknowledge when an answer has another length
  */
 void CameraMemory::Read(std::uint64_t address, std::span<std::uint8_t> data) {
-    CheckNothingPends();
     while (!data.empty()) {
         const std::size_t size = std::min(data.size(), DataPerExchange(kReadOverhead, gencp::kMaxReadData));
         const auto answer = ReadOnce({address, static_cast<std::uint16_t>(size)}, UsualTiming());
@@ -91,6 +90,7 @@ gencp::Bytes CameraMemory::Read(const gencp::Register& reg) {
 
 /// One exchange, whatever its length and time.
 gencp::Bytes CameraMemory::ReadOnce(const gencp::MemoryRange& range, const Timing& timing) {
+    CheckNothingPends();
     auto command = ReadCommand(range);
     const std::string operation = command.operation;
     auto answer = m_exchanger.Run(std::move(command), timing);
@@ -233,6 +233,7 @@ std::size_t CameraMemory::DataPerExchange(std::size_t overhead, std::size_t most
     return data - data % kAlignment;
 }
 
+/// \throw DriverError kWriteStillPending: GenCP allows one command at a time
 void CameraMemory::CheckNothingPends() const {
     if (m_exchanger.IsInFlight())
         throw DriverError(kWriteStillPending, "A write is still pending on this connection.");

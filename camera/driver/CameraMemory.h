@@ -33,13 +33,13 @@ public:
     void AbandonWrite();
     void WriteOnce(std::uint64_t address, gencp::ByteView data, const Timing& timing);
     Timing UsualTiming() const;
+    void CheckNothingPends() const;
 
 private:
     std::size_t DataPerExchange(std::size_t overhead, std::size_t most) const;
     std::size_t StackFrom(std::span<const gencp::MemoryRange> ranges) const;
     std::vector<gencp::Bytes> ReadStack(std::span<const gencp::MemoryRange> ranges);
     bool WriteRest();
-    void CheckNothingPends() const;
 
     SerialLine& m_line;
     Exchanger& m_exchanger;

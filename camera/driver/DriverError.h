@@ -28,8 +28,7 @@ enum DriverCode : CLINT32 {
     kBaudRateChangeFailed = -30214,  ///< camera and host are back at the old rate
     kBadRange = -30215,              ///< address or length out of bounds
     kNoSerialRegisters = -30216,     ///< the camera can't change its baud rate
-    kFileTooLarge = -30217,
-    kSerialNonsense = -30218,  ///< the serial library says that it moved more bytes than asked for
+    kSerialNonsense = -30218,        ///< the serial library says that it moved more bytes than asked for
     kProbeStopped = -30219,
     kInternalError = -30299
 };

@@ -56,6 +56,7 @@ std::uint32_t RateChanger::SupportedByBoth() {
  * \throw NoAnswerError The camera is lost
  */
 void RateChanger::Change(const gencp::BaudRate& target) {
+    m_memory.CheckNothingPends();
     if (target.flag == m_line.Rate().flag)
         return;
     const std::uint32_t supported = SupportedByBoth();

@@ -159,6 +159,17 @@ TEST_F(RateChangerTest, HostThatCannotSwitchGoesBack) {
     EXPECT_TRUE(AgreesAt(k9600));
 }
 
+TEST_F(RateChangerTest, PendingWriteKeepsTheRateAsItIs) {
+    camera.pendingAcks = 1;
+    camera.pendingMs = 1000;
+    ASSERT_FALSE(memory.Write(kScratchAddress, Bytes(4)));
+    EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), kWriteStillPending);
+    EXPECT_TRUE(exchanger.IsInFlight());
+    while (!memory.ContinueWrite())
+        continue;
+    EXPECT_TRUE(AgreesAt(k9600));
+}
+
 TEST_F(RateChangerTest, CameraThatVanishesIsAFailure) {
     camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::Lost : Fate::Arrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), CL_ERR_TIMEOUT);
