@@ -16,9 +16,13 @@ public:
     SilentLine(const SilentLine&) = delete;
     SilentLine& operator=(const SilentLine&) = delete;
 
+    /// Keeps others from opening the line, as a program that uses it does.
+    void Hold();
+
 private:
     std::filesystem::path m_link;
     int m_master;
+    int m_held = -1;
 };
 
 }  // namespace tools_test
