@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <memory>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -33,6 +34,7 @@ public:
 private:
     struct Nested {
         std::uint32_t node;
+        ETag tag;
         pugi::xml_node element;
     };
 
@@ -49,6 +51,7 @@ private:
     void LoadNode(pugi::xml_node element, ENodeKind kind);
     CNode& MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing);
     void LoadContent(pugi::xml_node element, CNode& node);
+    void LoadNested(const Nested& inner, const CNode& outer);
     void LoadNodeAttributes(pugi::xml_node element, CNode& node);
     void LoadProperty(pugi::xml_node element, ETag tag, CNode& node);
     void LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node);
@@ -67,7 +70,10 @@ private:
     std::size_t PositionOf(pugi::xml_node element) const;
 
     CNodeMap& m_map;
-    SourceText* m_source = nullptr;
+    std::vector<std::unique_ptr<SourceText>> m_sources;  // the description and what is injected
+    SourceText* m_source = nullptr;                      // the one that is being read
+    std::vector<std::uint32_t> m_positions;              // of each property, in its source
+    std::size_t m_injectedFrom = 0;                      // the first property of what is injected
     bool m_isInjected = false;
     std::string m_joined;   // the text of an element that comes in several pieces
     std::string m_decoded;  // a text without character references

@@ -39,7 +39,7 @@ std::size_t Loader::PositionOf(pugi::xml_node element) const {
 
 void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
     const TextPlace place = m_source->PlaceOf(position);
-    m_map.Warn(kind, place.line, place.column, node, message);
+    m_map.Warn({kind, m_source->FileName(), place.line, place.column, GenICam::gcstring(node), message});
 }
 
 void Loader::Refuse(std::size_t position, const std::string& message) {
@@ -54,16 +54,18 @@ void Loader::Refuse(std::size_t position, const std::string& message) {
 void Loader::Read(std::string xml, const std::string& fileName, bool isInjected) {
     if (xml.size() > kMaxDescription)
         throw RUNTIME_EXCEPTION("%s(1,1): a description of %u bytes is too large", fileName, xml.size());
-    SourceText source(std::move(xml), fileName);
-    m_source = &source;
+    m_sources.push_back(std::make_unique<SourceText>(std::move(xml), fileName));
+    m_source = m_sources.back().get();
     m_isInjected = isInjected;
-    m_map.m_info.fileName = fileName;
+    if (isInjected)
+        m_injectedFrom = m_map.m_properties.size();
+    else
+        m_map.m_info.fileName = fileName;
     pugi::xml_document document;
     Parse(document);
     const pugi::xml_node root = RootOf(document);
     // Bare nodes are a fragment, too.
     LoadNodes(root ? root : document, 0);
-    m_source = nullptr;
 }
 
 // References to characters and entities are left alone here: no entity is ever expanded or fetched.
@@ -224,7 +226,10 @@ void Loader::Resolve(CNode& node, Property& property) {
     }
     const std::string message =
         std::string(NameOf(property.tag)) + " refers to '" + std::string(name) + "', which does not exist";
-    m_map.Warn(wkDanglingReference, node.Line(), 0, node.Name(), node.Label() + ": " + message);
+    const auto index = static_cast<std::size_t>(&property - m_map.m_properties.data());
+    const bool isInjected = m_sources.size() > 1 && index >= m_injectedFrom;
+    m_source = m_sources[isInjected ? 1 : 0].get();
+    Warn(wkDanglingReference, m_positions[index], node.Name(), node.Label() + ": " + message);
     if (!IsRequiredReference(property.tag))
         return;
     m_map.SetReason(node, message);

@@ -92,7 +92,8 @@ CNode& Loader::MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing
     const auto index = static_cast<std::uint32_t>(m_map.m_nodes.size());
     CNode* node = GenApi::MakeNode({&m_map, index, kind}, m_map.m_arena);
     m_map.m_nodes.push_back(node);
-    node->SetPlace(m_source->PlaceOf(PositionOf(element)).line, enclosing);
+    const TextPlace place = m_source->PlaceOf(PositionOf(element));
+    node->SetPlace(place.line, place.column, enclosing);
     if (IsRegisterKind(kind))
         node->Set(kIsRegister);
     LoadNodeAttributes(element, *node);
@@ -100,7 +101,8 @@ CNode& Loader::MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing
 }
 
 // Nodes within a node are made at once, so that the node can name them, and filled when the node is complete: the
-// elements of one node lie side by side.
+// elements of one node lie side by side, those for nested nodes behind all others. There may be a million of them, and
+// nobody who looks for another element has to pass them.
 void Loader::LoadContent(pugi::xml_node element, CNode& node) {
     std::vector<Nested> nested;
     const auto first = static_cast<std::uint32_t>(m_map.m_properties.size());
@@ -111,25 +113,26 @@ void Loader::LoadContent(pugi::xml_node element, CNode& node) {
         const ETag plain = TagOf(name);
         const ENodeKind kind = plain == ETag::Unknown ? KindOf(name) : ENodeKind::None;
         const ETag tag = kind != ENodeKind::None ? NestedTagOf(node.Kind(), kind) : ETag::Unknown;
-        if (tag == ETag::Unknown) {
+        if (tag == ETag::Unknown)
             LoadProperty(child, plain, node);
-            continue;
-        }
-        CNode& inner = MakeNode(child, kind, &node);
-        Add(tag, "", PositionOf(child), inner.Index());
-        nested.push_back({inner.Index(), child});
+        else
+            nested.push_back({MakeNode(child, kind, &node).Index(), tag, child});
     }
+    for (const Nested& inner : nested)
+        Add(inner.tag, "", PositionOf(inner.element), inner.node);
     node.SetProperties(first, static_cast<std::uint32_t>(m_map.m_properties.size()) - first);
-    for (const Nested& inner : nested) {
-        CNode& innerNode = *m_map.m_nodes[inner.node];
-        LoadContent(inner.element, innerNode);
-        // Entries are found by way of their enumeration: their names are not unique.
-        if (innerNode.Kind() != ENodeKind::EnumEntry && !innerNode.Name().empty())
-            EnterName(innerNode, inner.element);
-        if (innerNode.Kind() == ENodeKind::StructEntry)
-            innerNode.Set((node.Has(kHasAccessRules) ? kHasAccessRules : 0U) |
-                          (node.Has(kUsesPolling) ? kUsesPolling : 0U));
-    }
+    for (const Nested& inner : nested)
+        LoadNested(inner, node);
+}
+
+void Loader::LoadNested(const Nested& inner, const CNode& outer) {
+    CNode& node = *m_map.m_nodes[inner.node];
+    LoadContent(inner.element, node);
+    // Entries are found by way of their enumeration: their names are not unique.
+    if (node.Kind() != ENodeKind::EnumEntry && !node.Name().empty() && !EnterName(node, inner.element))
+        Replace(node);
+    if (node.Kind() == ENodeKind::StructEntry)
+        node.Set((outer.Has(kHasAccessRules) ? kHasAccessRules : 0U) | (outer.Has(kUsesPolling) ? kUsesPolling : 0U));
 }
 
 void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
@@ -237,6 +240,7 @@ void Loader::Add(ETag tag, std::string_view raw, std::size_t position, std::uint
     property.node = node;
     Store(raw, position, property.text, property.length);
     m_map.m_properties.push_back(property);
+    m_positions.push_back(static_cast<std::uint32_t>(position));
 }
 
 /**

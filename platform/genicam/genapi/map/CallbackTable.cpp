@@ -11,12 +11,17 @@
 namespace GenApi {
 
 namespace {
+bool RunsBefore(const CNodeCallback& callback) {
+    return (callback.GetCallbackType() & (cbPreInsideLock | cbPreOutsideLock)) != 0;
+}
+
 // Long enough for any callback that is not itself stuck.
 constexpr std::chrono::seconds kPatience{10};
 }  // namespace
 
 CallbackHandleType CallbackTable::Add(std::uint32_t node, CNodeCallback* callback) {
     m_entries[node].push_back(std::make_shared<CallbackEntry>(callback));
+    m_before += RunsBefore(*callback) ? 1 : 0;
     return reinterpret_cast<CallbackHandleType>(callback);
 }
 
@@ -32,6 +37,7 @@ std::shared_ptr<CallbackEntry> CallbackTable::Take(std::uint32_t node, CallbackH
         return nullptr;
     std::shared_ptr<CallbackEntry> taken = std::move(*entry);
     list.erase(entry);
+    m_before -= RunsBefore(*taken->callback) ? 1 : 0;
     if (list.empty())
         m_entries.erase(found);
     const std::lock_guard lock(m_mutex);

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <exception>
 #include <memory>
@@ -39,6 +40,8 @@ public:
     /// Takes a callback out of the table, null when the handle is not known there.
     std::shared_ptr<CallbackEntry> Take(std::uint32_t node, CallbackHandleType handle);
     bool Has(std::uint32_t node) const { return m_entries.contains(node); }
+    /// True when a callback wants to run before changes. Takes no lock.
+    bool WantsBefore() const noexcept { return m_before != 0; }
     /// Appends the callbacks of a node that are of a type.
     void Collect(std::uint32_t node, ECallbackType type, CallbackList& list) const;
     /// Runs callbacks in their order, all of them, and returns the first exception that one threw.
@@ -51,6 +54,7 @@ private:
     void End(CallbackEntry& entry);
 
     std::unordered_map<std::uint32_t, CallbackList> m_entries;
+    std::atomic<int> m_before{0};
     std::mutex m_mutex;
     std::condition_variable m_ended;
 };

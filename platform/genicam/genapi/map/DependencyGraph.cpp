@@ -5,7 +5,7 @@
 
 #include "map/DependencyGraph.h"
 
-#include <utility>
+#include <algorithm>
 
 #include "map/NodeMap.h"
 #include "nodes/RegisterCore.h"
@@ -29,8 +29,9 @@ Edge EdgeOf(const CNode& owner, const Property& property) {
         case ETag::pSelected:
             return {self, property.node, EInvalidate::Selected};
         case ETag::Nested:
-            // An enumeration depends on its entries; a structure's entries read the structure's elements themselves.
-            return owner.Kind() == ENodeKind::Enumeration ? Edge{property.node, self, EInvalidate::Derived} : Edge{};
+            // An enumeration depends on its entries, but the entries of a structure on the structure.
+            return owner.Kind() == ENodeKind::Enumeration ? Edge{property.node, self, EInvalidate::Derived}
+                                                          : Edge{self, property.node, EInvalidate::Derived};
         case ETag::pError:
         case ETag::pBlockPolling:
             return {};
@@ -45,17 +46,17 @@ void ForEachEdge(const CNodeMap& map, Use&& use) {
     for (const CNode* node : map.Nodes()) {
         if (node->Has(kReplaced))
             continue;
-        const auto useAll = [&](std::span<const Property> properties) {
-            for (const Property& property : properties) {
-                const Edge edge = EdgeOf(*node, property);
-                if (edge.from != kNoNode && edge.to != kNoNode && edge.from != edge.to)
-                    use(edge);
-            }
-        };
-        useAll(node->Properties());
-        if (node->Kind() == ENodeKind::StructEntry && node->Enclosing() != nullptr)
-            useAll(node->Enclosing()->Properties());
+        for (const Property& property : node->Properties()) {
+            const Edge edge = EdgeOf(*node, property);
+            if (edge.from != kNoNode && edge.to != kNoNode && edge.from != edge.to)
+                use(edge);
+        }
     }
+}
+
+// Elements through which a value is written to other nodes.
+bool IsWritten(ETag tag) {
+    return tag == ETag::pValue || tag == ETag::pValueCopy || tag == ETag::pValueIndexed || tag == ETag::pValueDefault;
 }
 
 // Elements through which a value comes from other nodes.
@@ -107,6 +108,38 @@ void DependencyGraph::Spread(CNodeMap& map, std::vector<Invalidation>& changes, 
         Visit(map, m_work[next], announced);
 }
 
+std::vector<std::uint32_t> DependencyGraph::AffectedBy(CNodeMap& map, CNode& node) {
+    std::vector<std::uint32_t> affected;
+    std::vector<std::uint32_t> walk{node.Index()};
+    std::vector<bool> seen(map.Nodes().size(), false);
+    const auto add = [&](std::uint32_t index) {
+        if (index != kNoNode && !seen[index]) {
+            seen[index] = true;
+            walk.push_back(index);
+        }
+    };
+    seen[node.Index()] = true;
+    map.AttachRegisters();
+    // First down to what is written, then up to what depends on it.
+    for (std::size_t next = 0; next < walk.size(); ++next) {
+        CNode& written = *map.NodeAt(walk[next]);
+        for (const Property& property : written.Properties()) {
+            if (IsWritten(property.tag))
+                add(property.node);
+        }
+        RegisterBlock* block = written.Register() != nullptr ? written.Register()->AttachedBlock() : nullptr;
+        for (RegisterCore* user = block != nullptr ? block->users : nullptr; user != nullptr; user = user->NextUser())
+            add(user->Owner().Index());
+    }
+    for (std::size_t next = 0; next < walk.size(); ++next) {
+        if (map.NodeAt(walk[next])->Has(kHasCallback))
+            affected.push_back(walk[next]);
+        for (const Invalidation& dependent : DependentsOf(map, walk[next]))
+            add(dependent.node);
+    }
+    return affected;
+}
+
 void DependencyGraph::Push(std::uint32_t node, EInvalidate extent) {
     const std::uint32_t stamp = m_stamps[node];
     if ((stamp >> 2) == m_round && (stamp & 3U) >= static_cast<std::uint32_t>(extent))
@@ -123,15 +156,17 @@ void DependencyGraph::Visit(CNodeMap& map, Invalidation change, std::vector<std:
     CNode& node = *map.NodeAt(change.node);
     if (change.extent != EInvalidate::Derived)
         DropContent(map, change);
-    if (!isFirst)
+    if (!isFirst && node.Kind() != ENodeKind::StructReg)
         return;
     node.Clear(kCached);
     if (RegisterCore* core = node.Register())
         core->ForgetAddress();
     if (node.Has(kHasCallback))
         announced.push_back(change.node);
+    // What happens to a structure happens to its entries.
+    const bool isStructure = node.Kind() == ENodeKind::StructReg;
     for (const Invalidation& dependent : DependentsOf(map, change.node))
-        Push(dependent.node, dependent.extent);
+        Push(dependent.node, isStructure ? std::max(change.extent, dependent.extent) : dependent.extent);
 }
 
 // A feature's value lies in registers below it: those must be asked again.

@@ -10,6 +10,7 @@
 
 namespace GenApi {
 
+class CNode;
 class CNodeMap;
 
 /// How much of a node a change invalidates; each includes those before it.
@@ -32,7 +33,9 @@ public:
     void Spread(CNodeMap& map, std::vector<Invalidation>& changes, std::vector<std::uint32_t>& announced);
     /// The nodes that depend on a node directly.
     std::span<const Invalidation> DependentsOf(CNodeMap& map, std::uint32_t node);
-    void Reset() noexcept { m_built = false; }
+    /// The nodes with callbacks that a write to a node may change: those that it writes to, those that share bytes with
+    /// them, and all that depend on them. Caches stay as they are.
+    std::vector<std::uint32_t> AffectedBy(CNodeMap& map, CNode& node);
 
 private:
     void Build(CNodeMap& map);

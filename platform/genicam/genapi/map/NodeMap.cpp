@@ -21,6 +21,8 @@ namespace {
 
 // Callbacks that set nodes whose callbacks set nodes...: a circle of them must end.
 constexpr unsigned kMaxChangeDepth = 32;
+// Names of entries are tried at each underscore: the search must not take long for a name that is all underscores.
+constexpr std::size_t kMaxEntryName = 1000;
 constexpr std::size_t kMaxWarnings = 10000;
 
 struct SinkHolder {
@@ -73,18 +75,22 @@ INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {
 }
 
 CNode* CNodeMap::FindNode(std::string_view name) const noexcept {
-    if (CNode* node = FindIndexed(name))
+    if (CNode* node = FindUnqualified(name))
         return node;
-    if (name.substr(0, 10) == "EnumEntry_")
-        return FindEntry(name.substr(10));
     for (const auto& [prefix, nameSpace] : {std::pair("Std::", Standard), std::pair("Cust::", Custom)}) {
         const std::string_view start(prefix);
         if (name.substr(0, start.size()) != start)
             continue;
-        CNode* node = FindNode(name.substr(start.size()));
+        CNode* node = FindUnqualified(name.substr(start.size()));
         return node != nullptr && node->GetNameSpace() == nameSpace ? node : nullptr;
     }
     return nullptr;
+}
+
+CNode* CNodeMap::FindUnqualified(std::string_view name) const noexcept {
+    CNode* node = FindIndexed(name);
+    const bool mayBeEntry = node == nullptr && name.size() <= kMaxEntryName && name.substr(0, 10) == "EnumEntry_";
+    return mayBeEntry ? FindEntry(name.substr(10)) : node;
 }
 
 CNode* CNodeMap::FindIndexed(std::string_view name) const noexcept {
@@ -110,7 +116,7 @@ CNode* CNodeMap::FindEntry(std::string_view name) const noexcept {
 }
 
 void CNodeMap::InvalidateNodes() const {
-    Self().Change([this] { Self().EverythingChanged(); });
+    Self().Change(nullptr, [this] { Self().EverythingChanged(); });
 }
 
 bool CNodeMap::Connect(IPort* port) const {
@@ -126,7 +132,7 @@ bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
     auto* node = dynamic_cast<CPort*>(FindNode(portName.view()));
     if (node == nullptr)
         return false;
-    Self().Change([&] {
+    Self().Change(nullptr, [&] {
         std::vector<CPort*>& ports = Self().m_ports;
         std::erase(ports, node);
         node->ConnectTo(port);
@@ -142,7 +148,7 @@ bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
  * \param[in] elapsedTime Milliseconds since the last call
  */
 void CNodeMap::Poll(std::int64_t elapsedTime) {
-    Change([&] {
+    Change(nullptr, [&] {
         if (!m_polledKnown) {
             for (CNode* node : m_nodes) {
                 if (node->Has(kUsesPolling) && !node->Has(kReplaced) && node->GetPollingTime() > 0)
@@ -151,6 +157,8 @@ void CNodeMap::Poll(std::int64_t elapsedTime) {
             m_polledKnown = true;
         }
         for (PolledNode& polled : m_polled) {
+            if (polled.node->IsPollingBlocked())
+                continue;
             polled.elapsed += std::max<std::int64_t>(elapsedTime, 0);
             if (polled.elapsed < polled.period)
                 continue;
@@ -188,12 +196,12 @@ WarningList_t CNodeMap::Warnings() const {
     return m_warnings;
 }
 
-void CNodeMap::Warn(EWarningKind kind, std::uint32_t line, std::uint32_t column, std::string_view node,
-                    const std::string& message) {
+void CNodeMap::Warn(Warning warning) {
     // A hostile file has millions of faults: the first ones tell enough.
     if (m_warnings.size() > kMaxWarnings)
         return;
-    Warning warning{kind, m_info.fileName, line, column, GenICam::gcstring(node), message};
+    if (warning.File.empty())
+        warning.File = m_info.fileName;
     if (m_warnings.size() == kMaxWarnings)
         warning.Message = "There are more warnings; they are not listed";
     m_warnings.push_back(warning);
@@ -247,6 +255,27 @@ void CNodeMap::BeginChange() {
     if (m_changeDepth >= kMaxChangeDepth)
         throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_deviceName);
     ++m_changeDepth;
+}
+
+/**
+ * \brief Run the callbacks that want to run before a change
+ * \throw Whatever the first callback threw; the change is then not made
+ */
+void CNodeMap::RunBefore(CNode& node, ECallbackType type) {
+    thread_local unsigned depth = 0;
+    if (depth >= kMaxChangeDepth)
+        throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_deviceName);
+    CallbackList list;
+    {
+        const AutoLock lock(m_lock);
+        for (const std::uint32_t affected : m_graph.AffectedBy(*this, node))
+            m_callbacks.Collect(affected, type, list);
+    }
+    ++depth;
+    const std::exception_ptr failure = m_callbacks.Run(list, type);
+    --depth;
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 /**
@@ -350,7 +379,7 @@ bool CNodeMap::RemoveCallback(CNode& node, CallbackHandleType handle) {
         return false;
     if (!m_callbacks.WaitFor(entry)) {
         const AutoLock lock(m_lock);
-        Warn(wkCache, node.Line(), 0, node.Name(), node.Label() + ": a removed callback does not end");
+        Warn(node.MakeWarning(wkCache, "a removed callback does not end"));
     }
     return true;
 }

@@ -86,15 +86,16 @@ public:
     bool ChecksCaches() const noexcept { return m_checksCaches; }
     const std::string& ReasonOf(const CNode& node) const;
     void SetReason(const CNode& node, const std::string& reason);
-    void Warn(EWarningKind kind, std::uint32_t line, std::uint32_t column, std::string_view node,
-              const std::string& message);
+    /// Keeps a warning and sends it to the sink.
+    void Warn(Warning warning);
     /// Notes the access modes of the connected ports; drops cached access modes when one changed. Takes no lock.
     void CheckPorts() noexcept;
 
     /// Runs a change: takes the lock, runs \a body, drops the caches of all that depends on what it changed, runs the
-    /// callbacks inside the lock, gives the lock back and runs those outside.
+    /// callbacks inside the lock, gives the lock back and runs those outside. Callbacks before the change run for
+    /// \a node, null for none, and what depends on what it writes.
     template <class Body>
-    void Change(Body&& body);
+    void Change(CNode* node, Body&& body);
     /// Says that the state of a node changed.
     void Changed(CNode& node);
     /// Says that the value of a node must be read from the device again.
@@ -126,8 +127,10 @@ private:
         std::int64_t elapsed;
     };
 
+    void RunBefore(CNode& node, ECallbackType type);
     void BeginChange();
     std::exception_ptr EndChange(CallbackList& outside);
+    CNode* FindUnqualified(std::string_view name) const noexcept;
     CNode* FindIndexed(std::string_view name) const noexcept;
     CNode* FindEntry(std::string_view name) const noexcept;
     CNodeMap& Self() const noexcept { return const_cast<CNodeMap&>(*this); }
@@ -163,14 +166,18 @@ private:
  * An exception of the body goes before one of a callback.
  */
 template <class Body>
-void CNodeMap::Change(Body&& body) {
+void CNodeMap::Change(CNode* node, Body&& body) {
     CallbackList outside;
     std::exception_ptr failure;
+    if (node != nullptr && m_callbacks.WantsBefore())
+        RunBefore(*node, cbPreOutsideLock);
     {
         const AutoLock lock(m_lock);
         CheckPorts();
         BeginChange();
         try {
+            if (node != nullptr && m_callbacks.WantsBefore())
+                RunBefore(*node, cbPreInsideLock);
             body();
         } catch (...) {
             failure = std::current_exception();

@@ -73,7 +73,7 @@ bool CBoolean::GetValue(bool, bool ignoreCache) const {
  * \context Any thread
  */
 void CBoolean::SetValue(bool value, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;

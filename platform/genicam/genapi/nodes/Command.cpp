@@ -46,7 +46,7 @@ EAccessMode CCommand::ReadAccess(Evaluation& evaluation, bool withLocks) {
  * \context Any thread
  */
 void CCommand::Execute(bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;
@@ -80,7 +80,7 @@ bool CCommand::IsDone(bool) {
             m_isRunning = false;
     }
     if (isNews)
-        Map().Change([this] { Map().Changed(*this); });
+        Map().Change(this, [this] { Map().Changed(*this); });
     return done;
 }
 

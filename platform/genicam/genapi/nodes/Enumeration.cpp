@@ -164,7 +164,7 @@ GenICam::gcstring CEnumeration::ToString(bool verify, bool ignoreCache) {
  * \throw AccessException The node is not writable, or the entry is not available
  */
 void CEnumeration::FromString(const GenICam::gcstring& text, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         CEnumEntry* entry = EntryOf(text.view());
         if (entry == nullptr)
@@ -208,7 +208,7 @@ void CEnumeration::GetEntries(NodeList_t& entries) {
  * \context Any thread
  */
 void CEnumeration::SetIntValue(std::int64_t value, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;

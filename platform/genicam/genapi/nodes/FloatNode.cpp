@@ -54,7 +54,7 @@ double CFloatNode::GetValue(bool verify, bool ignoreCache) {
  * \context Any thread
  */
 void CFloatNode::SetValue(double value, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;
@@ -114,13 +114,12 @@ double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
 
 ERepresentation CFloatNode::GetRepresentation() {
     const AutoLock lock(Map().GetLock());
-    const ERepresentation given = ReadRepresentation();
-    return given != _UndefinedRepresentation ? given : PureNumber;
+    return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CFloatNode::GetUnit() {
     const AutoLock lock(Map().GetLock());
-    return ReadUnit();
+    return GenICam::gcstring(InheritedText(ETag::Unit));
 }
 
 EDisplayNotation CFloatNode::GetDisplayNotation() {
@@ -132,7 +131,7 @@ std::int64_t CFloatNode::GetDisplayPrecision() {
 }
 
 void CFloatNode::ImposeMin(double value) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         Require();
         if (m_limits == nullptr)
             m_limits = Map().Memory().New<FloatLimits>();
@@ -142,7 +141,7 @@ void CFloatNode::ImposeMin(double value) {
 }
 
 void CFloatNode::ImposeMax(double value) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         Require();
         if (m_limits == nullptr)
             m_limits = Map().Memory().New<FloatLimits>();
@@ -226,27 +225,6 @@ void CFloatNode::CheckIncrement(double value, double min, Evaluation& evaluation
         throw OUT_OF_RANGE_EXCEPTION("%s: value %g must be %g plus a multiple of %g", Label(), value, min, inc);
 }
 
-ERepresentation CFloatNode::ReadRepresentation() {
-    if (const Property* given = Find(ETag::Representation))
-        return ParseRepresentation(TextOf(*given)).value_or(_UndefinedRepresentation);
-    Evaluation evaluation;
-    if (!Usable())
-        return _UndefinedRepresentation;
-    const Frame frame(evaluation, *this, kInMin);
-    CNode* appearance = Appearance(evaluation);
-    return appearance != nullptr ? appearance->ReadRepresentation() : _UndefinedRepresentation;
-}
-
-std::string CFloatNode::ReadUnit() {
-    const std::string given(TextOf(ETag::Unit));
-    Evaluation evaluation;
-    if (!given.empty() || !Usable())
-        return given;
-    const Frame frame(evaluation, *this, kInMin);
-    CNode* appearance = Appearance(evaluation);
-    return appearance != nullptr ? appearance->ReadUnit() : given;
-}
-
 // --- Float ---
 
 void CFloat::Bind() {
@@ -280,10 +258,8 @@ double CFloat::OwnInc(Evaluation& evaluation) {
     return target != nullptr && target->Number() == ENumber::Integer && inc <= 1.0 ? 0.0 : inc;
 }
 
-CNode* CFloat::Appearance(Evaluation& evaluation) {
-    Evaluation access;
-    access.top = evaluation.top;
-    return IsReadable(m_source->Access(access, false)) ? m_source->Target(*this, evaluation) : nullptr;
+CNode* CFloat::Appearance() {
+    return m_source->Appearance();
 }
 
 }  // namespace GenApi

@@ -52,7 +52,6 @@ public:
     // CNode
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
     IValue* Value() override { return this; }
-    ERepresentation ReadRepresentation() override;
 
 protected:
     void Bind() override;
@@ -61,8 +60,6 @@ protected:
     void CheckFloat(double value, Evaluation& evaluation) override;
     virtual double OwnBound(EBound bound, Evaluation& evaluation);
     virtual double OwnInc(Evaluation& evaluation);
-    virtual CNode* Appearance(Evaluation&) { return nullptr; }
-    std::string ReadUnit() override;
 
 private:
     void CheckIncrement(double value, double min, Evaluation& evaluation);
@@ -85,7 +82,7 @@ protected:
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
     double OwnBound(EBound bound, Evaluation& evaluation) override;
     double OwnInc(Evaluation& evaluation) override;
-    CNode* Appearance(Evaluation& evaluation) override;
+    CNode* Appearance() override;
 
 private:
     ValueSource<double>* m_source = nullptr;

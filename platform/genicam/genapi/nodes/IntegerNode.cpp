@@ -46,7 +46,7 @@ std::int64_t CIntegerNode::GetValue(bool verify, bool ignoreCache) {
  * \context Any thread
  */
 void CIntegerNode::SetValue(std::int64_t value, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;
@@ -96,17 +96,16 @@ int64_autovector_t CIntegerNode::GetListOfValidValues(bool bounded) {
 
 ERepresentation CIntegerNode::GetRepresentation() {
     const AutoLock lock(Map().GetLock());
-    const ERepresentation given = ReadRepresentation();
-    return given != _UndefinedRepresentation ? given : PureNumber;
+    return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CIntegerNode::GetUnit() {
     const AutoLock lock(Map().GetLock());
-    return ReadUnit();
+    return GenICam::gcstring(InheritedText(ETag::Unit));
 }
 
 void CIntegerNode::ImposeMin(std::int64_t value) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         Require();
         if (m_limits == nullptr)
             m_limits = Map().Memory().New<IntegerLimits>();
@@ -116,7 +115,7 @@ void CIntegerNode::ImposeMin(std::int64_t value) {
 }
 
 void CIntegerNode::ImposeMax(std::int64_t value) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         Require();
         if (m_limits == nullptr)
             m_limits = Map().Memory().New<IntegerLimits>();
@@ -129,7 +128,7 @@ void CIntegerNode::ImposeMax(std::int64_t value) {
 
 GenICam::gcstring CIntegerNode::ToString(bool verify, bool ignoreCache) {
     const AutoLock lock(Map().GetLock());
-    return IntegerToText(GetValue(verify, ignoreCache), ReadRepresentation());
+    return IntegerToText(GetValue(verify, ignoreCache), GetRepresentation());
 }
 
 void CIntegerNode::FromString(const GenICam::gcstring& text, bool verify) {
@@ -203,27 +202,6 @@ void CIntegerNode::CheckValidValue(std::int64_t value) const {
         throw OUT_OF_RANGE_EXCEPTION("%s: value %I64d is not one of the valid values", Label(), value);
 }
 
-ERepresentation CIntegerNode::ReadRepresentation() {
-    if (const Property* given = Find(ETag::Representation))
-        return ParseRepresentation(TextOf(*given)).value_or(_UndefinedRepresentation);
-    Evaluation evaluation;
-    if (!Usable())
-        return _UndefinedRepresentation;
-    const Frame frame(evaluation, *this, kInMin);
-    CNode* appearance = Appearance(evaluation);
-    return appearance != nullptr ? appearance->ReadRepresentation() : _UndefinedRepresentation;
-}
-
-std::string CIntegerNode::ReadUnit() {
-    const std::string given(TextOf(ETag::Unit));
-    Evaluation evaluation;
-    if (!given.empty() || !Usable())
-        return given;
-    const Frame frame(evaluation, *this, kInMin);
-    CNode* appearance = Appearance(evaluation);
-    return appearance != nullptr ? appearance->ReadUnit() : given;
-}
-
 // --- Integer ---
 
 void CInteger::Bind() {
@@ -255,10 +233,8 @@ std::int64_t CInteger::OwnInc(Evaluation& evaluation) {
     return target != nullptr && target->Number() == ENumber::Integer ? target->IntegerInc(evaluation) : 1;
 }
 
-CNode* CInteger::Appearance(Evaluation& evaluation) {
-    Evaluation access;
-    access.top = evaluation.top;
-    return IsReadable(m_source->Access(access, false)) ? m_source->Target(*this, evaluation) : nullptr;
+CNode* CInteger::Appearance() {
+    return m_source->Appearance();
 }
 
 }  // namespace GenApi

@@ -47,7 +47,6 @@ public:
     // CNode
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
     IValue* Value() override { return this; }
-    ERepresentation ReadRepresentation() override;
 
 protected:
     void Bind() override;
@@ -57,9 +56,6 @@ protected:
     /// The range of what lies behind the node.
     virtual std::int64_t OwnBound(EBound bound, Evaluation& evaluation);
     virtual std::int64_t OwnInc(Evaluation& evaluation);
-    /// The node whose unit and representation this one takes when it has none itself.
-    virtual CNode* Appearance(Evaluation&) { return nullptr; }
-    std::string ReadUnit() override;
 
 private:
     void CheckValidValue(std::int64_t value) const;
@@ -82,7 +78,7 @@ protected:
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
     std::int64_t OwnBound(EBound bound, Evaluation& evaluation) override;
     std::int64_t OwnInc(Evaluation& evaluation) override;
-    CNode* Appearance(Evaluation& evaluation) override;
+    CNode* Appearance() override;
 
 private:
     ValueSource<std::int64_t>* m_source = nullptr;

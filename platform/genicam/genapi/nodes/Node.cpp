@@ -34,6 +34,9 @@ const Property* CNode::Find(ETag tag) const noexcept {
     for (const Property& property : Properties()) {
         if (property.tag == tag)
             return &property;
+        // Nothing but nested nodes comes behind the first of them.
+        if (property.tag == ETag::Nested)
+            break;
     }
     return m_kind == ENodeKind::StructEntry && Enclosing() != nullptr ? Enclosing()->Find(tag) : nullptr;
 }
@@ -67,6 +70,10 @@ std::string CNode::Label() const {
     return label + "' (line " + std::to_string(m_line) + ")";
 }
 
+Warning CNode::MakeWarning(EWarningKind kind, const std::string& what) const {
+    return {kind, {}, m_line, m_column, GenICam::gcstring(Name()), Label() + ": " + what};
+}
+
 void CNode::SetName(std::uint32_t text, std::uint32_t length) noexcept {
     m_nameText = text;
     m_nameLength = length;
@@ -77,8 +84,9 @@ void CNode::SetProperties(std::uint32_t first, std::uint32_t count) noexcept {
     m_propertyCount = count;
 }
 
-void CNode::SetPlace(std::uint32_t line, CNode* enclosing) noexcept {
+void CNode::SetPlace(std::uint32_t line, std::uint32_t column, CNode* enclosing) noexcept {
     m_line = line;
+    m_column = column;
     m_enclosing = enclosing != nullptr ? enclosing->m_index : kNoNode;
 }
 
@@ -136,7 +144,7 @@ EVisibility CNode::GetVisibility() const {
 }
 
 void CNode::InvalidateNode() {
-    m_map->Change([this] { m_map->Dropped(*this); });
+    m_map->Change(this, [this] { m_map->Dropped(*this); });
 }
 
 bool CNode::IsCachable() const {
@@ -258,7 +266,7 @@ bool CNode::GetProperty(const GenICam::gcstring& name, GenICam::gcstring& value,
 void CNode::ImposeAccessMode(EAccessMode imposed) {
     if (imposed != NI && imposed != NA && imposed != WO && imposed != RO && imposed != RW)
         throw INVALID_ARGUMENT_EXCEPTION("%s: %d is not an access mode", Label(), static_cast<int>(imposed));
-    m_map->Change([&] {
+    m_map->Change(this, [&] {
         m_userAccess = imposed;
         m_map->Changed(*this);
     });

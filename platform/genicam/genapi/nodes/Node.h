@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "GenApi/Diagnostics.h"
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
 #include "map/Evaluation.h"
@@ -105,6 +106,8 @@ public:
     void AssignFloat(double value, Evaluation& evaluation);
     std::string Text(Evaluation& evaluation);
     void AssignText(const std::string& text, Evaluation& evaluation);
+    /// True when the description says that the node must not be polled now.
+    bool IsPollingBlocked();
     /// Prepares the node for use. Throws when its description makes no sense.
     void Require();
     /// The same; false when it makes no sense.
@@ -115,8 +118,8 @@ public:
     virtual bool HasText() const { return false; }
     /// The interface for values, null when the node has none.
     virtual IValue* Value() { return nullptr; }
-    virtual ERepresentation ReadRepresentation() { return _UndefinedRepresentation; }
-    virtual std::string ReadUnit();
+    /// The text of an element that a node takes from the node behind it when it has none itself, such as Unit.
+    std::string_view InheritedText(ETag tag);
     virtual bool HasIncrement() { return false; }
     virtual RegisterCore* Register() { return nullptr; }
 
@@ -131,9 +134,11 @@ public:
     std::string Label() const;
     void SetName(std::uint32_t text, std::uint32_t length) noexcept;
     void SetProperties(std::uint32_t first, std::uint32_t count) noexcept;
-    void SetPlace(std::uint32_t line, CNode* enclosing) noexcept;
+    void SetPlace(std::uint32_t line, std::uint32_t column, CNode* enclosing) noexcept;
     void SetNameSpace(ENameSpace nameSpace) noexcept { m_nameSpace = nameSpace; }
     std::uint32_t Line() const noexcept { return m_line; }
+    /// A warning about this node, at its place.
+    Warning MakeWarning(EWarningKind kind, const std::string& what) const;
     CNode* Enclosing() const noexcept;
     EAccessMode Imposed() const noexcept { return m_userAccess; }
 
@@ -154,6 +159,8 @@ protected:
     virtual double ReadFloatInc(Evaluation& evaluation);
     /// The access mode that what lies behind the node allows.
     virtual EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks);
+    /// The node whose unit and representation this one takes when it has none itself.
+    virtual CNode* Appearance() { return nullptr; }
     virtual void CheckInteger(std::int64_t value, Evaluation& evaluation);
     virtual void CheckFloat(double value, Evaluation& evaluation);
 
@@ -179,6 +186,7 @@ private:
     CNodeMap* m_map;
     std::uint32_t m_index;
     std::uint32_t m_line = 0;
+    std::uint32_t m_column = 0;
     std::uint32_t m_nameText = 0;
     std::uint32_t m_nameLength = 0;
     std::uint32_t m_firstProperty = 0;

@@ -17,6 +17,8 @@ namespace GenApi {
 
 namespace {
 
+constexpr int kMaxSteps = 100;
+
 // Sets a flag of an evaluation for a while.
 class FlagScope {
 public:
@@ -65,7 +67,7 @@ void CNode::Break(const std::string& reason) {
     Set(kBroken);
     Clear(kCached);
     m_map->SetReason(*this, reason);
-    m_map->Warn(wkUnusableNode, m_line, 0, Name(), Label() + " is not implemented: " + reason);
+    m_map->Warn(MakeWarning(wkUnusableNode, "not implemented: " + reason));
 }
 
 std::int64_t CNode::ComputeInteger(Evaluation& evaluation) {
@@ -166,6 +168,11 @@ CNode::Condition CNode::Rule(ETag tag, Evaluation& evaluation) const {
     } catch (const GenICam::AccessException&) {
         return Condition::Unknown;
     }
+}
+
+bool CNode::IsPollingBlocked() {
+    Evaluation evaluation;
+    return Rule(ETag::pBlockPolling, evaluation) == Condition::True;
 }
 
 std::int64_t CNode::IntegerBound(EBound bound, Evaluation& evaluation) {
@@ -306,8 +313,16 @@ EAccessMode CNode::ReadAccess(Evaluation&, bool) {
 }
 void CNode::CheckInteger(std::int64_t, Evaluation&) {}
 void CNode::CheckFloat(double, Evaluation&) {}
-std::string CNode::ReadUnit() {
-    return std::string(TextOf(ETag::Unit));
+// Step by step and not for ever: a circle of nodes has no unit, however often one goes round.
+std::string_view CNode::InheritedText(ETag tag) {
+    CNode* node = this;
+    for (int step = 0; step < kMaxSteps && node != nullptr; ++step) {
+        const std::string_view given = node->TextOf(tag);
+        if (!given.empty())
+            return given;
+        node = node->Usable() ? node->Appearance() : nullptr;
+    }
+    return {};
 }
 
 }  // namespace GenApi

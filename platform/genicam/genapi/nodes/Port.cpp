@@ -69,7 +69,7 @@ void CPort::Read(void* buffer, std::int64_t address, std::int64_t length) {
 void CPort::Write(const void* buffer, std::int64_t address, std::int64_t length) {
     if (buffer == nullptr || length < 1)
         throw INVALID_ARGUMENT_EXCEPTION("%s: %I64d bytes can't be written", Label(), length);
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         WriteBytes(buffer, address, length);
         Map().EverythingChanged();

@@ -90,6 +90,8 @@ void RegisterCore::BindAddress() {
         const std::span<const Property> properties = node.Properties();
         for (std::size_t i = 0; i < properties.size(); ++i) {
             const Property& property = properties[i];
+            if (property.tag == ETag::Nested)
+                return;
             if (property.tag == ETag::Address) {
                 const auto value = ParseInteger(node.TextOf(property));
                 if (!value)

@@ -63,7 +63,7 @@ void CRegisterNode<Base>::Bind() {
  */
 template <class Base>
 void CRegisterNode<Base>::Set(const std::uint8_t* buffer, std::int64_t length, bool verify) {
-    this->Map().Change([&] {
+    this->Map().Change(this, [&] {
         this->RequireWritable();
         Evaluation evaluation;
         const std::int64_t own = m_core->Length(evaluation);
@@ -289,7 +289,7 @@ GenICam::gcstring CTextNode::GetValue(bool, bool ignoreCache) {
  * \context Any thread
  */
 void CTextNode::SetValue(const GenICam::gcstring& value, bool verify) {
-    Map().Change([&] {
+    Map().Change(this, [&] {
         RequireWritable();
         Evaluation evaluation;
         evaluation.verify = verify;

@@ -192,6 +192,19 @@ CNode* ValueSource<T>::Target(CNode& owner, Evaluation& evaluation) {
     return Required(owner, evaluation).node;
 }
 
+template <class T>
+CNode* ValueSource<T>::Appearance() {
+    if (m_index == nullptr)
+        return m_value.node;
+    try {
+        Evaluation evaluation;
+        const Operand<T>* current = IsReadable(m_index->Access(evaluation, false)) ? Current(evaluation) : nullptr;
+        return current != nullptr ? current->node : nullptr;
+    } catch (const GenICam::GenericException&) {
+        return nullptr;  // a device that does not answer has a unit all the same, if not this one
+    }
+}
+
 template struct Operand<std::int64_t>;
 template struct Operand<double>;
 template class ValueSource<std::int64_t>;

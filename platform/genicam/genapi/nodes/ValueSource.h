@@ -55,6 +55,8 @@ public:
     EAccessMode Access(Evaluation& evaluation, bool withLocks);
     /// The node that the value comes from now, null for a constant.
     CNode* Target(CNode& owner, Evaluation& evaluation);
+    /// The same, null also where it can't be told now.
+    CNode* Appearance();
 
 private:
     struct Indexed {

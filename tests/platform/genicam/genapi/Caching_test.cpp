@@ -223,6 +223,33 @@ TEST_F(Caching, APollingTimeInvalidatesWhenItIsOver) {
     EXPECT_EQ(Integer("R")->GetValue(), 4);
 }
 
+TEST_F(Caching, PollingMayBeBlocked) {
+    Load(Reg("R", "<Address>0</Address>", "<PollingTime>100</PollingTime><pBlockPolling>Block</pBlockPolling>") +
+         "<Integer Name='Block'><Value>1</Value></Integer>");
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    port.PutLittle(0, 4, 4);
+    map._Poll(200);
+    EXPECT_EQ(Integer("R")->GetValue(), 0);
+    Integer("Block")->SetValue(0);
+    map._Poll(200);
+    EXPECT_EQ(Integer("R")->GetValue(), 4);
+}
+
+TEST_F(Caching, AnInvalidatorOfAStructureReachesItsEntries) {
+    Load(
+        "<StructReg Comment='S'><pInvalidator>Mode</pInvalidator><pAddress>Base</pAddress><Length>4</Length>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort><StructEntry Name='E'><LSB>0</LSB><MSB>7</MSB></StructEntry>"
+        "</StructReg><Integer Name='Mode'><Value>0</Value></Integer><Integer Name='Base'><Value>0</Value></Integer>");
+    EXPECT_EQ(Integer("E")->GetValue(), 0);
+    port.PutLittle(0, 9, 4);
+    EXPECT_EQ(Integer("E")->GetValue(), 0);
+    Integer("Mode")->SetValue(1);
+    EXPECT_EQ(Integer("E")->GetValue(), 9);
+    port.PutLittle(0x20, 5, 4);
+    Integer("Base")->SetValue(0x20);
+    EXPECT_EQ(Integer("E")->GetValue(), 5);
+}
+
 TEST_F(Caching, AWriteOnlyFieldStartsFromWhatWasWritten) {
     Load(
         "<MaskedIntReg Name='A'><Address>0</Address><Length>1</Length><AccessMode>WO</AccessMode><pPort>Device</pPort>"

@@ -225,7 +225,7 @@ TEST_F(Loading, ForgivesReferencesToNothing) {
     EXPECT_EQ(Mode("A"), NI);
     EXPECT_EQ(Integer("B")->GetValue(), 3);
     EXPECT_EQ(map._GetWarnings().size(), 1U);
-    EXPECT_EQ(FirstWarning(), "3,0 Integer 'A' (line 3): pValue refers to 'Nothing', which does not exist");
+    EXPECT_EQ(FirstWarning(), "3,27 Integer 'A' (line 3): pValue refers to 'Nothing', which does not exist");
     try {
         Integer("A")->GetValue();
         FAIL() << "read";
@@ -465,6 +465,44 @@ TEST_F(Loading, AChainThatIsTooLongThrows) {
     EXPECT_EQ(Integer("N49950")->GetValue(), 2);
 }
 
+TEST_F(Loading, AppearanceEndsInALongChainAndInACircle) {
+    std::string nodes;
+    for (int i = 0; i < 50000; ++i)
+        nodes += "<Integer Name='N" + std::to_string(i) + "'><pValue>N" + std::to_string(i + 1) + "</pValue></Integer>";
+    Load(nodes +
+         "<Integer Name='N50000'><Value>1</Value><Unit>us</Unit></Integer>"
+         "<Integer Name='A'><pValue>B</pValue></Integer><Integer Name='B'><pValue>A</pValue></Integer>");
+    EXPECT_EQ(Integer("N49990")->GetUnit(), "us");
+    EXPECT_EQ(Integer("N0")->GetRepresentation(), PureNumber);
+    EXPECT_EQ(Integer("A")->GetUnit(), "");
+}
+
+TEST_F(Loading, StrangeNamesAreLookedUpQuickly) {
+    std::string prefixes;
+    for (int i = 0; i < 1000000; ++i)
+        prefixes += "Std::";
+    Load("<Integer Name='A'><pValue>EnumEntry_" + std::string(5000000, '_') + "</pValue></Integer>" +
+         "<Integer Name='B'><pValue>" + prefixes + "</pValue></Integer>");
+    EXPECT_EQ(Mode("A"), NI);
+    EXPECT_EQ(Mode("B"), NI);
+}
+
+TEST_F(Loading, AStructureMayHaveVeryManyEntries) {
+    std::string entries;
+    for (int i = 0; i < 100000; ++i)
+        entries +=
+            "<StructEntry Name='E" + std::to_string(i) + "'><Bit>" + std::to_string(i % 32) + "</Bit></StructEntry>";
+    Load(
+        "<StructReg Comment='S'><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort>" +
+        entries + "</StructReg>");
+    Integer("E77")->SetValue(1);
+    int set = 0;
+    for (int i = 0; i < 100000; ++i)
+        set += static_cast<int>(Integer("E" + std::to_string(i))->GetValue());
+    EXPECT_EQ(set, 3125);
+}
+
 // --- Size ---
 
 TEST_F(Loading, AFileOf50MegabytesLoads) {
@@ -541,6 +579,26 @@ TEST_F(Loading, WhatIsInjectedDoesNotChangeWhatTheMapSaysAboutItself) {
     other.replace(other.find("\"Model\""), 7, "\"Other\"");
     map._LoadXMLFromStringInject(Describe("").c_str(), other.c_str());
     EXPECT_EQ(map._GetModelName(), "Model");
+}
+
+TEST_F(Loading, WarningsNameTheFileThatTheyAreAbout) {
+    const std::string target = File("target.xml", Describe("<Integer Name='A'><pValue>Nothing</pValue></Integer>"));
+    const std::string injected = File("injected.xml", "<Gadget/>\n<Integer Name='B'><pMax>Nothing</pMax></Integer>");
+    map._LoadXMLFromFileInject(target.c_str(), injected.c_str());
+    EXPECT_EQ(Mode("B"), NI);
+    const WarningList_t warnings = map._GetWarnings();
+    ASSERT_EQ(warnings.size(), 3U);
+    EXPECT_EQ(warnings[0].File, injected);
+    EXPECT_EQ(warnings[1].File, target);
+    EXPECT_EQ(warnings[2].File, injected);
+    EXPECT_EQ(warnings[2].Line, 2U);
+    EXPECT_EQ(warnings[2].Column, 25U);
+}
+
+TEST_F(Loading, AnUnusableNodeHasAPlace) {
+    Load("\n  <Integer Name='A'><Value>x</Value></Integer>");
+    EXPECT_EQ(Mode("A"), NI);
+    EXPECT_EQ(FirstWarning(), "4,4 Integer 'A' (line 4): not implemented: Value 'x' is no number");
 }
 
 TEST_F(Loading, InjectsFromFiles) {

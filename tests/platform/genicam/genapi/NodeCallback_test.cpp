@@ -172,6 +172,48 @@ TEST_F(NodeCallback, AnnouncesRegistersThatShareBytes) {
     EXPECT_EQ(counter.names.size(), 4U);
 }
 
+TEST_F(NodeCallback, MayRunBeforeTheChange) {
+    LoadChain();
+    std::vector<std::tuple<std::string, std::int64_t, bool>> calls;
+    const auto note = [&](const std::string& what) {
+        return
+            [this, &calls, what](INode*) { calls.emplace_back(what, Integer("S")->GetValue(), LockIsHeldByOthers()); };
+    };
+    Register(Node("S"), note("before inside"), cbPreInsideLock);
+    Register(Node("S"), note("before outside"), cbPreOutsideLock);
+    Register(Node("S"), note("after inside"), cbPostInsideLock);
+    Register(Node("S"), note("after outside"), cbPostOutsideLock);
+    Integer("A")->SetValue(1);
+    EXPECT_EQ(calls, (std::vector<std::tuple<std::string, std::int64_t, bool>>{{"before outside", 0, false},
+                                                                               {"before inside", 0, true},
+                                                                               {"after inside", 2, true},
+                                                                               {"after outside", 2, false}}));
+}
+
+TEST_F(NodeCallback, AnExceptionBeforeTheChangeKeepsItFromBeingMade) {
+    for (const ECallbackType type : {cbPreInsideLock, cbPreOutsideLock}) {
+        LoadChain();
+        CallCounter counter;
+        Register(
+            Node("A"), [](INode*) { throw RUNTIME_EXCEPTION("no"); }, type);
+        Register(Node("A"), counter, &CallCounter::Called);
+        EXPECT_THROW(Integer("A")->SetValue(1), RuntimeException);
+        EXPECT_EQ(port.Writes(), 0);
+        EXPECT_EQ(counter.calls, 0);
+        EXPECT_FALSE(LockIsHeldByOthers());
+    }
+}
+
+TEST_F(NodeCallback, ACircleOfCallbacksBeforeTheChangeEnds) {
+    for (const ECallbackType type : {cbPreInsideLock, cbPreOutsideLock}) {
+        LoadChain();
+        Register(
+            Node("A"), [this](INode*) { Integer("A")->SetValue(1); }, type);
+        EXPECT_THROW(Integer("A")->SetValue(1), LogicalErrorException);
+        EXPECT_EQ(port.Writes(), 0);
+    }
+}
+
 TEST_F(NodeCallback, InvalidateNodesTellsAll) {
     LoadChain();
     CallCounter counter;

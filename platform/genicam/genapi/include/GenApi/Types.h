@@ -86,7 +86,9 @@ enum ELinkType {
 enum ECallbackType {
     cbPostInsideLock = 1,   ///< after the change, with the node map's lock held
     cbPostOutsideLock = 2,  ///< after the change, without the lock
-    cbAll = 3
+    cbAll = 3,
+    cbPreInsideLock = 4,  ///< before the change, with the lock held; an exception keeps the change from being made
+    cbPreOutsideLock = 8  ///< before the change, without the lock; likewise
 };
 
 }  // namespace GenApi
