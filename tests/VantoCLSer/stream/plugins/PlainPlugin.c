@@ -103,8 +103,7 @@ static int32_t PoCLControl(struct Grabber* self, uint32_t command) {
     return script.poCLResult;
 }
 
-static const struct GrabberTable table = {Init,     Shutdown,    StartGrab, StopGrab, GetLastErrorText,
-                                          GetValue, PoCLControl};
+static const struct GrabberTable table = {Init, Shutdown, StartGrab, StopGrab, GetLastErrorText, GetValue, PoCLControl};
 static struct Grabber object = {&table};
 
 struct PluginScript* GetPluginScript(void) {

@@ -46,13 +46,18 @@ TEST(GCFormat, LetsTheTypeDecideWhereLetterAndTypeDiffer) {
     EXPECT_EQ(FormatText("%s", static_cast<const char*>(nullptr)), "(null)");
 }
 
-TEST(GCFormat, BoundsWidths) { EXPECT_LE(FormatText("%999999999d", 1).size(), 4096u); }
+TEST(GCFormat, BoundsWidths) {
+    EXPECT_LE(FormatText("%999999999d", 1).size(), 4096u);
+}
 
-TEST(GCFormat, TreatsArgumentsAsData) { EXPECT_EQ(FormatText("<%s>", "%s%n%d"), "<%s%n%d>"); }
+TEST(GCFormat, TreatsArgumentsAsData) {
+    EXPECT_EQ(FormatText("<%s>", "%s%n%d"), "<%s%n%d>");
+}
 
 TEST(GCException, CarriesDescriptionSourceLineAndType) {
     try {
-        throw GenICam::ExceptionReporter<GenICam::RuntimeException>("Source", 12, "RuntimeException").Report("a %s", "b");
+        throw GenICam::ExceptionReporter<GenICam::RuntimeException>("Source", 12, "RuntimeException")
+            .Report("a %s", "b");
     } catch (const GenICam::GenericException& error) {
         EXPECT_STREQ(error.GetDescription(), "a b");
         EXPECT_STREQ(error.GetSourceFileName(), "Source");

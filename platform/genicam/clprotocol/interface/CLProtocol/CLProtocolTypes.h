@@ -45,8 +45,8 @@ enum CLP_PARAMS : CLINT32 {
     CLP_LOG_LEVEL = 1,
     CLP_LOG_CALLBACK = 2,
     CLP_STOP_PROBE_DEVICE = 3,
-    CLP_DEVICE_BAUDERATE = -1,               ///< the device's baud rate, a Camera Link flag; needs a cookie
-    CLP_DEVICE_SUPPORTED_BAUDERATES = -2     ///< rates that device and host both support; read-only, needs a cookie
+    CLP_DEVICE_BAUDERATE = -1,            ///< the device's baud rate, a Camera Link flag; needs a cookie
+    CLP_DEVICE_SUPPORTED_BAUDERATES = -2  ///< rates that device and host both support; read-only, needs a cookie
 };
 
 enum CLP_LOG_LEVELS : CLINT32 {
