@@ -17,7 +17,7 @@
 namespace GenApi {
 
 /// The largest description: positions in it are kept in 32 bits.
-constexpr std::size_t kMaxDescription = 512U * 1024 * 1024;
+constexpr std::size_t kMaxDescription = std::size_t{512} * 1024 * 1024;
 
 /// Builds the nodes of one map from one description and one that is injected into it. Reentrant, used once.
 class Loader {

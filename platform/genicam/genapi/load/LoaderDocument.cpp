@@ -204,7 +204,7 @@ void Loader::Finish() {
     m_map.m_properties.shrink_to_fit();
     m_map.m_texts.shrink_to_fit();
     for (CNode* node : m_map.m_nodes) {
-        if (node->Has(kReplaced))
+        if (node->Is(kReplaced))
             continue;
         const std::span<const Property> properties = node->Properties();
         Property* first = m_map.m_properties.data() + (properties.data() - m_map.m_properties.data());
@@ -221,7 +221,7 @@ void Loader::Resolve(CNode& node, Property& property) {
     if (target != nullptr) {
         property.node = target->Index();
         if (property.tag == ETag::pFeature)
-            target->Set(kIsFeature);
+            target->AddTraits(kIsFeature);
         return;
     }
     const std::string message =

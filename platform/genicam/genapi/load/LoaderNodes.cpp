@@ -95,7 +95,7 @@ CNode& Loader::MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing
     const TextPlace place = m_source->PlaceOf(PositionOf(element));
     node->SetPlace(place.line, place.column, enclosing);
     if (IsRegisterKind(kind))
-        node->Set(kIsRegister);
+        node->AddTraits(kIsRegister);
     LoadNodeAttributes(element, *node);
     return *node;
 }
@@ -132,7 +132,8 @@ void Loader::LoadNested(const Nested& inner, const CNode& outer) {
     if (node.Kind() != ENodeKind::EnumEntry && !node.Name().empty() && !EnterName(node, inner.element))
         Replace(node);
     if (node.Kind() == ENodeKind::StructEntry)
-        node.Set((outer.Has(kHasAccessRules) ? kHasAccessRules : 0U) | (outer.Has(kUsesPolling) ? kUsesPolling : 0U));
+        node.AddTraits((outer.Is(kHasAccessRules) ? kHasAccessRules : 0U) |
+                       (outer.Is(kUsesPolling) ? kUsesPolling : 0U));
 }
 
 void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
@@ -172,9 +173,9 @@ void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
         text.empty() || text.data() == m_joined.data() ? PositionOf(element) : m_source->PositionOf(text.data()));
     if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
         tag == ETag::ImposedAccessMode)
-        node.Set(kHasAccessRules);
+        node.AddTraits(kHasAccessRules);
     if (tag == ETag::PollingTime)
-        node.Set(kUsesPolling);
+        node.AddTraits(kUsesPolling);
     if (element.first_attribute())
         LoadPropertyAttributes(element, tag, node);
 }
@@ -225,10 +226,10 @@ bool Loader::EnterName(CNode& node, pugi::xml_node element) {
 }
 
 void Loader::Replace(CNode& node) {
-    node.Set(kReplaced);
+    node.AddTraits(kReplaced);
     for (const Property& property : node.Properties()) {
         if (property.tag == ETag::Nested && property.node != kNoNode)
-            m_map.m_nodes[property.node]->Set(kReplaced);
+            m_map.m_nodes[property.node]->AddTraits(kReplaced);
     }
 }
 

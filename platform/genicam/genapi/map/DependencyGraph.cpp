@@ -44,7 +44,7 @@ Edge EdgeOf(const CNode& owner, const Property& property) {
 template <class Use>
 void ForEachEdge(const CNodeMap& map, Use&& use) {
     for (const CNode* node : map.Nodes()) {
-        if (node->Has(kReplaced))
+        if (node->Is(kReplaced))
             continue;
         for (const Property& property : node->Properties()) {
             const Edge edge = EdgeOf(*node, property);

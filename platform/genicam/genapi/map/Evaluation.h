@@ -41,12 +41,16 @@ enum ENodeFlag : std::uint32_t {
 
     kBound = 1U << 12,
     kBroken = 1U << 13,
-    kReplaced = 1U << 14,
     kHasCallback = 1U << 15,
-    kIsFeature = 1U << 16,
-    kUsesPolling = 1U << 17,
-    kHasAccessRules = 1U << 18,
-    kIsRegister = 1U << 19,
+};
+
+/// What is known of a node once it is loaded and never changes: it may be asked without the lock.
+enum ENodeTrait : std::uint32_t {
+    kReplaced = 1U << 0,        ///< another node of its name stands in its place
+    kIsFeature = 1U << 1,       ///< a category leads to it
+    kUsesPolling = 1U << 2,     ///< it has a polling time
+    kHasAccessRules = 1U << 3,  ///< it has rules about its access mode
+    kIsRegister = 1U << 4,
 };
 
 /// Marks a node as being evaluated for its own lifetime. Throws when it already is (a circle) or when too many nodes

@@ -60,14 +60,14 @@ void CNodeMap::GetNodes(NodeList_t& nodes) const {
     nodes.clear();
     nodes.reserve(m_nodes.size());
     for (CNode* node : m_nodes) {
-        if (!node->Has(kReplaced))
+        if (!node->Is(kReplaced))
             nodes.push_back(node);
     }
 }
 
 std::uint64_t CNodeMap::GetNumNodes() const {
     return static_cast<std::uint64_t>(
-        std::count_if(m_nodes.begin(), m_nodes.end(), [](const CNode* node) { return !node->Has(kReplaced); }));
+        std::count_if(m_nodes.begin(), m_nodes.end(), [](const CNode* node) { return !node->Is(kReplaced); }));
 }
 
 INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {
@@ -151,7 +151,7 @@ void CNodeMap::Poll(std::int64_t elapsedTime) {
     Change(nullptr, [&] {
         if (!m_polledKnown) {
             for (CNode* node : m_nodes) {
-                if (node->Has(kUsesPolling) && !node->Has(kReplaced) && node->GetPollingTime() > 0)
+                if (node->Is(kUsesPolling) && !node->Is(kReplaced) && node->GetPollingTime() > 0)
                     m_polled.push_back({node, node->GetPollingTime(), 0});
             }
             m_polledKnown = true;
@@ -175,7 +175,7 @@ bool CNodeMap::ParseSwissKnives(GenICam::gcstring_vector* errorList) const {
         const ENodeKind kind = node->Kind();
         const bool hasFormula = kind == ENodeKind::IntSwissKnife || kind == ENodeKind::SwissKnife ||
                                 kind == ENodeKind::IntConverter || kind == ENodeKind::Converter;
-        if (!hasFormula || node->Has(kReplaced) || node->Usable())
+        if (!hasFormula || node->Is(kReplaced) || node->Usable())
             continue;
         isFine = false;
         if (errorList != nullptr)
@@ -347,7 +347,7 @@ void CNodeMap::AttachRegisters() {
         return;
     m_registersAttached = true;
     for (CNode* node : m_nodes) {
-        if (node->Has(kIsRegister) && !node->Has(kReplaced) && node->Usable() && node->Register() != nullptr)
+        if (node->Is(kIsRegister) && !node->Is(kReplaced) && node->Usable() && node->Register() != nullptr)
             node->Register()->AttachConstant();
     }
 }

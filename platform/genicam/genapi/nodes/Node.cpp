@@ -208,7 +208,7 @@ bool CNode::IsDeprecated() const {
     return YesOf(ETag::IsDeprecated, false);
 }
 bool CNode::IsFeature() const {
-    return Has(kIsFeature);
+    return Is(kIsFeature);
 }
 INode* CNode::GetAlias() const {
     return NodeOf(ETag::pAlias);
@@ -356,7 +356,7 @@ void CNode::GetParents(NodeList_t& parents) const {
     parents.clear();
     const AutoLock lock(m_map->GetLock());
     for (CNode* node : m_map->Nodes()) {
-        if (node->Has(kReplaced))
+        if (node->Is(kReplaced))
             continue;
         for (const Property& property : node->Properties()) {
             const bool isLink =
@@ -383,7 +383,7 @@ void CNode::GetSelectedFeatures(FeatureList_t& features) const {
 void CNode::GetSelectingFeatures(FeatureList_t& features) const {
     features.clear();
     for (CNode* node : m_map->Nodes()) {
-        if (node->Has(kReplaced) || node->Value() == nullptr)
+        if (node->Is(kReplaced) || node->Value() == nullptr)
             continue;
         const auto properties = node->Properties();
         const bool selects = std::any_of(properties.begin(), properties.end(), [this](const Property& property) {

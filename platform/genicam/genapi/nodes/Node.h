@@ -80,6 +80,8 @@ public:
     bool Has(std::uint32_t flags) const noexcept { return (m_flags & flags) != 0; }
     void Set(std::uint32_t flags) noexcept { m_flags |= flags; }
     void Clear(std::uint32_t flags) noexcept { m_flags &= ~flags; }
+    bool Is(std::uint32_t traits) const noexcept { return (m_traits & traits) != 0; }
+    void AddTraits(std::uint32_t traits) noexcept { m_traits |= traits; }
 
     // Evaluation; the map's lock is held.
     /// The value as an integer, from the cache where it is known. A number with a fraction is rounded.
@@ -192,7 +194,8 @@ private:
     std::uint32_t m_firstProperty = 0;
     std::uint32_t m_propertyCount = 0;
     std::uint32_t m_enclosing = kNoNode;
-    mutable std::uint32_t m_flags = 0;
+    std::uint32_t m_flags = 0;
+    std::uint32_t m_traits = 0;
     ENodeKind m_kind;
     ENumber m_number;
     ENameSpace m_nameSpace : 8 = Custom;

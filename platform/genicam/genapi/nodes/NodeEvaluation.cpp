@@ -128,7 +128,7 @@ EAccessMode CNode::FindAccess(Evaluation& evaluation, bool withLocks) {
 EAccessMode CNode::ComputeAccess(Evaluation& evaluation, bool withLocks) {
     if (!Usable())
         return NI;
-    const bool hasRules = Has(kHasAccessRules);
+    const bool hasRules = Is(kHasAccessRules);
     const Condition implemented = hasRules ? Rule(ETag::pIsImplemented, evaluation) : Condition::None;
     if (implemented == Condition::False)
         return NI;

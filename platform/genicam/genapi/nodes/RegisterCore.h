@@ -19,7 +19,7 @@ struct Property;
 struct RegisterBlock;
 
 /// The largest register. Lengths may come from the camera: nothing is allocated for one that is larger.
-constexpr std::int64_t kMaxRegisterLength = 16 * 1024 * 1024;
+constexpr std::int64_t kMaxRegisterLength = std::int64_t{16} * 1024 * 1024;
 
 /// What register nodes share. Lies in the map's arena; wants the map's lock.
 class RegisterCore {

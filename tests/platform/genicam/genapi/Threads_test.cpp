@@ -27,6 +27,20 @@ protected:
             "<Enumeration Name='E'><EnumEntry Name='X'><Value>0</Value></EnumEntry><EnumEntry Name='Y'>"
             "<Value>1</Value></EnumEntry><Value>0</Value></Enumeration><String Name='T'><Value>t</Value></String>");
     }
+    void AskForNames() {
+        NodeList_t nodes;
+        FeatureList_t features;
+        map._GetNodes(nodes);
+        for (INode* node : nodes) {
+            node->IsFeature();
+            node->GetVisibility();
+            CSelectorPtr(node)->GetSelectingFeatures(features);
+        }
+        Node("A")->GetChildren(nodes, ctDependingNodes);
+        Category("Root")->GetFeatures(features);
+        Integer("A")->GetUnit();
+        Integer("A")->ToString();
+    }
 };
 
 TEST_F(Threads, MayUseOneMap) {
@@ -35,7 +49,7 @@ TEST_F(Threads, MayUseOneMap) {
     Register(Node("S"), [&calls](INode*) { ++calls; });
     Register(
         Node("S"), [&calls](INode*) { ++calls; }, cbPostOutsideLock);
-    constexpr int kRounds = 300;
+    constexpr int kRounds = 150;
     const auto work = [this](int id) {
         CIntegerPtr a = Node("A");
         for (int i = 0; i < kRounds; ++i) {
@@ -45,6 +59,7 @@ TEST_F(Threads, MayUseOneMap) {
             Enumeration("E")->FromString(i % 2 == 0 ? "X" : "Y");
             String("T")->SetValue(std::to_string(i).c_str());
             Node("A")->GetAccessMode();
+            AskForNames();
             if (i % 50 == 0)
                 map._InvalidateNodes();
             const CallbackHandleType handle = Register(
