@@ -53,6 +53,8 @@ public:
         formatter->label("SUBCOMMAND", "COMMAND");
         m_app.formatter(formatter);
         m_app.footer(kExitCodes);
+        // A second word that is a command's name is an argument: files and cameras may be called so.
+        m_app.require_subcommand(0, 1);
         for (const CommandEntry& entry : CommandTable())
             Add(entry);
     }

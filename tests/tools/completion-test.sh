@@ -1,0 +1,31 @@
+#!/bin/bash
+# SPDX-License-Identifier: Apache-2.0
+# What the bash completion offers, asked as bash asks it: completion-test.sh COMPLETION FOLDER-OF-VANTO-CL
+set -u
+PATH="$2:$PATH"
+source "$1" || exit 1
+failures=0
+
+expect() {
+    local line="$1" wanted="$2"
+    COMP_LINE="$line" COMP_POINT=${#line} COMP_WORDS=(vanto-cl) COMPREPLY=()
+    _vanto_cl
+    if [[ "${COMPREPLY[*]}" != "$wanted" ]]; then
+        echo "'$line' offers '${COMPREPLY[*]}', not '$wanted'"
+        ((++failures))
+    fi
+}
+
+expect "vanto-cl se" "set"
+expect "vanto-cl comp" ""
+expect "vanto-cl config " "path show check init"
+expect "vanto-cl get --j" "--json"
+expect "vanto-cl --simulate get " "SIM00001 COM_Port#cam0 SIM00002 COM_Port#cam1"
+expect "vanto-cl --simulate get SIM00001 Width ExposureT" "ExposureTime"
+expect "vanto-cl --simulate set 0 ExposureT" "ExposureTime="
+expect "vanto-cl --simulate set 0 Width=8 PixelFormat=Mono1" "Mono10 Mono12 Mono16"
+expect "vanto-cl --simulate set 0 ReverseX=o" "on off"
+expect "vanto-cl --simulate exec 0 UserSetL" "UserSetLoad"
+expect "vanto-cl --simulate get nobody Wid" ""
+expect "vanto-cl load 0 $1" "$1"
+exit $((failures > 0))
