@@ -1,0 +1,157 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of values of features as text, on a node map without a camera
+ */
+#include "features/FeatureText.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/ExitCode.h"
+#include "features/Assignments.h"
+#include "features/FeatureWalk.h"
+
+namespace {
+
+using namespace tools;
+using testing::HasSubstr;
+
+constexpr const char* kDescription = R"(<RegisterDescription ModelName="M" VendorName="V"
+  StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"
+  MinorVersion="0" SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
+  xmlns="http://www.genicam.org/GenApi/Version_1_1">
+  <Category Name="Root"><pFeature>Group</pFeature><pFeature>Hidden</pFeature></Category>
+  <Category Name="Group">
+    <pFeature>Whole</pFeature><pFeature>Hex</pFeature><pFeature>Number</pFeature><pFeature>Switch</pFeature>
+    <pFeature>Choice</pFeature><pFeature>Fixed</pFeature><pFeature>Limit</pFeature><pFeature>Root</pFeature>
+  </Category>
+  <Integer Name="Whole"><Value>16</Value><Min>-8</Min><pMax>Limit</pMax><Inc>4</Inc><Unit>px</Unit></Integer>
+  <Integer Name="Limit"><Value>64</Value></Integer>
+  <Integer Name="Hex"><Value>255</Value><Representation>HexNumber</Representation></Integer>
+  <Float Name="Number"><Value>0.1</Value><Min>0</Min><Max>10.5</Max><Unit>us</Unit></Float>
+  <Boolean Name="Switch"><Value>1</Value><OnValue>1</OnValue><OffValue>0</OffValue></Boolean>
+  <Enumeration Name="Choice">
+    <EnumEntry Name="Red"><Value>0</Value></EnumEntry><EnumEntry Name="Green"><Value>7</Value></EnumEntry>
+    <EnumEntry Name="Blue"><pIsAvailable>Never</pIsAvailable><Value>2</Value></EnumEntry>
+    <Value>0</Value>
+  </Enumeration>
+  <Integer Name="Never"><Value>0</Value></Integer>
+  <Integer Name="Fixed"><ImposedAccessMode>RO</ImposedAccessMode><Value>3</Value></Integer>
+  <Integer Name="Hidden"><Visibility>Guru</Visibility><Value>1</Value></Integer>
+</RegisterDescription>)";
+
+class FeatureText : public testing::Test {
+protected:
+    FeatureText() { m_map._LoadXMLFromString(kDescription); }
+    GenApi::INodeMap& Map() { return *m_map._GetNodeMap(); }
+    GenApi::INode& Node(const char* name) { return FindFeature(Map(), name); }
+    void Set(const char* name, const std::string& text) { SetText(Node(name), text); }
+    std::string Get(const char* name) { return ValueText(Node(name)); }
+    /// The error and its hint, after checking everything that 'set' checks.
+    std::string Refused(const std::vector<Assignment>& assignments) {
+        try {
+            Assignments steps(Map(), assignments);
+            steps.Check();
+            steps.Apply();
+        } catch (const ToolError& error) {
+            return std::string(error.what()) + "|" + error.Hint();
+        }
+        return "taken";
+    }
+
+private:
+    GenApi::CNodeMapRef m_map;
+};
+
+TEST_F(FeatureText, ShowsValuesWithAllTheirDigits) {
+    EXPECT_EQ(Get("Whole"), "16");
+    EXPECT_EQ(Get("Hex"), "0xFF");
+    EXPECT_EQ(Get("Number"), "0.1");
+    EXPECT_EQ(Get("Switch"), "true");
+    EXPECT_EQ(Get("Choice"), "Red");
+}
+
+TEST_F(FeatureText, ShowsValuesInJsonWithTheirTypes) {
+    EXPECT_EQ(ValueJson(Node("Whole")), 16);
+    EXPECT_EQ(ValueJson(Node("Hex")), 255);
+    EXPECT_EQ(ValueJson(Node("Number")), 0.1);
+    EXPECT_EQ(ValueJson(Node("Switch")), true);
+    EXPECT_EQ(ValueJson(Node("Choice")), "Red");
+}
+
+TEST_F(FeatureText, ShowsRanges) {
+    EXPECT_EQ(RangeText(Node("Whole")), "-8 .. 64 step 4 px");
+    EXPECT_EQ(RangeText(Node("Number")), "0 .. 10.5 us");
+    EXPECT_EQ(RangeText(Node("Choice")), "Red, Green");
+}
+
+TEST_F(FeatureText, SetsWhatPeopleType) {
+    Set("Whole", "0x20 px");
+    EXPECT_EQ(Get("Whole"), "32");
+    Set("Number", "2.5us");
+    EXPECT_EQ(Get("Number"), "2.5");
+    Set("Switch", "off");
+    EXPECT_EQ(Get("Switch"), "false");
+    Set("Choice", "green");
+    EXPECT_EQ(Get("Choice"), "Green");
+    Set("Choice", "0");
+    EXPECT_EQ(Get("Choice"), "Red");
+}
+
+TEST_F(FeatureText, SaysWhatIsWrongWithAValue) {
+    EXPECT_EQ(Refused({{"Whole", "68"}}), "Whole: 68 is too large|Whole takes -8 .. 64 step 4 px.");
+    EXPECT_THAT(Refused({{"Whole", "-12"}}), HasSubstr("too small"));
+    EXPECT_THAT(Refused({{"Whole", "-7"}}), HasSubstr("between two steps"));
+    EXPECT_THAT(Refused({{"Whole", "12.5"}}), HasSubstr("'12.5' is no integer"));
+    EXPECT_THAT(Refused({{"Number", "11"}}), HasSubstr("too large"));
+    EXPECT_THAT(Refused({{"Number", "x"}}), HasSubstr("no number"));
+    EXPECT_THAT(Refused({{"Switch", "maybe"}}), HasSubstr("neither on nor off"));
+    EXPECT_THAT(Refused({{"Choice", "Gren"}}), HasSubstr("did you mean 'Green'?"));
+    EXPECT_THAT(Refused({{"Choice", "Violet"}}), HasSubstr("The entries are: Red, Green"));
+    EXPECT_THAT(Refused({{"Choice", "Blue"}}), HasSubstr("not available"));
+    EXPECT_THAT(Refused({{"Fixed", "4"}}), HasSubstr("only be read"));
+    EXPECT_THAT(Refused({{"Group", "4"}}), HasSubstr("has no value"));
+    EXPECT_THAT(Refused({{"Wole", "4"}}), HasSubstr("did you mean 'Whole'?"));
+}
+
+TEST_F(FeatureText, ChecksAllBeforeTheFirstWrite) {
+    EXPECT_NE(Refused({{"Hex", "1"}, {"Number", "11"}}), "taken");
+    EXPECT_EQ(Get("Hex"), "0xFF");
+}
+
+TEST_F(FeatureText, LooksAtLimitsThatAnEarlierOneMovesWhenItsTurnComes) {
+    EXPECT_EQ(Refused({{"Limit", "128"}, {"Whole", "100"}}), "taken");
+    EXPECT_EQ(Get("Whole"), "100");
+}
+
+TEST_F(FeatureText, PutsBackWhatWasSetBeforeARefusal) {
+    EXPECT_EQ(Refused({{"Limit", "32"}, {"Whole", "64"}}),
+              "Whole: 64 is too large|Whole takes -8 .. 32 step 4 px.\nNothing was changed.");
+    EXPECT_EQ(Get("Limit"), "64");
+}
+
+TEST_F(FeatureText, WalksWhatIsVisibleOnce) {
+    std::vector<std::string> names;
+    WalkFeatures(Map(), GenApi::Beginner,
+                 [&](GenApi::INode& node, std::size_t) { names.push_back(node.GetName().str()); });
+    EXPECT_THAT(names,
+                testing::ElementsAre("Group", "Whole", "Hex", "Number", "Switch", "Choice", "Fixed", "Limit", "Root"));
+    EXPECT_EQ(AllFeatures(Map()).size(), 8U);
+}
+
+TEST(ParseAssignment, SplitsAtTheFirstEqualsSign) {
+    const Assignment parsed = ParseAssignment("DeviceUserID=a=b");
+    EXPECT_EQ(parsed.name, "DeviceUserID");
+    EXPECT_EQ(parsed.text, "a=b");
+    EXPECT_EQ(ParseAssignment("A=").text, "");
+    EXPECT_THROW(ParseAssignment("A"), ToolError);
+    EXPECT_THROW(ParseAssignment("=1"), ToolError);
+}
+
+TEST(VisibilityFromWord, TakesAnyCase) {
+    EXPECT_EQ(VisibilityFromWord("Expert"), GenApi::Expert);
+    EXPECT_EQ(VisibilityFromWord("INVISIBLE"), GenApi::Invisible);
+    EXPECT_THROW(VisibilityFromWord("master"), ToolError);
+}
+
+}  // namespace
