@@ -26,23 +26,27 @@ public:
             return {};
         const std::size_t wanted = std::min(static_cast<std::size_t>(offset), m_text.size());
         if (wanted < m_position) {
-            m_position = m_lineStart = 0;
-            m_line = 1;
+            m_position = 0;
+            m_line = m_column = 1;
         }
+        // The column goes along: a file may be one line of megabytes.
         for (; m_position < wanted; ++m_position) {
-            if (m_text[m_position] == '\n') {
+            const auto byte = static_cast<unsigned char>(m_text[m_position]);
+            if (byte == '\n') {
                 ++m_line;
-                m_lineStart = m_position + 1;
+                m_column = 1;
+            } else if ((byte & 0xC0) != 0x80) {  // not the rest of a UTF-8 character
+                ++m_column;
             }
         }
-        return {m_line, DisplayWidth(m_text.substr(m_lineStart, wanted - m_lineStart)) + 1};
+        return {m_line, m_column};
     }
 
 private:
     std::string_view m_text;
     std::size_t m_position = 0;
-    std::size_t m_lineStart = 0;
     std::uint64_t m_line = 1;
+    std::uint64_t m_column = 1;
 };
 
 bool IsGroup(std::string_view kind) {
