@@ -251,10 +251,10 @@ void CNodeMap::CheckPorts() noexcept {
         node->Clear(kReadAccessValid | kFullAccessValid);
 }
 
-void CNodeMap::BeginChange() {
-    if (m_changeDepth >= kMaxChangeDepth)
-        throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_deviceName);
-    ++m_changeDepth;
+CNodeMap::ChangeScope::ChangeScope(CNodeMap& map) : m_map(map) {
+    if (m_map.m_changeDepth >= kMaxChangeDepth)
+        throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_map.m_deviceName);
+    ++m_map.m_changeDepth;
 }
 
 /**
@@ -295,7 +295,7 @@ std::exception_ptr CNodeMap::EndChange(CallbackList& outside) {
         m_announced.clear();
         failure = m_callbacks.Run(inside, cbPostInsideLock);
     }
-    if (--m_changeDepth == 0)
+    if (m_changeDepth == 1)
         outside.swap(m_outside);
     return failure;
 }

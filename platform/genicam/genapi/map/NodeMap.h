@@ -120,6 +120,18 @@ public:
 private:
     friend class Loader;
 
+    /// A change that is being made, within others that callbacks make. Throws when there are too many of them.
+    class ChangeScope {
+    public:
+        explicit ChangeScope(CNodeMap& map);
+        ~ChangeScope() { --m_map.m_changeDepth; }
+        ChangeScope(const ChangeScope&) = delete;
+        ChangeScope& operator=(const ChangeScope&) = delete;
+
+    private:
+        CNodeMap& m_map;
+    };
+
     /// A node with a polling time, and how much of it has gone by.
     struct PolledNode {
         CNode* node;
@@ -128,7 +140,6 @@ private:
     };
 
     void RunBefore(CNode& node, ECallbackType type);
-    void BeginChange();
     std::exception_ptr EndChange(CallbackList& outside);
     CNode* FindUnqualified(std::string_view name) const noexcept;
     CNode* FindIndexed(std::string_view name) const noexcept;
@@ -174,7 +185,7 @@ void CNodeMap::Change(CNode* node, Body&& body) {
     {
         const AutoLock lock(m_lock);
         CheckPorts();
-        BeginChange();
+        const ChangeScope scope(*this);
         try {
             if (node != nullptr && m_callbacks.WantsBefore())
                 RunBefore(*node, cbPreInsideLock);

@@ -154,6 +154,19 @@ TEST_F(BooleanNode, HasItsOwnValuesForTrueAndFalse) {
     EXPECT_THROW(Bool("B")->GetValue(), OutOfRangeException);
 }
 
+TEST_F(BooleanNode, SelectsItsValueByIndex) {
+    Load(
+        "<Boolean Name='B'><pIndex>I</pIndex><ValueIndexed Index='0'>0</ValueIndexed>"
+        "<pValueIndexed Index='1'>R</pValueIndexed></Boolean><Integer Name='I'><Value>0</Value></Integer>" +
+        Reg("R"));
+    EXPECT_FALSE(Bool("B")->GetValue());
+    Integer("I")->SetValue(1);
+    Bool("B")->SetValue(true);
+    EXPECT_EQ(port.Little(0, 4), 1U);
+    Integer("I")->SetValue(0);
+    EXPECT_FALSE(Bool("B")->GetValue());
+}
+
 TEST_F(BooleanNode, HasTexts) {
     Load("<Boolean Name='B'><Value>0</Value></Boolean>");
     EXPECT_EQ(Bool("B")->ToString(), "0");
@@ -305,6 +318,35 @@ TEST_F(RegisterNode, HoldsBytes) {
     EXPECT_THROW(Bytes("R")->FromString("0x0A0b0C0d0"), InvalidArgumentException);
     EXPECT_THROW(Bytes("R")->FromString("hello worl"), InvalidArgumentException);
     EXPECT_EQ(Node("R")->GetPrincipalInterfaceType(), intfIRegister);
+}
+
+TEST_F(RegisterNode, FeatureLocksAndSmartFeaturesAreRegisters) {
+    for (const char* kind : {"AdvFeatureLock", "SmartFeature"}) {
+        Load(std::string("<") + kind +
+             " Name='R'><FeatureID>0x0030533B73C3</FeatureID><Timeout>0</Timeout>"
+             "<Address>0x20</Address><Length>8</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></" +
+             kind + ">");
+        Bytes("R")->FromString("0x0030533b73c3f000");
+        EXPECT_EQ(port.Big(0x20, 8), 0x0030533B73C3F000U) << kind;
+        gcstring value;
+        gcstring attribute;
+        EXPECT_TRUE(Node("R")->GetProperty("FeatureID", value, attribute));
+        EXPECT_EQ(value, "0x0030533B73C3");
+        EXPECT_TRUE(map._GetWarnings().empty());
+    }
+}
+
+TEST_F(RegisterNode, TextAndNumberRegistersHaveTheInterface) {
+    Load(
+        "<StringReg Name='S'><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+        "</StringReg><FloatReg Name='F'><Address>4</Address><Length>8</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort></FloatReg>");
+    const std::uint8_t text[4] = {'a', 'b', 0, 'c'};
+    Bytes("S")->Set(text, 4);
+    EXPECT_EQ(String("S")->GetValue(), "ab");
+    EXPECT_EQ(Bytes("F")->GetAddress(), 4);
+    EXPECT_EQ(Bytes("F")->GetLength(), 8);
+    EXPECT_TRUE(String("S")->IsValueCacheValid());
 }
 
 TEST_F(RegisterNode, TakesItsLengthFromANode) {
