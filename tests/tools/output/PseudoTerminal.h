@@ -1,0 +1,29 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A terminal for one test
+ */
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+namespace tools_test {
+
+/// A pseudo-terminal to print to, and what was printed.
+class PseudoTerminal {
+public:
+    explicit PseudoTerminal(unsigned short columns);
+    ~PseudoTerminal();
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+    std::FILE* Stream() const { return m_stream; }
+    /// What was printed so far, lines ending in "\n".
+    std::string Text();
+
+private:
+    int m_master = -1;
+    std::FILE* m_stream = nullptr;
+};
+
+}  // namespace tools_test
