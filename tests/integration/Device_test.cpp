@@ -4,7 +4,7 @@
  */
 
 #include "tests/integration/Machine.h"
-#include "vanto/DeviceRemovalCallback.h"
+#include "tests/integration/Removals.h"
 
 namespace integration {
 namespace {
@@ -13,29 +13,6 @@ using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 constexpr std::chrono::seconds kLong(60);
-
-// Counts removals, and can be waited for.
-class Removals {
-public:
-    void Count(Vanto::IVantoDevice*) {
-        const std::lock_guard lock(m_mutex);
-        ++m_count;
-        m_changed.notify_all();
-    }
-    bool Wait() {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kLong, [this] { return m_count != 0; });
-    }
-    int Get() const {
-        const std::lock_guard lock(m_mutex);
-        return m_count;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    int m_count = 0;
-};
 
 class UsesADevice : public Machine {
 protected:
@@ -116,10 +93,10 @@ TEST_F(UsesADevice, ThatClosesAndOpensItsPort) {
 TEST_F(UsesADevice, UntilItsCableIsPulled) {
     Open();
     Removals removals;
-    m_device->RegisterRemovalCallback(Vanto::MakeDeviceRemovalCallback(removals, &Removals::Count));
+    removals.Register(*m_device);
     simulator.Unplug("cam0");
     EXPECT_THROW(Get("Width"), GenICam::GenericException);
-    EXPECT_TRUE(removals.Wait());
+    EXPECT_TRUE(removals.Wait(kLong));
     EXPECT_THROW(Get("Width"), GenICam::GenericException);
     EXPECT_EQ(removals.Get(), 1);
     m_device->Close();
@@ -132,7 +109,7 @@ TEST_F(UsesADevice, UntilItsCableIsPulled) {
 TEST_F(UsesADevice, UntilItIsExchanged) {
     Open();
     Removals removals;
-    m_device->RegisterRemovalCallback(Vanto::MakeDeviceRemovalCallback(removals, &Removals::Count));
+    removals.Register(*m_device);
     auto other = Camera("99");
     other.baud = simulator.BitsPerSecond("cam0");
     simulator.Exchange("cam0", other);
