@@ -172,6 +172,16 @@ TEST_F(Features, CtrlCEndsWatchingAndGivesTheBaudRateBack) {
     EXPECT_THAT(cameras.Command("baud cam0"), HasSubstr(kRate9600));
 }
 
+TEST_F(Features, FindTheCameraThatAKilledRunLeftAtAnotherBaudRate) {
+    BlockedRun run({"watch", "0", "Width", "--interval", "0.01"}, cameras.Variables());
+    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    run.Kill();
+    EXPECT_EQ(run.Wait().exitCode, -1);
+    EXPECT_EQ(cameras.Command("baud cam0"), "ok 921600");
+    EXPECT_THAT(Run({"list"}).out, HasSubstr("S0"));
+    EXPECT_EQ(Get("Width"), "2048\n");
+}
+
 TEST_F(Features, GivesTheBaudRateBackAfterFailures) {
     ExpectFailure({"get", "0", "Widht"}, 1, "did you mean");
     EXPECT_THAT(cameras.Command("baud cam0"), HasSubstr(kRate9600));
