@@ -5,8 +5,8 @@ set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . packaging/steps.sh
 
-ci_stages=(format layers docs release install)
-all_stages=("${ci_stages[@]}" clang asan tsan fuzz)
+ci_stages=(format layers docs release install fuzz)
+all_stages=("${ci_stages[@]}" clang asan tsan)
 
 usage() {
     cat <<END
@@ -47,18 +47,19 @@ done
 jobs=${JOBS:-$(nproc)}
 summary=""
 
-build() { # build PRESET
-    cmake --preset "$1" >"build/$1.log" 2>&1 && cmake --build --preset "$1" -j "$jobs" >>"build/$1.log" 2>&1
+build() { # build PRESET [TARGET [CMAKE_ARGUMENT...]]
+    cmake --preset "$1" "${@:3}" >"build/$1.log" 2>&1 &&
+        cmake --build --preset "$1" -j "$jobs" --target "${2:-all}" >>"build/$1.log" 2>&1
     local result=$?
     [ $result -eq 0 ] || grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "build/$1.log" | tail -n 200
     rm -f "build/$1.log"
     return $result
 }
 
-run_tests() { # run_tests PRESET: runs ctest and keeps its summary for the closing line
+run_tests() { # run_tests PRESET [CTEST_ARGUMENT...]: runs ctest and keeps its summary for the closing line
     local log result
     log=$(mktemp)
-    ctest --preset "$1" -j "$jobs" >"$log" 2>&1
+    ctest --preset "$1" -j "$jobs" "${@:2}" >"$log" 2>&1
     result=$?
     [ $result -eq 0 ] || cat "$log"
     sed -n '/The following tests did not run/,/^$/p' "$log"
@@ -78,7 +79,9 @@ stage_clang() { build clang; }
 stage_asan() { build asan && run_tests asan; }
 stage_tsan() { build tsan && run_tests tsan; }
 stage_install() { build release && packaging/check-install.sh build/release; }
-stage_fuzz() { build clang && packaging/run-fuzzers.sh build/clang/bin "${FUZZ_SECONDS:-30}"; }
+stage_fuzz() {
+    build clang fuzz -DVANTO_FUZZ_SECONDS="${FUZZ_SECONDS:-30}" && run_tests clang -L fuzz
+}
 
 start=$SECONDS
 install_missing_packages || exit 1

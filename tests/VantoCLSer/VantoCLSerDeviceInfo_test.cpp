@@ -6,6 +6,7 @@
 #include "vanto/VantoCLSerDeviceInfo.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace Vanto {
 namespace {
@@ -16,6 +17,11 @@ struct Accessors {
     CVantoCLSerDeviceInfo& (CVantoCLSerDeviceInfo::*set)(const gcstring&);
     bool (CVantoCLSerDeviceInfo::*isAvailable)() const;
 };
+
+// How the test runner names a case.
+void PrintTo(const Accessors& value, std::ostream* out) {
+    *out << value.name;
+}
 
 #define ACCESSORS(Name)                                                              \
     Accessors {                                                                      \

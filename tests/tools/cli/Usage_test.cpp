@@ -4,6 +4,7 @@
  */
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 #include "ProgramRun.h"
 
@@ -48,6 +49,12 @@ struct WrongLine {
     Words words;
     const char* message;
 };
+
+// How the test runner names a case.
+void PrintTo(const WrongLine& value, std::ostream* out) {
+    *out << testing::PrintToString(value.words);
+}
+
 class WrongUsage : public testing::TestWithParam<WrongLine> {};
 
 TEST_P(WrongUsage, EndsWithTwoAndSaysWhy) {

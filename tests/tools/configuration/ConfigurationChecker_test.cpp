@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "TemporaryFile.h"
 #include "configuration/ConfigurationReader.h"
@@ -70,6 +71,12 @@ struct Fault {
     const char* message;
     const char* hint;
 };
+
+// How the test runner names a case.
+void PrintTo(const Fault& value, std::ostream* out) {
+    *out << value.name;
+}
+
 class ConfigurationCheckerFaults : public testing::TestWithParam<Fault> {};
 
 TEST_P(ConfigurationCheckerFaults, AreReported) {

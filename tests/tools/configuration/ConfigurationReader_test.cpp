@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 #include "TemporaryFile.h"
 #include "app/ExitCode.h"
@@ -215,6 +216,12 @@ struct NameFault {
     const char* message;
     const char* hint;
 };
+
+// How the test runner names a case.
+void PrintTo(const NameFault& value, std::ostream* out) {
+    *out << value.text;
+}
+
 class ConfigurationReaderNames : public testing::TestWithParam<NameFault> {};
 
 TEST_P(ConfigurationReaderNames, AreReported) {

@@ -21,6 +21,12 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+// Its memory comes back through the same operator delete, so it must be of the same kind.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++t_allocations;
+    return std::malloc(size != 0 ? size : 1);
+}
+
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }

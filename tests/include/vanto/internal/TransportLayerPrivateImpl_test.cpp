@@ -5,6 +5,7 @@
 
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
+#include <ostream>
 #include <thread>
 
 #include "tests/VantoCLSer/Fixture.h"
@@ -148,6 +149,11 @@ struct Restriction {
     const char* name;
     const char* value;
 };
+
+// How the test runner names a case.
+void PrintTo(const Restriction& value, std::ostream* out) {
+    *out << value.name;
+}
 
 class FrameRestricted : public PluginTest, public testing::WithParamInterface<Restriction> {
 protected:
