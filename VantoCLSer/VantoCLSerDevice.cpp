@@ -203,10 +203,11 @@ void CVantoCLSerDevice::Close() {
         RestoreBaudRate();
     DeregisterAutoCloseCallback();
     m_port.SetAutoCloseTimeout(0);
+    // Before the port is closed: a probe that still asks this device finds its port closed, which is no removal.
+    m_port.SetOwner(nullptr);
     if (m_port.IsConnected())
         m_port.Close(false);
     m_removalCallbacks.SetDevice(nullptr);
-    m_port.SetOwner(nullptr);
     m_open = false;
 }
 

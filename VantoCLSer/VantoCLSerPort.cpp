@@ -108,11 +108,12 @@ void CVantoCLSerPort::StoreConnection(CLPortPtr port) {
 bool CVantoCLSerPort::Reopen() {
     bool gone = false;
     Lock lock(m_lock);
+    const std::shared_ptr<IPortOwner> owner = GetOwner();
     const bool reopened = ReopenLocked(gone);
     const gcstring deviceId = m_deviceId;
     lock.unlock();
     if (gone)
-        FireRemoval(deviceId);
+        FireRemoval(deviceId, owner);
     return reopened;
 }
 
@@ -153,21 +154,26 @@ bool CVantoCLSerPort::Close(bool temporary) {
     if (!temporary && !StopTimer())
         return false;
     const Lock lock(m_lock);
-    try {
-        // Apart from the destruction, so that a connection that can't be ended stays an object that can be used.
-        if (m_clPort)
-            m_clPort->Disconnect();
-        StoreConnection(nullptr);
-    } catch (const GenericException& error) {
-        LogTrace(PortLog(), tracelog::kError, "Could not remove CLPort '%s' DeviceID '%s' Error: '%s'", m_portId,
-                 m_deviceId, error.GetDescription());
-    }
+    DisconnectLocked();
+    m_connected = m_clPort != nullptr;
     if (!temporary) {
         m_deviceId = gcstring();
         m_removed = false;
         LogTrace(PortLog(), tracelog::kDebug, "Closed CLPort '%s'", m_portId);
     }
     return true;
+}
+
+void CVantoCLSerPort::DisconnectLocked() {
+    try {
+        // Apart from the destruction, so that a connection that can't be ended stays an object that can be used.
+        if (m_clPort)
+            m_clPort->Disconnect();
+        m_clPort.reset();
+    } catch (const GenericException& error) {
+        LogTrace(PortLog(), tracelog::kError, "Could not remove CLPort '%s' DeviceID '%s' Error: '%s'", m_portId,
+                 m_deviceId, error.GetDescription());
+    }
 }
 
 // Runs an operation on a connection that is made for it alone where there is none.
@@ -257,8 +263,9 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     const gcstring deviceId = m_deviceId;
     bool gone = false;
     if (!m_clPort && !ReopenLocked(gone)) {
+        const std::shared_ptr<IPortOwner> owner = GetOwner();
         lock.unlock();
-        FireRemoval(deviceId);
+        FireRemoval(deviceId, owner);
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not reopen CLPort '%s'", m_portId);
     }
     try {
@@ -267,8 +274,9 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     } catch (const CLErrException& error) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. CL Error: %i '%s'", verb, m_portId,
                  error.GetErrorCode(), error.GetDescription());
+        const std::shared_ptr<IPortOwner> owner = GetOwner();
         lock.unlock();
-        FireRemoval(deviceId);
+        FireRemoval(deviceId, owner);
         throw;
     } catch (const GenericException& error) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. GenICam Error: '%s'", verb, m_portId,
@@ -293,7 +301,7 @@ gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
     const std::shared_ptr<IPortOwner> owner = GetOwner();
     const gcstring deviceId = GetDeviceID();
     if (owner && owner->IsOpen() && !deviceId.empty()) {
-        const QuickCheck result = CheckOpenDevice(*owner, deviceId);
+        const QuickCheck result = CheckOpenDevice(owner, deviceId);
         if (result == QuickCheck::kSame)
             return deviceId;
         if (result == QuickCheck::kGone)
@@ -305,22 +313,25 @@ gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
         templates = &all;
     }
     Lock lock(m_lock);
+    // To others the port stays connected meanwhile: a device that is opened or closed waits for the end of the probe.
     const bool wasConnected = m_clPort != nullptr;
-    if (wasConnected)
-        Close(true);
+    DisconnectLocked();
     const gcstring found = ProbeLocked(*templates);
     bool gone = false;
     if (wasConnected)
         ReopenLocked(gone);
+    m_connected = m_clPort != nullptr;
+    const std::shared_ptr<IPortOwner> present = GetOwner();
     lock.unlock();
     if (gone)
-        FireRemoval(deviceId);
+        FireRemoval(deviceId, present);
     return found;
 }
 
-CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(IPortOwner& owner, const gcstring& deviceId) {
+CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(const std::shared_ptr<IPortOwner>& owner,
+                                                             const gcstring& deviceId) {
     try {
-        GenApi::INodeMap* nodeMap = owner.GetNodeMap();
+        GenApi::INodeMap* nodeMap = owner->GetNodeMap();
         auto* value = dynamic_cast<GenApi::IValue*>(nodeMap != nullptr ? nodeMap->GetNode("DeviceID") : nullptr);
         if (value == nullptr) {
             LogTrace(PortLog(), tracelog::kWarning,
@@ -333,7 +344,7 @@ CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(IPortOwner& owner, 
             return QuickCheck::kUnknown;
         if (serialNumber == id.GetCameraSerialNumber())
             return QuickCheck::kSame;
-        FireRemoval(deviceId);
+        FireRemoval(deviceId, owner);
         return QuickCheck::kGone;
     } catch (const GenericException&) {
         return QuickCheck::kGone;
@@ -417,11 +428,14 @@ std::uint32_t CVantoCLSerPort::GetSupportedBaudRates() {
     return mask;
 }
 
-// At most once until a full close, whoever finds out first. Not with the port's lock: see Access.
-void CVantoCLSerPort::FireRemoval(const gcstring& deviceId) {
-    const std::shared_ptr<IPortOwner> owner = GetOwner();
-    if (!owner || m_removed.exchange(true))
-        return;
+// At most once until a full close, whoever finds out first. Not with the port's lock: see Access. Another device that
+// has come to the port meanwhile has not lost its camera, and no device has when the owner has closed itself.
+void CVantoCLSerPort::FireRemoval(const gcstring& deviceId, const std::shared_ptr<IPortOwner>& owner) {
+    {
+        const std::lock_guard lock(m_ownerLock);
+        if (!owner || m_owner != owner || m_removed.exchange(true))
+            return;
+    }
     LogTrace(PortLog(), tracelog::kDebug,
              "Device removal for PortID '%s' DeviceID '%s' detected. Firing removal callbacks.", m_portId, deviceId);
     owner->OnRemoval();

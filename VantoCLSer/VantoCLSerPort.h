@@ -80,21 +80,23 @@ private:
     bool ReopenLocked(bool& gone);
     bool HasXMLLocked();
     gcstring GetXMLLocked();
-    QuickCheck CheckOpenDevice(IPortOwner& owner, const gcstring& deviceId);
+    QuickCheck CheckOpenDevice(const std::shared_ptr<IPortOwner>& owner, const gcstring& deviceId);
     gcstring ProbeLocked(const gcstring_vector& templates);
     gcstring ProbeTemplate(const gcstring& deviceIdTemplate, bool& stop);
     bool RestartTimer();
     bool StopTimer();
     void StoreConnection(CLPortPtr port);
-    void FireRemoval(const gcstring& deviceId);
+    void DisconnectLocked();
+    void FireRemoval(const gcstring& deviceId, const std::shared_ptr<IPortOwner>& owner);
     gcstring GetDeviceID() const;
     std::shared_ptr<IPortOwner> GetOwner() const;
 
     const GenApi::EAccessMode m_accessMode = GenApi::RW;
     mutable boost::recursive_timed_mutex m_lock;
-    CLPortPtr m_clPort;                    // null while the connection is closed
-    std::atomic<bool> m_connected{false};  // whether it is not null, for those who must not wait for the lock
-    mutable std::mutex m_ownerLock;        // guards the pointer alone, never held while the owner is used
+    CLPortPtr m_clPort;  // null while the connection is closed
+    std::atomic<bool> m_connected{
+        false};                      // whether it is not null but for a probe, for those who can't wait for m_lock
+    mutable std::mutex m_ownerLock;  // guards the pointer, never held while the owner is used
     std::shared_ptr<IPortOwner> m_owner;
     std::unique_ptr<CLibraryLoader> m_driverLibrary;
     std::unique_ptr<CInactivityTimer> m_timerOwner;

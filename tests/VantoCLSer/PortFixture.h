@@ -55,7 +55,11 @@ public:
     }
 
     bool IsOpen() const override { return isOpen; }
-    GenApi::INodeMap* GetNodeMap() override { return hasNodeMap ? m_nodeMap._GetNodeMap() : nullptr; }
+    GenApi::INodeMap* GetNodeMap() override {
+        if (onGetNodeMap)
+            onGetNodeMap();
+        return hasNodeMap ? m_nodeMap._GetNodeMap() : nullptr;
+    }
     void OnRemoval() noexcept override {
         ++removals;
         if (onRemoval)
@@ -66,6 +70,7 @@ public:
     std::atomic<bool> hasNodeMap{true};
     std::atomic<int> removals{0};
     std::function<void()> onRemoval;
+    std::function<void()> onGetNodeMap;
 
 private:
     GenApi::CNodeMapRef m_nodeMap;

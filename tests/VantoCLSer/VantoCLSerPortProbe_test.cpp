@@ -4,6 +4,7 @@
  */
 
 #include <cstring>
+#include <future>
 
 #include "CLProtocol/CLException.h"
 #include "tests/VantoCLSer/PortFixture.h"
@@ -96,6 +97,65 @@ TEST_F(PortProbe, DoesNotChangeTheKnownCamera) {
 TEST_F(PortProbe, LeavesAFreshPortFresh) {
     Probe();
     EXPECT_TRUE(m_port.Connect(m_deviceId));
+}
+
+TEST_F(PortProbe, LeavesAConnectedPortConnectedForOthers) {
+    ConnectPort();
+    bool wasConnected = false;
+    std::future<bool> closed;
+    scripted::Driver().onProbe = [&](auto...) {
+        wasConnected = m_port.IsConnected();
+        if (!closed.valid())
+            closed = std::async(std::launch::async, [this] { return m_port.Close(false); });
+        return -10004;
+    };
+    EXPECT_EQ(Probe(), "");
+    EXPECT_TRUE(wasConnected);
+    closed.wait();
+    scripted::Driver().onProbe = nullptr;
+    EXPECT_FALSE(m_port.IsConnected());
+}
+
+TEST_F(PortProbe, LetsADeviceThatIsClosedMeanwhileBeOpenedAgain) {
+    ConnectPort();
+    std::future<bool> closed;
+    Answer({kFound, kFound});
+    const auto answer = scripted::Driver().onProbe;
+    scripted::Driver().onProbe = [&](auto... arguments) {
+        if (!closed.valid())
+            closed = std::async(std::launch::async, [this] { return m_port.Close(false); });
+        return answer(arguments...);
+    };
+    EXPECT_EQ(Probe(), m_deviceId);
+    EXPECT_TRUE(closed.get());
+    scripted::Driver().onProbe = nullptr;
+    EXPECT_TRUE(m_port.Connect(m_deviceId));
+}
+
+TEST_F(PortProbe, DoesNotRemoveADeviceThatCloses) {
+    const auto owner = SetOwner();
+    ConnectPort();
+    owner->onGetNodeMap = [this] {
+        m_port.SetOwner(nullptr);
+        m_port.Close(false);
+    };
+    EXPECT_EQ(Probe(), "");
+    EXPECT_EQ(owner->removals, 0);
+    ConnectPort();
+    const auto next = SetOwner();
+    EXPECT_NO_THROW(ReadByte());
+}
+
+TEST_F(PortProbe, DoesNotRemoveTheNextDevice) {
+    const auto owner = SetOwner();
+    ConnectPort();
+    scripted::Driver().SetRegister(kSerialNumberAddress, "5678");
+    std::shared_ptr<Owner> next;
+    owner->onGetNodeMap = [&] { next = SetOwner(); };
+    EXPECT_EQ(Probe(), "");
+    EXPECT_EQ(owner->removals, 0);
+    EXPECT_EQ(next->removals, 0);
+    EXPECT_NO_THROW(ReadByte());
 }
 
 TEST_F(PortProbe, TriesTemplatesInOrderUntilOneFinds) {

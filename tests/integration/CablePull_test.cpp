@@ -140,7 +140,7 @@ private:
 
     void ExpectOneRemoval() {
         EXPECT_THROW(Read(*m_device, "Width"), GenICam::GenericException);
-        EXPECT_THROW(Write(*m_device, "OffsetX", 0), GenICam::GenericException);
+        EXPECT_THROW(Write(*m_device, "BlackLevelRaw", 0), GenICam::GenericException);
         EXPECT_EQ(m_log.CountFormat("Removal detected. Calling registered removal callbacks."), 1u);
         EXPECT_EQ(m_removals->Get(), m_isRegistered ? 1 : 0);
     }

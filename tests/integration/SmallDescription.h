@@ -19,7 +19,7 @@ inline std::string RegisterNode(const std::string& kind, const std::string& name
            "<Cachable>NoCache</Cachable>" + rest + "</" + kind + ">\n";
 }
 
-/// Width, OffsetX, DeviceID and ClSerialPortBaudRate with the rates 9600 and 921600.
+/// Width, BlackLevelRaw, DeviceID and ClSerialPortBaudRate with the rates 9600 and 921600.
 inline std::string SmallDescription() {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<RegisterDescription xmlns=\"http://www.genicam.org/GenApi/Version_1_1\" ModelName=\"H2048\" "
@@ -29,7 +29,7 @@ inline std::string SmallDescription() {
            "VersionGuid=\"22222222-2222-2222-2222-222222222222\">\n"
            "<Category Name=\"Root\"><pFeature>Width</pFeature></Category>\n" +
            RegisterNode("IntReg", "Width", MarlowSim::registers::kWidth) +
-           RegisterNode("IntReg", "OffsetX", MarlowSim::registers::kOffsetX) +
+           RegisterNode("IntReg", "BlackLevelRaw", MarlowSim::registers::kBlackLevelRaw) +
            RegisterNode("StringReg", "DeviceID", gencp::abrm::kSerialNumber, "") +
            RegisterNode("IntReg", "RateReg", gencp::kBaudRateRegister) +
            "<Enumeration Name=\"ClSerialPortBaudRate\"><EnumEntry Name=\"Baud9600\"><Value>15</Value></EnumEntry>"
