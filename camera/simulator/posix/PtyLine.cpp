@@ -9,7 +9,6 @@
 #include <sched.h>
 #include <stdlib.h>
 #include <sys/eventfd.h>
-#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -137,9 +136,10 @@ public:
         return 0;
     }
 
+    // Unlike a count of the bytes that wait, polling also sees those that the kernel has not handed over yet.
     bool IsRead() const override {
-        int count = 0;
-        return ::ioctl(m_slave.Get(), FIONREAD, &count) != 0 || count == 0;
+        pollfd slave{m_slave.Get(), POLLIN, 0};
+        return ::poll(&slave, 1, 0) <= 0 || (slave.revents & POLLIN) == 0;
     }
 
     int Handle() const override { return m_master.Get(); }
