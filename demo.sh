@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# From a bare Debian 12 machine to a list of (simulated) Camera Link cameras: installs what is missing, builds, shows.
+# From a bare Debian 12 machine to a list of (simulated) Camera Link cameras and an image of one of them: installs what
+# is missing, builds, shows.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . packaging/steps.sh
 
 install_missing_packages
 mkdir -p build
-targets=(vanto-cl marlow-sim VantoCLSer clsertty MarlowCLProtocol)
+targets=(vanto-cl marlow-sim VantoCLSer clsertty MarlowCLProtocol SaperaFgPlugin)
 if ! { cmake --preset release && cmake --build --preset release --target "${targets[@]}"; } >build/demo.log 2>&1; then
     cat build/demo.log >&2
     exit 1
@@ -32,3 +33,7 @@ if [ "$expected" != "$fetched" ]; then
     exit 1
 fi
 echo "The camera's description is in $result/camera.xml; its SHA-1 $fetched is the camera's own."
+echo
+echo "\$ vanto-cl --simulate grab 1 --set PixelFormat=RGB8"
+(cd "$result" && "$bin/vanto-cl" --simulate grab 1 --set PixelFormat=RGB8)
+echo "The image is in $result/frame_000001.png."

@@ -26,6 +26,8 @@ expect "vanto-cl --simulate set 0 ExposureT" "ExposureTime="
 expect "vanto-cl --simulate set 0 Width=8 PixelFormat=Mono1" "Mono10 Mono12 Mono16"
 expect "vanto-cl --simulate set 0 ReverseX=o" "on off"
 expect "vanto-cl --simulate exec 0 UserSetL" "UserSetLoad"
+expect "vanto-cl --simulate grab S" "SIM00001 SIM00002"
+expect "vanto-cl grab 0 --fo" "--format"
 expect "vanto-cl --simulate get nobody Wid" ""
 expect "vanto-cl load 0 $1" "$1"
 exit $((failures > 0))

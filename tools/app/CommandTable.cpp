@@ -13,6 +13,7 @@
 #include "commands/ExecCommand.h"
 #include "commands/FeaturesCommand.h"
 #include "commands/GetCommand.h"
+#include "commands/GrabCommand.h"
 #include "commands/ListCommand.h"
 #include "commands/LoadCommand.h"
 #include "commands/PortsCommand.h"
@@ -40,6 +41,7 @@ constexpr CommandEntry kCommands[] = {
     {"get", "Print the values of features", &Make<GetCommand>},
     {"set", "Change features, all or none", &Make<SetCommand>},
     {"exec", "Execute a command of a camera", &Make<ExecCommand>},
+    {"grab", "Take images and save them", &Make<GrabCommand>},
     {"watch", "Print features whenever they change", &Make<WatchCommand>},
     {"save", "Save a camera's settings in a file", &Make<SaveCommand>},
     {"load", "Set a camera as a file says", &Make<LoadCommand>},

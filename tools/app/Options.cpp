@@ -17,6 +17,11 @@ void Options::Value(const std::string& names, std::string& target, const std::st
     m_app.add_option(names, target, help)->type_name(placeholder);
 }
 
+void Options::Values(const std::string& names, std::vector<std::string>& target, const std::string& placeholder,
+                     const std::string& help) {
+    m_app.add_option(names, target, help)->type_name(placeholder)->allow_extra_args(false)->take_all();
+}
+
 void Options::Choice(const std::string& names, std::string& target, const std::vector<std::string>& words,
                      const std::string& help) {
     m_app.add_option(names, target, help)->check(CLI::IsMember(words))->type_name(CLI::detail::join(words, "|"));

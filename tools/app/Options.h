@@ -22,6 +22,9 @@ public:
     void Flag(const std::string& names, bool& target, const std::string& help);
     /// An option with a value: "-o,--output", shown as "-o FILE".
     void Value(const std::string& names, std::string& target, const std::string& placeholder, const std::string& help);
+    /// An option that may be given several times, each time with one value.
+    void Values(const std::string& names, std::vector<std::string>& target, const std::string& placeholder,
+                const std::string& help);
     /// An option whose value is one of a few words.
     void Choice(const std::string& names, std::string& target, const std::vector<std::string>& words,
                 const std::string& help);

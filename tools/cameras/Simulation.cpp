@@ -18,6 +18,8 @@ namespace tools {
 namespace {
 
 constexpr std::chrono::seconds kStartTimeout{20};
+// Every camera has a simulated frame grabber behind its image cable.
+constexpr const char* kGrabber = "SaperaSimulated;FrameRate=100";
 constexpr std::array<const char*, 3> kModels{"H2048", "H4096", "H8192L"};
 
 std::filesystem::path Simulator() {
@@ -75,7 +77,7 @@ Simulation::Simulation(int cameras)
         ports.push_back("COM_Port#" + NameOf(camera));
     const std::filesystem::path bindings = m_folder.Path() / "configuration";
     std::filesystem::create_directory(bindings);
-    WriteFile(bindings / "PortConfiguration_x64.xml", PortConfigurationText(ports));
+    WriteFile(bindings / "PortConfiguration_x64.xml", PortConfigurationText(ports, kGrabber));
     const std::optional<std::string> greeting = m_simulator.ReadLine(kStartTimeout);
     if (greeting != "ready")
         throw ToolError("the simulator did not start", greeting.value_or(""));

@@ -50,14 +50,18 @@ constexpr const char* kHeading = R"(<?xml version="1.0" encoding="utf-8"?>
 /**
  * \brief The text of a configuration that enables ports
  * \param[in] portIds PortIDs; bytes that XML can't hold are written visibly, and such a port is never matched
+ * \param[in] deviceSpecific DeviceSpecificString of every port; left out when it is empty
  */
-std::string PortConfigurationText(const std::vector<std::string>& portIds) {
+std::string PortConfigurationText(const std::vector<std::string>& portIds, const std::string& deviceSpecific) {
     std::string text = kHeading;
-    for (const std::string& portId : portIds)
+    for (const std::string& portId : portIds) {
         text += fmt::format(
-            "  <Port>\n    <ID>{}</ID>\n    <Enabled>true</Enabled>\n    <Manufacturer>Marlow</Manufacturer>\n"
-            "  </Port>\n",
+            "  <Port>\n    <ID>{}</ID>\n    <Enabled>true</Enabled>\n    <Manufacturer>Marlow</Manufacturer>\n",
             Escaped(Printable(portId)));
+        if (!deviceSpecific.empty())
+            text += fmt::format("    <DeviceSpecificString>{}</DeviceSpecificString>\n", Escaped(deviceSpecific));
+        text += "  </Port>\n";
+    }
     return text + "</CLBindings>\n";
 }
 

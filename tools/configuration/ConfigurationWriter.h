@@ -9,6 +9,6 @@
 
 namespace tools {
 
-std::string PortConfigurationText(const std::vector<std::string>& portIds);
+std::string PortConfigurationText(const std::vector<std::string>& portIds, const std::string& deviceSpecific = {});
 
 }  // namespace tools

@@ -25,6 +25,7 @@ public:
     OpenDevice(const OpenDevice&) = delete;
     OpenDevice& operator=(const OpenDevice&) = delete;
 
+    Vanto::IVantoDevice& Device() const noexcept { return *m_device; }
     GenApi::INodeMap& Nodes() const { return *m_device->GetNodeMap(); }
     /// The name that people read, fit for a terminal.
     const std::string& Name() const noexcept { return m_name; }

@@ -17,7 +17,8 @@ namespace tools_test {
 /// A simulator with cameras cam0, cam1 ... as long as this lives, and the environment in which vanto-cl finds them.
 class PlayedCameras {
 public:
-    explicit PlayedCameras(const std::vector<std::string>& cameras = {"cam0,serial=S0"});
+    explicit PlayedCameras(const std::vector<std::string>& cameras = {"cam0,serial=S0"},
+                           const std::string& deviceSpecific = {});
 
     std::filesystem::path Folder() const { return m_folder.Path(); }
     Environment Variables() const;

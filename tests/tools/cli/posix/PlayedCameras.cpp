@@ -31,13 +31,13 @@ std::vector<std::string> ArgumentsFor(const std::filesystem::path& folder, const
 
 }  // namespace
 
-PlayedCameras::PlayedCameras(const std::vector<std::string>& cameras)
+PlayedCameras::PlayedCameras(const std::vector<std::string>& cameras, const std::string& deviceSpecific)
     : m_simulator(std::filesystem::path(VANTO_CL_PROGRAM).parent_path() / "marlow-sim",
                   ArgumentsFor(m_folder.Path(), cameras)) {
     std::vector<std::string> ports;
     for (const std::string& camera : cameras)
         ports.push_back("COM_Port#" + camera.substr(0, camera.find(',')));
-    tools::WriteFile(Folder() / "PortConfiguration_x64.xml", tools::PortConfigurationText(ports));
+    tools::WriteFile(Folder() / "PortConfiguration_x64.xml", tools::PortConfigurationText(ports, deviceSpecific));
     if (m_simulator.ReadLine(std::chrono::minutes(1)) != "ready")
         throw std::runtime_error("the simulator did not start");
 }

@@ -1,0 +1,40 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * FrameCounts: what became of the frames of one grab
+ */
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "vanto/GrabResult.h"
+
+namespace tools {
+
+/// Counts results. Thread-bound.
+class FrameCounts {
+public:
+    void Add(const Vanto::GrabResult& result);
+
+    std::uint64_t Delivered() const noexcept { return m_delivered; }  ///< frames in a buffer, cut ones too
+    std::uint64_t Dropped() const noexcept { return m_dropped; }      ///< missing between two that were delivered
+    std::uint64_t Cut() const noexcept { return m_cut; }              ///< delivered, but not with all their bytes
+    std::uint64_t Failed() const noexcept { return m_failed; }        ///< arrived without usable data
+    std::uint64_t Bytes() const noexcept { return m_bytes; }
+
+private:
+    void CountMissing(std::uint32_t tag) noexcept;
+
+    std::uint64_t m_delivered = 0;
+    std::uint64_t m_dropped = 0;
+    std::uint64_t m_cut = 0;
+    std::uint64_t m_failed = 0;
+    std::uint64_t m_bytes = 0;
+    std::optional<std::uint32_t> m_lastTag;
+    std::uint64_t m_failedSinceLastTag = 0;
+};
+
+/// Whether a buffer lacks a part of the frame's image.
+bool IsCut(const Vanto::GrabResult& result) noexcept;
+
+}  // namespace tools

@@ -1,0 +1,66 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * GrabProgress: shows how a grab goes on
+ */
+#include "images/GrabProgress.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "images/FrameCounts.h"
+#include "output/Output.h"
+
+namespace tools {
+
+namespace {
+
+constexpr std::chrono::milliseconds kBarPeriod{100};
+constexpr std::chrono::seconds kLinePeriod{2};
+constexpr std::uint64_t kBarLength = 24;
+constexpr double kMegabyte = 1e6;
+
+}  // namespace
+
+GrabProgress::GrabProgress(Output& output, std::uint64_t frames)
+    : m_output(output), m_frames(frames), m_start(std::chrono::steady_clock::now()), m_shown(m_start) {}
+
+GrabProgress::~GrabProgress() {
+    if (!m_output.ShowsProgress())
+        return;
+    std::fputs("\r\033[K", m_output.Err());
+    std::fflush(m_output.Err());
+}
+
+double GrabProgress::Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+}
+
+/// Shows the counts unless they were shown just now.
+void GrabProgress::Show(const FrameCounts& counts) {
+    const auto now = std::chrono::steady_clock::now();
+    const bool isTerminal = m_output.ShowsProgress();
+    if (now - m_shown < (isTerminal ? kBarPeriod : std::chrono::milliseconds(kLinePeriod)))
+        return;
+    m_shown = now;
+    if (!isTerminal)
+        return m_output.Note(Text(counts));
+    const std::uint64_t done = std::min(kBarLength, (counts.Delivered() + counts.Failed()) * kBarLength / m_frames);
+    std::fputs(fmt::format("\r[{:#<{}}{:.<{}}] {}\033[K", "", done, "", kBarLength - done, Text(counts)).c_str(),
+               m_output.Err());
+    std::fflush(m_output.Err());
+}
+
+std::string GrabProgress::Text(const FrameCounts& counts) const {
+    return fmt::format("{} of {} frames, {}", counts.Delivered() + counts.Failed(), m_frames,
+                       RateText(counts, Seconds()));
+}
+
+std::string RateText(const FrameCounts& counts, double seconds) {
+    const double elapsed = std::max(seconds, 1e-9);
+    return fmt::format("{:.1f} frames/s, {:.1f} MB/s", static_cast<double>(counts.Delivered()) / elapsed,
+                       static_cast<double>(counts.Bytes()) / kMegabyte / elapsed);
+}
+
+}  // namespace tools
