@@ -38,8 +38,10 @@ std::size_t Loader::PositionOf(pugi::xml_node element) const {
 }
 
 void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
+    if (!m_map.TakesWarnings())
+        return;
     const TextPlace place = m_source->PlaceOf(position);
-    m_map.Warn({kind, m_source->FileName(), place.line, place.column, GenICam::gcstring(node), message});
+    m_map.Warn({kind, m_source->FileName(), place.line, place.column, GenICam::gcstring(Shortened(node)), message});
 }
 
 void Loader::Refuse(std::size_t position, const std::string& message) {
@@ -105,7 +107,7 @@ pugi::xml_node Loader::RootOf(const pugi::xml_document& document) {
         }
         if (m_isInjected)
             return {};
-        Refuse(PositionOf(child), std::string("The root element is '") + child.name() + "', not RegisterDescription");
+        Refuse(PositionOf(child), "The root element is '" + Shortened(child.name()) + "', not RegisterDescription");
     }
     if (!m_isInjected)
         Refuse(m_source->PositionOf(m_source->Data()), "There is no root element RegisterDescription");
@@ -125,7 +127,7 @@ void Loader::ReadRoot(pugi::xml_node root) {
         Decode(raw, m_source->PositionOf(raw.data()));
         Repair(position);
         if (!ReadRootAttribute(name, m_decoded))
-            Warn(wkUnknownAttribute, position, "", "RegisterDescription has an unknown attribute " + std::string(name));
+            Warn(wkUnknownAttribute, position, "", "RegisterDescription has an unknown attribute " + Shortened(name));
     }
 }
 
@@ -192,7 +194,7 @@ void Loader::CheckNameSpace(pugi::xml_node root) {
         return;
     Warn(wkNameSpace, PositionOf(root), "",
          nameSpace.empty() ? "RegisterDescription has no name space"
-                           : "RegisterDescription has the name space '" + std::string(nameSpace) + "'");
+                           : "RegisterDescription has the name space '" + Shortened(nameSpace) + "'");
 }
 
 /**
@@ -225,7 +227,7 @@ void Loader::Resolve(CNode& node, Property& property) {
         return;
     }
     const std::string message =
-        std::string(NameOf(property.tag)) + " refers to '" + std::string(name) + "', which does not exist";
+        std::string(NameOf(property.tag)) + " refers to '" + Shortened(name) + "', which does not exist";
     const auto index = static_cast<std::size_t>(&property - m_map.m_properties.data());
     const bool isInjected = m_sources.size() > 1 && index >= m_injectedFrom;
     m_source = m_sources[isInjected ? 1 : 0].get();

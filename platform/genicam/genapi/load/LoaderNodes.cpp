@@ -67,7 +67,7 @@ void Loader::LoadNodes(pugi::xml_node parent, int depth) {
         if (name == "Group")
             LoadNodes(element, depth + 1);
         else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry)
-            Warn(wkUnknownElement, PositionOf(element), "", "Unknown element " + std::string(name));
+            Warn(wkUnknownElement, PositionOf(element), "", "Unknown element " + Shortened(name));
         else
             LoadNode(element, kind);
     }
@@ -133,7 +133,7 @@ void Loader::LoadNested(const Nested& inner, const CNode& outer) {
         Replace(node);
     if (node.Kind() == ENodeKind::StructEntry)
         node.AddTraits((outer.Is(kHasAccessRules) ? kHasAccessRules : 0U) |
-                       (outer.Is(kUsesPolling) ? kUsesPolling : 0U));
+                       (outer.Is(kUsesPolling) ? kUsesPolling : 0U) | (outer.Is(kHasErrorNode) ? kHasErrorNode : 0U));
 }
 
 void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
@@ -149,13 +149,13 @@ void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
         } else if (name == "NameSpace") {
             const auto nameSpace = ParseNameSpace(Trimmed(raw));
             if (!nameSpace)
-                Warn(wkBadValue, position, node.Name(), "NameSpace '" + std::string(raw) + "' is not known");
+                Warn(wkBadValue, position, node.Name(), "NameSpace '" + Shortened(raw) + "' is not known");
             node.SetNameSpace(nameSpace.value_or(Custom));
         } else if (name == "MergePriority") {
             m_priorities[node.Index()] = ParseInteger(raw).value_or(0);
         } else if (name != "ExposeStatic" && name != "Comment" && name.substr(0, 5) != "xmlns") {
             Warn(wkUnknownAttribute, position, node.Name(),
-                 std::string(NameOf(node.Kind())) + " has an unknown attribute " + std::string(name));
+                 std::string(NameOf(node.Kind())) + " has an unknown attribute " + Shortened(name));
         }
     }
 }
@@ -163,7 +163,7 @@ void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
 void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
     if (tag == ETag::Unknown) {
         Warn(wkUnknownElement, PositionOf(element), node.Name(),
-             std::string(NameOf(node.Kind())) + " has an unknown element " + std::string(LocalName(element.name())));
+             std::string(NameOf(node.Kind())) + " has an unknown element " + Shortened(LocalName(element.name())));
         return;
     }
     if (tag == ETag::Extension)
@@ -176,6 +176,8 @@ void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
         node.AddTraits(kHasAccessRules);
     if (tag == ETag::PollingTime)
         node.AddTraits(kUsesPolling);
+    if (tag == ETag::pError)
+        node.AddTraits(kHasErrorNode);
     if (element.first_attribute())
         LoadPropertyAttributes(element, tag, node);
 }
@@ -195,7 +197,7 @@ void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNod
             Add(ETag::AttributePOffset, attribute.value(), position);
         else if (name.substr(0, 5) != "xmlns")
             Warn(wkUnknownAttribute, m_source->PositionOf(attribute.name()), node.Name(),
-                 std::string(NameOf(tag)) + " has an unknown attribute " + std::string(name));
+                 std::string(NameOf(tag)) + " has an unknown attribute " + Shortened(name));
     }
 }
 
@@ -216,7 +218,7 @@ bool Loader::EnterName(CNode& node, pugi::xml_node element) {
     const std::int64_t other = priorityOf(before);
     if (!m_isInjected)
         Warn(wkDuplicateName, PositionOf(element), node.Name(),
-             "There is already a node '" + std::string(node.Name()) + "'");
+             "There is already a node '" + Shortened(node.Name()) + "'");
     // Within one description the first one counts, between two of them the injected one.
     if (own < other || (own == other && !m_isInjected))
         return false;
@@ -328,7 +330,7 @@ std::string_view Loader::TextOf(pugi::xml_node element) {
                 m_joined += character == '&' ? std::string("&amp;") : std::string(1, character);
         } else if (child.type() == pugi::node_element) {
             Warn(wkUnknownElement, PositionOf(child), "",
-                 std::string(element.name()) + " has an unknown element " + child.name());
+                 Shortened(element.name()) + " has an unknown element " + Shortened(child.name()));
         }
     }
     return m_joined;

@@ -51,6 +51,7 @@ enum ENodeTrait : std::uint32_t {
     kUsesPolling = 1U << 2,     ///< it has a polling time
     kHasAccessRules = 1U << 3,  ///< it has rules about its access mode
     kIsRegister = 1U << 4,
+    kHasErrorNode = 1U << 5,  ///< it names a node that tells what the device thinks of a write
 };
 
 /// Marks a node as being evaluated for its own lifetime. Throws when it already is (a circle) or when too many nodes

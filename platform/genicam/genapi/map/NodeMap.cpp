@@ -21,8 +21,6 @@ namespace {
 
 // Callbacks that set nodes whose callbacks set nodes...: a circle of them must end.
 constexpr unsigned kMaxChangeDepth = 32;
-// Names of entries are tried at each underscore: the search must not take long for a name that is all underscores.
-constexpr std::size_t kMaxEntryName = 1000;
 constexpr std::size_t kMaxWarnings = 10000;
 
 struct SinkHolder {
@@ -74,7 +72,7 @@ INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {
     return FindNode(name.view());
 }
 
-CNode* CNodeMap::FindNode(std::string_view name) const noexcept {
+CNode* CNodeMap::FindNode(std::string_view name) const {
     if (CNode* node = FindUnqualified(name))
         return node;
     for (const auto& [prefix, nameSpace] : {std::pair("Std::", Standard), std::pair("Cust::", Custom)}) {
@@ -87,9 +85,9 @@ CNode* CNodeMap::FindNode(std::string_view name) const noexcept {
     return nullptr;
 }
 
-CNode* CNodeMap::FindUnqualified(std::string_view name) const noexcept {
+CNode* CNodeMap::FindUnqualified(std::string_view name) const {
     CNode* node = FindIndexed(name);
-    const bool mayBeEntry = node == nullptr && name.size() <= kMaxEntryName && name.substr(0, 10) == "EnumEntry_";
+    const bool mayBeEntry = node == nullptr && name.substr(0, 10) == "EnumEntry_";
     return mayBeEntry ? FindEntry(name.substr(10)) : node;
 }
 
@@ -99,20 +97,26 @@ CNode* CNodeMap::FindIndexed(std::string_view name) const noexcept {
     return found != kNoNode ? m_nodes[found] : nullptr;
 }
 
-// Both names may have underscores: every place to split them is tried.
-CNode* CNodeMap::FindEntry(std::string_view name) const noexcept {
-    for (std::size_t split = name.find('_', 1); split != std::string_view::npos; split = name.find('_', split + 1)) {
-        CNode* enumeration = FindIndexed(name.substr(0, split));
-        if (enumeration == nullptr || enumeration->Kind() != ENodeKind::Enumeration)
+// The name of the enumeration, an underscore, that of the entry; both names may have underscores.
+CNode* CNodeMap::FindEntry(std::string_view name) const {
+    std::call_once(m_entriesIndexed, [this] { IndexEntries(); });
+    const std::uint32_t found = m_entryNames.Find(NameIndex::Hash(name), [&](std::uint32_t index) {
+        const std::string_view enumeration = m_nodes[index]->Enclosing()->Name();
+        return name.substr(0, enumeration.size()) == enumeration && name.size() > enumeration.size() &&
+               name[enumeration.size()] == '_' && name.substr(enumeration.size() + 1) == m_nodes[index]->Name();
+    });
+    return found != kNoNode ? m_nodes[found] : nullptr;
+}
+
+// Few maps are asked for entries by name: the others need not pay for an index. Called when all nodes are loaded.
+void CNodeMap::IndexEntries() const {
+    std::string name;
+    for (const CNode* node : m_nodes) {
+        if (node->Kind() != ENodeKind::EnumEntry || node->Is(kReplaced) || node->Enclosing() == nullptr)
             continue;
-        const std::string_view symbolic = name.substr(split + 1);
-        for (const Property& property : enumeration->Properties()) {
-            CNode* entry = property.tag == ETag::Nested ? NodeAt(property.node) : nullptr;
-            if (entry != nullptr && entry->Name() == symbolic)
-                return entry;
-        }
+        name.assign(node->Enclosing()->Name()).append("_").append(node->Name());
+        m_entryNames.Insert(NameIndex::Hash(name), node->Index());
     }
-    return nullptr;
 }
 
 void CNodeMap::InvalidateNodes() const {
@@ -196,9 +200,13 @@ WarningList_t CNodeMap::Warnings() const {
     return m_warnings;
 }
 
+bool CNodeMap::TakesWarnings() const noexcept {
+    return m_warnings.size() <= kMaxWarnings;
+}
+
 void CNodeMap::Warn(Warning warning) {
     // A hostile file has millions of faults: the first ones tell enough.
-    if (m_warnings.size() > kMaxWarnings)
+    if (!TakesWarnings())
         return;
     if (warning.File.empty())
         warning.File = m_info.fileName;

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <exception>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -70,7 +71,7 @@ public:
     WarningList_t Warnings() const;
 
     // For the nodes; the lock is held.
-    CNode* FindNode(std::string_view name) const noexcept;
+    CNode* FindNode(std::string_view name) const;
     CNode* NodeAt(std::uint32_t index) const noexcept { return index < m_nodes.size() ? m_nodes[index] : nullptr; }
     std::span<CNode* const> Nodes() const noexcept { return m_nodes; }
     std::string_view Text(std::uint32_t position, std::uint32_t length) const noexcept {
@@ -88,6 +89,8 @@ public:
     void SetReason(const CNode& node, const std::string& reason);
     /// Keeps a warning and sends it to the sink.
     void Warn(Warning warning);
+    /// False when there are so many warnings that no further one is kept.
+    bool TakesWarnings() const noexcept;
     /// Notes the access modes of the connected ports; drops cached access modes when one changed. Takes no lock.
     void CheckPorts() noexcept;
 
@@ -141,9 +144,10 @@ private:
 
     void RunBefore(CNode& node, ECallbackType type);
     std::exception_ptr EndChange(CallbackList& outside);
-    CNode* FindUnqualified(std::string_view name) const noexcept;
+    CNode* FindUnqualified(std::string_view name) const;
     CNode* FindIndexed(std::string_view name) const noexcept;
-    CNode* FindEntry(std::string_view name) const noexcept;
+    CNode* FindEntry(std::string_view name) const;
+    void IndexEntries() const;
     CNodeMap& Self() const noexcept { return const_cast<CNodeMap&>(*this); }
 
     const GenICam::gcstring m_deviceName;
@@ -154,6 +158,8 @@ private:
     std::vector<Property> m_properties;
     std::vector<CNode*> m_nodes;
     NameIndex m_names;
+    mutable std::once_flag m_entriesIndexed;
+    mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
     std::vector<CPort*> m_ports;
 
     RegisterCache m_registers;
@@ -173,6 +179,9 @@ private:
 };
 
 /**
+ * Callbacks before the change that want no lock run before it is taken. Where this change is made within another one,
+ * by a callback inside the lock, the lock is held by that one, so they run inside it, too.
+ *
  * A change that throws may have changed something before: what depends on it is invalidated and announced all the same.
  * An exception of the body goes before one of a callback.
  */

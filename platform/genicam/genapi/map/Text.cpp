@@ -81,6 +81,16 @@ void AppendLatin1(std::string& result, char character) {
 
 }  // namespace
 
+std::string Shortened(std::string_view text) {
+    constexpr std::size_t kLongest = 200;
+    if (text.size() <= kLongest)
+        return std::string(text);
+    std::size_t end = kLongest;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end;
+    return std::string(text.substr(0, end)) + "...";
+}
+
 std::string_view Trimmed(std::string_view text) noexcept {
     while (!text.empty() && IsBlank(text.front()))
         text.remove_prefix(1);

@@ -16,6 +16,9 @@ constexpr bool IsBlank(char character) noexcept {
            character == '\v';
 }
 
+/// The text, cut when it is longer than a message should be: names and values in a file may be of any length.
+std::string Shortened(std::string_view text);
+
 /// The text without blanks at its ends.
 std::string_view Trimmed(std::string_view text) noexcept;
 

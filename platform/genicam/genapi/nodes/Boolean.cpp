@@ -78,8 +78,6 @@ void CBoolean::SetValue(bool value, bool verify) {
         Evaluation evaluation;
         evaluation.verify = verify;
         AssignInteger(value ? 1 : 0, evaluation);
-        if (verify)
-            CheckError();
     });
 }
 

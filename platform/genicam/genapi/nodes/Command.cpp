@@ -54,8 +54,6 @@ void CCommand::Execute(bool verify) {
         AssignInteger(value, evaluation);
         m_isRunning = true;
         Map().Changed(*this);
-        if (verify)
-            CheckError();
     });
 }
 

@@ -134,12 +134,25 @@ CEnumEntry* CEnumeration::BestEntryOf(std::int64_t value) {
 CEnumEntry* CEnumeration::EntryOf(std::string_view symbolic) {
     if (!Usable())
         return nullptr;
+    if (m_byName.empty())
+        IndexNames();
+    const auto found =
+        std::lower_bound(m_byName.begin(), m_byName.end(), symbolic,
+                         [](const CEnumEntry* entry, std::string_view name) { return entry->SymbolicText() < name; });
+    return found != m_byName.end() && (*found)->SymbolicText() == symbolic ? *found : nullptr;
+}
+
+// Of two entries with one name the first counts. A formula or a program may ask for each of a million.
+void CEnumeration::IndexNames() {
+    std::vector<CEnumEntry*> entries;
     for (const Property& property : Properties()) {
-        auto* entry = property.tag == ETag::Nested ? static_cast<CEnumEntry*>(NodeOf(property)) : nullptr;
-        if (entry != nullptr && entry->SymbolicText() == symbolic)
-            return entry;
+        if (property.tag == ETag::Nested)
+            entries.push_back(static_cast<CEnumEntry*>(NodeOf(property)));
     }
-    return nullptr;
+    std::stable_sort(entries.begin(), entries.end(), [](const CEnumEntry* left, const CEnumEntry* right) {
+        return left->SymbolicText() < right->SymbolicText();
+    });
+    m_byName = Map().Memory().Copy(entries);
 }
 
 CEnumEntry& CEnumeration::CurrentEntry(bool verify, bool ignoreCache) {
@@ -172,7 +185,8 @@ void CEnumeration::FromString(const GenICam::gcstring& text, bool verify) {
         Evaluation evaluation;
         if (verify && !IsAvailable(entry->Access(evaluation, false)))
             throw ACCESS_EXCEPTION("%s: entry '%s' is not available", Label(), text);
-        SetIntValue(entry->Number64(), verify);
+        evaluation.verify = verify;
+        AssignInteger(entry->Number64(), evaluation);
     });
 }
 
@@ -213,8 +227,6 @@ void CEnumeration::SetIntValue(std::int64_t value, bool verify) {
         Evaluation evaluation;
         evaluation.verify = verify;
         AssignInteger(value, evaluation);
-        if (verify)
-            CheckError();
     });
 }
 

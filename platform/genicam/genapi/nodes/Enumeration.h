@@ -82,10 +82,12 @@ private:
 
     std::span<const Entry> EntriesOf(std::int64_t value) const noexcept;
     CEnumEntry* BestEntryOf(std::int64_t value);
+    void IndexNames();
     CEnumEntry& CurrentEntry(bool verify, bool ignoreCache);
 
     ValueSource<std::int64_t>* m_source = nullptr;
-    std::span<const Entry> m_entries;  // by value; those of one value in the order of the description
+    std::span<const Entry> m_entries;       // by value; those of one value in the order of the description
+    std::span<CEnumEntry* const> m_byName;  // all entries by symbolic name, once one is looked for
 };
 
 }  // namespace GenApi

@@ -59,8 +59,6 @@ void CFloatNode::SetValue(double value, bool verify) {
         Evaluation evaluation;
         evaluation.verify = verify;
         AssignFloat(value, evaluation);
-        if (verify)
-            CheckError();
     });
 }
 

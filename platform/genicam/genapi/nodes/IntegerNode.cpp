@@ -51,8 +51,6 @@ void CIntegerNode::SetValue(std::int64_t value, bool verify) {
         Evaluation evaluation;
         evaluation.verify = verify;
         AssignInteger(value, evaluation);
-        if (verify)
-            CheckError();
     });
 }
 

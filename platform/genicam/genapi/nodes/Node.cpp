@@ -66,12 +66,15 @@ CNode* CNode::Enclosing() const noexcept {
 std::string CNode::Label() const {
     std::string label(NameOf(m_kind));
     label += " '";
-    label += GetName().view();
+    // Entries are known by the name of their enumeration as well: their own is not unique.
+    if (m_kind == ENodeKind::EnumEntry && Enclosing() != nullptr)
+        label += "EnumEntry_" + Shortened(Enclosing()->Name()) + '_';
+    label += Shortened(Name());
     return label + "' (line " + std::to_string(m_line) + ")";
 }
 
 Warning CNode::MakeWarning(EWarningKind kind, const std::string& what) const {
-    return {kind, {}, m_line, m_column, GenICam::gcstring(Name()), Label() + ": " + what};
+    return {kind, {}, m_line, m_column, GenICam::gcstring(Shortened(Name())), Label() + ": " + what};
 }
 
 void CNode::SetName(std::uint32_t text, std::uint32_t length) noexcept {

@@ -209,6 +209,8 @@ void CNode::AssignInteger(std::int64_t value, Evaluation& evaluation) {
     if (evaluation.verify)
         CheckInteger(value, evaluation);
     WriteInteger(value, evaluation);
+    if (evaluation.verify)
+        CheckError();
 }
 
 void CNode::AssignFloat(double value, Evaluation& evaluation) {
@@ -219,6 +221,8 @@ void CNode::AssignFloat(double value, Evaluation& evaluation) {
     if (evaluation.verify)
         CheckFloat(value, evaluation);
     WriteFloat(value, evaluation);
+    if (evaluation.verify)
+        CheckError();
 }
 
 std::string CNode::Text(Evaluation& evaluation) {
@@ -231,6 +235,8 @@ void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
     const Frame frame(evaluation, *this, kInWrite);
     Require();
     WriteText(text, evaluation);
+    if (evaluation.verify)
+        CheckError();
 }
 
 EAccessMode CNode::FullAccess() const {
@@ -261,6 +267,8 @@ void CNode::ThrowAccess(const char* what) const {
  * \throw RuntimeException The device reports an error
  */
 void CNode::CheckError() {
+    if (!Is(kHasErrorNode))
+        return;
     const Property* property = Find(ETag::pError);
     CNode* error = property != nullptr ? NodeOf(*property) : nullptr;
     if (error == nullptr || error->Number() == ENumber::None)

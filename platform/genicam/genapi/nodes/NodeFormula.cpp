@@ -109,7 +109,7 @@ FormulaSymbol NodeSymbols::ConstantOf(std::string_view name, const Property& pro
     const auto integer = ParseInteger(text);
     const auto number = ParseFloat(text);
     if (!number)
-        throw INVALID_ARGUMENT_EXCEPTION("Constant %s: '%s' is no number", std::string(name), std::string(text));
+        throw INVALID_ARGUMENT_EXCEPTION("Constant %s: '%s' is no number", Shortened(name), Shortened(text));
     return {FormulaSymbol::Kind::Constant, 0, {integer.value_or(0), *number}, !integer};
 }
 
@@ -137,8 +137,8 @@ FormulaVariable NodeSymbols::Resolve(std::string_view suffix, const Property& pr
         if (entry != nullptr)
             return {entry, Part::Entry, entry->Number64()};
     }
-    throw INVALID_ARGUMENT_EXCEPTION("Variable '%s' has no '%s'", std::string(m_owner.TextOf(property)),
-                                     std::string(suffix));
+    throw INVALID_ARGUMENT_EXCEPTION("Variable '%s' has no '%s'", Shortened(m_owner.TextOf(property)),
+                                     Shortened(suffix));
 }
 
 /// Fetches the variables of one evaluation.

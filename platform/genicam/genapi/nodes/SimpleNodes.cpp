@@ -8,6 +8,7 @@
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
 #include "map/NodeMap.h"
+#include "map/Text.h"
 #include "nodes/ConfigurationRom.h"
 
 namespace GenApi {
@@ -43,7 +44,7 @@ void CString::Bind() {
     }
     m_value = NodeOf(*reference);
     if (m_value == nullptr || !m_value->HasText())
-        throw INVALID_ARGUMENT_EXCEPTION("pValue refers to '%s', which has no text", std::string(TextOf(*reference)));
+        throw INVALID_ARGUMENT_EXCEPTION("pValue refers to '%s', which has no text", Shortened(TextOf(*reference)));
 }
 
 std::string CString::ReadText(Evaluation& evaluation) {
@@ -81,7 +82,7 @@ struct RomKey {
 RomKey BindRomKey(CNode& owner) {
     const Property* parser = owner.Find(ETag::p1212Parser);
     CNode* rom = parser != nullptr ? owner.NodeOf(*parser) : owner.Enclosing();
-    if (rom == nullptr || rom->Find(ETag::pPort) == nullptr)
+    if (rom == nullptr || !rom->Is(kIsRegister))
         throw INVALID_ARGUMENT_EXCEPTION("has no configuration ROM");
     const Property* key = owner.Find(ETag::Key);
     if (key == nullptr)

@@ -54,14 +54,14 @@ T NumberOf(const CNode& owner, const Property& property, bool saturates) {
         if (number && static_cast<double>(RoundToInteger(*number)) == *number)
             return RoundToInteger(*number);
     }
-    throw INVALID_ARGUMENT_EXCEPTION("%s '%s' is no number", std::string(NameOf(property.tag)), std::string(text));
+    throw INVALID_ARGUMENT_EXCEPTION("%s '%s' is no number", std::string(NameOf(property.tag)), Shortened(text));
 }
 
 CNode& NumberNodeOf(const CNode& owner, const Property& property) {
     CNode* node = owner.NodeOf(property);
     if (node == nullptr || node->Number() == ENumber::None)
         throw INVALID_ARGUMENT_EXCEPTION("%s refers to '%s', which has no number", std::string(NameOf(property.tag)),
-                                         std::string(owner.TextOf(property)));
+                                         Shortened(owner.TextOf(property)));
     return *node;
 }
 
@@ -81,7 +81,7 @@ std::vector<T> ParseList(std::string_view text) {
                 return ParseInteger(item);
         }();
         if (!value)
-            throw INVALID_ARGUMENT_EXCEPTION("ValidValueSet: '%s' is no number", std::string(item));
+            throw INVALID_ARGUMENT_EXCEPTION("ValidValueSet: '%s' is no number", Shortened(item));
         values.push_back(*value);
     }
     return values;

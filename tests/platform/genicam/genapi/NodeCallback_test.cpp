@@ -316,4 +316,17 @@ TEST_F(NodeCallback, RemovalWaitsForARunningCallback) {
     writer.join();
 }
 
+TEST_F(NodeCallback, RunsOnceBeforeAnEnumerationIsSetByName) {
+    Load("<Enumeration Name='E'><EnumEntry Name='A'><Value>1</Value></EnumEntry><Value>0</Value></Enumeration>");
+    int inside = 0;
+    int outside = 0;
+    Register(
+        Node("E"), [&inside](INode*) { ++inside; }, cbPreInsideLock);
+    Register(
+        Node("E"), [&outside](INode*) { ++outside; }, cbPreOutsideLock);
+    Enumeration("E")->FromString("A");
+    EXPECT_EQ(inside, 1);
+    EXPECT_EQ(outside, 1);
+}
+
 }  // namespace genapitest
