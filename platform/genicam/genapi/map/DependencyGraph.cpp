@@ -173,12 +173,12 @@ void DependencyGraph::Visit(CNodeMap& map, Invalidation change, std::vector<std:
 void DependencyGraph::DropContent(CNodeMap& map, Invalidation change) {
     CNode& node = *map.NodeAt(change.node);
     if (RegisterCore* core = node.Register()) {
+        if (change.extent == EInvalidate::Selected && core->HasMovingAddress())
+            return core->DropUnlessMoved();
         RegisterBlock* block = core->AttachedBlock();
-        const bool moves = change.extent == EInvalidate::Selected && core->HasMovingAddress();
-        if (block == nullptr || !block->valid || moves)
-            return;
-        block->valid = false;
-        for (RegisterCore* user = block->users; user != nullptr; user = user->NextUser())
+        const bool isShared = block != nullptr && block->valid;
+        core->DropContent();
+        for (RegisterCore* user = isShared ? block->users : nullptr; user != nullptr; user = user->NextUser())
             Push(user->Owner().Index(), EInvalidate::Derived);
         return;
     }

@@ -16,7 +16,7 @@ class CNodeMap;
 /// How much of a node a change invalidates; each includes those before it.
 enum class EInvalidate : std::uint8_t {
     Derived = 1,  ///< what was computed from other nodes
-    Selected,     ///< and what the device was asked for at an address that does not move with a selector
+    Selected,     ///< and what the device was asked for at an address that a selector does not move
     Content       ///< and whatever the device was asked for
 };
 

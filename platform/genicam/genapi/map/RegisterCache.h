@@ -20,8 +20,9 @@ struct RegisterBlock {
     CPort* port = nullptr;
     std::int64_t address = 0;
     std::int64_t length = 0;
-    bool valid = false;    ///< the bytes are those of the device
-    bool hasData = false;  ///< the bytes were read or written at some time
+    bool valid = false;       ///< the bytes are those of the device
+    bool hasData = false;     ///< the bytes were read or written at some time
+    std::uint64_t round = 0;  ///< when they were
     RegisterCore* users = nullptr;
     std::uint64_t overlapGeneration = 0;
     std::vector<RegisterBlock*> overlaps;
@@ -44,6 +45,10 @@ public:
     void InvalidateAll();
     void Attach(RegisterBlock& block, RegisterCore& core) noexcept;
     void Detach(RegisterCore& core) noexcept;
+    /// What is read now is read in this round.
+    std::uint64_t Round() const noexcept { return m_round; }
+    /// Ends the round; returns the one that ended. What was read in it or before is older than what comes.
+    std::uint64_t NextRound() noexcept { return m_round++; }
 
 private:
     struct Key {
@@ -72,6 +77,7 @@ private:
     std::uint64_t m_generation = 1;
     std::uint64_t m_sortedGeneration = 0;
     std::size_t m_limit = 16384;
+    std::uint64_t m_round = 1;
 };
 
 }  // namespace GenApi

@@ -32,7 +32,7 @@ CNode& RequireIntegerNode(const CNode& owner, const Property& property) {
     CNode* node = owner.NodeOf(property);
     if (node == nullptr || node->Number() == ENumber::None)
         throw INVALID_ARGUMENT_EXCEPTION("%s refers to '%s', which has no number", std::string(NameOf(property.tag)),
-                                         std::string(owner.TextOf(property)));
+                                         Shortened(owner.TextOf(property)));
     return *node;
 }
 
@@ -63,7 +63,7 @@ RegisterCore::RegisterCore(CNode& owner)
         throw INVALID_ARGUMENT_EXCEPTION("has no port");
     m_port = dynamic_cast<CPort*>(owner.NodeOf(*port));
     if (m_port == nullptr)
-        throw INVALID_ARGUMENT_EXCEPTION("pPort refers to '%s', which is no port", std::string(owner.TextOf(*port)));
+        throw INVALID_ARGUMENT_EXCEPTION("pPort refers to '%s', which is no port", Shortened(owner.TextOf(*port)));
     if (const Property* access = owner.Find(ETag::AccessMode))
         m_access = ParseAccessMode(owner.TextOf(*access)).value_or(RO);
     if (const Property* caching = owner.Find(ETag::Cachable))
@@ -77,7 +77,7 @@ RegisterCore::RegisterCore(CNode& owner)
         const auto value = constant != nullptr ? ParseInteger(owner.TextOf(*constant)) : std::nullopt;
         if (!value || *value < 1 || *value > kMaxRegisterLength)
             throw INVALID_ARGUMENT_EXCEPTION("Length '%s' is not one of a register",
-                                             std::string(constant != nullptr ? owner.TextOf(*constant) : ""));
+                                             Shortened(constant != nullptr ? owner.TextOf(*constant) : ""));
         m_length = *value;
     }
     BindAddress();
@@ -95,7 +95,7 @@ void RegisterCore::BindAddress() {
             if (property.tag == ETag::Address) {
                 const auto value = ParseInteger(node.TextOf(property));
                 if (!value)
-                    throw INVALID_ARGUMENT_EXCEPTION("Address '%s' is no number", std::string(node.TextOf(property)));
+                    throw INVALID_ARGUMENT_EXCEPTION("Address '%s' is no number", Shortened(node.TextOf(property)));
                 m_address = AddWrapping(m_address, *value);
             } else if (property.tag == ETag::pAddress) {
                 terms.push_back({&RequireIntegerNode(node, property), nullptr, 0, ETerm::Plain});
@@ -122,7 +122,7 @@ RegisterCore::Term RegisterCore::IndexTerm(std::span<const Property> rest) const
         } else if (attribute.tag == ETag::AttributeOffset) {
             const auto value = ParseInteger(m_owner.TextOf(attribute));
             if (!value)
-                throw INVALID_ARGUMENT_EXCEPTION("Offset '%s' is no number", std::string(m_owner.TextOf(attribute)));
+                throw INVALID_ARGUMENT_EXCEPTION("Offset '%s' is no number", Shortened(m_owner.TextOf(attribute)));
             term.offset = *value;
             term.kind = ETerm::TimesOffset;
         }
@@ -177,9 +177,30 @@ RegisterBlock& RegisterCore::Resolve(Evaluation& evaluation) {
     if (m_block == nullptr || m_block->address != address || m_block->length != m_length) {
         cache.Detach(*this);
         cache.Attach(cache.Get(*m_port, address, m_length), *this);
+        m_dropsUnlessMoved = false;
     }
     m_isResolved = parts.cacheable;
-    return *m_block;
+    return Settle(*m_block);
+}
+
+// A selector leads to another place, whose bytes are as good as ever, or changes what lies at this one.
+RegisterBlock& RegisterCore::Settle(RegisterBlock& block) noexcept {
+    if (m_dropsUnlessMoved) {
+        m_dropsUnlessMoved = false;
+        DropContent();
+    }
+    return block;
+}
+
+void RegisterCore::DropContent() noexcept {
+    m_dropRound = m_owner.Map().Registers().NextRound();
+    if (m_block != nullptr)
+        m_block->valid = false;
+}
+
+// The bytes of a place may have been read before this register was told to forget what it knew.
+bool RegisterCore::Knows(const RegisterBlock& block) const noexcept {
+    return block.valid && block.round > m_dropRound && m_caching != NoCache;
 }
 
 std::int64_t RegisterCore::Address(Evaluation& evaluation) {
@@ -194,7 +215,7 @@ std::span<const std::uint8_t> RegisterCore::Read(Evaluation& evaluation) {
     RegisterBlock& block = Resolve(evaluation);
     if (m_caching == NoCache)
         evaluation.cacheable = false;
-    const bool isKnown = block.valid && m_caching != NoCache && !evaluation.ignoreCache;
+    const bool isKnown = Knows(block) && !evaluation.ignoreCache;
     if (isKnown && !m_owner.Map().ChecksCaches())
         return {block.Data(), static_cast<std::size_t>(block.length)};
     return Fetch(block, evaluation, isKnown);
@@ -213,7 +234,7 @@ std::span<const std::uint8_t> RegisterCore::ReadForChange(Evaluation& evaluation
 std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluation& evaluation, bool compares) {
     ReadBuffer buffer(block.length);
     m_port->ReadBytes(buffer.Data(), block.address, block.length);
-    RequireAttached(block);
+    RequireAttached(block, buffer.Size());
     const bool differs = block.valid && std::memcmp(block.Data(), buffer.Data(), buffer.Size()) != 0;
     if (compares && differs)
         throw LOGICAL_ERROR_EXCEPTION("%s: the cache differs from the device at address 0x%I64x", m_owner.Label(),
@@ -226,35 +247,40 @@ std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluati
     block.Prepare();
     std::memcpy(block.Data(), buffer.Data(), buffer.Size());
     block.valid = block.hasData = true;
+    block.round = m_owner.Map().Registers().Round();
     return {block.Data(), buffer.Size()};
 }
 
+// The length may come from a device, which may give another one each time it is asked.
 void RegisterCore::Write(std::span<const std::uint8_t> bytes, Evaluation& evaluation) {
     CNodeMap& map = m_owner.Map();
     map.AttachRegisters();
     RegisterBlock& block = Resolve(evaluation);
+    if (bytes.size() != static_cast<std::uint64_t>(block.length))
+        throw OUT_OF_RANGE_EXCEPTION("%s has %I64d bytes now, not %u", m_owner.Label(), block.length, bytes.size());
     try {
         m_port->WriteBytes(bytes.data(), block.address, block.length);
     } catch (...) {
         // Nobody knows what the device holds now.
-        RequireAttached(block);
+        RequireAttached(block, bytes.size());
         block.valid = false;
         map.BlockChanged(block);
         throw;
     }
-    RequireAttached(block);
+    RequireAttached(block, bytes.size());
     block.Prepare();
     if (bytes.data() != block.Data())
         std::memcpy(block.Data(), bytes.data(), bytes.size());
     block.hasData = true;
     // Behind the address of a write-only register there may be another one to read.
     block.valid = m_caching == WriteThrough && m_access == RW;
+    block.round = map.Registers().Round();
     map.BlockChanged(block);
 }
 
 // A port runs code of others, which may use this very node map and move the register.
-void RegisterCore::RequireAttached(const RegisterBlock& block) const {
-    if (m_block != &block)
+void RegisterCore::RequireAttached(const RegisterBlock& block, std::size_t length) const {
+    if (m_block != &block || static_cast<std::uint64_t>(block.length) != length)
         throw LOGICAL_ERROR_EXCEPTION("%s: the port moved the register that it was asked for", m_owner.Label());
 }
 
@@ -278,7 +304,7 @@ bool RegisterCore::IsBigEndian() const noexcept {
 }
 
 bool RegisterCore::IsValid() const noexcept {
-    return m_caching != NoCache && m_isResolved && m_block != nullptr && m_block->valid;
+    return m_isResolved && m_block != nullptr && Knows(*m_block);
 }
 
 }  // namespace GenApi

@@ -32,6 +32,10 @@ public:
     RegisterCore* NextUser() const noexcept { return m_nextUser; }
     bool HasMovingAddress() const noexcept { return !m_terms.empty() || m_lengthNode != nullptr; }
     void ForgetAddress() noexcept { m_isResolved = m_isResolved && !HasMovingAddress(); }
+    /// What was read up to now counts no more, wherever the register lay or will lie.
+    void DropContent() noexcept;
+    /// The same where the register turns out to lie where it lay before.
+    void DropUnlessMoved() noexcept { m_dropsUnlessMoved = m_block != nullptr; }
     /// Makes the block of a register whose address is constant.
     void AttachConstant();
 
@@ -61,11 +65,13 @@ private:
     };
 
     RegisterBlock& Resolve(Evaluation& evaluation);
+    RegisterBlock& Settle(RegisterBlock& block) noexcept;
+    bool Knows(const RegisterBlock& block) const noexcept;
     std::int64_t TermValue(const Term& term, Evaluation& evaluation);
     void BindAddress();
     Term IndexTerm(std::span<const Property> rest) const;
     std::span<const std::uint8_t> Fetch(RegisterBlock& block, Evaluation& evaluation, bool compares);
-    void RequireAttached(const RegisterBlock& block) const;
+    void RequireAttached(const RegisterBlock& block, std::size_t length) const;
 
     CNode& m_owner;
     CPort* m_port = nullptr;
@@ -77,6 +83,8 @@ private:
     ECachingMode m_caching : 8;
     EEndianess m_endianess : 8;
     bool m_isResolved = false;
+    bool m_dropsUnlessMoved = false;
+    std::uint64_t m_dropRound = 0;
     RegisterBlock* m_block = nullptr;
     RegisterCore* m_nextUser = nullptr;
     RegisterCore* m_previousUser = nullptr;

@@ -92,7 +92,10 @@ void CRegisterNode<Base>::Get(std::uint8_t* buffer, std::int64_t length, bool, b
     const std::int64_t own = m_core->Length(evaluation);
     if (buffer == nullptr || length < 1 || length > own)
         throw OUT_OF_RANGE_EXCEPTION("%s has %I64d bytes, not %I64d", this->Label(), own, length);
-    std::memcpy(buffer, m_core->Read(evaluation).data(), static_cast<std::size_t>(length));
+    const std::span<const std::uint8_t> bytes = m_core->Read(evaluation);
+    if (bytes.size() < static_cast<std::uint64_t>(length))
+        throw OUT_OF_RANGE_EXCEPTION("%s has %u bytes now, not %I64d", this->Label(), bytes.size(), length);
+    std::memcpy(buffer, bytes.data(), static_cast<std::size_t>(length));
 }
 
 template <class Base>
@@ -207,7 +210,10 @@ void CIntReg::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     std::uint64_t whole = static_cast<std::uint64_t>(value) & MaskOf(bits.count);
     const bool isBigEndian = Core().IsBigEndian();
     if (bits.count < bytes.size() * 8) {
-        const std::uint64_t before = LoadInteger(Core().ReadForChange(evaluation), isBigEndian);
+        const std::span<const std::uint8_t> known = Core().ReadForChange(evaluation);
+        if (known.size() != bytes.size())
+            throw OUT_OF_RANGE_EXCEPTION("%s has %u bytes now, not %I64d", Label(), known.size(), length);
+        const std::uint64_t before = LoadInteger(known, isBigEndian);
         whole = (before & ~(MaskOf(bits.count) << bits.shift)) | (whole << bits.shift);
     }
     StoreInteger(whole, bytes, isBigEndian);
@@ -294,8 +300,6 @@ void CTextNode::SetValue(const GenICam::gcstring& value, bool verify) {
         Evaluation evaluation;
         evaluation.verify = verify;
         AssignText(value.str(), evaluation);
-        if (verify)
-            CheckError();
     });
 }
 
