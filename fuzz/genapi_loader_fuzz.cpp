@@ -14,15 +14,16 @@ using namespace GenApi;
 
 namespace {
 
-/// A device whose bytes are those of the description itself.
+/// A device whose bytes are those of the description itself, others each time it is asked.
 class FuzzPort final : public IPort {
 public:
     FuzzPort(const std::uint8_t* data, std::size_t size) : m_data(data), m_size(size) {}
     EAccessMode GetAccessMode() const override { return RW; }
     void Read(void* buffer, std::int64_t address, std::int64_t length) override {
         auto* bytes = static_cast<std::uint8_t*>(buffer);
+        const std::uint64_t start = static_cast<std::uint64_t>(address) + 7 * (m_reads++ / 4);
         for (std::int64_t i = 0; i < length; ++i)
-            bytes[i] = m_data[static_cast<std::uint64_t>(address + i % 64) % m_size];
+            bytes[i] = m_data[(start + static_cast<std::uint64_t>(i) % 64) % m_size];
     }
     void Write(const void* buffer, std::int64_t, std::int64_t length) override {
         m_last = static_cast<const std::uint8_t*>(buffer)[length - 1];
@@ -31,6 +32,7 @@ public:
 private:
     const std::uint8_t* m_data;
     std::size_t m_size;
+    std::uint64_t m_reads = 0;
     volatile std::uint8_t m_last = 0;
 };
 

@@ -90,13 +90,6 @@ double RoundTo(double value, double decimals) {
     return std::isfinite(scaled) ? std::round(scaled) / scale : value;
 }
 
-// An infinity or no number at all must not hide behind a comparison.
-double Finite(double result, double operand) {
-    if (!std::isfinite(result) && std::isfinite(operand))
-        throw OUT_OF_RANGE_EXCEPTION("Result of a function in a formula is not a number");
-    return result;
-}
-
 // The bits of a number for the bit operators: what needs the 64th bit is taken as unsigned.
 std::int64_t Bits(double number) {
     if (number >= 9223372036854775808.0 && number < 18446744073709551616.0)
@@ -197,24 +190,31 @@ std::int64_t IntegerArithmetic::Unary(EOperation operation, std::int64_t operand
     }
 }
 
+void FloatArithmetic::RequireExpected(double result, double left, double right) {
+    const bool isExpected =
+        std::isnan(result) ? std::isnan(left) || std::isnan(right) : !std::isfinite(left) || !std::isfinite(right);
+    if (!isExpected)
+        throw OUT_OF_RANGE_EXCEPTION("Result of an operator or function in a formula is not a number");
+}
+
 double FloatArithmetic::Binary(EOperation operation, double left, double right) {
     switch (operation) {
         case EOperation::Add:
-            return left + right;
+            return Checked(left + right, left, right);
         case EOperation::Subtract:
-            return left - right;
+            return Checked(left - right, left, right);
         case EOperation::Multiply:
-            return left * right;
+            return Checked(left * right, left, right);
         case EOperation::Divide:
             if (right == 0.0)
                 ThrowDivisionByZero();
-            return left / right;
+            return Checked(left / right, left, right);
         case EOperation::Modulo:
             if (right == 0.0)
                 ThrowDivisionByZero();
-            return std::fmod(left, right);
+            return Checked(std::fmod(left, right), left, right);
         case EOperation::Power:
-            return std::pow(left, right);
+            return Checked(std::pow(left, right), left, right);
         case EOperation::BitAnd:
             return static_cast<double>(Bits(left) & Bits(right));
         case EOperation::BitOr:
@@ -265,25 +265,25 @@ double FloatArithmetic::Unary(EOperation operation, double operand) {
         case EOperation::Round:
             return std::round(operand);
         case EOperation::SquareRoot:
-            return Finite(std::sqrt(operand), operand);
+            return Checked(std::sqrt(operand), operand, operand);
         case EOperation::Sine:
-            return std::sin(operand);
+            return Checked(std::sin(operand), operand, operand);
         case EOperation::Cosine:
-            return std::cos(operand);
+            return Checked(std::cos(operand), operand, operand);
         case EOperation::Tangent:
-            return Finite(std::tan(operand), operand);
+            return Checked(std::tan(operand), operand, operand);
         case EOperation::ArcSine:
-            return Finite(std::asin(operand), operand);
+            return Checked(std::asin(operand), operand, operand);
         case EOperation::ArcCosine:
-            return Finite(std::acos(operand), operand);
+            return Checked(std::acos(operand), operand, operand);
         case EOperation::ArcTangent:
             return std::atan(operand);
         case EOperation::Exponential:
-            return Finite(std::exp(operand), operand);
+            return Checked(std::exp(operand), operand, operand);
         case EOperation::NaturalLogarithm:
-            return Finite(std::log(operand), operand);
+            return Checked(std::log(operand), operand, operand);
         case EOperation::DecimalLogarithm:
-            return Finite(std::log10(operand), operand);
+            return Checked(std::log10(operand), operand, operand);
         default:
             throw LOGICAL_ERROR_EXCEPTION("Unknown function of a formula");
     }

@@ -4,7 +4,9 @@
  */
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "formula/FormulaProgram.h"
 
@@ -22,8 +24,8 @@ struct IntegerArithmetic {
     static Number Unary(EOperation operation, Number operand);
 };
 
-/// Operators and functions of a formula that computes in floating point. Results are checked for being finite numbers
-/// at the end of a formula.
+/// Operators and functions of a formula that computes in floating point. What is no finite number although the operands
+/// are is an exception at once: it must not hide behind a comparison. Infinities of the device are computed with.
 struct FloatArithmetic {
     using Number = double;
 
@@ -31,6 +33,15 @@ struct FloatArithmetic {
     static Number Variable(IFormulaVariables& variables, std::uint32_t index) { return variables.FloatVariable(index); }
     static Number Binary(EOperation operation, Number left, Number right);
     static Number Unary(EOperation operation, Number operand);
+    /// The result of an operator, which must be a number when the operands are.
+    static Number Checked(Number result, Number left, Number right) {
+        if (!(std::fabs(result) <= std::numeric_limits<Number>::max()))
+            RequireExpected(result, left, right);
+        return result;
+    }
+
+private:
+    static void RequireExpected(Number result, Number left, Number right);
 };
 
 /// A number as an integer, its fraction cut off; an exception when it does not fit into 64 bits.

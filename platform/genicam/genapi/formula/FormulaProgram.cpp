@@ -121,13 +121,17 @@ bool Machine<Arithmetic>::RunCommon(EOperation operation, Number*& top) {
             break;
     }
     if constexpr (std::is_same_v<Number, double>) {
+        const auto applyChecked = [&](auto&& combine) {
+            return apply(
+                [&](Number left, Number right) { return Arithmetic::Checked(combine(left, right), left, right); });
+        };
         switch (operation) {
             case EOperation::Add:
-                return apply(std::plus<>());
+                return applyChecked(std::plus<>());
             case EOperation::Subtract:
-                return apply(std::minus<>());
+                return applyChecked(std::minus<>());
             case EOperation::Multiply:
-                return apply(std::multiplies<>());
+                return applyChecked(std::multiplies<>());
             default:
                 break;
         }

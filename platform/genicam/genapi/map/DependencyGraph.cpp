@@ -54,6 +54,18 @@ void ForEachEdge(const CNodeMap& map, Use&& use) {
     }
 }
 
+template <class Use>
+void ForEachReference(const CNodeMap& map, Use&& use) {
+    for (const CNode* node : map.Nodes()) {
+        if (node->Is(kReplaced))
+            continue;
+        for (const Property& property : node->Properties()) {
+            if (property.node != kNoNode)
+                use(property.node, Referrer{node->Index(), property.tag});
+        }
+    }
+}
+
 // Elements through which a value is written to other nodes.
 bool IsWritten(ETag tag) {
     return tag == ETag::pValue || tag == ETag::pValueCopy || tag == ETag::pValueIndexed || tag == ETag::pValueDefault;
@@ -85,6 +97,22 @@ std::span<const Invalidation> DependencyGraph::DependentsOf(CNodeMap& map, std::
     if (!m_built)
         Build(map);
     return std::span(m_dependents).subspan(m_first[node], m_first[node + 1] - m_first[node]);
+}
+
+std::span<const Referrer> DependencyGraph::ReferrersOf(CNodeMap& map, std::uint32_t node) {
+    if (m_firstReferrer.empty()) {
+        const std::size_t count = map.Nodes().size();
+        std::vector<std::uint32_t> first(count + 1, 0);
+        ForEachReference(map, [&](std::uint32_t target, const Referrer&) { ++first[target + 1]; });
+        for (std::size_t i = 1; i <= count; ++i)
+            first[i] += first[i - 1];
+        m_referrers.resize(first.back());
+        std::vector<std::uint32_t> next(first.begin(), first.end() - 1);
+        ForEachReference(
+            map, [&](std::uint32_t target, const Referrer& referrer) { m_referrers[next[target]++] = referrer; });
+        m_firstReferrer = std::move(first);
+    }
+    return std::span(m_referrers).subspan(m_firstReferrer[node], m_firstReferrer[node + 1] - m_firstReferrer[node]);
 }
 
 /**

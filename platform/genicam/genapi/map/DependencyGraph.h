@@ -8,6 +8,8 @@
 #include <span>
 #include <vector>
 
+#include "map/Schema.h"
+
 namespace GenApi {
 
 class CNode;
@@ -25,6 +27,12 @@ struct Invalidation {
     EInvalidate extent;
 };
 
+/// A node that refers to another one, and the element that does.
+struct Referrer {
+    std::uint32_t node;
+    ETag tag;
+};
+
 /// The dependencies between the nodes of a map, found when they are first needed. Wants the node map's lock.
 class DependencyGraph {
 public:
@@ -33,6 +41,8 @@ public:
     void Spread(CNodeMap& map, std::vector<Invalidation>& changes, std::vector<std::uint32_t>& announced);
     /// The nodes that depend on a node directly.
     std::span<const Invalidation> DependentsOf(CNodeMap& map, std::uint32_t node);
+    /// The elements that refer to a node, in the order of the description.
+    std::span<const Referrer> ReferrersOf(CNodeMap& map, std::uint32_t node);
     /// The nodes with callbacks that a write to a node may change: those that it writes to, those that share bytes with
     /// them, and all that depend on them. Caches stay as they are.
     std::vector<std::uint32_t> AffectedBy(CNodeMap& map, CNode& node);
@@ -49,6 +59,8 @@ private:
     std::vector<std::uint32_t> m_stamps;  // round of the last visit and how much it invalidated
     std::uint32_t m_round = 0;
     std::vector<Invalidation> m_work;
+    std::vector<std::uint32_t> m_firstReferrer;  // as m_first; found when they are first asked for
+    std::vector<Referrer> m_referrers;
 };
 
 }  // namespace GenApi

@@ -11,9 +11,7 @@
 
 namespace GenApi {
 
-namespace {
-
-std::uint64_t Seed() noexcept {
+std::uint64_t HashSeed() noexcept {
     static const std::uint64_t seed = [] {
         try {
             std::random_device device;
@@ -25,6 +23,8 @@ std::uint64_t Seed() noexcept {
     return seed;
 }
 
+namespace {
+
 std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
     hash = (hash ^ word) * 0xD6E8FEB86659FD93U;
     return hash ^ (hash >> 32);
@@ -33,7 +33,7 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
 }  // namespace
 
 std::uint32_t NameIndex::Hash(std::string_view name) noexcept {
-    std::uint64_t hash = Seed() ^ name.size();
+    std::uint64_t hash = HashSeed() ^ name.size();
     const char* next = name.data();
     std::size_t left = name.size();
     for (; left >= 8; left -= 8, next += 8) {

@@ -12,6 +12,9 @@
 
 namespace GenApi {
 
+/// A number that differs from process to process, so that nobody can prepare keys that collide.
+std::uint64_t HashSeed() noexcept;
+
 /// From names to node numbers. The names themselves are kept by the nodes.
 class NameIndex {
 public:

@@ -10,6 +10,7 @@
 #include <functional>
 #include <tuple>
 
+#include "map/NameIndex.h"
 #include "nodes/RegisterCore.h"
 
 namespace GenApi {
@@ -37,7 +38,7 @@ void RegisterBlock::Prepare() {
 }
 
 std::size_t RegisterCache::KeyHash::operator()(const Key& key) const noexcept {
-    std::uint64_t hash = static_cast<std::uint64_t>(key.address) * 0x9E3779B97F4A7C15U;
+    std::uint64_t hash = (static_cast<std::uint64_t>(key.address) ^ HashSeed()) * 0x9E3779B97F4A7C15U;
     hash ^= (hash >> 29) ^ static_cast<std::uint64_t>(key.length);
     hash = (hash ^ reinterpret_cast<std::uintptr_t>(key.port)) * 0xBF58476D1CE4E5B9U;
     return static_cast<std::size_t>(hash ^ (hash >> 32));
@@ -57,7 +58,9 @@ RegisterBlock& RegisterCache::Get(CPort& port, std::int64_t address, std::int64_
     block.port = &port;
     block.address = address;
     block.length = length;
-    ++m_generation;
+    // Before the first write nobody asks for overlaps: all blocks that there are by then are sorted at once.
+    if (m_sortedGeneration == m_generation)
+        Insert(block);
     return block;
 }
 
@@ -85,12 +88,25 @@ void RegisterCache::Sort() {
     m_places.assign(65, {});
     for (auto& [key, block] : m_blocks)
         m_places[SizeClass(key.length)].push_back({key.port, key.address, &block});
-    for (std::vector<Place>& places : m_places) {
-        std::sort(places.begin(), places.end(), [](const Place& left, const Place& right) {
-            return left.port != right.port ? std::less<>()(left.port, right.port) : left.address < right.address;
-        });
-    }
+    for (std::vector<Place>& places : m_places)
+        std::sort(places.begin(), places.end(), IsBefore);
     m_sortedGeneration = m_generation;
+}
+
+// A selector brings up one block after the other: only those that share bytes with a new one hear of it.
+void RegisterCache::Insert(RegisterBlock& block) {
+    std::vector<Place>& places = m_places[SizeClass(block.length)];
+    const Place place{block.port, block.address, &block};
+    places.insert(std::upper_bound(places.begin(), places.end(), place, IsBefore), place);
+    for (std::size_t sizeClass = 0; sizeClass < m_places.size(); ++sizeClass)
+        CollectOverlaps(block, sizeClass, block.overlaps);
+    block.overlapGeneration = m_generation;
+    for (RegisterBlock* other : block.overlaps)
+        other->overlapGeneration = 0;
+}
+
+bool RegisterCache::IsBefore(const Place& left, const Place& right) noexcept {
+    return left.port != right.port ? std::less<>()(left.port, right.port) : left.address < right.address;
 }
 
 // Blocks of this class are shorter than 2^sizeClass: none that begins further below can reach the block.

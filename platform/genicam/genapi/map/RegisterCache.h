@@ -67,6 +67,8 @@ private:
     };
 
     void Sort();
+    void Insert(RegisterBlock& block);
+    static bool IsBefore(const Place& left, const Place& right) noexcept;
     void DropUnused();
     void CollectOverlaps(const RegisterBlock& block, std::size_t sizeClass, std::vector<RegisterBlock*>& result) const;
 

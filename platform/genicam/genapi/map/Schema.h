@@ -9,7 +9,7 @@
 
 namespace GenApi {
 
-/// Kinds of nodes; the order is that of the table in SchemaTable.cpp.
+/// Kinds of nodes; the order is that of the table in Schema.cpp.
 enum class ENodeKind : std::uint8_t {
     Node,
     Category,

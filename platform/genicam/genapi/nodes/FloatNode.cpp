@@ -81,7 +81,7 @@ bool CFloatNode::HasInc() {
 EIncMode CFloatNode::GetIncMode() {
     const AutoLock lock(Map().GetLock());
     Require();
-    if (m_limits != nullptr && !m_limits->validValues.empty())
+    if (!InheritedValidValues().empty())
         return listIncrement;
     Evaluation evaluation;
     return FloatInc(evaluation) > 0.0 ? fixedIncrement : noIncrement;
@@ -99,15 +99,13 @@ double CFloatNode::GetInc() {
 double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
     const AutoLock lock(Map().GetLock());
     Require();
-    std::vector<double> values;
-    if (m_limits == nullptr)
+    const ValidValues values = InheritedValidValues();
+    if (values.empty())
         return double_autovector_t();
     Evaluation evaluation;
     const double min = bounded ? FloatBound(EBound::Min, evaluation) : std::numeric_limits<double>::lowest();
     const double max = bounded ? FloatBound(EBound::Max, evaluation) : std::numeric_limits<double>::max();
-    std::copy_if(m_limits->validValues.begin(), m_limits->validValues.end(), std::back_inserter(values),
-                 [=](double value) { return min <= value && value <= max; });
-    return double_autovector_t(std::move(values));
+    return double_autovector_t(values.Within(min, max));
 }
 
 ERepresentation CFloatNode::GetRepresentation() {
@@ -121,11 +119,13 @@ GenICam::gcstring CFloatNode::GetUnit() {
 }
 
 EDisplayNotation CFloatNode::GetDisplayNotation() {
-    return ParseDisplayNotation(TextOf(ETag::DisplayNotation)).value_or(fnAutomatic);
+    const AutoLock lock(Map().GetLock());
+    return ParseDisplayNotation(InheritedText(ETag::DisplayNotation)).value_or(fnAutomatic);
 }
 
 std::int64_t CFloatNode::GetDisplayPrecision() {
-    return ParseInteger(TextOf(ETag::DisplayPrecision)).value_or(kDefaultPrecision);
+    const AutoLock lock(Map().GetLock());
+    return ParseInteger(InheritedText(ETag::DisplayPrecision)).value_or(kDefaultPrecision);
 }
 
 void CFloatNode::ImposeMin(double value) {
@@ -197,6 +197,10 @@ double CFloatNode::OwnBound(EBound bound, Evaluation& evaluation) {
 
 double CFloatNode::OwnInc(Evaluation&) {
     return 0.0;
+}
+
+ValidValues CFloatNode::OwnValidValues() const {
+    return m_limits != nullptr ? ValidValues{{}, m_limits->validValues, m_limits->inc.isGiven} : ValidValues();
 }
 
 // NaN is in no range.

@@ -58,6 +58,7 @@ protected:
     double ReadFloatBound(EBound bound, Evaluation& evaluation) override;
     double ReadFloatInc(Evaluation& evaluation) override;
     void CheckFloat(double value, Evaluation& evaluation) override;
+    ValidValues OwnValidValues() const override;
     virtual double OwnBound(EBound bound, Evaluation& evaluation);
     virtual double OwnInc(Evaluation& evaluation);
 

@@ -75,21 +75,19 @@ std::int64_t CIntegerNode::GetInc() {
 EIncMode CIntegerNode::GetIncMode() {
     const AutoLock lock(Map().GetLock());
     Require();
-    return m_limits != nullptr && !m_limits->validValues.empty() ? listIncrement : fixedIncrement;
+    return InheritedValidValues().empty() ? fixedIncrement : listIncrement;
 }
 
 int64_autovector_t CIntegerNode::GetListOfValidValues(bool bounded) {
     const AutoLock lock(Map().GetLock());
     Require();
-    std::vector<std::int64_t> values;
-    if (m_limits == nullptr)
+    const ValidValues values = InheritedValidValues();
+    if (values.empty())
         return int64_autovector_t();
     Evaluation evaluation;
     const std::int64_t min = bounded ? IntegerBound(EBound::Min, evaluation) : INT64_MIN;
     const std::int64_t max = bounded ? IntegerBound(EBound::Max, evaluation) : INT64_MAX;
-    std::copy_if(m_limits->validValues.begin(), m_limits->validValues.end(), std::back_inserter(values),
-                 [=](std::int64_t value) { return min <= value && value <= max; });
-    return int64_autovector_t(std::move(values));
+    return int64_autovector_t(values.Within(min, max));
 }
 
 ERepresentation CIntegerNode::GetRepresentation() {
@@ -175,6 +173,10 @@ std::int64_t CIntegerNode::OwnBound(EBound bound, Evaluation&) {
 
 std::int64_t CIntegerNode::OwnInc(Evaluation&) {
     return 1;
+}
+
+ValidValues CIntegerNode::OwnValidValues() const {
+    return m_limits != nullptr ? ValidValues{m_limits->validValues, {}, m_limits->inc.isGiven} : ValidValues();
 }
 
 void CIntegerNode::CheckInteger(std::int64_t value, Evaluation& evaluation) {

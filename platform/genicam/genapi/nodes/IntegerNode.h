@@ -53,6 +53,7 @@ protected:
     std::int64_t ReadIntegerBound(EBound bound, Evaluation& evaluation) override;
     std::int64_t ReadIntegerInc(Evaluation& evaluation) override;
     void CheckInteger(std::int64_t value, Evaluation& evaluation) override;
+    ValidValues OwnValidValues() const override;
     /// The range of what lies behind the node.
     virtual std::int64_t OwnBound(EBound bound, Evaluation& evaluation);
     virtual std::int64_t OwnInc(Evaluation& evaluation);

@@ -6,6 +6,7 @@
 #include "nodes/Node.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
@@ -160,18 +161,59 @@ EYesNo CNode::IsAccessModeCacheable() const {
     return Has(kFullAccessValid) ? Yes : No;
 }
 
-// Without registers of its own a node is cached as the node that its value comes from.
-ECachingMode CNode::GetCachingMode() const {
-    const CNode* node = this;
-    for (int depth = 0; depth < 100; ++depth) {
-        if (const Property* caching = node->Find(ETag::Cachable))
-            return ParseCachingMode(node->TextOf(*caching)).value_or(WriteThrough);
-        const CNode* next = node->NodeOf(ETag::pValue);
-        if (next == nullptr)
-            return WriteThrough;
-        node = next;
+namespace {
+
+// What a value is made of, the place of a register included.
+bool IsPartOfValue(ETag tag) {
+    switch (tag) {
+        case ETag::pValue:
+        case ETag::pValueIndexed:
+        case ETag::pValueDefault:
+        case ETag::pIndex:
+        case ETag::AttributePOffset:
+        case ETag::pVariable:
+        case ETag::pAddress:
+        case ETag::pLength:
+        case ETag::p1212Parser:
+            return true;
+        default:
+            return false;
     }
-    return NoCache;
+}
+
+ECachingMode LessCaching(ECachingMode left, ECachingMode right) {
+    if (left == NoCache || right == NoCache)
+        return NoCache;
+    return left == WriteAround ? left : right;
+}
+
+}  // namespace
+
+/**
+ * \brief How the node's value is cached: like the part of it that is cached least
+ *
+ * Parts are the registers that the value comes from, and whatever they or formulas are computed from.
+ */
+ECachingMode CNode::GetCachingMode() const {
+    ECachingMode mode = WriteThrough;
+    std::vector<const CNode*> parts{this};
+    std::unordered_set<const CNode*> seen{this};
+    const auto addPartsOf = [&](const CNode& node) {
+        for (const Property& property : node.Properties()) {
+            const CNode* part = IsPartOfValue(property.tag) ? node.NodeOf(property) : nullptr;
+            if (part != nullptr && seen.insert(part).second)
+                parts.push_back(part);
+        }
+    };
+    for (std::size_t next = 0; next < parts.size() && mode != NoCache; ++next) {
+        const CNode& node = *parts[next];
+        if (const Property* caching = node.Find(ETag::Cachable))
+            mode = LessCaching(mode, ParseCachingMode(node.TextOf(*caching)).value_or(WriteThrough));
+        addPartsOf(node);
+        if (node.Kind() == ENodeKind::StructEntry && node.Enclosing() != nullptr)
+            addPartsOf(*node.Enclosing());
+    }
+    return mode;
 }
 
 std::int64_t CNode::GetPollingTime() const {
@@ -358,15 +400,13 @@ void CNode::GetChildren(NodeList_t& children, ELinkType linkType) const {
 void CNode::GetParents(NodeList_t& parents) const {
     parents.clear();
     const AutoLock lock(m_map->GetLock());
-    for (CNode* node : m_map->Nodes()) {
-        if (node->Is(kReplaced))
-            continue;
-        for (const Property& property : node->Properties()) {
-            const bool isLink =
-                IsReadingLink(property.tag) || property.tag == ETag::pFeature || property.tag == ETag::Nested;
-            if (isLink && property.node == m_index)
-                AddOnce(parents, node);
-        }
+    for (const Referrer& referrer : m_map->Dependencies().ReferrersOf(*m_map, m_index)) {
+        const bool isLink =
+            IsReadingLink(referrer.tag) || referrer.tag == ETag::pFeature || referrer.tag == ETag::Nested;
+        CNode* node = m_map->NodeAt(referrer.node);
+        // References of one node come one after the other.
+        if (isLink && (parents.empty() || parents.back() != node))
+            parents.push_back(node);
     }
 }
 
@@ -385,15 +425,11 @@ void CNode::GetSelectedFeatures(FeatureList_t& features) const {
 
 void CNode::GetSelectingFeatures(FeatureList_t& features) const {
     features.clear();
-    for (CNode* node : m_map->Nodes()) {
-        if (node->Is(kReplaced) || node->Value() == nullptr)
-            continue;
-        const auto properties = node->Properties();
-        const bool selects = std::any_of(properties.begin(), properties.end(), [this](const Property& property) {
-            return property.tag == ETag::pSelected && property.node == m_index;
-        });
-        if (selects)
-            features.push_back(node->Value());
+    const AutoLock lock(m_map->GetLock());
+    for (const Referrer& referrer : m_map->Dependencies().ReferrersOf(*m_map, m_index)) {
+        IValue* selector = referrer.tag == ETag::pSelected ? m_map->NodeAt(referrer.node)->Value() : nullptr;
+        if (selector != nullptr && (features.empty() || features.back() != selector))
+            features.push_back(selector);
     }
 }
 

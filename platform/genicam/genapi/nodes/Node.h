@@ -4,9 +4,11 @@
  */
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "GenApi/Diagnostics.h"
 #include "GenApi/INode.h"
@@ -21,6 +23,27 @@ class RegisterCore;
 
 /// Which end of a range.
 enum class EBound : std::uint8_t { Min, Max };
+
+/// The values that a node restricts itself to, in the numbers that it computes with.
+struct ValidValues {
+    std::span<const std::int64_t> integers;
+    std::span<const double> numbers;
+    bool isFinal = false;  ///< the node has an increment of its own: what lies behind it does not count
+
+    bool empty() const noexcept { return integers.empty() && numbers.empty(); }
+    /// Those within a range, as numbers of type \a T.
+    template <class T>
+    std::vector<T> Within(T min, T max) const {
+        std::vector<T> values;
+        const auto add = [&](auto value) {
+            if (min <= static_cast<T>(value) && static_cast<T>(value) <= max)
+                values.push_back(static_cast<T>(value));
+        };
+        std::for_each(integers.begin(), integers.end(), add);
+        std::for_each(numbers.begin(), numbers.end(), add);
+        return values;
+    }
+};
 
 /// What a node is made from.
 struct NodeSeed {
@@ -122,7 +145,11 @@ public:
     virtual IValue* Value() { return nullptr; }
     /// The text of an element that a node takes from the node behind it when it has none itself, such as Unit.
     std::string_view InheritedText(ETag tag);
-    virtual bool HasIncrement() { return false; }
+    /// The valid values of the node, or of the node behind it when it has none itself.
+    ValidValues InheritedValidValues();
+    /// Throws when the node would refuse the value.
+    void CheckValue(std::int64_t value, Evaluation& evaluation);
+    void CheckValue(double value, Evaluation& evaluation);
     virtual RegisterCore* Register() { return nullptr; }
 
     // The description of the node.
@@ -142,7 +169,6 @@ public:
     /// A warning about this node, at its place.
     Warning MakeWarning(EWarningKind kind, const std::string& what) const;
     CNode* Enclosing() const noexcept;
-    EAccessMode Imposed() const noexcept { return m_userAccess; }
 
 protected:
     ~CNode() = default;
@@ -163,6 +189,7 @@ protected:
     virtual EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks);
     /// The node whose unit and representation this one takes when it has none itself.
     virtual CNode* Appearance() { return nullptr; }
+    virtual ValidValues OwnValidValues() const { return {}; }
     virtual void CheckInteger(std::int64_t value, Evaluation& evaluation);
     virtual void CheckFloat(double value, Evaluation& evaluation);
 

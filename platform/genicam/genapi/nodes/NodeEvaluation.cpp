@@ -321,6 +321,33 @@ EAccessMode CNode::ReadAccess(Evaluation&, bool) {
 }
 void CNode::CheckInteger(std::int64_t, Evaluation&) {}
 void CNode::CheckFloat(double, Evaluation&) {}
+ValidValues CNode::InheritedValidValues() {
+    CNode* node = this;
+    for (int step = 0; step < kMaxSteps && node != nullptr && node->Usable(); ++step) {
+        const ValidValues values = node->OwnValidValues();
+        if (!values.empty() || values.isFinal)
+            return values;
+        node = node->Appearance();
+    }
+    return {};
+}
+
+void CNode::CheckValue(std::int64_t value, Evaluation& evaluation) {
+    Require();
+    if (Number() == ENumber::Float)
+        CheckFloat(static_cast<double>(value), evaluation);
+    else
+        CheckInteger(value, evaluation);
+}
+
+void CNode::CheckValue(double value, Evaluation& evaluation) {
+    Require();
+    if (Number() == ENumber::Float)
+        CheckFloat(value, evaluation);
+    else
+        CheckInteger(RoundToInteger(value), evaluation);
+}
+
 // Step by step and not for ever: a circle of nodes has no unit, however often one goes round.
 std::string_view CNode::InheritedText(ETag tag) {
     CNode* node = this;

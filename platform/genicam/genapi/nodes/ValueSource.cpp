@@ -12,6 +12,7 @@
 #include "formula/FormulaArithmetic.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
+#include "map/Values.h"
 
 namespace GenApi {
 
@@ -171,6 +172,8 @@ void ValueSource<T>::Write(CNode& owner, T value, Evaluation& evaluation) {
         check.top = evaluation.top;
         if (!IsWritable(copy->Access(check, true)))
             throw ACCESS_EXCEPTION("%s: its copy %s is not writable", owner.Label(), copy->Label());
+        if (evaluation.verify)
+            copy->CheckValue(value, check);
     }
     if (current.node == nullptr)
         owner.Map().Changed(owner);
@@ -184,7 +187,14 @@ EAccessMode ValueSource<T>::Access(Evaluation& evaluation, bool withLocks) {
     if (m_index != nullptr && !IsReadable(m_index->Access(evaluation, false)))
         return NA;
     const Operand<T>* current = Current(evaluation);
-    return current != nullptr ? current->Access(evaluation, withLocks) : NA;
+    if (current == nullptr)
+        return NA;
+    EAccessMode mode = current->Access(evaluation, withLocks);
+    for (CNode* copy : m_copies) {
+        if (!IsWritable(copy->Access(evaluation, withLocks)))
+            mode = Combine(mode, RO);
+    }
+    return mode;
 }
 
 template <class T>

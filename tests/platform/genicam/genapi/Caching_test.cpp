@@ -311,4 +311,51 @@ TEST_F(Caching, ThousandsOfAddressesDoNotPileUp) {
     EXPECT_EQ(port.Little(49998, 4), 1U);
 }
 
+TEST_F(Caching, AFeatureIsCachedLikeTheLeastCachedPartOfItsValue) {
+    Load(Reg("Volatile", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
+         Reg("Around", "<Address>4</Address>", "<Cachable>WriteAround</Cachable>") +
+         Reg("Plain", "<Address>8</Address>") + Reg("Moving", "<pAddress>Volatile</pAddress>") +
+         "<SwissKnife Name='S'><pVariable Name='X'>Plain</pVariable><pVariable Name='Y'>Volatile</pVariable>"
+         "<Formula>X+Y</Formula></SwissKnife>"
+         "<IntConverter Name='C'><pVariable Name='X'>Around</pVariable><FormulaTo>FROM+X</FormulaTo>"
+         "<FormulaFrom>TO-X</FormulaFrom><pValue>Plain</pValue></IntConverter>"
+         "<Integer Name='A'><Value>1</Value><pIsLocked>Volatile</pIsLocked></Integer>"
+         "<Float Name='F'><pValue>S</pValue></Float>");
+    EXPECT_EQ(Node("Plain")->GetCachingMode(), WriteThrough);
+    EXPECT_EQ(Node("Moving")->GetCachingMode(), NoCache);
+    EXPECT_EQ(Node("S")->GetCachingMode(), NoCache);
+    EXPECT_EQ(Node("F")->GetCachingMode(), NoCache);
+    EXPECT_FALSE(Node("F")->IsCachable());
+    EXPECT_EQ(Node("C")->GetCachingMode(), WriteAround);
+    EXPECT_EQ(Node("A")->GetCachingMode(), WriteThrough);
+}
+
+TEST_F(Caching, AnEntryMovesWithItsStructure) {
+    Load(Reg("Volatile", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
+         "<StructReg Comment='S'><pAddress>Volatile</pAddress><Length>4</Length><AccessMode>RW</AccessMode>"
+         "<pPort>Device</pPort><StructEntry Name='E'><Bit>0</Bit></StructEntry></StructReg>");
+    EXPECT_EQ(Node("E")->GetCachingMode(), NoCache);
+}
+
+// Blocks that come up one after the other are found by the writes to others that share their bytes.
+TEST_F(Caching, PlacesThatAreReadLaterNoticeWrites) {
+    Load("<Integer Name='At'><Value>0</Value></Integer>" + Reg("Moving", "<pAddress>At</pAddress>") +
+         "<IntReg Name='Byte'><pAddress>At</pAddress><Length>1</Length><AccessMode>RW</AccessMode>"
+         "<pPort>Device</pPort></IntReg>" +
+         Reg("Fixed", "<Address>0x40</Address>"));
+    Integer("Fixed")->SetValue(0);
+    for (const int address : {0x38, 0x48, 0x3E, 0x42, 0x40}) {
+        Integer("At")->SetValue(address);
+        EXPECT_EQ(Integer("Moving")->GetValue(), 0);
+    }
+    for (const int address : {0x3E, 0x42, 0x40}) {
+        Integer("At")->SetValue(address);
+        Integer("Fixed")->SetValue(0x44332211);
+        EXPECT_EQ(Integer("Moving")->GetValue(), static_cast<std::int64_t>(port.Little(address, 4))) << address;
+        Integer("At")->SetValue(0x41);
+        Integer("Byte")->SetValue(0x99);
+        EXPECT_EQ(Integer("Fixed")->GetValue(), 0x44339911);
+    }
+}
+
 }  // namespace genapitest

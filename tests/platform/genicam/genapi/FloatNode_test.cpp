@@ -165,4 +165,25 @@ TEST_F(FloatNode, CanBeNarrowedAtRunTime) {
     EXPECT_THROW(Float("A")->SetValue(7.6), OutOfRangeException);
 }
 
+TEST_F(FloatNode, OffersTheValidValuesOfTheNodeBehind) {
+    Load(
+        "<Float Name='A'><pValue>B</pValue></Float><Float Name='I'><pValue>C</pValue></Float>"
+        "<Float Name='B'><Value>1</Value><ValidValueSet>0.5;1;2</ValidValueSet></Float>"
+        "<Integer Name='C'><Value>4</Value><ValidValueSet>2;4</ValidValueSet></Integer>");
+    EXPECT_EQ(Float("A")->GetIncMode(), listIncrement);
+    EXPECT_EQ(Float("A")->GetListOfValidValues().size(), 3U);
+    EXPECT_EQ(Float("I")->GetIncMode(), listIncrement);
+    ASSERT_EQ(Float("I")->GetListOfValidValues().size(), 2U);
+    EXPECT_DOUBLE_EQ(Float("I")->GetListOfValidValues()[1], 4.0);
+}
+
+TEST_F(FloatNode, IsPrintedByTheNotationOfTheNodeBehind) {
+    Load(
+        "<Float Name='A'><pValue>B</pValue></Float><Float Name='B'><Value>1.23456</Value>"
+        "<DisplayNotation>Fixed</DisplayNotation><DisplayPrecision>2</DisplayPrecision></Float>");
+    EXPECT_EQ(Float("A")->GetDisplayNotation(), fnFixed);
+    EXPECT_EQ(Float("A")->GetDisplayPrecision(), 2);
+    EXPECT_EQ(Float("A")->ToString(), "1.23");
+}
+
 }  // namespace genapitest

@@ -394,4 +394,13 @@ TEST_F(Converter, AnErrorOfTheFormulaWritesNothing) {
     EXPECT_THROW(Float("C")->GetValue(), OutOfRangeException);
 }
 
+// What is no number must not hide behind a comparison, a condition or a function that gives one again.
+TEST_F(Formula, AnOverflowWithinAFormulaThrows) {
+    for (const char* formula : {"1e308 * 10 > 5", "0 - 1e308 - 1e308 < 5", "1e308 + 1e308 > 5", "10 ** 400 > 5",
+                                "1e308 / 1e-10 > 5", "(1e308 * 10) ? 1 : 2", "1 / (1e308 * 10)", "ATAN(1e308 * 10)",
+                                "SGN(1e308 * 10)", "(1e308 * 10) && 1", "(1e308 * 10) || 0", "(-8.0) ** 0.5 > 0"})
+        EXPECT_THROW(EvaluateFloat(formula), OutOfRangeException) << formula;
+    EXPECT_DOUBLE_EQ(EvaluateFloat("1e308 * 0.5"), 0.5e308);
+}
+
 }  // namespace genapitest

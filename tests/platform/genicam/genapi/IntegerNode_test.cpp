@@ -253,4 +253,46 @@ TEST_F(IntegerNode, HasShortcuts) {
     EXPECT_EQ(a->GetValue(), 10);
 }
 
+TEST_F(IntegerNode, OffersTheValidValuesOfTheNodeBehind) {
+    Load(
+        "<Integer Name='A'><pValue>B</pValue><Max>8</Max></Integer><Integer Name='B'><pValue>C</pValue></Integer>"
+        "<Integer Name='C'><Value>4</Value><ValidValueSet>2;4;8;16</ValidValueSet></Integer>");
+    EXPECT_EQ(Integer("A")->GetIncMode(), listIncrement);
+    ASSERT_EQ(Integer("A")->GetListOfValidValues().size(), 3U);
+    EXPECT_EQ(Integer("A")->GetListOfValidValues()[2], 8);
+    EXPECT_EQ(Integer("A")->GetListOfValidValues(false).size(), 4U);
+    EXPECT_THROW(Integer("A")->SetValue(5), OutOfRangeException);
+}
+
+TEST_F(IntegerNode, AnIncrementOfItsOwnHidesTheValidValuesBehind) {
+    Load(
+        "<Integer Name='A'><pValue>B</pValue><Inc>2</Inc></Integer>"
+        "<Integer Name='B'><Value>4</Value><ValidValueSet>2;4;8;16</ValidValueSet></Integer>");
+    EXPECT_EQ(Integer("A")->GetIncMode(), fixedIncrement);
+    EXPECT_EQ(Integer("A")->GetListOfValidValues().size(), 0U);
+}
+
+TEST_F(IntegerNode, WritesNothingWhenACopyRefusesTheValue) {
+    Load(
+        "<Integer Name='A'><pValue>B</pValue><pValueCopy>C</pValueCopy><pValueCopy>D</pValueCopy></Integer>"
+        "<Integer Name='B'><Value>1</Value></Integer><Integer Name='C'><Value>1</Value></Integer>"
+        "<Float Name='D'><Value>1</Value><Max>5</Max></Float>");
+    EXPECT_THROW(Integer("A")->SetValue(6), OutOfRangeException);
+    EXPECT_EQ(Integer("B")->GetValue(), 1);
+    EXPECT_EQ(Integer("C")->GetValue(), 1);
+    Integer("A")->SetValue(6, false);
+    EXPECT_DOUBLE_EQ(Float("D")->GetValue(), 6.0);
+}
+
+TEST_F(IntegerNode, IsReadOnlyWhenACopyIs) {
+    Load(
+        "<Integer Name='A'><pValue>B</pValue><pValueCopy>C</pValueCopy></Integer>"
+        "<Integer Name='B'><Value>1</Value></Integer>"
+        "<Integer Name='C'><Value>1</Value><pIsLocked>Lock</pIsLocked></Integer>"
+        "<Integer Name='Lock'><Value>1</Value></Integer>");
+    EXPECT_EQ(Mode("A"), RO);
+    Integer("Lock")->SetValue(0);
+    EXPECT_EQ(Mode("A"), RW);
+}
+
 }  // namespace genapitest

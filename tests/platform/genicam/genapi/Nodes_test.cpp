@@ -642,4 +642,18 @@ TEST_F(ConfigurationRom, SurvivesNonsense) {
     }
 }
 
+TEST_F(AnyNode, HasEachParentOnce) {
+    Load(
+        "<Category Name='Root'><pFeature>A</pFeature><pFeature>A</pFeature></Category>"
+        "<Integer Name='A'><Value>1</Value></Integer><Integer Name='B'><pValue>A</pValue><pMin>A</pMin></Integer>"
+        "<Integer Name='C'><Value>1</Value><pSelected>A</pSelected><pInvalidator>A</pInvalidator></Integer>");
+    NodeList_t parents;
+    Node("A")->GetParents(parents);
+    EXPECT_EQ(parents, (NodeList_t{Node("Root"), Node("B")}));
+    FeatureList_t selecting;
+    CSelectorPtr(Node("A"))->GetSelectingFeatures(selecting);
+    ASSERT_EQ(selecting.size(), 1U);
+    EXPECT_EQ(selecting[0]->GetNode(), Node("C"));
+}
+
 }  // namespace genapitest
