@@ -27,6 +27,17 @@ constexpr gencp::MemoryRange kCapabilityAndResponseTime{
     gencp::abrm::kDeviceCapability.address,
     static_cast<std::uint16_t>(gencp::abrm::kMaxDeviceResponseTime.End() - gencp::abrm::kDeviceCapability.address)};
 
+constexpr milliseconds kShortMargin{30};
+constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp::abrm::kGenCpVersion.length};
+
+gencp::MemoryRange ModelOf(const CameraFacts& facts) {
+    return {gencp::abrm::kModelName.address, static_cast<std::uint16_t>(facts.model.size())};
+}
+
+gencp::MemoryRange SerialOf(const CameraFacts& facts) {
+    return {gencp::abrm::kSerialNumber.address, static_cast<std::uint16_t>(facts.serial.size())};
+}
+
 void ReadCapability(CameraMemory& memory, CameraFacts& facts) {
     auto timing = memory.UsualTiming();
     timing.response = milliseconds(gencp::kFirstCommandTimeoutMs);
@@ -101,17 +112,42 @@ CameraFacts Identify(CameraMemory& memory) {
 }
 
 /**
+ * \brief Whether a camera that was identified before is there, asked in one exchange
+ * \param[in] memory Of a connection that begins; set to what the known camera can, if it is there
+ * \param[in] known From Identify
+ *
+ * This is what an application waits for when a connection is opened again, so it is asked once, with short patience.
+ *
+ * \return False when another camera answers, none, or a known one that can't do that: it is to be looked for
+ * \throw DriverError The serial library failed
+ */
+bool AnswersAsBefore(CameraMemory& memory, const CameraFacts& known) {
+    if (!known.Has(gencp::capability::kStackedCommands))
+        return false;
+    const Timing timing{memory.Timeout(), milliseconds(gencp::kFirstReadTimeoutMs), kShortMargin, 0, std::nullopt};
+    const std::array ranges{kVersion, ModelOf(known), SerialOf(known)};
+    try {
+        const auto blocks = memory.ReadStackOnce(ranges, timing);
+        const bool isKnown = gencp::Load32(blocks[0], 0) >> kMajorShift == kGenCpMajor && blocks[1] == known.model &&
+                             blocks[2] == known.serial;
+        if (isKnown)
+            ApplyFacts(memory, known);
+        return isKnown;
+    } catch (const NoAnswerError&) {
+        return false;
+    } catch (const StatusError&) {
+        return false;
+    }
+}
+
+/**
  * \brief Whether it is a camera that was identified before
  * \param[in] memory Of a camera that answers; set to what the known one can, if it is that
  * \param[in] known From Identify
- *
- * Reads no more than it must: this is what an application waits for when a connection is opened again.
  */
 bool IsSameCamera(CameraMemory& memory, const CameraFacts& known) {
     ApplyFacts(memory, known);
-    const std::array ranges{
-        gencp::MemoryRange{gencp::abrm::kModelName.address, static_cast<std::uint16_t>(known.model.size())},
-        gencp::MemoryRange{gencp::abrm::kSerialNumber.address, static_cast<std::uint16_t>(known.serial.size())}};
+    const std::array ranges{ModelOf(known), SerialOf(known)};
     try {
         const auto blocks = memory.ReadAll(ranges);
         return blocks[0] == known.model && blocks[1] == known.serial;

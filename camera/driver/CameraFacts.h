@@ -11,6 +11,10 @@
 
 namespace marlow {
 
+// Any minor version of GenCP 1 will do.
+inline constexpr std::uint32_t kGenCpMajor = 1;
+inline constexpr unsigned kMajorShift = 16;
+
 struct CameraFacts {
     CameraName name;
     std::uint64_t capability = 0;
@@ -23,6 +27,7 @@ struct CameraFacts {
 };
 
 CameraFacts Identify(CameraMemory& memory);
+bool AnswersAsBefore(CameraMemory& memory, const CameraFacts& known);
 bool IsSameCamera(CameraMemory& memory, const CameraFacts& known);
 void ApplyFacts(CameraMemory& memory, const CameraFacts& facts);
 

@@ -116,7 +116,7 @@ std::vector<gencp::Bytes> CameraMemory::ReadAll(std::span<const gencp::MemoryRan
             continue;
         }
         try {
-            std::ranges::move(ReadStack(rest.first(count)), std::back_inserter(blocks));
+            std::ranges::move(ReadStackOnce(rest.first(count), UsualTiming()), std::back_inserter(blocks));
         } catch (const StatusError& error) {
             if (error.Status() != gencp::kStatusNotImplemented)
                 throw;
@@ -140,14 +140,16 @@ std::size_t CameraMemory::StackFrom(std::span<const gencp::MemoryRange> ranges) 
     return count;
 }
 
-std::vector<gencp::Bytes> CameraMemory::ReadStack(std::span<const gencp::MemoryRange> ranges) {
+/// One exchange for several ranges, which must fit it, of a device that can do that.
+std::vector<gencp::Bytes> CameraMemory::ReadStackOnce(std::span<const gencp::MemoryRange> ranges,
+                                                      const Timing& timing) {
     CheckNothingPends();
     std::size_t total = 0;
     for (const auto& range : ranges)
         total += range.length;
     const std::string operation = fmt::format("reading {} ranges from 0x{:X}", ranges.size(), ranges.front().address);
     const auto answer =
-        m_exchanger.Run({gencp::kReadMemStacked, gencp::EncodeRanges(ranges), total, operation}, UsualTiming());
+        m_exchanger.Run({gencp::kReadMemStacked, gencp::EncodeRanges(ranges), total, operation}, timing);
     CheckLength(answer, total, operation);
     std::vector<gencp::Bytes> blocks;
     auto at = answer.begin();

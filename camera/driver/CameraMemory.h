@@ -27,6 +27,7 @@ public:
     gencp::Bytes Read(const gencp::Register& reg);
     std::vector<gencp::Bytes> ReadAll(std::span<const gencp::MemoryRange> ranges);
     gencp::Bytes ReadOnce(const gencp::MemoryRange& range, const Timing& timing);
+    std::vector<gencp::Bytes> ReadStackOnce(std::span<const gencp::MemoryRange> ranges, const Timing& timing);
 
     bool Write(std::uint64_t address, gencp::ByteView data);
     bool ContinueWrite();
@@ -38,7 +39,6 @@ public:
 private:
     std::size_t DataPerExchange(std::size_t overhead, std::size_t most) const;
     std::size_t StackFrom(std::span<const gencp::MemoryRange> ranges) const;
-    std::vector<gencp::Bytes> ReadStack(std::span<const gencp::MemoryRange> ranges);
     bool WriteRest();
 
     SerialLine& m_line;

@@ -16,9 +16,6 @@ namespace marlow {
 
 namespace {
 
-constexpr std::uint32_t kGenCpMajor = 1;
-constexpr unsigned kMajorShift = 16;
-
 // The driver's own register is asked for as a whole or not at all; it is no address of the camera.
 bool IsBaudRateRegister(std::uint64_t address, std::size_t length) {
     constexpr auto reg = gencp::kBaudRateRegister;
@@ -61,8 +58,23 @@ void Connection::Open(const DeviceRequest& request, Duration timeout, std::funct
     m_memory.SetTimeout(timeout);
     m_line.SetStopCheck(std::move(stopCheck));
     const auto known = m_known.Find(request);
+    RateFinder finder(m_line, m_exchanger, m_memory, m_logger);
+    if (known && finder.GoTo(known->rateFlag) && AnswersAsBefore(m_memory, known->facts))
+        m_facts = known->facts;
+    else
+        Search(finder, known, request);
+    m_changer.SetHasRegisters(m_facts.Has(gencp::capability::kSbrm));
+    m_line.SetStopCheck(nullptr);
+    m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
+    m_logger.Log(CLProtocol::CLP_LOG_INFO, "Found camera '{}' at {} baud", ShortDeviceId(),
+                 m_line.Rate().bitsPerSecond);
+}
+
+// The camera at any rate.
+void Connection::Search(RateFinder& finder, const std::optional<KnownCameras::Camera>& known,
+                        const DeviceRequest& request) {
     const RateHints hints{known ? std::optional(known->rateFlag) : std::nullopt, m_known.RateOf(m_serial)};
-    const std::uint32_t version = RateFinder(m_line, m_exchanger, m_memory, m_logger).Find(hints);
+    const std::uint32_t version = finder.Find(hints);
     if (version >> kMajorShift != kGenCpMajor)
         throw DriverError(CLProtocol::CLP_NO_DEVICE_FOUND,
                           fmt::format("A device answers, but its GenCP version is 0x{:08X}.", version));
@@ -72,11 +84,6 @@ void Connection::Open(const DeviceRequest& request, Duration timeout, std::funct
         m_facts = Identify(m_memory);
         CheckManufacturerAndRequest(request);
     }
-    m_changer.SetHasRegisters(m_facts.Has(gencp::capability::kSbrm));
-    m_line.SetStopCheck(nullptr);
-    m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
-    m_logger.Log(CLProtocol::CLP_LOG_INFO, "Found camera '{}' at {} baud", ShortDeviceId(),
-                 m_line.Rate().bitsPerSecond);
 }
 
 void Connection::CheckManufacturerAndRequest(const DeviceRequest& request) const {

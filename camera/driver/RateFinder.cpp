@@ -99,25 +99,38 @@ std::optional<std::uint32_t> RateFinder::TryAll(const std::vector<Attempt>& atte
     return std::nullopt;
 }
 
-// The version register, or nothing when there is no answer at that rate.
-std::optional<std::uint32_t> RateFinder::Try(const Attempt& attempt) {
-    const auto& rate = *gencp::FindBaudRateByFlag(attempt.flag);
+/**
+ * \brief Begin a connection at a baud rate
+ * \param[in] flag One of gencp::kBaudRates
+ * \return False when the serial library can't do it
+ */
+bool RateFinder::GoTo(std::uint32_t flag) {
+    if ((m_line.SupportedRates() & flag) == 0)
+        return false;
+    const auto& rate = *gencp::FindBaudRateByFlag(flag);
     try {
         m_line.SetRate(rate);
     } catch (const DriverError& error) {
         if (error.Code() != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
             throw;
         m_logger.Log(CLProtocol::CLP_LOG_WARN, "The serial library refuses {} baud", rate.bitsPerSecond);
-        return std::nullopt;
+        return false;
     }
     if (std::ranges::find(m_tried, rate.bitsPerSecond) == m_tried.end())
         m_tried.push_back(rate.bitsPerSecond);
     m_exchanger.Restart();
+    return true;
+}
+
+// The version register, or nothing when there is no answer at that rate.
+std::optional<std::uint32_t> RateFinder::Try(const Attempt& attempt) {
+    if (!GoTo(attempt.flag))
+        return std::nullopt;
     const Timing timing{m_memory.Timeout(), attempt.isPatient ? kPatience : kImpatience, kMargin, 0, std::nullopt};
     try {
         return gencp::Load32(m_memory.ReadOnce(kVersion, timing), 0);
     } catch (const NoAnswerError&) {
-        m_logger.Log(CLProtocol::CLP_LOG_DEBUG, "No answer at {} baud", rate.bitsPerSecond);
+        m_logger.Log(CLProtocol::CLP_LOG_DEBUG, "No answer at {} baud", m_line.Rate().bitsPerSecond);
         return std::nullopt;
     }
 }

@@ -27,6 +27,7 @@ public:
         : m_line(line), m_exchanger(exchanger), m_memory(memory), m_logger(logger) {}
 
     std::uint32_t Find(const RateHints& hints);
+    bool GoTo(std::uint32_t flag);
 
 private:
     struct Attempt {

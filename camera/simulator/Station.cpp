@@ -115,6 +115,7 @@ void Station::TakeFromLine(TimePoint now) {
         const std::uint32_t hostRate = m_line->HostBitsPerSecond();
         const std::uint32_t ownRate = m_device->BitsPerSecond();
         const std::uint32_t lineRate = hostRate == 0 ? ownRate : hostRate;
+        m_statistics.lineTime += gencp::TransferTime(count, lineRate);
         m_inputFree = m_options.paced ? std::max(m_inputFree, now) + gencp::TransferTime(count, lineRate) : now;
         if (m_options.faults.silent) {
             continue;
@@ -264,6 +265,7 @@ void Station::Carry(const Leaving& leaving, std::size_t begin, std::size_t end) 
     const auto bytes = gencp::ByteView(leaving.outgoing.packet).subspan(begin, end - begin);
     const std::uint32_t hostRate = m_line->HostBitsPerSecond();
     m_statistics.bytesOut += bytes.size();
+    m_statistics.lineTime += gencp::TransferTime(bytes.size(), m_device->BitsPerSecond());
     if (hostRate == m_device->BitsPerSecond()) {
         m_line->Send(bytes);
     } else {

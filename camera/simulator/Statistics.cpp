@@ -16,7 +16,9 @@ std::string Statistics::ToText() const {
     std::ostringstream text;
     text << "packets-in=" << packetsIn << " packets-out=" << packetsOut << " bytes-in=" << bytesIn
          << " bytes-out=" << bytesOut << " lost=" << lost << " damaged=" << damaged << " repeated=" << repeated
-         << " noise-bytes=" << noiseBytes << " executed=" << executed << " resent=" << resent;
+         << " noise-bytes=" << noiseBytes
+         << " line-us=" << std::chrono::duration_cast<std::chrono::microseconds>(lineTime).count()
+         << " executed=" << executed << " resent=" << resent;
     for (const auto& [address, count] : writes) {
         text << " write.0x" << std::hex << address << std::dec << "=" << count;
     }

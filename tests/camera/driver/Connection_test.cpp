@@ -100,11 +100,25 @@ TEST_F(ConnectionTest, AnotherCameraThanAskedForIsAFailure) {
               "The camera 'Marlow#Heron#H2048#other' answers at 9600 baud, not 'Marlow#Heron#H2048#21790042'.");
 }
 
-TEST_F(ConnectionTest, KnownCameraIsOpenedAgainWithTwoShortExchanges) {
+TEST_F(ConnectionTest, KnownCameraIsOpenedAgainWithOneShortExchange) {
     OpenedAs();
     camera.received.clear();
     OpenedAs("Marlow#Heron#H2048#21790042");
-    EXPECT_EQ(camera.received.size(), 2u);
+    EXPECT_EQ(camera.received.size(), 1u);
+}
+
+TEST_F(ConnectionTest, KnownCameraOfAnotherVersionIsNoCamera) {
+    OpenedAs();
+    camera.SetNumber(gencp::abrm::kGenCpVersion, 0x00020000);
+    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+}
+
+TEST_F(ConnectionTest, KnownCameraThatCantStackIsOpenedAgainWithThreeExchanges) {
+    camera.SetCapability(gencp::capability::kFamilyName);
+    OpenedAs();
+    camera.received.clear();
+    OpenedAs("Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(camera.received.size(), 3u);
 }
 
 TEST_F(ConnectionTest, KnownCameraIsFoundAtItsLastRateAtOnce) {

@@ -325,6 +325,15 @@ TEST_F(SimulatorTest, APacedLineTakesTheTimeOfItsBytes) {
     EXPECT_GE(steady_clock::now() - begin, onLine);
 }
 
+TEST_F(SimulatorTest, CountsTheTimeOnTheLineOfUnpacedBytes) {
+    Host host(Add("cam0", "baud=115200"), 115200);
+    host.Read(abrm::kGenCpVersion);
+    const Statistics figures = m_simulator.StatisticsOf("cam0");
+    const auto expected = TransferTime(28, 115200) + TransferTime(20, 115200);
+    EXPECT_LE(std::chrono::abs(figures.lineTime - expected), std::chrono::microseconds(1));
+    EXPECT_THAT(figures.ToText(), HasSubstr(" line-us=416"));
+}
+
 TEST_F(SimulatorTest, APacedAcknowledgeArrivesWhole) {
     Host host(Add("cam0", "paced=on,baud=921600"), 921600);
     const Bytes file = m_simulator.DescriptionFile("cam0");
