@@ -1,0 +1,132 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of the examples: each is run as a program, and says what it should
+ */
+
+#include <cstdio>
+
+#include "simulator/CameraRegisters.h"
+#include "tests/integration/Machine.h"
+
+namespace {
+
+using integration::Camera;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// A run of an example, whose output and errors come line by line.
+class Example {
+public:
+    explicit Example(const std::string& command)
+        : m_pipe(::popen((std::string(VANTO_EXAMPLES) + "/example-" + command + " 2>&1").c_str(), "r")) {}
+    ~Example() {
+        if (m_pipe != nullptr)
+            ::pclose(m_pipe);
+    }
+    Example(const Example&) = delete;
+    Example& operator=(const Example&) = delete;
+
+    // With its newline; empty at the end.
+    std::string ReadLine() {
+        std::string line;
+        for (int character = 0; character != '\n' && (character = std::fgetc(m_pipe)) != EOF;)
+            line += static_cast<char>(character);
+        return line;
+    }
+    std::string ReadAll() {
+        std::string text;
+        for (std::string line = ReadLine(); !line.empty(); line = ReadLine())
+            text += line;
+        return text;
+    }
+    int ExitCode() {
+        const int status = ::pclose(m_pipe);
+        m_pipe = nullptr;
+        return status >= 0 && (status & 0x7F) == 0 ? status >> 8 : -1;
+    }
+
+private:
+    std::FILE* m_pipe;
+};
+
+class Examples : public integration::Machine {
+protected:
+    Examples() { Add("cam0", Camera("21")); }
+
+    void ExpectClosed(const std::string& name = "cam0") const { EXPECT_EQ(simulator.BitsPerSecond(name), 9600u); }
+};
+
+TEST_F(Examples, ListsCameras) {
+    Add("cam1", Camera("22", "H4096"));
+    Example run("list");
+    EXPECT_THAT(run.ReadLine(), StartsWith("Marlow H2048 (21)  COM_Port#cam0|"));
+    EXPECT_THAT(run.ReadLine(), StartsWith("Marlow H4096 (22)  COM_Port#cam1|"));
+    EXPECT_EQ(run.ReadAll(), "2 cameras\n");
+    EXPECT_EQ(run.ExitCode(), 0);
+}
+
+TEST_F(Examples, SetsTheExposureTime) {
+    Add("cam1", Camera("22"));
+    Example run("set_exposure 2500 22");
+    EXPECT_EQ(run.ReadLine(), "Marlow H2048 (22)\n");
+    EXPECT_THAT(run.ReadLine(), StartsWith("from "));
+    EXPECT_EQ(run.ReadAll(), "to   2500 us\n");
+    EXPECT_EQ(run.ExitCode(), 0);
+    const auto& exposure = MarlowSim::registers::kExposureTime;
+    EXPECT_EQ(simulator.ReadRegister("cam1", exposure.address, exposure.length),
+              (std::vector<std::uint8_t>{0, 0, 0x61, 0xA8}));  // 25000 tenths
+    ExpectClosed("cam1");
+}
+
+TEST_F(Examples, RefusesAnExposureTimeOutOfRange) {
+    Example run("set_exposure 1e12");
+    EXPECT_THAT(run.ReadAll(), HasSubstr("must not be larger than 1e+06"));
+    EXPECT_EQ(run.ExitCode(), 1);
+    ExpectClosed();
+}
+
+TEST_F(Examples, TellsOfRemoval) {
+    Example run("removal_callback");
+    EXPECT_EQ(run.ReadLine(), "pull the cable\n");
+    EXPECT_THAT(run.ReadLine(), EndsWith(" C\n"));
+    simulator.Unplug("cam0");
+    EXPECT_THAT(run.ReadAll(), HasSubstr("Marlow H2048 (21) is gone\n"));
+    EXPECT_EQ(run.ExitCode(), 0);
+}
+
+TEST_F(Examples, ClosesThePortMeanwhile) {
+    Example run("auto_close");
+    EXPECT_EQ(run.ReadLine(), "Width is 2048\n");
+    EXPECT_EQ(run.ReadAll(), "Width is 2048 after the port was opened again\n");
+    EXPECT_EQ(run.ExitCode(), 0);
+    ExpectClosed();
+}
+
+TEST_F(Examples, TakesImages) {
+    Add("cam1", Camera("22"),
+        "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>");
+    simulator.Unplug("cam0");
+    Example run("grab 3");
+    EXPECT_THAT(run.ReadAll(), testing::ContainsRegex("image .*: 2048 x 2048, 4194304 bytes\n(.*\n)*image .*\n"
+                                                      "(.*\n)*image .*\n"));
+    EXPECT_EQ(run.ExitCode(), 0);
+    ExpectClosed("cam1");
+}
+
+TEST_F(Examples, TakeNoImagesWithoutAFrameGrabber) {
+    Example run("grab");
+    EXPECT_EQ(run.ReadAll(), "the camera's port names no frame grabber\n");
+    EXPECT_EQ(run.ExitCode(), 1);
+}
+
+TEST_F(Examples, SayWhenThereIsNoCamera) {
+    simulator.Unplug("cam0");
+    for (const char* command : {"set_exposure 2500", "removal_callback", "auto_close", "grab"}) {
+        Example run(command);
+        EXPECT_THAT(run.ReadAll(), HasSubstr("Cannot find device")) << command;
+        EXPECT_EQ(run.ExitCode(), 1) << command;
+    }
+}
+
+}  // namespace
