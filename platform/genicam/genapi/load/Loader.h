@@ -54,6 +54,8 @@ private:
     void LoadNested(const Nested& inner, const CNode& outer);
     void LoadNodeAttributes(pugi::xml_node element, CNode& node);
     void LoadProperty(pugi::xml_node element, ETag tag, CNode& node);
+    void CheckProperty(pugi::xml_node element, ETag tag, std::string_view text, const CNode& node);
+    void WarnAboutBlanks(std::string_view raw, std::size_t position, const CNode& node, std::string_view what);
     void LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node);
     bool EnterName(CNode& node, pugi::xml_node element);
     void Replace(CNode& node);
@@ -74,6 +76,7 @@ private:
     SourceText* m_source = nullptr;                      // the one that is being read
     std::vector<std::uint32_t> m_positions;              // of each property, in its source
     std::size_t m_injectedFrom = 0;                      // the first property of what is injected
+    std::uint32_t m_firstNode = 0;                       // of the description that is being read
     bool m_isInjected = false;
     std::string m_joined;   // the text of an element that comes in several pieces
     std::string m_decoded;  // a text without character references

@@ -59,6 +59,7 @@ void Loader::Read(std::string xml, const std::string& fileName, bool isInjected)
     m_sources.push_back(std::make_unique<SourceText>(std::move(xml), fileName));
     m_source = m_sources.back().get();
     m_isInjected = isInjected;
+    m_firstNode = static_cast<std::uint32_t>(m_map.m_nodes.size());
     if (isInjected)
         m_injectedFrom = m_map.m_properties.size();
     else

@@ -118,8 +118,13 @@ void Loader::LoadContent(pugi::xml_node element, CNode& node) {
         else
             nested.push_back({MakeNode(child, kind, &node).Index(), tag, child});
     }
-    for (const Nested& inner : nested)
-        Add(inner.tag, "", PositionOf(inner.element), inner.node);
+    // Parts of an address come before entries: who looks for another element stops at the first entry.
+    for (const bool isEntry : {false, true}) {
+        for (const Nested& inner : nested) {
+            if ((inner.tag == ETag::Nested) == isEntry)
+                Add(inner.tag, "", PositionOf(inner.element), inner.node);
+        }
+    }
     node.SetProperties(first, static_cast<std::uint32_t>(m_map.m_properties.size()) - first);
     for (const Nested& inner : nested)
         LoadNested(inner, node);
@@ -146,6 +151,7 @@ void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
             std::uint32_t length = 0;
             Store(raw, m_source->PositionOf(attribute.value()), text, length);
             node.SetName(text, length);
+            WarnAboutBlanks(raw, position, node, "The name");
         } else if (name == "NameSpace") {
             const auto nameSpace = ParseNameSpace(Trimmed(raw));
             if (!nameSpace)
@@ -169,8 +175,9 @@ void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
     if (tag == ETag::Extension)
         return;
     const std::string_view text = TextOf(element);
-    Add(tag, text,
-        text.empty() || text.data() == m_joined.data() ? PositionOf(element) : m_source->PositionOf(text.data()));
+    const bool hasPlace = !text.empty() && text.data() != m_joined.data();
+    Add(tag, text, hasPlace ? m_source->PositionOf(text.data()) : PositionOf(element));
+    CheckProperty(element, tag, text, node);
     if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
         tag == ETag::ImposedAccessMode)
         node.AddTraits(kHasAccessRules);
@@ -182,30 +189,53 @@ void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
         LoadPropertyAttributes(element, tag, node);
 }
 
+// What a file says in the wrong place or in words that do not exist would pass for something else.
+void Loader::CheckProperty(pugi::xml_node element, ETag tag, std::string_view text, const CNode& node) {
+    if (!HasElement(node.Kind(), tag))
+        Warn(wkUnknownElement, PositionOf(element), node.Name(),
+             std::string(NameOf(tag)) + " has no meaning in " + std::string(NameOf(node.Kind())));
+    const bool isText = IsFreeText(tag) || (tag == ETag::Value && node.Kind() == ENodeKind::String);
+    if (isText)
+        return;
+    WarnAboutBlanks(text, PositionOf(element), node, NameOf(tag));
+    if (!IsKnownWord(tag, Trimmed(text)))
+        Warn(wkBadValue, PositionOf(element), node.Name(),
+             std::string(NameOf(tag)) + " '" + Shortened(Trimmed(text)) + "' is not known");
+}
+
+void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, const CNode& node, std::string_view what) {
+    if (!raw.empty() && (IsBlank(raw.front()) || IsBlank(raw.back())))
+        Warn(wkSyntax, position, node.Name(), std::string(what) + " has blanks around it");
+}
+
 void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node) {
     for (const pugi::xml_attribute attribute : element.attributes()) {
         const std::string_view name = attribute.name();
         const std::size_t position = m_source->PositionOf(attribute.value());
         const bool isNamed = tag == ETag::pVariable || tag == ETag::Constant || tag == ETag::Expression;
+        const std::string_view value = attribute.value();
         if (name == "Name" && isNamed)
-            Add(ETag::AttributeName, attribute.value(), position);
+            Add(ETag::AttributeName, value, position);
         else if (name == "Index" && (tag == ETag::ValueIndexed || tag == ETag::pValueIndexed))
-            Add(ETag::AttributeIndex, attribute.value(), position);
+            Add(ETag::AttributeIndex, value, position);
         else if (name == "Offset" && tag == ETag::pIndex)
-            Add(ETag::AttributeOffset, attribute.value(), position);
+            Add(ETag::AttributeOffset, value, position);
         else if (name == "pOffset" && tag == ETag::pIndex)
-            Add(ETag::AttributePOffset, attribute.value(), position);
+            Add(ETag::AttributePOffset, value, position);
         else if (name.substr(0, 5) != "xmlns")
             Warn(wkUnknownAttribute, m_source->PositionOf(attribute.name()), node.Name(),
                  std::string(NameOf(tag)) + " has an unknown attribute " + Shortened(name));
+        WarnAboutBlanks(value, m_source->PositionOf(attribute.name()), node, name == "Name" ? "The name" : name);
     }
 }
 
 // False when the node gives way to another one of its name.
 bool Loader::EnterName(CNode& node, pugi::xml_node element) {
     const std::uint32_t hash = NameIndex::Hash(node.Name());
-    const std::uint32_t before =
-        m_map.m_names.Find(hash, [&](std::uint32_t index) { return m_map.m_nodes[index]->Name() == node.Name(); });
+    const std::uint32_t before = m_map.m_names.Find(hash, [&](std::uint32_t index) {
+        const CNode& held = *m_map.m_nodes[index];
+        return held.Name() == node.Name() && !held.Is(kReplaced);
+    });
     if (before == kNoNode) {
         m_map.m_names.Insert(hash, node.Index());
         return true;
@@ -216,11 +246,12 @@ bool Loader::EnterName(CNode& node, pugi::xml_node element) {
     };
     const std::int64_t own = priorityOf(node.Index());
     const std::int64_t other = priorityOf(before);
-    if (!m_isInjected)
+    const bool isOfThisDescription = before >= m_firstNode;
+    if (isOfThisDescription)
         Warn(wkDuplicateName, PositionOf(element), node.Name(),
              "There is already a node '" + Shortened(node.Name()) + "'");
     // Within one description the first one counts, between two of them the injected one.
-    if (own < other || (own == other && !m_isInjected))
+    if (own < other || (own == other && isOfThisDescription))
         return false;
     Replace(*m_map.m_nodes[before]);
     m_map.m_names.Replace(hash, before, node.Index());
@@ -229,9 +260,10 @@ bool Loader::EnterName(CNode& node, pugi::xml_node element) {
 
 void Loader::Replace(CNode& node) {
     node.AddTraits(kReplaced);
+    // While a description is read, only nodes within this one are known by number.
     for (const Property& property : node.Properties()) {
-        if (property.tag == ETag::Nested && property.node != kNoNode)
-            m_map.m_nodes[property.node]->AddTraits(kReplaced);
+        if (property.node != kNoNode)
+            Replace(*m_map.m_nodes[property.node]);
     }
 }
 

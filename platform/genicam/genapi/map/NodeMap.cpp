@@ -92,8 +92,9 @@ CNode* CNodeMap::FindUnqualified(std::string_view name) const {
 }
 
 CNode* CNodeMap::FindIndexed(std::string_view name) const noexcept {
-    const std::uint32_t found =
-        m_names.Find(NameIndex::Hash(name), [&](std::uint32_t index) { return m_nodes[index]->Name() == name; });
+    const std::uint32_t found = m_names.Find(NameIndex::Hash(name), [&](std::uint32_t index) {
+        return m_nodes[index]->Name() == name && !m_nodes[index]->Is(kReplaced);
+    });
     return found != kNoNode ? m_nodes[found] : nullptr;
 }
 

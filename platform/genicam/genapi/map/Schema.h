@@ -175,6 +175,29 @@ constexpr bool IsAttribute(ETag tag) noexcept {
     return tag >= ETag::AttributeName || tag == ETag::AttributePOffset;
 }
 
+/// True for elements of any text, in which blanks have no meaning or a meaning of their own.
+constexpr bool IsFreeText(ETag tag) noexcept {
+    switch (tag) {
+        case ETag::ToolTip:
+        case ETag::Description:
+        case ETag::DisplayName:
+        case ETag::DocuURL:
+        case ETag::EventID:
+        case ETag::Unit:
+        case ETag::ValidValueSet:
+        case ETag::Expression:
+        case ETag::Formula:
+        case ETag::FormulaTo:
+        case ETag::FormulaFrom:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// True when an element has a meaning below a node of a kind.
+bool HasElement(ENodeKind kind, ETag element) noexcept;
+
 /// The tag of an element below a node, Unknown when the schema lacks it.
 ETag TagOf(std::string_view element) noexcept;
 /// The kind of a node element, None when the schema lacks it.

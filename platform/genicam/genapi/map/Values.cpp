@@ -111,6 +111,38 @@ std::optional<ENameSpace> ParseNameSpace(std::string_view text) noexcept {
     return Find(kNameSpaces, text);
 }
 
+bool IsKnownWord(ETag element, std::string_view text) noexcept {
+    switch (element) {
+        case ETag::AccessMode:
+        case ETag::ImposedAccessMode:
+            return ParseAccessMode(text).has_value();
+        case ETag::Cachable:
+            return ParseCachingMode(text).has_value();
+        case ETag::Endianess:
+            return ParseEndianess(text).has_value();
+        case ETag::Sign:
+            return ParseSign(text).has_value();
+        case ETag::Visibility:
+        case ETag::ImposedVisibility:
+            return ParseVisibility(text).has_value();
+        case ETag::Representation:
+            return ParseRepresentation(text).has_value();
+        case ETag::DisplayNotation:
+            return ParseDisplayNotation(text).has_value();
+        case ETag::Slope:
+            return ParseSlope(text).has_value();
+        case ETag::Streamable:
+        case ETag::IsDeprecated:
+        case ETag::IsLinear:
+        case ETag::IsSelfClearing:
+        case ETag::SwapEndianess:
+        case ETag::CacheChunkData:
+            return ParseYesNo(text).has_value();
+        default:
+            return true;
+    }
+}
+
 std::string IntegerToText(std::int64_t value, ERepresentation representation) {
     switch (representation) {
         case HexNumber:

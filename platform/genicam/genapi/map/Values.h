@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "GenApi/Types.h"
+#include "map/Schema.h"
 
 namespace GenApi {
 
@@ -22,6 +23,8 @@ std::optional<EDisplayNotation> ParseDisplayNotation(std::string_view text) noex
 std::optional<ESlope> ParseSlope(std::string_view text) noexcept;
 std::optional<bool> ParseYesNo(std::string_view text) noexcept;
 std::optional<ENameSpace> ParseNameSpace(std::string_view text) noexcept;
+/// False when the text of an element must be one of some words and is none of them.
+bool IsKnownWord(ETag element, std::string_view text) noexcept;
 
 /// An integer as its representation writes it.
 std::string IntegerToText(std::int64_t value, ERepresentation representation);

@@ -196,4 +196,14 @@ TEST_F(IntegerRegister, IsARegister) {
     EXPECT_THROW(Bytes("A")->Get(nullptr, 3), OutOfRangeException);
 }
 
+TEST_F(IntegerRegister, AFormulaBehindTheEntriesOfAStructureCountsForItsAddress) {
+    Load(
+        "<StructReg Comment='S'><Address>0x100</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort><StructEntry Name='E'><LSB>0</LSB><MSB>7</MSB></StructEntry>"
+        "<IntSwissKnife><Formula>0x20</Formula></IntSwissKnife></StructReg>");
+    port.PutLittle(0x120, 9, 4);
+    EXPECT_EQ(Integer("E")->GetValue(), 9);
+    EXPECT_EQ(Bytes("E")->GetAddress(), 0x120);
+}
+
 }  // namespace genapitest

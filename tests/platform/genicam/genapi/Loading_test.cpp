@@ -609,4 +609,35 @@ TEST_F(Loading, InjectsFromFiles) {
     EXPECT_THROW(map._LoadXMLFromStringInject(Describe("").c_str(), "<Integer"), RuntimeException);
 }
 
+TEST_F(Loading, OfTwoInjectedNodesOfOneNameTheFirstCounts) {
+    map._LoadXMLFromStringInject(
+        Describe("<Integer Name='A'><Value>1</Value></Integer>").c_str(),
+        "<Integer Name='A'><Value>2</Value></Integer><Integer Name='A'><Value>3</Value></Integer>");
+    EXPECT_EQ(Integer("A")->GetValue(), 2);
+    EXPECT_EQ(Warnings(wkDuplicateName), 1);
+}
+
+// What lies within a replaced node goes with it.
+TEST_F(Loading, NodesWithinAReplacedNodeAreGone) {
+    map._LoadXMLFromStringInject(
+        Describe("<ConfRom Name='Rom'><Address>0</Address><Length>64</Length><pPort>Device</pPort>"
+                 "<IntKey Name='Key'>1</IntKey><IntSwissKnife Name='At'><Formula>0</Formula></IntSwissKnife></ConfRom>"
+                 "<Integer Name='User'><pValue>Key</pValue></Integer>")
+            .c_str(),
+        "<Integer Name='Rom'><Value>1</Value></Integer>");
+    EXPECT_EQ(map._GetNode("Key"), nullptr);
+    EXPECT_EQ(map._GetNode("At"), nullptr);
+    EXPECT_EQ(Mode("User"), NI);
+    EXPECT_EQ(Warnings(wkDanglingReference), 1);
+}
+
+TEST_F(Loading, ANameWithinAReplacedNodeIsFree) {
+    map._LoadXMLFromStringInject(
+        Describe("<ConfRom Name='Rom'><Address>0</Address><Length>64</Length><pPort>Device</pPort>"
+                 "<IntKey Name='Key'><Key>1</Key></IntKey></ConfRom>")
+            .c_str(),
+        "<Integer Name='Rom'><Value>1</Value></Integer><Integer Name='Key'><Value>7</Value></Integer>");
+    EXPECT_EQ(Integer("Key")->GetValue(), 7);
+}
+
 }  // namespace genapitest

@@ -100,4 +100,39 @@ TEST_F(Tolerance, EntriesAreFoundWhereverTheUnderscoresStand) {
     EXPECT_EQ(map._GetNode("EnumEntry_"), nullptr);
 }
 
+TEST_F(Tolerance, BlanksAroundNamesAndValuesAreToldOnceEach) {
+    Load(
+        "<Category Name='Root'><pFeature> A </pFeature></Category><Integer Name=' A '><Value> 1 </Value>"
+        "<ToolTip> Some text </ToolTip></Integer><String Name='S'><Value> text </Value></String>");
+    EXPECT_EQ(Integer("A")->GetValue(), 1);
+    const WarningList_t warnings = map._GetWarnings();
+    ASSERT_EQ(warnings.size(), 3U);
+    EXPECT_EQ(warnings[0].Message, "pFeature has blanks around it");
+    EXPECT_EQ(warnings[1].Message, "The name has blanks around it");
+    EXPECT_EQ(warnings[2].Message, "Value has blanks around it");
+    for (const Warning& warning : warnings)
+        EXPECT_GT(warning.Column, 1U);
+}
+
+TEST_F(Tolerance, ElementsInTheWrongPlaceAreTold) {
+    Load(
+        "<Integer Name='B'><Formula>1+1</Formula><Symbolic>x</Symbolic><Value>1</Value></Integer>"
+        "<Float Name='C'><Value>1</Value><pFeature>B</pFeature><Bit>1</Bit></Float>"
+        "<IntSwissKnife Name='S'><Formula>1</Formula><Address>0</Address></IntSwissKnife>");
+    EXPECT_EQ(Warnings(wkUnknownElement), 5);
+    EXPECT_EQ(map._GetWarnings()[0].Message, "Formula has no meaning in Integer");
+    EXPECT_EQ(Integer("B")->GetValue(), 1);
+}
+
+TEST_F(Tolerance, WordsThatDoNotExistAreTold) {
+    Load(
+        "<IntReg Name='A'><Visibility>Begginer</Visibility><Address>0</Address><Length>4</Length>"
+        "<AccessMode>rw</AccessMode><pPort>Device</pPort><Cachable>Yes</Cachable><Sign>signed</Sign>"
+        "<Endianess>Big</Endianess><Representation>Hex</Representation><Streamable>maybe</Streamable></IntReg>"
+        "<Converter Name='C'><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>A</pValue>"
+        "<Slope>Up</Slope><DisplayNotation>Short</DisplayNotation></Converter>");
+    EXPECT_EQ(Warnings(wkBadValue), 9);
+    EXPECT_EQ(map._GetWarnings()[1].Message, "AccessMode 'rw' is not known");
+}
+
 }  // namespace genapitest
