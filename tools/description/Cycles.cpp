@@ -28,7 +28,7 @@ Edges EdgesOf(const DescriptionModel& model, Wanted wanted) {
     Edges edges(model.Nodes().size());
     for (std::size_t index = 0; index < edges.size(); ++index)
         for (const NodeElement& element : model.Nodes()[index].elements)
-            if (const DescribedNode* target = wanted(element.name) ? model.Find(element.text) : nullptr)
+            if (const DescribedNode* target = wanted(element.name) ? model.TargetOf(element) : nullptr)
                 edges[index].push_back(model.IndexOf(*target));
     return edges;
 }
@@ -94,12 +94,11 @@ void Report(std::vector<Finding>& findings, const DescriptionModel& model, const
     for (const std::vector<std::size_t>& circle : CircleFinder(edges).Find()) {
         std::string names;
         for (std::size_t index = 0; index < std::min(circle.size(), kMostNames); ++index)
-            names += Printable(model.Nodes()[circle[index]].name) + " -> ";
+            names += ShownName(model.Nodes()[circle[index]]) + " -> ";
         if (circle.size() > kMostNames)
             names += "... -> ";
         const DescribedNode& first = model.Nodes()[circle.front()];
-        findings.push_back(
-            {Severity::kError, first.place, fmt::format("{}: {}{}", what, names, Printable(first.name)), {}});
+        findings.push_back({Severity::kError, first.place, fmt::format("{}: {}{}", what, names, ShownName(first)), {}});
     }
 }
 

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <zip.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <memory>
@@ -31,16 +32,33 @@ struct CloseEntry {
     throw ToolError(fmt::format("can't read '{}': {}", path.string(), reason));
 }
 
-/// The text of the first file in an archive: descriptions are zipped one by one.
+/// The first XML file in an archive, as the node-map engine takes it; notes may lie beside it. -1 for none.
+zip_int64_t FindXml(zip_t* archive) {
+    for (zip_int64_t index = 0; index < zip_get_num_entries(archive, 0); ++index) {
+        const char* name = zip_get_name(archive, static_cast<zip_uint64_t>(index), 0);
+        if (name == nullptr)
+            continue;
+        std::string end = std::filesystem::path(name).extension().string();
+        std::transform(end.begin(), end.end(), end.begin(),
+                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+        if (end == ".xml")
+            return index;
+    }
+    return -1;
+}
+
+/// The text of the description in an archive.
 std::string Unpacked(const std::filesystem::path& path) {
     int error = 0;
     const std::unique_ptr<zip_t, CloseArchive> archive(zip_open(path.c_str(), ZIP_RDONLY, &error));
+    const zip_int64_t found = archive != nullptr ? FindXml(archive.get()) : -1;
+    const auto index = static_cast<zip_uint64_t>(found);
     zip_stat_t status{};
-    if (archive == nullptr || zip_stat_index(archive.get(), 0, 0, &status) != 0)
+    if (found < 0 || zip_stat_index(archive.get(), index, 0, &status) != 0)
         Fail(path, "it is no ZIP file that holds a description");
     if ((status.valid & ZIP_STAT_SIZE) == 0 || status.size > kLargest)
         Fail(path, "it holds a file that is larger than 256 MiB");
-    const std::unique_ptr<zip_file_t, CloseEntry> file(zip_fopen_index(archive.get(), 0, 0));
+    const std::unique_ptr<zip_file_t, CloseEntry> file(zip_fopen_index(archive.get(), index, 0));
     std::string text(status.size, '\0');
     if (file == nullptr || zip_fread(file.get(), text.data(), text.size()) != static_cast<zip_int64_t>(text.size()))
         Fail(path, "its content is damaged");

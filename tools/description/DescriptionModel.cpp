@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <pugixml.hpp>
 
 #include "app/ExitCode.h"
@@ -49,7 +50,22 @@ private:
     std::uint64_t m_column = 1;
 };
 
-bool IsGroup(std::string_view kind) {
+/// The name of an element without the prefix of a name space ("g:Category").
+std::string_view LocalName(std::string_view name) {
+    const std::size_t colon = name.find(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+/// Kinds that a formula of an address may lie in.
+bool IsRegisterKind(std::string_view kind) {
+    constexpr std::array<std::string_view, 10> kKinds{"IntReg",         "MaskedIntReg", "FloatReg", "StringReg",
+                                                      "Register",       "StructReg",    "ConfRom",  "StructEntry",
+                                                      "AdvFeatureLock", "SmartFeature"};
+    return std::find(kKinds.begin(), kKinds.end(), kind) != kKinds.end();
+}
+
+bool IsGroup(std::string_view element) {
+    const std::string_view kind = LocalName(element);
     return kind == "Group" || kind == "RegisterDescription";
 }
 
@@ -94,49 +110,76 @@ private:
 
     std::size_t ReadNode(const pugi::xml_node& xml) {
         const std::size_t index = m_model.m_nodes.size();
-        m_model.m_nodes.push_back(
-            {xml.name(), std::string(Trimmed(xml.attribute("Name").value())), PlaceOf(xml), {}, {}});
+        m_model.m_nodes.push_back({std::string(LocalName(xml.name())),
+                                   std::string(Trimmed(xml.attribute("Name").value())),
+                                   PlaceOf(xml),
+                                   {},
+                                   {}});
+        const bool isEntry = m_model.m_nodes[index].kind == "EnumEntry";
         const std::string& name = m_model.m_nodes[index].name;
-        if (!name.empty())
+        // Entries of several enumerations may have one name, so they are not found by it.
+        if (!name.empty() && !isEntry)
             m_model.m_byName.try_emplace(name, index);
         for (const pugi::xml_node& child : xml.children())
             if (child.type() == pugi::node_element)
                 ReadChild(index, child);
+        InheritElements(index);
         return index;
     }
 
     void ReadChild(std::size_t index, const pugi::xml_node& child) {
-        const std::string_view name = child.name();
-        if (name == "StructEntry") {
-            // An entry of a structure is a node that takes what it lacks from the structure.
+        const std::string_view name = LocalName(child.name());
+        const std::string kind = m_model.m_nodes[index].kind;
+        if (name == "StructEntry" && kind == "StructReg") {
+            m_entries.push_back({index, ReadNode(child)});
+        } else if (name == "EnumEntry" && kind == "Enumeration") {
             const std::size_t entry = ReadNode(child);
-            const std::vector<NodeElement>& common = m_model.m_nodes[index].elements;
-            std::vector<NodeElement>& own = m_model.m_nodes[entry].elements;
-            own.insert(own.end(), common.begin(), common.end());
-            return;
-        }
-        if (name == "EnumEntry") {
-            // Entries of several enumerations may have one name, so they are not found by it.
-            const std::size_t entry = m_model.m_nodes.size();
-            m_model.m_nodes.push_back(
-                {child.name(), std::string(Trimmed(child.attribute("Name").value())), PlaceOf(child), {}, {}});
-            for (const pugi::xml_node& element : child.children())
-                if (element.type() == pugi::node_element)
-                    AddElement(entry, element);
             m_model.m_nodes[index].entries.push_back(entry);
-            return;
+            m_model.m_byName.try_emplace("EnumEntry_" + m_model.m_nodes[index].name + "_" + m_model.m_nodes[entry].name,
+                                         entry);
+        } else if ((name == "IntKey" || name == "TextDesc") && kind == "ConfRom") {
+            AddNested(ReadNode(child), "p1212Parser", index);
+        } else if ((name == "IntSwissKnife" || name == "IntConverter") && IsRegisterKind(kind)) {
+            AddNested(index, "pAddress", ReadNode(child));
+        } else {
+            AddElement(index, child);
         }
-        AddElement(index, child);
+    }
+
+    /// What lies within a node refers to it, or it to that, without a name.
+    void AddNested(std::size_t from, const char* element, std::size_t to) {
+        const std::size_t inner = std::max(from, to);
+        m_model.m_nodes[from].elements.push_back(
+            {element, m_model.m_nodes[to].name, m_model.m_nodes[inner].place, to, false});
+    }
+
+    /// An entry of a structure takes what it lacks from the structure, wherever that stands.
+    void InheritElements(std::size_t structure) {
+        while (!m_entries.empty() && m_entries.back().structure == structure) {
+            std::vector<NodeElement>& own = m_model.m_nodes[m_entries.back().entry].elements;
+            for (NodeElement element : m_model.m_nodes[structure].elements) {
+                element.isInherited = true;
+                own.push_back(std::move(element));
+            }
+            m_entries.pop_back();
+        }
     }
 
     void AddElement(std::size_t index, const pugi::xml_node& element) {
         m_model.m_nodes[index].elements.push_back(
-            {element.name(), std::string(Trimmed(element.child_value())), PlaceOf(element)});
+            {std::string(LocalName(element.name())), std::string(Trimmed(element.child_value())), PlaceOf(element)});
         // <pIndex Offset=".." pOffset="Node">: an attribute that refers to a node.
         if (const pugi::xml_attribute offset = element.attribute("pOffset"))
-            m_model.m_nodes[index].elements.push_back({"pOffset", offset.value(), PlaceOf(element)});
+            m_model.m_nodes[index].elements.push_back(
+                {"pOffset", std::string(Trimmed(offset.value())), PlaceOf(element)});
     }
 
+    struct Entry {
+        std::size_t structure;
+        std::size_t entry;
+    };
+
+    std::vector<Entry> m_entries;  // of the structure that is being read
     DescriptionModel& m_model;
     Places m_places;
 };
@@ -165,7 +208,7 @@ DescriptionModel::DescriptionModel(const std::string& text) {
         const Place place = Places(text).At(result.offset);
         throw ToolError(fmt::format("line {}, column {}: {}", place.line, place.column, result.description()));
     }
-    if (std::string_view(document.document_element().name()) != "RegisterDescription")
+    if (LocalName(document.document_element().name()) != "RegisterDescription")
         throw ToolError("this is no camera description: its root is not RegisterDescription");
     DescriptionReader(*this, text).Read(document);
 }
@@ -178,8 +221,19 @@ const DescribedNode* DescriptionModel::Find(std::string_view name) const {
     return found != m_byName.end() ? &m_nodes[found->second] : nullptr;
 }
 
+const DescribedNode* DescriptionModel::TargetOf(const NodeElement& element) const {
+    if (element.nested != NodeElement::kByName)
+        return &m_nodes[element.nested];
+    return IsReference(element.name) ? Find(element.text) : nullptr;
+}
+
 std::size_t DescriptionModel::IndexOf(const DescribedNode& node) const {
     return static_cast<std::size_t>(&node - m_nodes.data());
+}
+
+std::string ShownName(const DescribedNode& node) {
+    return node.name.empty() ? fmt::format("{} (line {})", Printable(node.kind), node.place.line)
+                             : Printable(node.name);
 }
 
 bool IsReference(std::string_view element) {

@@ -16,9 +16,13 @@ namespace tools {
 
 /// One element inside a node: "pValue" with the name of another node, "Unit" with a text.
 struct NodeElement {
+    static constexpr std::size_t kByName = static_cast<std::size_t>(-1);
+
     std::string name;
     std::string text;
     Place place;
+    std::size_t nested = kByName;  ///< of a node that lies within this one: its index
+    bool isInherited = false;      ///< of an entry: it stands in the structure around it
 };
 
 /// One node of the description.
@@ -41,6 +45,8 @@ public:
     const std::vector<DescribedNode>& Nodes() const noexcept { return m_nodes; }
     const std::map<std::string, std::string>& Attributes() const noexcept { return m_attributes; }
     const DescribedNode* Find(std::string_view name) const;
+    /// The node that an element refers to or stands for; null when it is no reference or there is none.
+    const DescribedNode* TargetOf(const NodeElement& element) const;
     std::size_t IndexOf(const DescribedNode& node) const;
 
 private:
@@ -53,6 +59,9 @@ private:
 
 /// Whether an element's text names another node: "pValue", "pIsAvailable" ...
 bool IsReference(std::string_view element);
+
+/// A name for messages; a node within another one may have none of its own.
+std::string ShownName(const DescribedNode& node);
 
 std::string ReadDescriptionText(const std::filesystem::path& path);
 

@@ -22,6 +22,11 @@ Severity SeverityOf(GenApi::EWarningKind kind) {
     }
 }
 
+/// An entry of a structure can't be used when a reference of the structure leads nowhere.
+bool IsAboutADanglingReference(const GenApi::Warning& warning) {
+    return warning.Kind == GenApi::wkUnusableNode && warning.Message.view().ends_with("which does not exist");
+}
+
 /// Has the engine look at each node, so that it finds out which ones it can't use.
 void TryAllNodes(const GenApi::CNodeMapRef& map) {
     GenApi::NodeList_t nodes;
@@ -50,7 +55,7 @@ std::vector<Finding> FindEngineComplaints(const DescriptionModel& model, const s
     TryAllNodes(map);
     for (const GenApi::Warning& warning : map._GetWarnings()) {
         // Dangling references are found here with their own place and a suggestion.
-        if (warning.Kind == GenApi::wkDanglingReference)
+        if (warning.Kind == GenApi::wkDanglingReference || IsAboutADanglingReference(warning))
             continue;
         Place place{warning.Line, warning.Column};
         const DescribedNode* node = model.Find(warning.Node.view());

@@ -48,7 +48,8 @@ std::string AccessOf(const DescriptionModel& model, const DescribedNode& start) 
             return "RO";
         if (node->kind == "Command")
             access = Combined(access, "WO");
-        if (node->kind == "SwissKnife" || node->kind == "IntSwissKnife")
+        if (node->kind == "SwissKnife" || node->kind == "IntSwissKnife" || node->kind == "IntKey" ||
+            node->kind == "TextDesc")
             access = Combined(access, "RO");
         if (const NodeElement* imposed = node->Find("ImposedAccessMode"))
             access = Combined(access, imposed->text);
@@ -62,21 +63,44 @@ std::string AccessOf(const DescriptionModel& model, const DescribedNode& start) 
     return access;
 }
 
+/// The node whose range and unit count where a node has none itself: the one that its value comes from unchanged.
+const DescribedNode* Behind(const DescriptionModel& model, const DescribedNode& node) {
+    const bool passesOn = node.kind == "Integer" || node.kind == "Float";
+    const NodeElement* value = passesOn ? node.Find("pValue") : nullptr;
+    return value != nullptr ? model.TargetOf(*value) : nullptr;
+}
+
+/// The nearest node of the chain that has one of both elements.
+const DescribedNode* Owner(const DescriptionModel& model, const DescribedNode& start, const std::string& constant,
+                           const std::string& reference) {
+    const DescribedNode* node = &start;
+    for (int link = 0; node != nullptr && link < kLongestChain; ++link, node = Behind(model, *node))
+        if (node->Find(constant) != nullptr || node->Find(reference) != nullptr)
+            return node;
+    return nullptr;
+}
+
 /// A limit: a number of the file, or the name of the node that knows it.
-std::string LimitOf(const DescriptionModel& model, const DescribedNode& node, const std::string& name) {
-    if (const NodeElement* constant = node.Find(name))
-        return constant->text;
-    const NodeElement* reference = node.Find("p" + name);
-    if (reference == nullptr)
+std::string LimitOf(const DescriptionModel& model, const DescribedNode& start, const std::string& name) {
+    const DescribedNode* node = Owner(model, start, name, "p" + name);
+    if (node == nullptr)
         return {};
-    const DescribedNode* target = model.Find(reference->text);
+    const NodeElement* reference = node->Find("p" + name);
+    if (reference == nullptr)
+        return node->Text(name);
+    const DescribedNode* target = model.TargetOf(*reference);
     const NodeElement* value = target != nullptr ? target->Find("Value") : nullptr;
     return value != nullptr && target->Find("pValue") == nullptr ? value->text : reference->text;
 }
 
+std::string UnitOf(const DescriptionModel& model, const DescribedNode& start) {
+    const DescribedNode* node = Owner(model, start, "Unit", "Unit");
+    return node != nullptr ? node->Text("Unit") : std::string();
+}
+
 }  // namespace
 
-/// Collects what the file says of a feature. Limits are the feature's own, not those of the node of its value.
+/// Collects what the file says of a feature: of itself and, where it says nothing, of the node of its value.
 FeatureFacts FactsOf(const DescriptionModel& model, const DescribedNode& node) {
     FeatureFacts facts;
     facts.interfaceName = InterfaceOf(node);
@@ -84,7 +108,7 @@ FeatureFacts FactsOf(const DescriptionModel& model, const DescribedNode& node) {
     facts.minimum = LimitOf(model, node, "Min");
     facts.maximum = LimitOf(model, node, "Max");
     facts.increment = LimitOf(model, node, "Inc");
-    facts.unit = node.Text("Unit");
+    facts.unit = UnitOf(model, node);
     facts.visibility = node.Find("Visibility") != nullptr ? node.Text("Visibility") : "Beginner";
     facts.documentation = node.Find("Description") != nullptr ? node.Text("Description") : node.Text("ToolTip");
     for (const std::size_t entry : node.entries)

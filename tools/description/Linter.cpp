@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kRoot = "Root";
 
 std::string Label(const DescribedNode& node) {
-    return fmt::format("{} '{}'", node.kind, Printable(node.name));
+    return node.name.empty() ? ShownName(node) : fmt::format("{} '{}'", node.kind, Printable(node.name));
 }
 
 /// Likeness is looked for only among so many names: each comparison takes time.
@@ -54,7 +54,7 @@ std::vector<bool> Reached(const DescriptionModel& model, std::size_t root) {
         for (const std::size_t entry : node.entries)
             visit(entry);
         for (const NodeElement& element : node.elements)
-            if (const DescribedNode* target = IsReference(element.name) ? model.Find(element.text) : nullptr)
+            if (const DescribedNode* target = model.TargetOf(element))
                 visit(model.IndexOf(*target));
     }
     return reached;
@@ -68,7 +68,8 @@ std::vector<Finding> FindDanglingReferences(const DescriptionModel& model) {
     std::vector<std::string> names;
     for (const DescribedNode& node : model.Nodes()) {
         for (const NodeElement& element : node.elements) {
-            if (!IsReference(element.name) || model.Find(element.text) != nullptr)
+            // What a structure says wrongly is told once, not for each of its entries.
+            if (!IsReference(element.name) || element.isInherited || model.TargetOf(element) != nullptr)
                 continue;
             if (names.empty())
                 names = AllNames(model);
@@ -91,7 +92,7 @@ std::vector<Finding> FindUnreachableNodes(const DescriptionModel& model) {
     std::vector<bool> serves(reached.size(), false);
     for (std::size_t index = 0; index < reached.size(); ++index)
         for (const NodeElement& element : model.Nodes()[index].elements)
-            if (const DescribedNode* target = IsReference(element.name) ? model.Find(element.text) : nullptr;
+            if (const DescribedNode* target = model.TargetOf(element);
                 target != nullptr && !reached[index] && model.IndexOf(*target) != index)
                 serves[model.IndexOf(*target)] = true;
     std::vector<Finding> findings;

@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <zip.h>
+
+#include <cstring>
 
 #include "app/ExitCode.h"
 #include "description/FeatureFacts.h"
@@ -126,6 +129,53 @@ TEST(DescriptionFile, RefusesWhatOnlyLooksZipped) {
 TEST(DescriptionFile, RefusesAFolder) {
     const TemporaryFolder folder;
     EXPECT_THROW(ReadDescriptionText(folder.Path()), ToolError);
+}
+
+TEST(DescriptionModel, ReadsPrefixedElements) {
+    const DescriptionModel model(
+        "<g:RegisterDescription xmlns:g='http://www.genicam.org/GenApi/Version_1_1'><g:Group><g:Integer Name='A'>"
+        "<g:Value>1</g:Value></g:Integer></g:Group></g:RegisterDescription>");
+    ASSERT_NE(model.Find("A"), nullptr);
+    EXPECT_EQ(model.Find("A")->kind, "Integer");
+    EXPECT_EQ(model.Find("A")->Text("Value"), "1");
+}
+
+TEST(DescriptionModel, GivesEntriesWhatStandsBehindThem) {
+    const DescriptionModel model =
+        Model("<StructReg><StructEntry Name='A'><Bit>1</Bit></StructEntry><Length>4</Length></StructReg>");
+    EXPECT_EQ(model.Find("A")->Text("Length"), "4");
+}
+
+TEST(FeatureFacts, TakesRangeAndUnitFromTheNodeBehind) {
+    const FeatureFacts facts = FactsOfA(
+        "<Float Name='A'><pValue>B</pValue><Max>3</Max></Float>"
+        "<Float Name='B'><pValue>C</pValue><pMin>M</pMin><Max>5</Max></Float>"
+        "<Float Name='C'><Value>1</Value><Min>1</Min><Unit>us</Unit></Float><Float Name='M'><Value>2</Value></Float>");
+    EXPECT_EQ(RangeText(facts), "2 .. 3 us");
+}
+
+TEST(FeatureFacts, TakesNoRangeThroughAConverter) {
+    const FeatureFacts facts = FactsOfA(
+        "<Float Name='A'><pValue>B</pValue></Float><Converter Name='B'><pValue>C</pValue><Unit>ms</Unit>"
+        "</Converter><Float Name='C'><Value>1</Value><Min>1</Min><Max>5</Max><Unit>us</Unit></Float>");
+    EXPECT_EQ(RangeText(facts), "ms");
+}
+
+TEST(FeatureFacts, KnowsThatKeysOfARomCannotBeWritten) {
+    EXPECT_EQ(FactsOfA("<IntKey Name='A'><p1212Parser>R</p1212Parser><Key>1</Key></IntKey>").access, "RO");
+    EXPECT_EQ(FactsOfA("<ConfRom Name='R'><TextDesc Name='A'><Key>1</Key></TextDesc></ConfRom>").access, "RO");
+}
+
+TEST(DescriptionFile, TakesTheFirstXmlFileOfAnArchive) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.Path() / "x.zip";
+    zip_t* archive = zip_open(path.c_str(), ZIP_CREATE, nullptr);
+    ASSERT_NE(archive, nullptr);
+    for (const auto& [name, text] :
+         {std::pair("readme.txt", "notes"), std::pair("camera.XML", "<first/>"), std::pair("other.xml", "<second/>")})
+        ASSERT_GE(zip_file_add(archive, name, zip_source_buffer(archive, text, std::strlen(text), 0), 0), 0);
+    ASSERT_EQ(zip_close(archive), 0);
+    EXPECT_EQ(ReadDescriptionText(path), "<first/>");
 }
 
 }  // namespace

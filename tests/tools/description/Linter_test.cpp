@@ -118,4 +118,70 @@ TEST(Linter, ReportsWhatIsNoDescription) {
     EXPECT_THAT(LintDescription("<html/>")[0].text, HasSubstr("root is not RegisterDescription"));
 }
 
+/// A register whose address is a formula within it.
+std::string Moving(const std::string& formula) {
+    return "<IntReg Name=\"A\"><Address>0</Address>\n" + formula +
+           "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign>"
+           "<Endianess>BigEndian</Endianess></IntReg>";
+}
+
+std::string TextsOf(const Findings& findings) {
+    std::string texts;
+    for (const Finding& finding : findings)
+        texts += std::to_string(finding.place.line) + ": " + finding.text + "\n";
+    return texts;
+}
+
+TEST(Linter, FindsADanglingReferenceInTheFormulaOfAnAddress) {
+    const Findings findings = LintDescription(Describe(
+        Moving("<IntSwissKnife><pVariable Name=\"X\">Nowhere</pVariable><Formula>X</Formula></IntSwissKnife>")));
+    EXPECT_THAT(TextsOf(findings), HasSubstr("5: pVariable of IntSwissKnife (line 5) refers to 'Nowhere'"));
+}
+
+TEST(Linter, FindsACircleThroughTheFormulaOfAnAddress) {
+    const DescriptionModel model(
+        Describe(Moving("<IntSwissKnife><pVariable Name=\"X\">A</pVariable><Formula>X</Formula></IntSwissKnife>")));
+    const std::vector<Finding> findings = FindCycles(model);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].text, "a value or access rule depends on itself: A -> IntSwissKnife (line 5) -> A");
+}
+
+TEST(Linter, ReachesWhatOnlyTheFormulaOfAnAddressUses) {
+    const Findings findings = LintDescription(Describe(
+        Moving(
+            "<IntSwissKnife Name=\"Inner\"><pVariable Name=\"X\">B</pVariable><Formula>X</Formula></IntSwissKnife>") +
+        "<Integer Name=\"B\"><Value>1</Value></Integer>"));
+    EXPECT_EQ(TextsOf(findings), "");
+}
+
+TEST(Linter, KnowsEntriesByTheNameOfTheirEnumeration) {
+    const Findings findings = LintDescription(
+        Describe("<IntSwissKnife Name=\"A\"><pVariable Name=\"M\">EnumEntry_E_Mono</pVariable><Formula>M</Formula>"
+                 "</IntSwissKnife><Enumeration Name=\"E\"><EnumEntry Name=\"Mono\"><Value>1</Value></EnumEntry>"
+                 "<Value>1</Value></Enumeration>",
+                 "<pFeature>A</pFeature><pFeature>E</pFeature>"));
+    EXPECT_EQ(TextsOf(findings), "");
+}
+
+TEST(Linter, TellsADanglingReferenceOfAStructureOnce) {
+    for (const std::string reference : {"<pInvalidator>Nowhere</pInvalidator>", "<pAddress>Nowhere</pAddress>"}) {
+        const Findings findings = LintDescription(
+            Describe("<StructReg Comment=\"s\"><Address>0</Address>" + reference +
+                         "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+                         "<Endianess>BigEndian</Endianess><StructEntry Name=\"A\"><Bit>1</Bit></StructEntry>"
+                         "<StructEntry Name=\"B\"><Bit>2</Bit></StructEntry></StructReg>",
+                     "<pFeature>A</pFeature><pFeature>B</pFeature>"));
+        EXPECT_EQ(findings.size(), 1U) << TextsOf(findings);
+    }
+}
+
+TEST(Linter, KnowsTheKeysOfAConfigurationRom) {
+    const Findings findings =
+        LintDescription(Describe("<ConfRom Name=\"Rom\"><Address>0</Address><Length>64</Length><pPort>Device</pPort>"
+                                 "<IntKey Name=\"A\">1</IntKey><TextDesc Name=\"T\"><Key>2</Key></TextDesc></ConfRom>",
+                                 "<pFeature>A</pFeature><pFeature>T</pFeature>"));
+    EXPECT_THAT(TextsOf(findings), testing::Not(HasSubstr("does not exist")));
+    EXPECT_THAT(TextsOf(findings), testing::Not(HasSubstr("can't be reached")));
+}
+
 }  // namespace
