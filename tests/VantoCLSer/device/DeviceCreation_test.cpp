@@ -24,18 +24,6 @@ protected:
         m_tl->DestroyDevice(device);
         return source;
     }
-
-    static void LetCameraHoldNoDescription() {
-        scripted::Driver().onGetXmlIds = [](auto...) { return -20102; };
-    }
-
-    static void WriteRegistry(const scripted::TemporaryFolder& folder, const std::string& binding) {
-        folder.Write("bindings.xml",
-                     "<XMLBindings><Binding DeviceClass=\"MarlowCameraLink\">" + binding + "</Binding></XMLBindings>");
-    }
-
-    static constexpr char kInjected[] =
-        "<RegisterDescription><Integer Name=\"Injected\"><Value>7</Value></Integer></RegisterDescription>";
 };
 
 TEST_F(DeviceCreation, BuildsTheNodeMapFromTheCamerasDescription) {
@@ -72,6 +60,26 @@ TEST_F(DeviceCreation, IgnoresAMarkerThatIsNotClosed) {
     EXPECT_EQ(SourceOfCreated(), "Device");
 }
 
+TEST_F(DeviceCreation, IgnoresAMarkerThatIsClosedBeforeItIsOpened) {
+    SetXml(Description("", "<!-- x| --><!-- |abc -->\n"));
+    EXPECT_EQ(SourceOfCreated(), "Device");
+}
+
+TEST_F(DeviceCreation, TakesNoBarForBothMarkers) {
+    SetXml(Description("", "<!-- | -->\n"));
+    EXPECT_EQ(SourceOfCreated(), "Device");
+}
+
+TEST_F(DeviceCreation, TakesNothingBetweenTheMarkersForNoSource) {
+    SetXml(Description("", "<!-- || -->\n"));
+    EXPECT_EQ(SourceOfCreated(), "Device");
+}
+
+TEST_F(DeviceCreation, TakesTheFirstOfSeveralMarkedComments) {
+    SetXml(Description("", "<!-- |first| --><!-- |second| -->\n"));
+    EXPECT_EQ(SourceOfCreated(), "Device:first");
+}
+
 TEST_F(DeviceCreation, IgnoresAMarkerThatIsNotOpened) {
     SetXml(Description("", "<!-- abc| -->\n"));
     EXPECT_EQ(SourceOfCreated(), "Device");
@@ -97,17 +105,6 @@ TEST_F(DeviceCreation, FailsWithoutAnyDescription) {
     EXPECT_EQ(DescriptionOf<RuntimeException>([&] { CreateDevice(); }), expected);
     EXPECT_EQ(Logged(kError, expected), 1u);
     EXPECT_EQ(scripted::Driver().CountConnections(), 0u);  // the device is gone, and its port is closed
-}
-
-TEST_F(DeviceCreation, FailsWhenTheDescriptionThatIsThereCantBeRead) {
-    int reads = 0;
-    scripted::Driver().onGetXml = [&reads](const char*, char*, std::uint32_t*) { return ++reads, -10004; };
-    scripted::TemporaryFolder folder;
-    folder.Write("camera.xml", Description(""));
-    // What the camera answers first makes the host believe that there is a description.
-    const gcstring description = DescriptionOf<RuntimeException>([&] { CreateDevice(); });
-    EXPECT_GT(reads, 0);
-    EXPECT_NE(description.find("XML"), gcstring::npos) << description;
 }
 
 TEST_F(DeviceCreation, InjectsOneFragment) {
@@ -218,6 +215,21 @@ TEST_F(DeviceCreation, CanProvideIsFalseForARecordWithoutPort) {
     EXPECT_FALSE(m_tl->CanProvideXMLFile(Vanto::CDeviceInfo()));
     EXPECT_EQ(Logged(kError, "Exception while calling CCLPort::GetXML error: 'Missing PortID property in device info'"),
               1u);
+}
+
+TEST_F(DeviceCreation, CanProvideIsFalseForARecordWithoutDeviceID) {
+    Vanto::CVantoCLSerDeviceInfo info;
+    info.SetPortID(kPortId);
+    EXPECT_FALSE(m_tl->CanProvideXMLFile(info));
+    EXPECT_EQ(
+        Logged(kError, "Exception while calling CCLPort::GetXML error: 'Missing DeviceID property in device info'"),
+        1u);
+}
+
+TEST_F(DeviceCreation, CanProvideIsFalseWhenTheDriverThrows) {
+    scripted::Driver().onGetXmlIds = [](auto...) -> std::int32_t { throw std::runtime_error("driver's own"); };
+    EXPECT_FALSE(m_tl->CanProvideXMLFile(Info()));
+    EXPECT_EQ(m_log.CountFormat("Exception while calling CCLPort::GetXML error: '%s'", kError), 1u);
 }
 
 TEST_F(DeviceCreation, ProvideThrowsForARecordWithoutDeviceID) {

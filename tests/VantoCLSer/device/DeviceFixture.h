@@ -70,6 +70,9 @@ inline std::string Description(const std::string& nodes, const std::string& comm
            "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
 }
 
+inline constexpr char kInjected[] =
+    "<RegisterDescription><Integer Name=\"Injected\"><Value>7</Value></Integer></RegisterDescription>";
+
 class DeviceTest : public testing::Test {
 protected:
     DeviceTest() {
@@ -91,6 +94,10 @@ protected:
         Vanto::CVantoCLSerTlDeviceInfoImpl info(kPortId, DeviceId());
         info.GetInfoImpl().ClearAccessFlags();
         return info;
+    }
+
+    static void LetCameraHoldNoDescription() {
+        scripted::Driver().onGetXmlIds = [](auto...) { return -20102; };
     }
 
     /// As enumeration would: complete, not the user's.

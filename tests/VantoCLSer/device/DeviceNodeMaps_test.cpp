@@ -178,6 +178,18 @@ TEST_F(DeviceNodeMaps, IsRemovedWhenAnotherCameraAnswersTheQuickCheck) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(DeviceNodeMaps, BuildsNothingForChunks) {
+    auto* const self = dynamic_cast<Vanto::IVantoDevicePrivate*>(m_device);
+    EXPECT_FALSE(self->SupportsChunkParsing());
+    self->CreateChunkNodeMapFromString("no description", {});
+    EXPECT_FALSE(self->IsChunkParsingAvailable());
+    EXPECT_EQ(self->CreateChunkNodeMapCopy(), nullptr);
+    EXPECT_THROW(self->CreateChunkNodeMapFromFile("/there/is/none.xml", {}), GenICam::GenericException);
+    const GenICam::gcstring_vector two{kInjected, kInjected};
+    EXPECT_THROW(self->CreateChunkNodeMapFromString("", two), GenICam::RuntimeException);
+    EXPECT_THROW(self->CreateChunkNodeMapFromFile("/there/is/none.xml", two), GenICam::RuntimeException);
+}
+
 TEST_F(DeviceNodeMaps, OffersNoCompanionObjects) {
     EXPECT_EQ(m_device->GetReserved(), nullptr);
     EXPECT_EQ(m_device->CreateChunkParser(), nullptr);

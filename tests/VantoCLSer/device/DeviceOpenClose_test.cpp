@@ -66,6 +66,56 @@ TEST_F(DeviceOpenClose, DisablesRatesThatThePortCantDo) {
     }
 }
 
+struct Mask {
+    std::uint32_t rates;
+    std::int64_t fastest;
+};
+
+class DeviceOpenCloseOnPort : public DeviceOpenClose, public testing::WithParamInterface<Mask> {};
+
+TEST_P(DeviceOpenCloseOnPort, SetsTheFastestOfItsRates) {
+    scripted::Serial().supportedRates = GetParam().rates;
+    CreateAndOpen();
+    EXPECT_EQ(RateRegister(), GetParam().fastest);
+    std::uint32_t flag = 1;
+    for (const RateEntry& entry : AllRates()) {
+        EXPECT_EQ(EntryMode(entry.name.c_str()), (GetParam().rates & flag) != 0 ? GenApi::RO : GenApi::NA)
+            << entry.name;
+        flag <<= 1;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Masks, DeviceOpenCloseOnPort,
+                         testing::Values(Mask{0x01, 15}, Mask{0x02, 17}, Mask{0x04, 18}, Mask{0x08, 19}, Mask{0x10, 20},
+                                         Mask{0x14, 20}, Mask{0x20, 21}, Mask{0x40, 22}, Mask{0x7F, 22}, Mask{0x80, 23},
+                                         Mask{0xFF, 23}, Mask{0xFFFFFF01, 15}),
+                         [](const auto& test) { return "Of" + std::to_string(test.param.rates); });
+
+TEST_F(DeviceOpenClose, TriesTheRate0WhenThereIsNone) {
+    scripted::Serial().supportedRates = 0;
+    CreateAndOpen();
+    EXPECT_EQ(RateRegister(), 15);
+    EXPECT_EQ(m_log.CountFormat("Could not set initial baud rate to %I64i for device '%hs' Error='%hs'.", kWarning),
+              1u);
+    m_device->Close();
+    EXPECT_EQ(RateRegister(), 15);
+}
+
+TEST_F(DeviceOpenClose, RefusesAnInitialRateThatThereIsNot) {
+    CreateAndOpen("Baud12345");
+    EXPECT_EQ(RateRegister(), 15);
+    EXPECT_EQ(m_log.CountFormat("Could not set initial baud rate to '%hs' for device '%hs' Error='%hs'.", kWarning),
+              1u);
+}
+
+TEST_F(DeviceOpenClose, TakesAnEmptyInitialRateForNone) {
+    auto info = Info();
+    info.SetInitialBaudRate("");
+    m_device = m_tl->CreateDevice(info);
+    m_device->Open();
+    EXPECT_EQ(RateRegister(), 23);
+}
+
 TEST_F(DeviceOpenClose, DisablesEveryRateWhenThePortDoesNotTell) {
     scripted::Serial().onGetSupportedBaudRates = [](std::uint32_t*) { return -10006; };
     CreateAndOpen();

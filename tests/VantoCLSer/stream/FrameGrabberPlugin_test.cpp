@@ -274,6 +274,28 @@ TEST_F(ChannelOfDevice, MarksBadFirmware) {
     EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 0U);  // not tried again
 }
 
+TEST_F(ChannelOfDevice, MarksBadFirmwareForAnInvalidTapOutput) {
+    m_plugin->initResult = false;
+    m_plugin->errorText = "12: Parameter invalid value (Tap Output)";
+    EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 0U);
+    EXPECT_EQ(GenApi::CIntegerPtr(m_device->GetTLNodeMap()->GetNode("BadFirmware"))->GetValue(), 1);
+}
+
+TEST_F(ChannelOfDevice, MarksNoBadFirmwareForOtherErrors) {
+    m_plugin->initResult = false;
+    m_plugin->errorText = "12: something else";
+    EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 0U);
+    GenApi::INode* const node = m_device->GetTLNodeMap()->GetNode("BadFirmware");
+    EXPECT_EQ(GenApi::CIntegerPtr(node)->GetValue(), 0);
+    EXPECT_EQ(node->GetAccessMode(), GenApi::RW);
+    EXPECT_EQ(m_log.CountText("Invalid StreamIndex 0 passed. StreamIndex must be less GetNumStreamGrabberChannels()!"),
+              0U);
+    EXPECT_EQ(m_device->GetStreamGrabber(0), nullptr);
+    EXPECT_EQ(m_log.CountText("Invalid StreamIndex 0 passed. StreamIndex must be less GetNumStreamGrabberChannels()!",
+                              tracelog::kWarning),
+              1U);
+}
+
 TEST(ChannelOfThrowingPlugin, IsMissing) {
     const scripted::ScopedVariable root("VANTO_ROOT", TreeOf("throwing"));
     const OpenDevice device(CameraXml(), "Sapera:Init");

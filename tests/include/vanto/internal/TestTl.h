@@ -52,7 +52,7 @@ class PrivateTestDevice : public TestDevice, public Vanto::IVantoDevicePrivate {
 public:
     using TestDevice::TestDevice;
 
-    void CreateNodeMapFromFile(const gcstring&, const gcstring_vector&) override {}
+    void CreateNodeMapFromFile(const gcstring&, const gcstring_vector&) override { ++filesLoaded; }
     void CreateNodeMapFromString(const gcstring&, const gcstring_vector& injected) override {
         {
             static std::mutex mutex;
@@ -62,8 +62,8 @@ public:
         if (onCreateNodeMap)
             onCreateNodeMap();
     }
-    void CreateChunkNodeMapFromFile(const gcstring&, const gcstring_vector&) override {}
-    void CreateChunkNodeMapFromString(const gcstring&, const gcstring_vector&) override {}
+    void CreateChunkNodeMapFromFile(const gcstring&, const gcstring_vector&) override { ++chunksFromFile; }
+    void CreateChunkNodeMapFromString(const gcstring&, const gcstring_vector&) override { ++chunksFromString; }
     bool SupportsChunkParsing() const override { return false; }
     bool IsChunkParsingAvailable() const override { return false; }
     void DestroySelf() override {
@@ -75,6 +75,9 @@ public:
 
     static inline std::function<void()> onCreateNodeMap;
     static inline gcstring_vector injectedXml;
+    static inline std::atomic<int> filesLoaded;
+    static inline std::atomic<int> chunksFromFile;
+    static inline std::atomic<int> chunksFromString;
     std::function<void()> onDestroy;
 };
 
@@ -85,8 +88,12 @@ public:
         info.SetDeviceClass("MarlowCameraLink");
         return info;
     }
-    bool CanProvideXMLFile(const Vanto::IProperties&) override { return true; }
-    void ProvideXMLFile(const Vanto::IProperties&, gcstring&, gcstring& xml) override { xml = "<xml/>"; }
+    bool CanProvideXMLFile(const Vanto::IProperties&) override { return canProvide; }
+    void ProvideXMLFile(const Vanto::IProperties&, gcstring&, gcstring& xml) override {
+        if (onProvide)
+            onProvide();
+        xml = "<xml/>";
+    }
 
     void DestroyAll() { DestroyAllDevices(); }
     bool IsAllowed() const { return IsTlAllowed(); }
@@ -95,6 +102,8 @@ public:
     }
     CDeviceInfo CallFindDeviceSpecific() { return CTransportLayerBase::FindDeviceSpecific(CDeviceInfo()); }
 
+    bool canProvide = true;
+    std::function<void()> onProvide;
     DeviceInfoList devices;
     int enumerations = 0;
     std::function<void()> onEnumerate;
