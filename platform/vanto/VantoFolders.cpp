@@ -14,6 +14,16 @@ namespace Vanto {
 
 namespace {
 
+const std::string& FolderAboveLibrary() {
+    static const std::string folder =
+        os::FolderOf(os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&getVantoFolderPath))));
+    return folder;
+}
+
+// While the library is loaded, and so before any plug-in is: a library that hangs in its constructor keeps the system
+// from answering this question.
+[[maybe_unused]] const bool isFolderKnown = !FolderAboveLibrary().empty();
+
 std::string RootFolder() {
     const os::EnvironmentValue root = os::GetEnvironment("VANTO_ROOT");
     if (root.status == os::EnvironmentStatus::kPresent) {
@@ -21,7 +31,7 @@ std::string RootFolder() {
         // A root of separators only is the file system's own.
         return end == std::string::npos ? root.text.substr(0, 1) : root.text.substr(0, end + 1);
     }
-    return os::FolderOf(os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&getVantoFolderPath))));
+    return FolderAboveLibrary();
 }
 
 const char* BelowRoot(eFolderType type) {

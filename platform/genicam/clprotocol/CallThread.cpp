@@ -32,7 +32,7 @@ struct CallThread::State {
     bool hasJob = false;  // from the moment it is given until it is done
     bool isOver = false;
     std::exception_ptr error;
-    const std::shared_ptr<ForeignActivity> activity = std::make_shared<ForeignActivity>();
+    ForeignActivity activity;
 };
 
 /**
@@ -65,7 +65,7 @@ CallThread::~CallThread() {
 }
 
 void CallThread::Work(const std::shared_ptr<State>& state) {
-    SetCurrentActivity(state->activity);
+    const ActivityWatch watch(state->activity);
     std::unique_lock lock(state->mutex);
     while (true) {
         state->changed.wait(lock, [&] { return state->isOver || (state->hasJob && state->job); });
@@ -106,10 +106,10 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
     const auto end = Clock::now() + limit;
     std::uint64_t progress = 0;
     do {
-        progress = m_state->activity->Progress();
+        progress = m_state->activity.Progress();
         const auto until = std::min(Clock::now() + patience, end);
         m_state->changed.wait_until(lock, until, [this] { return !m_state->hasJob; });
-    } while (m_state->hasJob && Clock::now() < end && m_state->activity->Progress() != progress);
+    } while (m_state->hasJob && Clock::now() < end && m_state->activity.Progress() != progress);
     if (m_state->hasJob) {
         m_isStuck = true;
         KeepModuleLoaded();
@@ -122,7 +122,7 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
 }
 
 void CallThread::ThrowStuck() {
-    const ForeignActivity::Place place = m_state->activity->Current();
+    const ForeignActivity::Place place = m_state->activity.Current();
     throw CLErrException(GenICam::FormatText("Function '%s' of '%s' does not return (%d)", place.function,
                                              place.library, static_cast<int>(CL_ERR_TIMEOUT))
                              .c_str(),

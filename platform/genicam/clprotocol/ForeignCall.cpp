@@ -11,7 +11,15 @@ namespace CLProtocol {
 
 namespace {
 
-thread_local std::shared_ptr<ForeignActivity> t_activity;
+// Not an owner: to note a destructor of a thread, the system takes the very lock that it holds while it runs a
+// library's constructor, which may hang.
+thread_local ForeignActivity* t_activity = nullptr;
+
+// Of a thread that nobody watches.
+struct OwnActivity {
+    ForeignActivity activity;
+    ~OwnActivity() { t_activity = nullptr; }
+};
 
 }  // namespace
 
@@ -42,17 +50,23 @@ std::uint64_t ForeignActivity::Progress() const {
 }
 
 ForeignActivity& CurrentActivity() {
-    if (!t_activity)
-        t_activity = std::make_shared<ForeignActivity>();
+    if (t_activity == nullptr) {
+        thread_local OwnActivity own;
+        t_activity = &own.activity;
+    }
     return *t_activity;
 }
 
-void SetCurrentActivity(std::shared_ptr<ForeignActivity> activity) {
-    t_activity = std::move(activity);
+ActivityWatch::ActivityWatch(ForeignActivity& activity) noexcept {
+    t_activity = &activity;
+}
+
+ActivityWatch::~ActivityWatch() {
+    t_activity = nullptr;
 }
 
 std::string CurrentForeignLibrary() {
-    return t_activity ? t_activity->Current().library : std::string();
+    return t_activity != nullptr ? t_activity->Current().library : std::string();
 }
 
 void ThrowForeignException(const std::string& library, const char* function, const char* what) {

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <exception>
-#include <memory>
 #include <mutex>
 #include <string>
 
@@ -36,8 +35,14 @@ private:
 
 /// The calling thread's activity.
 ForeignActivity& CurrentActivity();
-/// Makes \a activity the calling thread's, so that another thread can watch it.
-void SetCurrentActivity(std::shared_ptr<ForeignActivity> activity);
+/// Makes an activity the calling thread's for its own lifetime, so that another thread can watch it.
+class ActivityWatch {
+public:
+    explicit ActivityWatch(ForeignActivity& activity) noexcept;
+    ~ActivityWatch();
+    ActivityWatch(const ActivityWatch&) = delete;
+    ActivityWatch& operator=(const ActivityWatch&) = delete;
+};
 /// Path of the library that the calling thread is in; empty outside of foreign code.
 std::string CurrentForeignLibrary();
 

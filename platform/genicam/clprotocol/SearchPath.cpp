@@ -15,9 +15,18 @@
 
 namespace CLProtocol {
 
+namespace {
+
+// While the module is loaded, and so before any foreign library is: one that hangs in its constructor keeps the system
+// from answering this question.
+[[maybe_unused]] const bool isFolderKnown = !ModuleFolder().empty();
+
+}  // namespace
+
 /// The folder that the module's own library lies in.
-std::string ModuleFolder() {
-    return os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&ModuleFolder)));
+const std::string& ModuleFolder() {
+    static const std::string folder = os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&FoldersOfList)));
+    return folder;
 }
 
 /// The folders that an environment variable lists; none when it is absent or empty.

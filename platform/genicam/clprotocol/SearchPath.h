@@ -9,7 +9,7 @@
 
 namespace CLProtocol {
 
-std::string ModuleFolder();
+const std::string& ModuleFolder();
 std::vector<std::string> FoldersOfVariable(const char* name);
 std::vector<std::string> FoldersOfList(const std::string& list);
 std::string CanonicalPath(const std::string& path);

@@ -61,6 +61,9 @@ std::string LackingSerialFolder() {
 std::string UnreadableSerialFolder() {
     return InRoot("serial_unreadable");
 }
+std::string HangingSerialPath() {
+    return InRoot("serial_hanging") + os::kPathSeparator + "clserhng" + kSuffix;
+}
 std::string DriverLocation() {
     return InRoot("drivers");
 }
@@ -143,6 +146,20 @@ void TemporaryFolder::Write(const std::string& name, const std::string& content)
     const std::filesystem::path path = *this / name;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
+}
+
+HangingLibrary::HangingLibrary() : m_variable("SCRIPTED_HANGS_WHILE_MISSING", m_folder / "go") {
+    std::filesystem::copy_file(HangingSerialPath(), m_folder / std::string("clserhng").append(kSuffix));
+}
+
+HangingLibrary::~HangingLibrary() {
+    Release();
+}
+
+/// Ends the hang, and waits until others can be loaded again.
+void HangingLibrary::Release() const {
+    m_folder.Write("go", "on");
+    Serial();
 }
 
 Environment::Environment()

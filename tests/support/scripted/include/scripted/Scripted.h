@@ -36,6 +36,7 @@ std::string SecondSerialFolder();      ///< clsertwn: a second such library, wit
 std::string OldSerialFolder();         ///< clserold: has only the four functions of version 1.0
 std::string LackingSerialFolder();     ///< clserlck: lacks clSetBaudRate
 std::string UnreadableSerialFolder();  ///< clserunr: lacks clSerialRead
+std::string HangingSerialPath();       ///< clserhng: see HangingLibrary
 std::string DriverLocation();         ///< a location as in GENICAM_CLPROTOCOL; the driver is in its system's sub-folder
 std::string LackingDriverLocation();  ///< its driver lacks clpReadRegister
 std::string TwinDriverLocation();     ///< Twin, Twin.debug and Lonely.debug
@@ -83,6 +84,24 @@ public:
 
 private:
     std::string m_path;
+};
+
+/// A serial library that hangs in its constructor. Meanwhile the system neither loads any other library nor looks any
+/// function up, so whoever does that hangs as well.
+class HangingLibrary {
+public:
+    HangingLibrary();
+    ~HangingLibrary();  ///< waits until the constructor has ended, if it has begun
+    HangingLibrary(const HangingLibrary&) = delete;
+    HangingLibrary& operator=(const HangingLibrary&) = delete;
+
+    /// The folder of a copy that nobody has loaded yet.
+    const std::string& Folder() const { return m_folder.Path(); }
+    void Release() const;
+
+private:
+    TemporaryFolder m_folder;
+    ScopedVariable m_variable;
 };
 
 /// Lets a host find the scripted libraries, and no other driver, and keeps its cache in a folder of its own.
