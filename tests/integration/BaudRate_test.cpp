@@ -31,6 +31,16 @@ protected:
         const GenApi::CIntegerPtr node = m_device->GetNodeMap()->GetNode("Width");
         return node->GetValue(false, true);
     }
+    template <class Condition>
+    static void WaitUntil(const Condition& condition) {
+        const auto end = std::chrono::steady_clock::now() + kLong;
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > end)
+                return ADD_FAILURE() << "waited in vain";
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
     std::map<std::string, std::string> Values() const {
         std::map<std::string, std::string> values;
         for (const char* name : {"DeviceModelName", "DeviceID", "Width", "PixelFormat", "ExposureTime", "Gamma"}) {
@@ -63,6 +73,25 @@ TEST_F(BaudRate, RisesToTheFastestAtTheTrueSpeedOfTheLine) {
     EXPECT_EQ(simulator.BitsPerSecond("cam0"), kSlow);
 }
 
+TEST_F(BaudRate, StaysWhileThePortIsClosedForInactivity) {
+    Add("cam0", Camera("21"));
+    const DeviceInfoList records = Enumerate();
+    ASSERT_EQ(records.size(), 1u);
+    m_device = CTlFactory::GetInstance().CreateDevice(records[0]);
+    m_device->Open();
+    const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
+    timeout->SetValue(1);
+    WaitUntil([&] { return CTlFactory::GetInstance().IsDeviceAccessible(records[0]); });
+    timeout->SetValue(0);
+    EXPECT_EQ(simulator.BitsPerSecond("cam0"), kFast);
+    simulator.ResetStatistics("cam0");
+    EXPECT_EQ(Width(), 2048);
+    EXPECT_EQ(simulator.StatisticsOf("cam0").noiseBytes, 0u);
+    EXPECT_EQ(m_log.CountText("Reopening CLPort 'COM_Port#cam0'", kDebug), 1u);
+    m_device->Close();
+    EXPECT_EQ(simulator.BitsPerSecond("cam0"), kSlow);
+}
+
 class BaudRateOnABadLine : public BaudRate {
 protected:
     BaudRateOnABadLine() {
@@ -78,16 +107,6 @@ protected:
         const std::uint64_t noise = simulator.StatisticsOf("cam0").noiseBytes;
         EXPECT_EQ(Width(), 2048);
         EXPECT_EQ(simulator.StatisticsOf("cam0").noiseBytes, noise);
-    }
-
-    template <class Condition>
-    static void WaitUntil(const Condition& condition) {
-        const auto end = std::chrono::steady_clock::now() + kLong;
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > end)
-                return ADD_FAILURE() << "waited in vain";
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
     }
 
     // The camera hears nothing from when it has acknowledged the new rate until it has gone back to the old one.
