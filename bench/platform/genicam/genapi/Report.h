@@ -30,6 +30,9 @@ public:
     void Finalize() override;
 
 private:
+    double TimeOf(const char* name) const;  // 0 for one that did not run
+    static void PrintLimit(const char* name, double time, double other, double limit, const char* what);
+
     std::map<std::string, double> m_times;  // nanoseconds of the processor
 };
 

@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -30,8 +32,36 @@ bool IsOneOf(const std::string& name, std::initializer_list<const char*> names) 
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// What this engine refuses to call a value: results that do not fit, and integers that stand for nothing.
+bool IsRefusedWithReason(const std::string& ours) {
+    static constexpr const char* kReasons[] = {
+        "Division by zero in a formula",         "Result of a", "does not fit into", "Shift by",
+        "stands neither for true nor for false", "has no entry"};
+    return std::any_of(std::begin(kReasons), std::end(kReasons),
+                       [&](const char* reason) { return ours.find(reason) != std::string::npos; });
+}
+
+// The simulator's description is a template. Names between two @ stand for addresses and numbers: each gets one of its
+// own. Nodes that line cameras have in another form than area cameras are left out.
+std::string FilledIn(std::string xml) {
+    const std::string end = "<!--end-->";
+    for (std::size_t at = xml.find("<!--if line-->"); at != std::string::npos; at = xml.find("<!--if line-->", at))
+        xml.erase(at, xml.find(end, at) + end.size() - at);
+    std::map<std::string, std::string> addresses;
+    for (std::size_t at = xml.find('@'); at != std::string::npos; at = xml.find('@', at)) {
+        const std::size_t length = xml.find('@', at + 1) + 1 - at;
+        std::string& address = addresses[xml.substr(at, length)];
+        if (address.empty())
+            address = std::to_string(0x1000 + 0x200 * addresses.size());
+        xml.replace(at, length, address);
+    }
+    return xml;
+}
+
 // The differences that docs/genapi-differences.md explains.
 bool IsExplained(const Difference& difference) {
+    if (difference.what == "value" && IsRefusedWithReason(difference.ours))
+        return true;
     const bool isRange = difference.what == "min" || difference.what == "max";
     // Formulas have no range there.
     if (isRange && difference.theirs == "error")
@@ -75,9 +105,13 @@ INSTANTIATE_TEST_SUITE_P(Files, RealFile,
                                          "imperx_b1020.xml", "pco_1600.xml", "vieworks_vnp604.xml"));
 
 TEST(OwnFile, BothEnginesAgree) {
-    for (const char* name : {"/TransportLayer.xml", "/StreamGrabber.xml"}) {
+    for (const char* name :
+         {"/VantoCLSer/descriptions/CLSerTransportLayer.xml", "/VantoCLSer/descriptions/CLSerStreamGrabber.xml",
+          "/camera/simulator/descriptions/Heron.xml"}) {
+        const std::string xml = FilledIn(ReadFile(std::string(VANTO_SOURCE_DIR) + name));
+        ASSERT_FALSE(xml.empty()) << name;
         for (unsigned pattern = 0; pattern < 4; ++pattern)
-            ExpectAgreement(ReadFile(std::string(VANTO_TEST_DATA) + name), pattern);
+            ExpectAgreement(xml, pattern);
     }
 }
 
@@ -92,7 +126,7 @@ TEST_P(Generated, BothEnginesWriteTheSame) {
         ADD_FAILURE() << difference.Text();
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, Generated, testing::Range(0U, 100U));
+INSTANTIATE_TEST_SUITE_P(Seeds, Generated, testing::Range(0U, 300U));
 
 namespace {
 

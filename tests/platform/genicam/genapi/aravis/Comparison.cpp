@@ -71,17 +71,27 @@ std::optional<std::string> Text(const std::optional<T>& value) {
         return std::to_string(*value);
 }
 
-std::optional<std::string> Value(INode* node) {
+std::optional<std::string> ValueOf(INode* node) {
     if (CEnumerationPtr enumeration = node; enumeration.IsValid())
-        return Try([&] { return enumeration->ToString().str(); });
+        return enumeration->ToString().str();
     if (CBooleanPtr boolean = node; boolean.IsValid())
-        return Text(Try([&] { return boolean->GetValue(); }));
+        return Text(std::optional(boolean->GetValue()));
     if (CIntegerPtr integer = node; integer.IsValid())
-        return Text(Try([&] { return integer->GetValue(); }));
+        return Text(std::optional(integer->GetValue()));
     if (CFloatPtr number = node; number.IsValid())
-        return Text(Try([&] { return number->GetValue(); }));
+        return Text(std::optional(number->GetValue()));
     if (CStringPtr text = node; text.IsValid())
-        return Try([&] { return text->GetValue().str(); });
+        return text->GetValue().str();
+    return std::nullopt;
+}
+
+// The value, or the exception that there is instead of it.
+std::optional<std::string> Value(INode* node, std::string& refusal) {
+    try {
+        return ValueOf(node);
+    } catch (const GenICam::GenericException& exception) {
+        refusal = exception.GetDescription();
+    }
     return std::nullopt;
 }
 
@@ -108,7 +118,9 @@ Answer Ours(INode* node) {
     answer.implemented = IsImplemented(mode);
     answer.available = IsAvailable(mode);
     if (IsReadable(mode))
-        answer.value = Value(node);
+        answer.value = Value(node, answer.refusal);
+    else
+        answer.refusal = "not readable";
     if (CIntegerPtr integer = node; integer.IsValid() && IsReadable(mode)) {
         answer.min = Text(Try([&] { return integer->GetMin(); }));
         answer.max = Text(Try([&] { return integer->GetMax(); }));
@@ -255,6 +267,8 @@ std::vector<Difference> Compare(const std::string& xml, unsigned pattern) {
         // What a node that is not there would say is no answer.
         if (ours.value)
             collector.Check("value", ours.value, theirs.value);
+        else if (ours.available == true && theirs.value)
+            collector.Check("value", std::optional(ours.refusal), theirs.value);
         if (ours.value && ours.min)
             collector.Check("min", ours.min, theirs.min);
         if (ours.value && ours.max)

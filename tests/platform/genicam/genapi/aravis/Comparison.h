@@ -36,6 +36,7 @@ private:
 /// What one engine says about a node; nothing where it answers with an error or not at all.
 struct Answer {
     std::optional<std::string> value;
+    std::string refusal;  ///< why there is no value
     std::optional<std::string> min;
     std::optional<std::string> max;
     std::optional<bool> implemented;

@@ -18,7 +18,7 @@ public:
     std::string Description() {
         for (int i = 0; i < 6; ++i)
             Constant();
-        for (int i = 0; i < 30; ++i)
+        for (int i = 0; i < 40; ++i)
             Next();
         return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RegisterDescription ModelName=\"R\" VendorName=\"V\" "
                "StandardNameSpace=\"None\" SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" "
@@ -42,7 +42,7 @@ private:
     }
 
     void Next() {
-        switch (Below(8)) {
+        switch (Below(14)) {
             case 0:
                 Constant();
                 break;
@@ -63,6 +63,24 @@ private:
                 break;
             case 6:
                 Knife("SwissKnife");
+                break;
+            case 7:
+                FloatRegister();
+                break;
+            case 8:
+                TextRegister();
+                break;
+            case 9:
+                Flag();
+                break;
+            case 10:
+                Structure();
+                break;
+            case 11:
+                Selector();
+                break;
+            case 12:
+                Ruled();
                 break;
             default:
                 Choice();
@@ -103,6 +121,68 @@ private:
         m_nodes += "<Integer Name=\"" + name + "\"><pValue>" + target + "</pValue>" +
                    (Below(2) == 0 ? "<Min>-1000</Min><pMax>" + Any() + "</pMax>" : "") +
                    (Below(4) == 0 ? "<pIsAvailable>" + Any() + "</pIsAvailable>" : "") + "</Integer>\n";
+    }
+
+    std::string Endianess() { return Below(2) == 0 ? "BigEndian" : "LittleEndian"; }
+
+    void FloatRegister() {
+        m_nodes += "<FloatReg Name=\"" + Name() + "\"><Address>" + Number(4000) + "</Address><Length>" +
+                   (Below(2) == 0 ? "4" : "8") + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" +
+                   "<Cachable>NoCache</Cachable><Endianess>" + Endianess() + "</Endianess></FloatReg>\n";
+    }
+
+    // Random bytes are no text: it is as long as nothing.
+    void TextRegister() {
+        const std::string name = Name();
+        m_nodes += "<StringReg Name=\"" + name + "\"><Address>0x10000</Address><Length>" +
+                   std::to_string(1 + Below(40)) +
+                   "</Length><AccessMode>RO</AccessMode><pPort>Device</pPort></StringReg>\n<String Name=\"" + Name() +
+                   "\"><pValue>" + name + "</pValue></String>\n";
+    }
+
+    void Flag() {
+        const std::string bit = Name();
+        m_nodes += "<MaskedIntReg Name=\"" + bit + "\"><Address>" + Number(4000) + "</Address><Length>4</Length>" +
+                   "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Bit>" + Number(32) +
+                   "</Bit><Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></MaskedIntReg>\n<Boolean Name=\"" +
+                   Name() + "\"><pValue>" + bit + "</pValue><OnValue>1</OnValue><OffValue>0</OffValue></Boolean>\n";
+        m_flags.push_back(bit);
+    }
+
+    void Structure() {
+        const bool isBigEndian = Below(2) == 0;
+        m_nodes += "<StructReg Comment=\"Bits\"><Address>" + Number(4000) + "</Address><Length>4</Length>" +
+                   "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Sign>Unsigned</Sign>" +
+                   "<Endianess>" + (isBigEndian ? "BigEndian" : "LittleEndian") + "</Endianess>";
+        for (int entry = 0; entry < 4; ++entry) {
+            const int low = 8 * entry + Below(4);
+            const int high = low + Below(4);
+            m_nodes += "<StructEntry Name=\"" + Name() + "\"><LSB>" + std::to_string(isBigEndian ? 31 - low : low) +
+                       "</LSB><MSB>" + std::to_string(isBigEndian ? 31 - high : high) + "</MSB></StructEntry>";
+        }
+        m_nodes += "</StructReg>\n";
+    }
+
+    void Selector() {
+        const std::string selected = Name();
+        const std::string selector = Name();
+        const std::string place = Name();
+        m_nodes += "<Integer Name=\"" + selector + "\"><Value>" + Number(8) + "</Value><Min>0</Min><Max>7</Max>" +
+                   "<pSelected>" + selected + "</pSelected></Integer>\n<Integer Name=\"" + selected + "\"><pValue>" +
+                   place + "</pValue></Integer>\n<IntReg Name=\"" + place + "\"><Address>" + Number(4000) +
+                   "</Address><pIndex Offset=\"4\">" + selector + "</pIndex><Length>4</Length>" +
+                   "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable><Sign>Unsigned</Sign>" +
+                   "<Endianess>" + Endianess() + "</Endianess></IntReg>\n";
+    }
+
+    void Ruled() {
+        const auto rule = [this](const char* element) {
+            return Below(2) == 0 ? std::string("<") + element + ">" + (m_flags.empty() ? Any() : m_flags.back()) +
+                                       "</" + element + ">"
+                                 : std::string();
+        };
+        const std::string rules = rule("pIsImplemented") + rule("pIsAvailable") + rule("pIsLocked");
+        m_nodes += "<Integer Name=\"" + Name() + "\">" + rules + "<Value>" + Number(50) + "</Value></Integer>\n";
     }
 
     std::string Expression(int depth) {
@@ -147,6 +227,7 @@ private:
     std::string m_nodes;
     std::vector<std::string> m_integers;
     std::vector<std::string> m_registers;
+    std::vector<std::string> m_flags;
     int m_count = 0;
     bool m_isBigEndian = false;
 };
