@@ -270,4 +270,33 @@ TEST_F(AccessMode, QuestionsUnderstandNullAndSmartPointers) {
     EXPECT_THROW(none->GetValue(), LogicalErrorException);
 }
 
+TEST_F(AccessMode, VisibilityCanBeImposedByTheDescription) {
+    Load(
+        "<Integer Name='A'><Visibility>Expert</Visibility><ImposedVisibility>Guru</ImposedVisibility><Value>1</Value>"
+        "</Integer><Integer Name='B'><Visibility>Invisible</Visibility><ImposedVisibility>Beginner</ImposedVisibility>"
+        "<Value>1</Value></Integer>");
+    EXPECT_EQ(Node("A")->GetVisibility(), Guru);
+    EXPECT_EQ(Node("B")->GetVisibility(), Invisible);
+    Node("A")->ImposeVisibility(Invisible);
+    EXPECT_EQ(Node("A")->GetVisibility(), Invisible);
+    Node("A")->ImposeVisibility(Beginner);
+    EXPECT_EQ(Node("A")->GetVisibility(), Guru);
+    EXPECT_THROW(Node("A")->ImposeVisibility(static_cast<EVisibility>(7)), InvalidArgumentException);
+}
+
+TEST_F(AccessMode, IsCacheableUnlessARuleIsNot) {
+    const auto rule = [](const std::string& name, const std::string& caching) {
+        return "<IntReg Name='" + name + "'><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>" +
+               "<pPort>Device</pPort><Cachable>" + caching + "</Cachable></IntReg>";
+    };
+    Load(rule("Kept", "WriteThrough") + rule("Asked", "NoCache") +
+         "<Integer Name='A'><pIsLocked>Kept</pIsLocked><Value>1</Value></Integer>"
+         "<Integer Name='B'><pIsLocked>Asked</pIsLocked><Value>1</Value></Integer>"
+         "<Integer Name='C'><pValue>B</pValue></Integer><Integer Name='D'><pValue>Asked</pValue></Integer>");
+    EXPECT_EQ(Node("A")->IsAccessModeCacheable(), Yes);
+    EXPECT_EQ(Node("B")->IsAccessModeCacheable(), No);
+    EXPECT_EQ(Node("C")->IsAccessModeCacheable(), No);
+    EXPECT_EQ(Node("D")->IsAccessModeCacheable(), Yes);
+}
+
 }  // namespace genapitest

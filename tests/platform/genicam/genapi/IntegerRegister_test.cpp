@@ -206,4 +206,22 @@ TEST_F(IntegerRegister, AFormulaBehindTheEntriesOfAStructureCountsForItsAddress)
     EXPECT_EQ(Bytes("E")->GetAddress(), 0x120);
 }
 
+// A register behind such a port is one of the other byte order in all respects: its bits are counted that way, too.
+TEST_F(IntegerRegister, AFieldBehindAPortThatSwapsIsOneOfTheOtherByteOrder) {
+    const auto field = [](const std::string& name, const std::string& order) {
+        return "<MaskedIntReg Name='" + name + "'><Address>0</Address><Length>2</Length><AccessMode>RW</AccessMode>" +
+               "<pPort>Other</pPort><LSB>3</LSB><MSB>0</MSB><Endianess>" + order + "</Endianess></MaskedIntReg>";
+    };
+    map._LoadXMLFromString(Describe(field("Little", "LittleEndian") + field("Big", "BigEndian") +
+                                    "<Port Name='Other'><SwapEndianess>Yes</SwapEndianess></Port>"));
+    ASSERT_TRUE(map._Connect(&port, "Other"));
+    port.Put(0, {0x12, 0x34});
+    EXPECT_EQ(Integer("Little")->GetValue(), 0x1);
+    EXPECT_EQ(Integer("Big")->GetValue(), 0x2);
+    Integer("Little")->SetValue(0xA);
+    EXPECT_EQ(port.Big(0, 2), 0xA234U);
+    Integer("Big")->SetValue(0xB);
+    EXPECT_EQ(port.Big(0, 2), 0xAB34U);
+}
+
 }  // namespace genapitest

@@ -640,4 +640,63 @@ TEST_F(Loading, ANameWithinAReplacedNodeIsFree) {
     EXPECT_EQ(Integer("Key")->GetValue(), 7);
 }
 
+// Whoever uses a node that its description makes unusable is told which one, where, and why.
+TEST_F(Loading, AnUnusableNodeNamesItselfItsLineAndTheReason) {
+    const std::vector<std::pair<std::string, std::string>> nodes = {
+        {"<Integer Name='A'><pValue>B</pValue></Integer><Integer Name='B'><pValue>A</pValue></Integer>", "circle"},
+        {"<IntSwissKnife Name='A'><Formula>1 +</Formula></IntSwissKnife>", "does not parse"},
+        {"<IntReg Name='A'><Address>0</Address><Length>4</Length></IntReg>", "has no port"},
+        {"<IntReg Name='A'><Address>0</Address><Length>4</Length><pPort>None</pPort></IntReg>", "does not exist"},
+        {"<IntReg Name='A'><Address>0</Address><Length>4</Length><pPort>C</pPort></IntReg><Category Name='C'/>",
+         "which is no port"},
+        {"<Integer Name='A'><pValue>C</pValue></Integer><Category Name='C'/>", "which has no number"}};
+    for (const auto& [xml, reason] : nodes) {
+        Load("\n" + xml);
+        try {
+            Integer("A")->GetValue();
+            ADD_FAILURE() << xml;
+        } catch (const GenericException& exception) {
+            EXPECT_NE(std::string(exception.GetDescription()).find("'A' (line 4)"), std::string::npos)
+                << exception.GetDescription();
+            EXPECT_NE(std::string(exception.GetDescription()).find(reason), std::string::npos)
+                << exception.GetDescription();
+        }
+    }
+}
+
+TEST_F(Loading, RefusedArchivesNameTheirFile) {
+    const std::string good = Archive({{"a.xml", Describe(std::string(5000, ' '))}});
+    const std::vector<std::string> refused = {std::string("PK\3\4", 4),        Archive({{"readme.txt", "hello"}}),
+                                              Archive({{"a.xml", ""}}),        Archive({{"a.xml", "nonsense"}}),
+                                              good.substr(0, good.size() / 2), good.substr(0, good.size() - 10)};
+    for (const std::string& data : refused) {
+        const std::string path = File("bad.zip", data);
+        try {
+            map._LoadXMLFromZIPFile(path.c_str());
+            ADD_FAILURE() << data.size();
+        } catch (const RuntimeException& exception) {
+            EXPECT_NE(std::string(exception.GetDescription()).find("bad.zip("), std::string::npos)
+                << exception.GetDescription();
+        }
+    }
+    EXPECT_THROW(map._LoadXMLFromZIPFile("/nowhere/at/all.zip"), RuntimeException);
+    EXPECT_THROW(map._LoadXMLFromZIPData(nullptr, 10), InvalidArgumentException);
+    EXPECT_THROW(map._LoadXMLFromZIPData("", 0), RuntimeException);
+}
+
+TEST_F(Loading, SurvivesChangedBytesOfAnArchive) {
+    const std::string good = Archive({{"a.xml", Describe("<Integer Name='A'><Value>3</Value></Integer>")}});
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        std::string changed = good;
+        changed[at] = static_cast<char>(changed[at] ^ 0x55);
+        CNodeMapRef fresh;
+        try {
+            fresh._LoadXMLFromZIPData(changed.data(), changed.size());
+            EXPECT_NE(fresh._GetNode("A"), nullptr);
+        } catch (const RuntimeException& exception) {
+            EXPECT_NE(std::string(exception.GetDescription()), "");
+        }
+    }
+}
+
 }  // namespace genapitest
