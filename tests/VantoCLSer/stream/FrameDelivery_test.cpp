@@ -208,6 +208,30 @@ TEST_F(FrameDelivery, DoesNotAllocate) {
     EXPECT_EQ(allocations, 0U);
 }
 
+// Neither the heap nor a thread's stack could hold the frame on its way: the only copy is the one into the buffer.
+TEST_F(FrameDelivery, NeedsNoMemoryForAFrame) {
+    constexpr std::size_t kSize = std::size_t{64} << 20;
+    for (const std::uint64_t gap : {0U, 64U}) {
+        constexpr std::uint64_t kWidth = 8192;
+        const std::vector<std::uint8_t> data((kWidth + gap) * (kSize / kWidth), std::uint8_t{0x5A});
+        PlainFrame frame = Frame();
+        frame.width = kWidth;
+        frame.lineCount = static_cast<std::int32_t>(kSize / kWidth);
+        frame.lineLength = kWidth;
+        frame.linePitch = kWidth + gap;
+        frame.dataSize = kSize;
+        frame.data = data.data();
+        Grab(Frame());  // fills the nodes' caches
+        const StreamBufferHandle handle = AddBuffer(kSize);
+        m_grabber->QueueBuffer(handle, nullptr);
+        const std::size_t before = AllocationsOfThisThread();
+        m_plugin.Deliver(frame);
+        EXPECT_EQ(AllocationsOfThisThread(), before);
+        EXPECT_EQ(Retrieve().payloadSize, kSize);
+        EXPECT_EQ(BufferOf(handle), std::vector<std::uint8_t>(kSize, std::uint8_t{0x5A}));
+    }
+}
+
 TEST_F(FrameDelivery, ComesFromSeveralThreadsAtOnce) {
     constexpr int kFrames = 2000;
     const StreamBufferHandle handles[] = {AddBuffer(4096), AddBuffer(4096), AddBuffer(4096)};

@@ -85,15 +85,75 @@ TEST_F(StreamNodeMap, HasItsNodesInTheirOrder) {
     EXPECT_FALSE(Node("DebugData1")->IsFeature() && Node("DebugData1")->GetVisibility() != GenApi::Invisible);
 }
 
+struct Texts {
+    const char* node;
+    const char* toolTip;
+    const char* description;
+    GenApi::EVisibility visibility;
+};
+
+constexpr char kBuffers[] = " Raising this value may cause higher resource demands on a subsequent PrepareGrab call.";
+constexpr char kArea[] = "This category includes items used to set the size and position of the area of interest";
+
 TEST_F(StreamNodeMap, KeepsItsTexts) {
-    EXPECT_EQ(Node("Root")->GetDescription(), "Change following values to adopt driver ressources.");
-    EXPECT_EQ(Node("MaxNumBuffer")->GetToolTip(), "Number of buffers to be used.");
-    EXPECT_EQ(Node("Width")->GetToolTip(), "Height of the AOI");
-    EXPECT_EQ(Node("Width")->GetDescription(), "The height of the AOI configured on the grabber.");
-    EXPECT_EQ(Node("Height")->GetToolTip(), "Height of the AOI on the grabber");
+    const std::string maxNumBuffer =
+        std::string("Maximum number of Buffers that are going to be used simultaneously.") + kBuffers;
+    const std::string maxBufferSize = std::string("Size of the greatest buffer to be used. Unit is bytes.") + kBuffers;
+    const Texts texts[] = {
+        {"Root", "CLSer stream parameters", "Change following values to adopt driver ressources.", GenApi::Beginner},
+        {"MaxNumBuffer", "Number of buffers to be used.", maxNumBuffer.c_str(), GenApi::Beginner},
+        {"MaxBufferSize", "Buffer size in bytes", maxBufferSize.c_str(), GenApi::Beginner},
+        {"PayloadSize", "Size of the payload in bytes",
+         "Size of the payload in bytes. This is the total number of bytes sent in the payload. Image data + chunk data "
+         "if present. No packet headers.",
+         GenApi::Expert},
+        {"PixelSizeByte", "Pixel Size in Bytes", "Bytes needed to store one pixel in memory.", GenApi::Expert},
+        {"PayloadSize_CtrlValueFao", "", "", GenApi::Invisible},
+        {"AOI", kArea, kArea, GenApi::Beginner},
+        {"Height", "Height of the AOI on the grabber", "The height of the AOI configured on the grabber.",
+         GenApi::Beginner},
+        {"Width", "Height of the AOI", "The height of the AOI configured on the grabber.", GenApi::Beginner},
+        {"CopyAOIFromCamera", "Copy AOI From Camera", "Copies the AOI values from the camera nodemap if possible.",
+         GenApi::Beginner},
+        {"StreamGrabber", "Stream Grabber related features", "", GenApi::Beginner},
+        {"OutputThread", "Parameter of the output thread.", "", GenApi::Expert},
+        {"ThreadPriority", "Priority value of the output thread (default=0).",
+         "When the stream grabber is opened the output thread is started. Non-zero values are used to set the thread "
+         "priority. It is not changed until the stream grabber is re-opened again.",
+         GenApi::Expert},
+        {"PixelClockDetected", "Pixel clock frequency as detected by the grabber.",
+         "The Pixel clock frequency detected by the grabber in Hz.", GenApi::Expert},
+        {"PoCLState", "PoCL State", "PoCL State", GenApi::Expert},
+        {"PoCLStateReg", "!", "!", GenApi::Expert},
+        {"PoCLStateReg_Impl", "", "", GenApi::Invisible},
+        {"PoCLStateReg_Avail", "", "", GenApi::Invisible},
+        {"Debug", "Debug", "", GenApi::Invisible},
+        {"DebugData1", "", "", GenApi::Invisible},
+        {"Device", "Port providing access to the camera.", "", GenApi::Beginner}};
+    for (const Texts& expected : texts) {
+        GenApi::INode* const node = Node(expected.node);
+        EXPECT_EQ(node->GetToolTip(), expected.toolTip) << expected.node;
+        EXPECT_EQ(node->GetDescription(), expected.description) << expected.node;
+        EXPECT_EQ(node->GetVisibility(), expected.visibility) << expected.node;
+    }
     EXPECT_EQ(Node("AOI")->GetDisplayName(), "AOI Controls");
-    EXPECT_EQ(Node("PoCLStateReg")->GetToolTip(), "!");
-    EXPECT_EQ(Node("Device")->GetToolTip(), "Port providing access to the camera.");
+    EXPECT_EQ(Node("CopyAOIFromCamera")->GetDisplayName(), "Copy AOI from Camera");
+    EXPECT_EQ(Node("PoCLState")->GetDisplayName(), "PoCL State");
+}
+
+TEST_F(StreamNodeMap, HasItsRegisters) {
+    EXPECT_EQ(Property("PixelClockDetected", "Address"), "0xc05ec0c10c");
+    EXPECT_EQ(Property("PixelClockDetected", "Length"), "4");
+    EXPECT_EQ(Property("PixelClockDetected", "AccessMode"), "RO");
+    EXPECT_EQ(Property("PixelClockDetected", "Sign"), "Unsigned");
+    EXPECT_EQ(Property("PixelClockDetected", "Endianess"), "LittleEndian");
+    EXPECT_EQ(Property("PoCLStateReg", "Address"), "0x90c157a7e");
+    EXPECT_EQ(Property("PoCLStateReg", "Length"), "1");
+    EXPECT_EQ(Property("PoCLStateReg", "AccessMode"), "RW");
+    EXPECT_EQ(Property("PoCLStateReg", "Sign"), "Signed");
+    EXPECT_EQ(Property("PayloadSize_CtrlValueFao", "Formula"), "W * H * S");
+    EXPECT_EQ(Property("PoCLStateReg_Impl", "Formula"), "P = 55 ? 0 : 1");
+    EXPECT_EQ(Property("PoCLStateReg_Avail", "Formula"), "P >= 0 ? 1 : 0");
 }
 
 TEST_F(StreamNodeMap, HasItsLimits) {
