@@ -100,8 +100,9 @@ CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
         if (Clock::now() - start < kPendingPause)
             std::this_thread::sleep_for(kPendingPause);
     }
+    // That the driver has left off is no success of the write.
     const CLINT32 result = m_driver->ContinueWrite(m_serial, m_cookie, false, timeoutMs);
-    return result == CLP_PENDING_WRITE ? static_cast<CLINT32>(CL_ERR_TIMEOUT) : result;
+    return result < 0 ? result : static_cast<CLINT32>(CL_ERR_TIMEOUT);
 }
 
 /// The XML IDs that the camera offers; none when it says that it has no description.

@@ -365,6 +365,17 @@ TEST_F(Port, GivesUpOnWritesThatStayPending) {
     EXPECT_EQ(ended, 1);
 }
 
+TEST_F(Port, WriteThatWasGivenUpIsAFailureWhateverTheDriverSaysToIt) {
+    CLProtocol::SetPatience({30000, 5});
+    CCLPort port;
+    Connect(port);
+    driver.onWrite = [](ISerial*, std::int64_t, const char*, std::int64_t, std::uint32_t) { return 20101; };
+    for (const auto& [answer, expected] : {std::pair(0, -10004), std::pair(5, -10004), std::pair(-30007, -30007)}) {
+        driver.onContinueWrite = [answer = answer](bool continueWaiting) { return continueWaiting ? 20101 : answer; };
+        EXPECT_EQ(CodeOf([&] { port.Write("x", 0, 1); }), expected);
+    }
+}
+
 TEST_F(Port, ThrowsFromItsDestructorAndFreesAll) {
     driver.onDisconnect = [](std::uint32_t) { return -30003; };
     auto port = std::make_unique<CCLPort>();
