@@ -25,4 +25,10 @@ std::uint16_t Checksum(ByteView bytes) noexcept {
     return static_cast<std::uint16_t>(~sum & 0xFFFF);
 }
 
+/// Whether a received checksum is that of the bytes. A sender that follows RFC 768 to the end writes 0xFFFF for 0.
+bool IsChecksumOf(ByteView bytes, std::uint16_t received) noexcept {
+    const std::uint16_t expected = Checksum(bytes);
+    return received == expected || (expected == 0 && received == 0xFFFF);
+}
+
 }  // namespace gencp

@@ -82,7 +82,7 @@ std::optional<PacketHeader> ParseHeader(ByteView bytes) noexcept {
     if (bytes.size() < kHeaderSize || bytes[0] != kPreambleFirst || bytes[1] != kPreambleSecond)
         return std::nullopt;
     const auto checksummed = bytes.subspan(kChecksummedFrom, kHeaderSize - kChecksummedFrom);
-    if (Load16(bytes, kCcdChecksumOffset) != Checksum(checksummed))
+    if (!IsChecksumOf(checksummed, Load16(bytes, kCcdChecksumOffset)))
         return std::nullopt;
     PacketHeader header;
     header.channel = Load16(bytes, kChannelOffset);
@@ -101,7 +101,7 @@ std::optional<PacketHeader> ParseHeader(ByteView bytes) noexcept {
  */
 bool IsScdIntact(ByteView packet) noexcept {
     return packet.size() >= kHeaderSize &&
-           Load16(packet, kScdChecksumOffset) == Checksum(packet.subspan(kChecksummedFrom));
+           IsChecksumOf(packet.subspan(kChecksummedFrom), Load16(packet, kScdChecksumOffset));
 }
 
 }  // namespace gencp

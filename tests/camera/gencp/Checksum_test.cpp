@@ -27,6 +27,17 @@ TEST(Checksum, FoldsEveryCarry) {
     EXPECT_EQ(Checksum(Bytes{0xFF, 0xFF, 0x00, 0x01}), 0xFFFE);
 }
 
+TEST(Checksum, OfZeroIsTakenInEitherForm) {
+    const Bytes bytes{0xFF, 0xFF};
+    EXPECT_TRUE(gencp::IsChecksumOf(bytes, 0x0000));
+    EXPECT_TRUE(gencp::IsChecksumOf(bytes, 0xFFFF));
+    EXPECT_FALSE(gencp::IsChecksumOf(bytes, 0x0001));
+    const Bytes others{0xFF, 0xFE};
+    EXPECT_TRUE(gencp::IsChecksumOf(others, 0x0001));
+    EXPECT_FALSE(gencp::IsChecksumOf(others, 0x0000));
+    EXPECT_FALSE(gencp::IsChecksumOf(others, 0xFFFF));
+}
+
 TEST(Checksum, SeesEverySingleBitError) {
     const Bytes good{0x00, 0x00, 0x40, 0x00, 0x08, 0x00, 0x00, 0x0C, 0x00, 0x07};
     for (std::size_t bit = 0; bit < good.size() * 8; ++bit) {

@@ -9,5 +9,6 @@
 namespace gencp {
 
 std::uint16_t Checksum(ByteView bytes) noexcept;
+bool IsChecksumOf(ByteView bytes, std::uint16_t received) noexcept;
 
 }  // namespace gencp
