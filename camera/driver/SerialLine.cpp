@@ -55,7 +55,7 @@ void SerialLine::Attach(CLProtocol::ISerial& serial) {
 bool SerialLine::Write(gencp::ByteView bytes, Time deadline) {
     for (;;) {
         const Time begin = m_clock.Now();
-        const std::size_t written = WriteOnce(bytes, WaitMs(deadline));
+        const std::size_t written = WriteOnce(bytes, RestMs(deadline));
         bytes = bytes.subspan(written);
         if (bytes.empty())
             return true;
@@ -81,7 +81,8 @@ std::size_t SerialLine::Read(std::span<std::uint8_t> buffer, Time deadline) {
         if (m_stopCheck)
             m_stopCheck();
         const Time begin = m_clock.Now();
-        const std::size_t count = ReadOnce(buffer, WaitMs(deadline));
+        const milliseconds most = m_stopCheck ? kStopCheckInterval : kLongestWait;
+        const std::size_t count = ReadOnce(buffer, RestMs(deadline, most));
         if (count > 0 || m_clock.Now() >= deadline)
             return count;
         PauseAfterEmptyCall(begin);
@@ -154,20 +155,18 @@ std::size_t SerialLine::WriteOnce(gencp::ByteView bytes, std::uint32_t timeoutMs
     gencp::Bytes copy(bytes.begin(), bytes.end());
     auto size = static_cast<CLUINT32>(copy.size());
     const CLINT32 code = m_serial->clSerialWrite(reinterpret_cast<CLINT8*>(copy.data()), &size, timeoutMs);
+    // Bytes that a write took before its time was over are on their way. A size that was left alone says nothing.
     if (code == CL_ERR_TIMEOUT)
-        return 0;
+        return size < bytes.size() ? size : 0;
     CheckCode(code, "clSerialWrite");
     if (size > bytes.size())
         throw DriverError(kSerialNonsense, "The serial library says that it wrote more bytes than were given.");
     return size;
 }
 
-std::uint32_t SerialLine::WaitMs(Time deadline) const {
+std::uint32_t SerialLine::RestMs(Time deadline, std::chrono::milliseconds most) const {
     const auto rest = std::chrono::ceil<milliseconds>(deadline - m_clock.Now());
-    auto wait = std::clamp(rest, milliseconds(0), milliseconds(0xFFFF));
-    if (m_stopCheck)
-        wait = std::min(wait, kStopCheckInterval);
-    return static_cast<std::uint32_t>(wait.count());
+    return static_cast<std::uint32_t>(std::clamp(rest, milliseconds(0), most).count());
 }
 
 void SerialLine::PauseAfterEmptyCall(Time begin) {

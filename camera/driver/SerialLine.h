@@ -37,7 +37,9 @@ public:
 private:
     std::size_t ReadOnce(std::span<std::uint8_t> buffer, std::uint32_t timeoutMs);
     std::size_t WriteOnce(gencp::ByteView bytes, std::uint32_t timeoutMs);
-    std::uint32_t WaitMs(Time deadline) const;
+    static constexpr std::chrono::milliseconds kLongestWait{0xFFFF};
+
+    std::uint32_t RestMs(Time deadline, std::chrono::milliseconds most = kLongestWait) const;
     void PauseAfterEmptyCall(Time begin);
 
     CLProtocol::ISerial* m_serial;

@@ -172,12 +172,16 @@ CLINT32 SerialConnection::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CL
         const CLUINT32 wanted = std::exchange(*bufferSize, 0);
         const Deadline deadline(serialTimeout);
         for (CLUINT32 remaining = serialTimeout; *bufferSize < wanted; remaining = deadline.Remaining()) {
-            CLUINT32 count = wanted - *bufferSize;
+            const CLUINT32 rest = wanted - *bufferSize;
+            CLUINT32 count = rest;
             const CLINT32 result = m_library->Write(m_port, buffer + *bufferSize, &count, remaining);
-            if (result < 0)
+            // Some libraries say how many bytes a write took that timed out: those must not be sent again.
+            const bool isPartial = result == CL_ERR_TIMEOUT && count < rest;
+            if (result < 0 && !isPartial)
                 return result;
-            *bufferSize += std::min(count, wanted - *bufferSize);
-            if (*bufferSize < wanted && deadline.Remaining() == 0)
+            *bufferSize += std::min(count, rest);
+            const CLUINT32 left = deadline.Remaining();
+            if (*bufferSize < wanted && (left == 0 || (isPartial && left <= kEarlyMs)))
                 return CL_ERR_TIMEOUT;
             if (count == 0)
                 std::this_thread::sleep_for(kPause);

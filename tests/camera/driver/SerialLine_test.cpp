@@ -77,6 +77,19 @@ TEST_F(SerialLineTest, WriteThatTimesOutGivesUpAtTheDeadline) {
     EXPECT_GE(Elapsed(), milliseconds(20));
 }
 
+TEST_F(SerialLineTest, WriteGoesOnBehindWhatATimeOutTook) {
+    serial.takes = 7;
+    const auto command = gencp::BuildCommand(gencp::kReadMem, 0, gencp::Bytes(12));
+    EXPECT_TRUE(line.Write(command, In(100)));
+    ASSERT_EQ(camera.received.size(), 1u);
+}
+
+TEST_F(SerialLineTest, WriteIsNotCutIntoPiecesByTheStopCheck) {
+    line.SetStopCheck([] {});
+    EXPECT_TRUE(line.Write(gencp::BuildCommand(gencp::kReadMem, 0, gencp::Bytes(12)), In(400)));
+    EXPECT_EQ(serial.longestWrite, 400u);
+}
+
 TEST_F(SerialLineTest, TakeWaitingTakesEverythingAtOnce) {
     for (const std::size_t size : {0u, 1u, 5u, 255u, 700u}) {
         serial.AddStray(gencp::Bytes(size, 9));

@@ -44,12 +44,18 @@ CLINT32 VirtualLine::clSerialRead(CLINT8* buffer, CLUINT32* size, CLUINT32 timeo
     return 0;
 }
 
-CLINT32 VirtualLine::clSerialWrite(CLINT8* buffer, CLUINT32* size, CLUINT32) {
+CLINT32 VirtualLine::clSerialWrite(CLINT8* buffer, CLUINT32* size, CLUINT32 timeoutMs) {
+    longestWrite = std::max(longestWrite, timeoutMs);
     if (writeCode)
         return *writeCode;
     if (claimsTooMuch) {
         *size += 1;
         return 0;
+    }
+    if (takes && *size > *takes) {
+        m_packet.insert(m_packet.end(), buffer, buffer + *takes);
+        *size = static_cast<CLUINT32>(*takes);
+        return CL_ERR_TIMEOUT;
     }
     const std::size_t count = std::min<std::size_t>(*size, mostPerCall);
     m_packet.insert(m_packet.end(), buffer, buffer + count);

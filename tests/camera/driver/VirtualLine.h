@@ -35,12 +35,14 @@ public:
     bool ignoresTimeouts = false;          ///< reads answer success with nothing, at once
     bool claimsTooMuch = false;            ///< reads and writes say more than was asked for
     std::size_t mostPerCall = 1u << 20;    ///< bytes that a call moves at most
+    std::optional<std::size_t> takes;      ///< a write of more bytes takes so many and times out
     std::function<void(CLUINT32)> onRead;  ///< called with each time-out
 
     // What the tests look at.
     std::vector<CLUINT32> ratesSet;
     std::vector<CLUINT32> readSizes;
-    CLUINT32 longestRead = 0;  ///< ms asked for
+    CLUINT32 longestRead = 0;   ///< ms asked for
+    CLUINT32 longestWrite = 0;  ///< ms asked for
     std::size_t reads = 0;
 
 private:

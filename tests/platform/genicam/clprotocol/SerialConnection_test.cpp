@@ -214,6 +214,33 @@ TEST_F(Connection, EndsAWriteInTimeAndTellsHowFarItCame) {
     EXPECT_EQ(written, 2u);
 }
 
+TEST_F(Connection, GoesOnBehindWhatALibraryTookBeforeItTimedOut) {
+    std::string line;
+    script.onWrite = [&](PortScript&, char* buffer, std::uint32_t* size, std::uint32_t) {
+        const bool isAll = *size <= 2;
+        *size = std::min(*size, 2u);
+        line.append(buffer, *size);
+        return isAll ? 0 : -10004;
+    };
+    SerialConnection connection(library, 0, "id");
+    std::uint32_t written = 0;
+    EXPECT_EQ(Write(connection, "hello", 5000, &written), 0);
+    EXPECT_EQ(written, 5u);
+    EXPECT_EQ(line, "hello");
+}
+
+TEST_F(Connection, TellsWhatALibraryTookBeforeItTimedOutAtTheDeadline) {
+    bool hasTaken = false;
+    script.onWrite = [&](PortScript&, char*, std::uint32_t* size, std::uint32_t) {
+        *size = std::exchange(hasTaken, true) ? 0 : 3;
+        return -10004;
+    };
+    SerialConnection connection(library, 0, "id");
+    std::uint32_t written = 0;
+    EXPECT_EQ(Write(connection, "hello", 20, &written), -10004);
+    EXPECT_EQ(written, 3u);
+}
+
 TEST_F(Connection, BelievesNoWriteBeyondWhatItGave) {
     script.onWrite = [](PortScript&, char*, std::uint32_t* size, std::uint32_t) {
         *size = 0xffffffff;
