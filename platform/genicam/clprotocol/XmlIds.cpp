@@ -15,8 +15,8 @@ namespace CLProtocol {
 
 namespace {
 
-constexpr XmlId::Version kNewestSchema = {1, 1, 0};  // what GenApi of GenICam 2.3 reads
-constexpr std::uint32_t kSchemaMajor = 1;
+constexpr std::uint32_t kSchemaMajor = 1;  // GenApi of GenICam 2.3 reads 1.0 and 1.1, of any sub-minor version
+constexpr std::uint32_t kNewestSchemaMinor = 1;
 constexpr std::size_t kMaxLength = 4096;
 
 // Reads "<name>.1.2" or "<name>.1.2.3".
@@ -57,7 +57,7 @@ std::optional<XmlId> XmlId::Parse(std::string_view text) {
 
 /// Whether a description is for that camera and of a schema that can be read.
 bool IsUsable(const XmlId& id, std::string_view shortDeviceId) {
-    return id.schema[0] == kSchemaMajor && id.schema <= kNewestSchema && !id.device.empty() &&
+    return id.schema[0] == kSchemaMajor && id.schema[1] <= kNewestSchemaMinor && !id.device.empty() &&
            BeginsWithTokens(shortDeviceId, id.device, '#');
 }
 

@@ -56,6 +56,7 @@ TEST(XmlIds, RefusesWhatIsNone) {
 TEST(XmlIds, DropsOtherCamerasAndSchemas) {
     EXPECT_TRUE(CanUse("SchemaVersion.1.1@Marlow@XMLVersion.1.0.0"));
     EXPECT_TRUE(CanUse("SchemaVersion.1.0@Marlow#Heron#H2048#17@XMLVersion.1.0.0"));
+    EXPECT_TRUE(CanUse("SchemaVersion.1.1.1@Marlow@XMLVersion.1.0.0"));
     for (const char* text : {"SchemaVersion.1.2@Marlow@XMLVersion.1.0.0", "SchemaVersion.2.0@Marlow@XMLVersion.1.0.0",
                              "SchemaVersion.0.9@Marlow@XMLVersion.1.0.0", "SchemaVersion.1.1@Mar@XMLVersion.1.0.0",
                              "SchemaVersion.1.1@Marlow#Egret@XMLVersion.1.0.0", "SchemaVersion.1.1@@XMLVersion.1.0.0",
