@@ -197,7 +197,7 @@ CLINT32 DriverLibrary::ContinueWrite(ISerial& serial, CLUINT32 cookie, bool cont
 }
 
 bool DriverLibrary::IsParameterSupported(CLP_PARAMS parameter) const {
-    return Call("clpIsParamSupported", m_isParamSupported, parameter) == CL_ERR_NO_ERR;
+    return Call("clpIsParamSupported", m_isParamSupported, parameter) >= 0;
 }
 
 CLINT32 DriverLibrary::GetParameter(ISerial& serial, CLP_PARAMS parameter, CLUINT32 cookie, CLUINT32& value,

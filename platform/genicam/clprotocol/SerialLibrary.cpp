@@ -119,7 +119,7 @@ std::uint32_t SerialLibrary::CountPortsByOpening() const {
     for (; count < kMaxOldPorts; ++count) {
         hSerRef port = nullptr;
         const std::int32_t result = Call("clSerialInit", m_serialInit, count, &port);
-        if (result == CL_ERR_NO_ERR)
+        if (result >= 0)
             Close(port);
         else if (result != CL_ERR_PORT_IN_USE)
             break;

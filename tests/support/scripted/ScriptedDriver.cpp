@@ -290,7 +290,7 @@ SCRIPTED_EXPORT CLINT32 clpSetParam(ISerial* /*serial*/, CLProtocol::CLP_PARAMS 
 SCRIPTED_EXPORT CLINT32 clpIsParamSupported(CLProtocol::CLP_PARAMS param) {
     DriverScript& script = Script();
     const std::lock_guard lock(script.mutex);
-    return param < 0 && script.supportedRates != 0 ? static_cast<CLINT32>(CL_ERR_NO_ERR)
+    return param < 0 && script.supportedRates != 0 ? script.supportedRemark
                                                    : static_cast<CLINT32>(CLProtocol::CLP_PARAM_NOT_SUPPORTED);
 }
 

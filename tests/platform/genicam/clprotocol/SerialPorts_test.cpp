@@ -200,6 +200,13 @@ struct ModuleFiles : Ports {
     scripted::ScopedVariable path{"CLSERIALPATH", folder.Path()};
 };
 
+TEST_F(ModuleFiles, OfVersion1_0AreCountedWhereOpeningHasARemark) {
+    const std::string suffix = std::filesystem::path(scripted::SerialPath()).extension().string();
+    const std::string copy = Copy("clserrem" + suffix, scripted::OldSerialFolder() + "/clserold" + suffix);
+    scripted::SerialScriptOf(copy).onInit = [](std::uint32_t index, hSerRef*) { return index < 3 ? 7 : -10005; };
+    EXPECT_EQ(PortIds("clserrem").size(), 3u);
+}
+
 TEST_F(ModuleFiles, AreThoseWithTheRightNames) {
     const std::string suffix = std::filesystem::path(scripted::SerialPath()).extension().string();
     for (const char* name : {"clser", "clserab", "clserabcd", "xclserabc", "clserabc.old", "clser.so", "CLSERabc"})

@@ -183,6 +183,12 @@ TEST_F(Description, GetsTheRateBackAfterAFailure) {
     EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x80, 0x01, 0x80, 0x01}));
 }
 
+TEST_F(Description, IsFetchedAtTheHighestRateWhereTheDriverHasARemark) {
+    driver.supportedRemark = 30001;
+    EXPECT_EQ(port.GetXML(false), kXml);
+    EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x80, 0x01}));
+}
+
 TEST_F(Description, IsFetchedAtThePresentRateWhereItCannotBeChanged) {
     driver.supportedRates = 0;
     EXPECT_EQ(port.GetXML(false), kXml);

@@ -43,6 +43,7 @@ public:
     std::int32_t writeResult;                     ///< how a pending write ends
     std::uint32_t rate;                           ///< the baud rate, as a flag
     std::uint32_t supportedRates;                 ///< 0: the driver has no parameter for rates
+    std::int32_t supportedRemark;                 ///< what asking for a parameter answers that there is
     std::vector<std::uint32_t> rates;             ///< rates that were set, in order
     std::map<std::int32_t, std::string> errorTexts;
     std::vector<std::string> calls;                ///< names of the functions that were called, in order
@@ -87,6 +88,7 @@ public:
         writeResult = 0;
         rate = 1;
         supportedRates = 0xff;
+        supportedRemark = 0;
         rates.clear();
         errorTexts.clear();
         calls.clear();
