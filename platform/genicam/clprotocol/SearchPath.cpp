@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "ModuleLog.h"
 #include "Texts.h"
-#include "os/Environment.h"
 #include "os/Library.h"
 #include "os/Path.h"
 
@@ -29,9 +29,17 @@ const std::string& ModuleFolder() {
     return folder;
 }
 
-/// The folders that an environment variable lists; none when it is absent or empty.
+/// An environment variable; of one that is too long the log tells.
+os::EnvironmentValue ReadVariable(const char* name) {
+    os::EnvironmentValue value = os::GetEnvironment(name);
+    if (value.status == os::EnvironmentStatus::kTooLong)
+        Log(CLP_LOG_WARN, "Environment variable '%s' is too long and ignored", name);
+    return value;
+}
+
+/// The folders that an environment variable lists; none when it is absent, empty or too long.
 std::vector<std::string> FoldersOfVariable(const char* name) {
-    return FoldersOfList(os::GetEnvironment(name).text);
+    return FoldersOfList(ReadVariable(name).text);
 }
 
 /// The folders of a list, in order, each once, without separators at their ends; environment variables stay.

@@ -7,9 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "os/Environment.h"
+
 namespace CLProtocol {
 
 const std::string& ModuleFolder();
+os::EnvironmentValue ReadVariable(const char* name);
 std::vector<std::string> FoldersOfVariable(const char* name);
 std::vector<std::string> FoldersOfList(const std::string& list);
 std::string CanonicalPath(const std::string& path);

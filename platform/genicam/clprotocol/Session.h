@@ -33,6 +33,8 @@ public:
     void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);
 
     ISerial& Serial() { return m_serial; }
+    const std::string& PortId() const noexcept { return m_portId; }
+    const std::string& DriverPath() const noexcept { return m_driver->Path(); }
 
 private:
     void CheckSuccess(const char* function, CLINT32 result);

@@ -9,8 +9,8 @@
 
 #include "Base/GCUtilities.h"
 #include "ModuleLog.h"
+#include "SearchPath.h"
 #include "Sha1.h"
-#include "os/Environment.h"
 #include "os/File.h"
 #include "os/Path.h"
 
@@ -36,6 +36,16 @@ bool IsHarmless(char character) {
            (character >= 'a' && character <= 'z') || std::string_view("@._-").find(character) != std::string_view::npos;
 }
 
+// A description that a driver delivered in part, or as zeros, would be there for good.
+bool LooksWhole(std::string_view xml) {
+    constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+    constexpr std::string_view kBlanks = " \t\r\n";
+    if (xml.starts_with(kByteOrderMark))
+        xml.remove_prefix(kByteOrderMark.size());
+    const std::size_t first = xml.find_first_not_of(kBlanks);
+    return first != std::string_view::npos && xml[first] == '<' && xml[xml.find_last_not_of(kBlanks)] == '>';
+}
+
 }  // namespace
 
 /**
@@ -43,7 +53,8 @@ bool IsHarmless(char character) {
  * \brief Keeps descriptions by XML ID, one file each
  *
  * A file consists of the line "CLProtocol description 1", a line with the SHA-1 of XML ID, NUL and description, and
- * the description. Files are written as a whole or not at all. A file that is damaged counts as absent. Nothing here
+ * the description. Files are written as a whole or not at all. A file that is damaged counts as absent, and so does a
+ * description that does not begin and end as one. Nothing here
  * is an error: where the cache can't be used, descriptions are fetched.
  *
  * \context Any thread, any number of processes.
@@ -51,7 +62,7 @@ bool IsHarmless(char character) {
 
 /// GENICAM_CACHE, else a folder of the user's caches; empty when the user has none.
 std::string XmlCache::Folder() {
-    const os::EnvironmentValue folder = os::GetEnvironment("GENICAM_CACHE");
+    const os::EnvironmentValue folder = ReadVariable("GENICAM_CACHE");
     if (folder.status == os::EnvironmentStatus::kPresent) {
         GenICam::gcstring text = folder.text;
         GenICam::ReplaceEnvironmentVariables(text);
@@ -80,7 +91,8 @@ std::optional<std::string> XmlCache::Load(const std::string& xmlId) const {
     constexpr std::size_t kHeaderSize = kFirstLine.size() + kSumSize + 1;
     const std::string_view text = *file;
     if (text.size() < kHeaderSize || !text.starts_with(kFirstLine) || text[kHeaderSize - 1] != '\n' ||
-        text.substr(kFirstLine.size(), kSumSize) != SumOf(xmlId, text.substr(kHeaderSize))) {
+        text.substr(kFirstLine.size(), kSumSize) != SumOf(xmlId, text.substr(kHeaderSize)) ||
+        !LooksWhole(text.substr(kHeaderSize))) {
         Log(CLP_LOG_WARN, "Cached description '%s' is damaged and fetched again", path);
         return std::nullopt;
     }
@@ -88,8 +100,12 @@ std::optional<std::string> XmlCache::Load(const std::string& xmlId) const {
     return file->substr(kHeaderSize);
 }
 
-/// Stores a description; a cache that can't be written is logged and not used.
+/// Stores a description that looks whole; a cache that can't be written is logged and not used.
 void XmlCache::Store(const std::string& xmlId, const std::string& xml) const {
+    if (!LooksWhole(xml)) {
+        Log(CLP_LOG_WARN, "Description '%s' does not look whole and is not kept", xmlId);
+        return;
+    }
     const std::string content = std::string(kFirstLine) + SumOf(xmlId, xml) + "\n" + xml;
     if (m_folder.empty() || content.size() > kMaxSize)
         return;

@@ -56,17 +56,28 @@ private:
     CLUINT32 m_previous = 0;
 };
 
+std::string TextOf(std::string bytes) {
+    if (IsZip(bytes))
+        return Unzip(bytes);
+    // The size that a driver reports may count a NUL at the end, or the padding of the camera's memory.
+    bytes.erase(bytes.find_last_not_of('\0') + 1);
+    if (bytes.empty())
+        throw RUNTIME_EXCEPTION("it is empty");
+    return bytes;
+}
+
 std::string FetchFromCamera(Session& session, const std::string& xmlId, CLUINT32 timeoutMs) {
     std::string bytes;
     {
         const RateBoost boost(session, timeoutMs);
         bytes = session.GetXml(xmlId, timeoutMs);
     }
-    if (IsZip(bytes))
-        return Unzip(bytes);
-    // The size that a driver reports may count a NUL at the end, or the padding of the camera's memory.
-    bytes.erase(bytes.find_last_not_of('\0') + 1);
-    return bytes;
+    try {
+        return TextOf(std::move(bytes));
+    } catch (const GenICam::GenericException& error) {
+        throw RUNTIME_EXCEPTION("Port '%s': description '%s' of '%s' is of no use: %s", session.PortId(), xmlId,
+                                session.DriverPath(), error.GetDescription());
+    }
 }
 
 std::string ReadDescriptionFile(const std::string& path) {

@@ -189,6 +189,16 @@ TEST_F(Ports, OfVersion1_0AreCountedByOpening) {
     EXPECT_FALSE(old.Port(1).isOpen);
 }
 
+TEST_F(Ports, WarnOfAListOfFoldersThatIsTooLong) {
+    const scripted::ScopedVariable path("CLSERIALPATH", std::string(40000, 'x'));
+    std::vector<std::string> messages;
+    CLProtocol::SetLogSink([&](int, const char*, const char* message) { messages.emplace_back(message); });
+    PortIds();
+    CLProtocol::SetLogSink({});
+    ASSERT_FALSE(messages.empty());
+    EXPECT_EQ(messages.front(), "Environment variable 'CLSERIALPATH' is too long and ignored");
+}
+
 struct ModuleFiles : Ports {
     // A copy of the scripted library under a name of its own: a library that is not loaded yet.
     std::string Copy(const std::string& name, const std::string& from = scripted::SerialPath()) {

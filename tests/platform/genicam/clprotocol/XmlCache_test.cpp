@@ -9,6 +9,8 @@
 
 #include <thread>
 
+#include "CLProtocol/Log.h"
+#include "Sha1.h"
 #include "os/File.h"
 #include "scripted/Scripted.h"
 
@@ -36,8 +38,28 @@ TEST_F(Cache, GivesBackWhatWasStored) {
     EXPECT_EQ(cache.Load(kId), xml);
     cache.Store(kId, "<b/>");
     EXPECT_EQ(XmlCache(folder.Path()).Load(kId), "<b/>");
-    cache.Store(kId, "");
-    EXPECT_EQ(cache.Load(kId), "");
+}
+
+TEST_F(Cache, KeepsOnlyWhatLooksWhole) {
+    for (const std::string& xml : {std::string(), std::string(100, '\0'), std::string("<a><b/></a"),
+                                   std::string("a></a>"), std::string(" \r\n\t"), std::string("\xef\xbb\xbf")}) {
+        cache.Store(kId, xml);
+        EXPECT_FALSE(cache.Load(kId)) << xml;
+    }
+    for (const char* xml : {"<a/>", "\xef\xbb\xbf\r\n<a/>", "\t <a></a>\r\n "}) {
+        cache.Store(kId, xml);
+        EXPECT_EQ(cache.Load(kId), xml);
+    }
+}
+
+TEST_F(Cache, HealsFilesThatWereKeptCutShort) {
+    cache.Store(kId, "<a/>");
+    std::string bytes = std::string(kId) + '\0' + "<a";
+    const std::string content = "CLProtocol description 1\n" + CLProtocol::Sha1Of(bytes) + "\n<a";
+    ASSERT_TRUE(os::WriteWholeFile(File(), content));
+    EXPECT_FALSE(cache.Load(kId));
+    cache.Store(kId, "<a/>");
+    EXPECT_EQ(cache.Load(kId), "<a/>");
 }
 
 TEST_F(Cache, KnowsNothingOfOtherIds) {
@@ -48,20 +70,20 @@ TEST_F(Cache, KnowsNothingOfOtherIds) {
 
 TEST_F(Cache, KeepsIdsApartThatShareAName) {
     const std::string start(200, 'x');
-    cache.Store(start + "1", "one");
-    cache.Store(start + "2", "two");
-    cache.Store("a/b", "three");
-    cache.Store("a?b", "four");
-    EXPECT_EQ(cache.Load(start + "1"), "one");
-    EXPECT_EQ(cache.Load(start + "2"), "two");
-    EXPECT_EQ(cache.Load("a/b"), "three");
-    EXPECT_EQ(cache.Load("a?b"), "four");
+    cache.Store(start + "1", "<one/>");
+    cache.Store(start + "2", "<two/>");
+    cache.Store("a/b", "<three/>");
+    cache.Store("a?b", "<four/>");
+    EXPECT_EQ(cache.Load(start + "1"), "<one/>");
+    EXPECT_EQ(cache.Load(start + "2"), "<two/>");
+    EXPECT_EQ(cache.Load("a/b"), "<three/>");
+    EXPECT_EQ(cache.Load("a?b"), "<four/>");
 }
 
 TEST_F(Cache, StaysInItsFolder) {
     for (const char* id : {"../../x", "/etc/passwd", "a\0b", "\n", "..", "\xff\xfe"}) {
-        cache.Store(id, "text");
-        EXPECT_EQ(cache.Load(id), "text") << id;
+        cache.Store(id, "<text/>");
+        EXPECT_EQ(cache.Load(id), "<text/>") << id;
     }
     EXPECT_EQ(os::ListFiles(folder.Path()).size(), 6u);
 }
@@ -114,17 +136,26 @@ TEST_F(Cache, StandsManyWriters) {
     for (int i = 0; i < 4; ++i)
         writers.emplace_back([&, i] {
             for (int turn = 0; turn < 20; ++turn)
-                cache.Store(kId, std::string(10000, static_cast<char>('0' + i)));
+                cache.Store(kId, "<" + std::string(10000, static_cast<char>('a' + i)) + "/>");
         });
     for (int turn = 0; turn < 20; ++turn) {
         if (const auto xml = cache.Load(kId)) {
-            EXPECT_EQ(*xml, std::string(10000, xml->front()));
+            EXPECT_EQ(*xml, "<" + std::string(10000, xml->at(1)) + "/>");
         }
     }
     for (std::thread& writer : writers)
         writer.join();
     EXPECT_TRUE(cache.Load(kId));
     EXPECT_EQ(os::ListFiles(folder.Path()).size(), 1u);
+}
+
+TEST_F(Cache, WarnsOfAFolderThatIsTooLong) {
+    const scripted::ScopedVariable named("GENICAM_CACHE", std::string(40000, 'x'));
+    std::vector<std::string> messages;
+    CLProtocol::SetLogSink([&](int, const char*, const char* message) { messages.emplace_back(message); });
+    XmlCache::Folder();
+    CLProtocol::SetLogSink({});
+    EXPECT_EQ(messages, std::vector<std::string>{"Environment variable 'GENICAM_CACHE' is too long and ignored"});
 }
 
 TEST_F(Cache, LiesWhereTheEnvironmentSays) {

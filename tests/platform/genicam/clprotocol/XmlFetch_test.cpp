@@ -5,6 +5,7 @@
 
 #include "XmlFetch.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -43,6 +44,15 @@ protected:
             return error.GetErrorCode();
         }
         return 0;
+    }
+
+    std::string TextOfFetching() {
+        try {
+            port.GetXML(true);
+        } catch (const GenICam::RuntimeException& error) {
+            return error.GetDescription();
+        }
+        return {};
     }
 
     std::size_t Fetches() { return driver.CountCalls("clpGetXMLDescription"); }
@@ -122,6 +132,34 @@ TEST_F(Description, ThatCannotBeUnpackedIsAnErrorAndNotKept) {
     driver.xml[kId] = "PK\x03\x04 broken";
     EXPECT_THROW(port.GetXML(true), GenICam::RuntimeException);
     EXPECT_TRUE(os::ListFiles(environment.Cache().Path()).empty());
+    driver.xml[kId] = kXml;
+    EXPECT_EQ(port.GetXML(true), kXml);
+}
+
+TEST_F(Description, ThatCannotBeUnpackedNamesPortIdAndDriver) {
+    driver.xml[kId] = "PK\x03\x04 broken";
+    EXPECT_THAT(TextOfFetching(),
+                testing::StartsWith("Port 'Scripted#Port0': description '" + std::string(kId) + "' of '" +
+                                    scripted::DriverPath() + "' is of no use: Could not unpack the description: "));
+}
+
+TEST_F(Description, ThatIsEmptyIsAnErrorAndNotKept) {
+    for (const std::string& xml : {std::string(), std::string(1000, '\0')}) {
+        driver.onGetXml = [&](const char*, char* buffer, std::uint32_t* size) {
+            std::memcpy(buffer, xml.data(), xml.size());
+            *size = static_cast<std::uint32_t>(xml.size());
+            return 0;
+        };
+        EXPECT_EQ(TextOfFetching(), "Port 'Scripted#Port0': description '" + std::string(kId) + "' of '" +
+                                        scripted::DriverPath() + "' is of no use: it is empty");
+    }
+    driver.onGetXml = nullptr;
+    EXPECT_EQ(port.GetXML(true), kXml);
+}
+
+TEST_F(Description, ThatIsCutShortIsNotKept) {
+    driver.xml[kId] = "<RegisterDescription ModelName=";
+    EXPECT_EQ(port.GetXML(true), driver.xml[kId]);
     driver.xml[kId] = kXml;
     EXPECT_EQ(port.GetXML(true), kXml);
 }
