@@ -28,6 +28,9 @@ std::int64_t CCommand::ReadInteger(Evaluation& evaluation) {
 
 void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     m_source->Write(*this, value, evaluation);
+    // What has been written runs, whatever the error node says of it afterwards.
+    m_isRunning = true;
+    Map().Changed(*this);
 }
 
 // A command is executed, not read. What it depends on may be: the access of rules and formulas asks without locks.
@@ -52,8 +55,6 @@ void CCommand::Execute(bool verify) {
         evaluation.verify = verify;
         const std::int64_t value = m_command.Read(evaluation);
         AssignInteger(value, evaluation);
-        m_isRunning = true;
-        Map().Changed(*this);
     });
 }
 

@@ -215,6 +215,18 @@ TEST_F(CommandNode, ThatCannotBeReadBackIsDoneAtOnce) {
     EXPECT_EQ(port.Reads(), 0);
 }
 
+TEST_F(CommandNode, RunsAlthoughTheDeviceReportsAnError) {
+    Load("<Command Name='C'><pError>E</pError><pValue>R</pValue><CommandValue>7</CommandValue></Command>" + Reg("R") +
+         "<Integer Name='E'><Value>3</Value></Integer>");
+    CallCounter counter;
+    Register(Node("C"), counter, &CallCounter::Called);
+    EXPECT_THROW(Command("C")->Execute(), RuntimeException);
+    EXPECT_EQ(counter.calls, 1);
+    port.PutLittle(0, 0, 4);
+    EXPECT_TRUE(Command("C")->IsDone());
+    EXPECT_EQ(counter.calls, 2);
+}
+
 TEST_F(CommandNode, TakesItsValueFromANode) {
     Load("<Command Name='C'><pValue>R</pValue><pCommandValue>V</pCommandValue></Command>" + Reg("R") +
          "<Integer Name='V'><Value>9</Value></Integer>");

@@ -150,9 +150,13 @@ TEST_P(RandomSelection, AgreesWithAPlainModel) {
     const auto below = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     Load(
         "<Integer Name='Sel'><Value>0</Value><Max>7</Max><pSelected>Gain</pSelected></Integer>"
+        "<Integer Name='Mode'><Value>0</Value></Integer>"
+        "<IntReg Name='Twin'><Address>0x110</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort><Cachable>NoCache</Cachable></IntReg>"
         "<IntReg Name='Base'><Address>0</Address><Length>2</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
         "</IntReg><IntReg Name='Gain'><pAddress>Base</pAddress><pIndex Offset='4'>Sel</pIndex><Length>4</Length>"
-        "<AccessMode>RW</AccessMode><pPort>Device</pPort></IntReg>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort><pInvalidator>Mode</pInvalidator>"
+        "<PollingTime>10</PollingTime></IntReg>"
         "<IntConverter Name='Conv'><pVariable Name='S'>Sel</pVariable><FormulaTo>FROM - S</FormulaTo>"
         "<FormulaFrom>TO + S</FormulaFrom><pValue>Gain</pValue></IntConverter>"
         "<IntSwissKnife Name='Sum'><pVariable Name='G'>Conv</pVariable><pVariable Name='S'>Sel</pVariable>"
@@ -161,7 +165,7 @@ TEST_P(RandomSelection, AgreesWithAPlainModel) {
     int base = 0x100;
     int selector = 0;
     for (int step = 0; step < 2000; ++step) {
-        switch (below(4)) {
+        switch (below(6)) {
             case 0:
                 Integer("Sel")->SetValue(selector = below(8));
                 break;
@@ -174,6 +178,25 @@ TEST_P(RandomSelection, AgreesWithAPlainModel) {
                 ASSERT_EQ(port.Little(base + 4 * selector, 4), static_cast<std::uint64_t>(value - selector));
                 break;
             }
+            case 3:
+                Integer("Twin")->GetValue();
+                break;
+            case 4:
+                // The device changes by itself, and the map is told in one of several ways.
+                for (int address = 0x100; address < 0x160; address += 4)
+                    port.PutLittle(address, random() % 1000, 4);
+                switch (below(4)) {
+                    case 0:
+                        Integer("Mode")->SetValue(step);
+                        break;
+                    case 1:
+                        map._Poll(10);
+                        break;
+                    default:
+                        Node(below(2) == 0 ? "Gain" : "Conv")->InvalidateNode();
+                        break;
+                }
+                break;
             default:
                 break;
         }
