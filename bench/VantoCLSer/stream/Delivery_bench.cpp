@@ -120,7 +120,7 @@ void CompareBandwidths(benchmark::State& state, std::uint32_t width, std::uint32
     std::vector<double> delivered;
     for (auto iteration : state) {
         static_cast<void>(iteration);
-        for (std::size_t round = 0; round < std::max<std::size_t>(kBytesOfAll / size, 31); ++round) {
+        for (std::size_t round = 0; round < std::max<std::size_t>(kBytesOfAll / size, 101); ++round) {
             const std::size_t copied = round % pairs;
             const std::size_t queued = (round + pairs / 2) % pairs;
             stream.Queue(queued);
