@@ -70,8 +70,9 @@ void FrameFiles::Save(const Vanto::GrabResult& result) {
     if (!m_format || (IsCut(result) && *m_format != Vanto::EImageFileFormat::kRaw))
         return;
     CheckPixelType(result.GetPixelType());
-    m_last =
-        m_folder / fmt::format("frame_{:06}{}", m_count + 1, Vanto::GetFileExtension(*m_format, result.GetPixelType()));
+    const std::string name =
+        fmt::format("frame_{:06}{}", m_count + 1, Vanto::GetFileExtension(*m_format, result.GetPixelType()));
+    m_last = (m_folder / name).lexically_normal();
     Vanto::WriteImage(m_last.string(), *m_format, ViewOf(result));
     if (m_count++ == 0)
         m_first = m_last;
