@@ -102,12 +102,14 @@ ExitCode GrabCommand::Run(Output& output) {
 
 void GrabCommand::Grab(Acquisition& acquisition, FrameCounts& counts, FrameFiles& files, GrabProgress& progress) const {
     for (std::int64_t taken = 0; taken < m_count; ++taken) {
-        const std::optional<Vanto::GrabResult> result = acquisition.Next(m_timeout);
         ThrowIfInterrupted();
-        if (!result)
+        const std::optional<Vanto::GrabResult> result = acquisition.Next(m_timeout);
+        if (!result) {
+            ThrowIfInterrupted();
             throw ToolError(
                 fmt::format("no frame came within {}", DurationText(m_timeout)),
                 "Is the image cable plugged in, and does the camera wait for a trigger? --timeout waits longer.");
+        }
         counts.Add(*result);
         if (result->Succeeded())
             files.Save(*result);
