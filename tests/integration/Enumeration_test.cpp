@@ -26,6 +26,23 @@ TEST_F(EnumeratesCameras, OfSeveralModels) {
     EXPECT_THAT(names, UnorderedElementsAre("Marlow H2048 (21)", "Marlow H4096 (22)", "Marlow H8192L (23)"));
 }
 
+TEST_F(EnumeratesCameras, EachAtTheRateThatItWasLastAt) {
+    auto first = Camera("21");
+    first.baud = 115200;
+    auto second = Camera("22");
+    second.baud = 921600;
+    Add("cam0", first);
+    Add("cam1", second);
+    EXPECT_THAT(SerialNumbers(), UnorderedElementsAre("21", "22"));
+    for (int round = 0; round < 3; ++round) {
+        simulator.ResetStatistics("cam0");
+        simulator.ResetStatistics("cam1");
+        EXPECT_THAT(SerialNumbers(), UnorderedElementsAre("21", "22"));
+        EXPECT_EQ(simulator.StatisticsOf("cam0").noiseBytes, 0u);
+        EXPECT_EQ(simulator.StatisticsOf("cam1").noiseBytes, 0u);
+    }
+}
+
 TEST_F(EnumeratesCameras, WithCompleteRecords) {
     Add("cam0", Camera("21"),
         "<Manufacturer>Marlow</Manufacturer><Family>Heron</Family><Model>H2048</Model>"

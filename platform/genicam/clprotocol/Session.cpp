@@ -40,7 +40,12 @@ constexpr auto kPendingPause = std::chrono::milliseconds(1);
 
 /// Opens the port at 9600 baud.
 Session::Session(const SerialPort& port, std::shared_ptr<const DriverLibrary> driver)
-    : m_portId(port.id), m_driver(std::move(driver)), m_serial(port.library, port.index, port.id) {}
+    : m_portId(port.id),
+      m_driver(std::move(driver)),
+      m_serial(std::make_shared<SerialConnection>(port.library, port.index, port.id)),
+      m_line(PortLines::GetInstance().Lend(port.id)) {
+    m_line->Attach(m_serial);
+}
 
 Session::~Session() {
     try {
@@ -48,6 +53,7 @@ Session::~Session() {
     } catch (const GenICam::GenericException& error) {
         Log(CLP_LOG_ERROR, "%s", error.GetDescription());
     }
+    m_line->Attach(nullptr);
 }
 
 /**
@@ -58,7 +64,7 @@ Session::~Session() {
  */
 std::string Session::Probe(const std::string& templateOrDeviceId, CLUINT32 timeoutMs) {
     std::string deviceId;
-    const CLINT32 result = m_driver->Probe(m_serial, templateOrDeviceId, deviceId, m_cookie, timeoutMs);
+    const CLINT32 result = m_driver->Probe(*m_line, templateOrDeviceId, deviceId, m_cookie, timeoutMs);
     if (result < 0)
         m_cookie = 0;  // a driver that fails has nothing to disconnect
     CheckSuccess("clpProbeDevice", result);
@@ -75,14 +81,14 @@ void Session::Disconnect() {
 
 /// Reads as many bytes as \a bytes has.
 void Session::Read(CLINT64 address, std::vector<char>& bytes, CLUINT32 timeoutMs) {
-    CheckSuccess("clpReadRegister", m_driver->Read(m_serial, m_cookie, address, bytes.data(),
+    CheckSuccess("clpReadRegister", m_driver->Read(*m_line, m_cookie, address, bytes.data(),
                                                    static_cast<CLINT64>(bytes.size()), timeoutMs));
 }
 
 /// Writes \a bytes and waits until the camera is done with it.
 void Session::Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs) {
     const CLINT32 result =
-        m_driver->Write(m_serial, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
+        m_driver->Write(*m_line, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
     if (result == CLP_PENDING_WRITE)
         CheckSuccess("clpContinueWriteRegister", ContinuePendingWrite(timeoutMs));
     else
@@ -93,7 +99,7 @@ CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
     const auto end = Clock::now() + std::chrono::milliseconds(GetPatience().pendingWriteMs);
     while (Clock::now() < end) {
         const auto start = Clock::now();
-        const CLINT32 result = m_driver->ContinueWrite(m_serial, m_cookie, true, timeoutMs);
+        const CLINT32 result = m_driver->ContinueWrite(*m_line, m_cookie, true, timeoutMs);
         if (result != CLP_PENDING_WRITE)
             return result;
         // A driver that does not wait by itself must not keep the processor busy.
@@ -101,14 +107,14 @@ CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
             std::this_thread::sleep_for(kPendingPause);
     }
     // That the driver has left off is no success of the write.
-    const CLINT32 result = m_driver->ContinueWrite(m_serial, m_cookie, false, timeoutMs);
+    const CLINT32 result = m_driver->ContinueWrite(*m_line, m_cookie, false, timeoutMs);
     return result < 0 ? result : static_cast<CLINT32>(CL_ERR_TIMEOUT);
 }
 
 /// The XML IDs that the camera offers; none when it says that it has no description.
 std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
     std::string ids;
-    const CLINT32 result = m_driver->GetXmlIds(m_serial, m_cookie, ids, timeoutMs);
+    const CLINT32 result = m_driver->GetXmlIds(*m_line, m_cookie, ids, timeoutMs);
     if (result == CLP_NO_XMLDESCRIPTION_FOUND)
         return {};
     CheckSuccess("clpGetXMLIDs", result);
@@ -118,7 +124,7 @@ std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
 /// The bytes of a description, as the camera has them.
 std::string Session::GetXml(const std::string& xmlId, CLUINT32 timeoutMs) {
     std::string xml;
-    CheckSuccess("clpGetXMLDescription", m_driver->GetXml(m_serial, m_cookie, xmlId, xml, timeoutMs));
+    CheckSuccess("clpGetXMLDescription", m_driver->GetXml(*m_line, m_cookie, xmlId, xml, timeoutMs));
     return xml;
 }
 
@@ -128,8 +134,8 @@ CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
     CLUINT32 port = 0;
     if (!m_driver->IsParameterSupported(CLP_DEVICE_BAUDERATE) ||
         !m_driver->IsParameterSupported(CLP_DEVICE_SUPPORTED_BAUDERATES) ||
-        m_driver->GetParameter(m_serial, CLP_DEVICE_SUPPORTED_BAUDERATES, m_cookie, common, timeoutMs) < 0 ||
-        m_serial.clGetSupportedBaudRates(&port) < 0)
+        m_driver->GetParameter(*m_line, CLP_DEVICE_SUPPORTED_BAUDERATES, m_cookie, common, timeoutMs) < 0 ||
+        m_serial->clGetSupportedBaudRates(&port) < 0)
         return 0;
     return std::bit_floor(common & port & kAllRates);
 }
@@ -137,13 +143,13 @@ CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
 /// The camera's present rate, as a flag.
 CLUINT32 Session::GetRate(CLUINT32 timeoutMs) {
     CLUINT32 rate = 0;
-    CheckSuccess("clpGetParam", m_driver->GetParameter(m_serial, CLP_DEVICE_BAUDERATE, m_cookie, rate, timeoutMs));
+    CheckSuccess("clpGetParam", m_driver->GetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, rate, timeoutMs));
     return rate;
 }
 
 /// Changes the rate of camera and port.
 void Session::SetRate(CLUINT32 flag, CLUINT32 timeoutMs) {
-    CheckSuccess("clpSetParam", m_driver->SetParameter(m_serial, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs));
+    CheckSuccess("clpSetParam", m_driver->SetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs));
 }
 
 void Session::CheckSuccess(const char* function, CLINT32 result) {
@@ -157,7 +163,7 @@ void Session::CheckSuccess(const char* function, CLINT32 result) {
 void Session::ThrowError(const char* function, CLINT32 result) {
     std::string text = GenICam::FormatText("Port '%s': function '%s' of '%s' failed: %s (%d)", m_portId, function,
                                            m_driver->Path(), ErrorText(result), result);
-    if (const std::string cause = m_serial.TakeException(); !cause.empty())
+    if (const std::string cause = m_serial->TakeException(); !cause.empty())
         text += ". " + cause;
     throw CLErrException(text.c_str(), __FILE__, __LINE__, result);
 }
@@ -165,7 +171,7 @@ void Session::ThrowError(const char* function, CLINT32 result) {
 std::string Session::ErrorText(CLINT32 result) const {
     if (std::optional<std::string> text = m_driver->ErrorText(result, m_cookie))
         return *text;
-    return m_serial.Library().ErrorText(result);
+    return m_serial->Library().ErrorText(result);
 }
 
 }  // namespace CLProtocol

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "DriverLibrary.h"
+#include "PortLine.h"
 #include "SerialConnection.h"
 #include "SerialPorts.h"
 
@@ -32,7 +33,7 @@ public:
     CLUINT32 GetRate(CLUINT32 timeoutMs);
     void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);
 
-    ISerial& Serial() { return m_serial; }
+    ISerial& Serial() { return *m_serial; }
     const std::string& PortId() const noexcept { return m_portId; }
     const std::string& DriverPath() const noexcept { return m_driver->Path(); }
 
@@ -44,7 +45,8 @@ private:
 
     const std::string m_portId;
     const std::shared_ptr<const DriverLibrary> m_driver;
-    SerialConnection m_serial;
+    const std::shared_ptr<SerialConnection> m_serial;
+    const std::shared_ptr<PortLine> m_line;  // what the driver is given
     CLUINT32 m_cookie = 0;
 };
 

@@ -171,6 +171,41 @@ TEST_F(Port, RefusesADeviceWithoutACookie) {
     EXPECT_EQ(CodeOf([] { Probe(); }), -20103);
 }
 
+TEST_F(Port, HasOneAndTheSameLineForTheDriverEachTime) {
+    std::vector<ISerial*> lines;
+    driver.onProbe = [&](ISerial* line, const char*, char*, std::uint32_t* size, std::uint32_t*, std::uint32_t) {
+        lines.push_back(line);
+        *size = 0;
+        return 0;
+    };
+    std::vector<std::unique_ptr<char[]>> blocks;
+    for (int round = 0; round < 3; ++round)
+        for (const char* port : {"Scripted#Port0", "Scripted#Port1"}) {
+            CCLPort::ProbeDevice(port, scripted::FullDeviceId("Marlow"), 100);
+            blocks.push_back(std::make_unique<char[]>(200));  // what a freed object's place may become
+        }
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_NE(lines[0], lines[1]);
+    EXPECT_EQ(lines, (std::vector<ISerial*>{lines[0], lines[1], lines[0], lines[1], lines[0], lines[1]}));
+}
+
+TEST_F(Port, LineFailsOnceItIsClosed) {
+    ISerial* line = nullptr;
+    driver.onProbe = [&](ISerial* given, const char*, char*, std::uint32_t* size, std::uint32_t*, std::uint32_t) {
+        line = given;
+        *size = 0;
+        return 0;
+    };
+    Probe();
+    ASSERT_NE(line, nullptr);
+    char byte = 0;
+    std::uint32_t number = 1;
+    EXPECT_EQ(line->clSerialRead(&byte, &number, 0), -10006);
+    EXPECT_EQ(line->clSerialWrite(&byte, &number, 0), -10006);
+    EXPECT_EQ(line->clGetSupportedBaudRates(&number), -10006);
+    EXPECT_EQ(line->clSetBaudRate(1), -10006);
+}
+
 TEST_F(Port, ConnectsAndDisconnects) {
     CCLPort port;
     EXPECT_FALSE(port.IsConnected());

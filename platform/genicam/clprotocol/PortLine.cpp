@@ -1,0 +1,70 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What stands for a serial port to drivers, for as long as the module lives
+ */
+
+#include "PortLine.h"
+
+#include <utility>
+
+#include "Immortal.h"
+#include "clser/ClSerial.h"
+
+namespace CLProtocol {
+
+/// Makes \a connection the one that calls go to; null for none.
+void PortLine::Attach(std::shared_ptr<ISerial> connection) noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_connection.swap(connection);
+}
+
+std::shared_ptr<ISerial> PortLine::Connection() const noexcept {
+    const std::lock_guard lock(m_mutex);
+    return m_connection;
+}
+
+CLINT32 PortLine::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
+    const auto connection = Connection();
+    return connection ? connection->clSerialRead(buffer, bufferSize, serialTimeout) : CL_ERR_INVALID_REFERENCE;
+}
+
+CLINT32 PortLine::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
+    const auto connection = Connection();
+    return connection ? connection->clSerialWrite(buffer, bufferSize, serialTimeout) : CL_ERR_INVALID_REFERENCE;
+}
+
+CLINT32 PortLine::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
+    const auto connection = Connection();
+    return connection ? connection->clGetSupportedBaudRates(baudRates) : CL_ERR_INVALID_REFERENCE;
+}
+
+CLINT32 PortLine::clSetBaudRate(CLUINT32 baudRate) noexcept {
+    const auto connection = Connection();
+    return connection ? connection->clSetBaudRate(baudRate) : CL_ERR_INVALID_REFERENCE;
+}
+
+/**
+ * \class PortLines
+ * \brief Gives drivers one and the same line object for a port, each time that it is opened
+ *
+ * A driver is not told which port it works on: the object is all that it can remember one by, for instance for the
+ * baud rate that the camera on it was left at. A line never becomes that of another port.
+ *
+ * \context Any thread.
+ */
+PortLines& PortLines::GetInstance() {
+    static Immortal<PortLines> instance;
+    return instance.Get();
+}
+
+/// The line of a port until the result is given up. Who opens a port twice at the same time gets two.
+std::shared_ptr<PortLine> PortLines::Lend(const std::string& portId) {
+    const std::lock_guard lock(m_mutex);
+    std::vector<std::shared_ptr<PortLine>>& lines = m_lines[portId];
+    for (const std::shared_ptr<PortLine>& line : lines)
+        if (line.use_count() == 1)
+            return line;
+    return lines.emplace_back(std::make_shared<PortLine>());
+}
+
+}  // namespace CLProtocol
