@@ -5,16 +5,50 @@
 
 #include "VantoCLSer/BoundedXmlParser.h"
 
+#include <xercesc/framework/XMLAttr.hpp>
+
+#include "VantoCLSer/BoundedXmlFile.h"
 #include "vanto/internal/VantoException.h"
 #include "vanto/internal/VantoXercesHelper.h"
 
 namespace Vanto {
+
+namespace {
+
+constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
+
+}  // namespace
 
 BoundedXmlParser::BoundedXmlParser() {
     m_limits.setEntityExpansionLimit(kMaxEntityExpansions);
     setSecurityManager(&m_limits);
     setLoadExternalDTD(false);
     setDisableDefaultEntityResolution(true);
+}
+
+// Default values of attributes are repeated with each element, and entities with each reference to them.
+void BoundedXmlParser::Count(std::uint64_t characters) {
+    m_size += characters;
+    if (m_size > BoundedXmlFile::kMaxSize)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(
+            "Failed to parse CL binding file: its entities and default values expand to more than %u characters.",
+            BoundedXmlFile::kMaxSize);
+}
+
+void BoundedXmlParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
+                                    const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attributeCount,
+                                    bool isEmpty, bool isRoot) {
+    constexpr std::uint64_t kShortestElement = 4;  // <a/>
+    std::uint64_t size = kShortestElement;
+    for (XMLSize_t index = 0; index < attributeCount; ++index)
+        size += xercesc::XMLString::stringLen(attributes.elementAt(index)->getValue());
+    Count(size);
+    XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+}
+
+void BoundedXmlParser::docCharacters(const XMLCh* characters, XMLSize_t length, bool isCData) {
+    Count(length);
+    XercesDOMParser::docCharacters(characters, length, isCData);
 }
 
 /**
@@ -24,7 +58,6 @@ BoundedXmlParser::BoundedXmlParser() {
  */
 void BoundedXmlParser::entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
                                   const bool isIgnored) {
-    static constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
     if (isParameter)
         throw VANTO_EXCEPTION(RuntimeException, kSource)(
             "Failed to parse CL binding file: the parameter entity '%s' is not allowed.",

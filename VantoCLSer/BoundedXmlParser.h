@@ -4,21 +4,30 @@
  */
 #pragma once
 
+#include <cstdint>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
 namespace Vanto {
 
-/// Expands few entities and fetches nothing from elsewhere. Reentrant.
+/// Expands few entities, to no more than a file of the greatest length could hold itself, and fetches nothing from
+/// elsewhere. For one document. Reentrant.
 class BoundedXmlParser : public xercesc::XercesDOMParser {
 public:
     static constexpr XMLSize_t kMaxEntityExpansions = 100;
 
     BoundedXmlParser();
 
+    void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
+                      const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attributeCount, bool isEmpty,
+                      bool isRoot) override;
+    void docCharacters(const XMLCh* characters, XMLSize_t length, bool isCData) override;
     void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter, const bool isIgnored) override;
 
 private:
+    void Count(std::uint64_t characters);
+
+    std::uint64_t m_size = 0;  // of what the document holds, in characters
     xercesc::SecurityManager m_limits;
 };
 

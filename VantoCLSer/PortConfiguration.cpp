@@ -31,10 +31,10 @@ namespace {
 constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
 
 // Runs an action of the XML library; its exceptions become a RuntimeException that begins with a text.
-template <class Action>
-auto Guarded(const char* text, Action action) {
-    const auto fail = [text](const XMLCh* message) {
-        return VANTO_EXCEPTION(RuntimeException, kSource)("%s: %s", text, ToLocalText(message));
+template <class Action, class Translate>
+auto Guarded(const char* text, Action action, Translate translate) {
+    const auto fail = [&](const XMLCh* message) {
+        return VANTO_EXCEPTION(RuntimeException, kSource)("%s: %s", text, translate(message));
     };
     try {
         return action();
@@ -51,6 +51,19 @@ auto Guarded(const char* text, Action action) {
     }
 }
 
+template <class Action>
+auto Guarded(const char* text, Action action) {
+    return Guarded(text, action, [](const XMLCh* message) { return ToLocalText(message); });
+}
+
+// For messages of a library that could not be initialised, and so can't convert them.
+std::string PlainText(const XMLCh* message) {
+    std::string text;
+    for (; message != nullptr && *message != 0; ++message)
+        text += *message < 0x80 ? static_cast<char>(*message) : '?';
+    return text;
+}
+
 // The XML library counts its users without a lock of its own.
 std::mutex g_xercesLock;
 
@@ -59,7 +72,8 @@ class XercesSession {
 public:
     XercesSession() {
         const std::lock_guard lock(g_xercesLock);
-        Guarded("Failed to initialize Xerces", [] { xercesc::XMLPlatformUtils::Initialize(); });
+        Guarded(
+            "Failed to initialize Xerces", [] { xercesc::XMLPlatformUtils::Initialize(); }, &PlainText);
     }
     ~XercesSession() {
         try {
@@ -84,49 +98,69 @@ const xercesc::DOMNode* NextBelow(const xercesc::DOMNode& root, const xercesc::D
     return nullptr;
 }
 
-// The text of all descendants, trimmed. The XML library's own operation for it calls itself for each level of
-// elements, of which a file may have more than the stack has room for.
-gcstring TrimmedContent(const xercesc::DOMElement& element) {
-    std::string text;
-    for (const xercesc::DOMNode* node = &element; node != nullptr; node = NextBelow(element, node)) {
-        if (node->getNodeType() == xercesc::DOMNode::TEXT_NODE ||
-            node->getNodeType() == xercesc::DOMNode::CDATA_SECTION_NODE)
-            text += ToLocalText(node->getNodeValue());
-    }
-    constexpr char kWhiteSpace[] = " \t\r\n\v\f";
-    const std::size_t first = text.find_first_not_of(kWhiteSpace);
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
-}
-
 bool EqualsIgnoringCase(const char* left, const char* right) {
     return xercesc::XMLString::compareIString(left, right) == 0;
 }
 
-void SetField(PortConfiguration& entry, const std::string& name, const gcstring& value) {
+using SetField = void (*)(PortConfiguration& entry, gcstring&& value);
+
+// Null for a name that means nothing.
+SetField FieldOf(const std::string& name) {
     if (EqualsIgnoringCase(name.c_str(), "ID"))
-        entry.id = value;
-    else if (name == "Manufacturer")
-        entry.manufacturer = value;
-    else if (name == "Family")
-        entry.family = value;
-    else if (name == "Model")
-        entry.model = value;
-    else if (name == "DeviceSpecificString")
-        entry.deviceSpecificString = value;
-    else if (name == "BaudRate")
-        entry.baudRate = value;
-    else if (name == "Enabled")
-        entry.enabled = EqualsIgnoringCase(value, "yes") || EqualsIgnoringCase(value, "true") || value == "1";
+        return [](PortConfiguration& entry, gcstring&& value) { entry.id = std::move(value); };
+    if (name == "Manufacturer")
+        return [](PortConfiguration& entry, gcstring&& value) { entry.manufacturer = std::move(value); };
+    if (name == "Family")
+        return [](PortConfiguration& entry, gcstring&& value) { entry.family = std::move(value); };
+    if (name == "Model")
+        return [](PortConfiguration& entry, gcstring&& value) { entry.model = std::move(value); };
+    if (name == "DeviceSpecificString")
+        return [](PortConfiguration& entry, gcstring&& value) { entry.deviceSpecificString = std::move(value); };
+    if (name == "BaudRate")
+        return [](PortConfiguration& entry, gcstring&& value) { entry.baudRate = std::move(value); };
+    if (name == "Enabled")
+        return [](PortConfiguration& entry, gcstring&& value) {
+            entry.enabled = EqualsIgnoringCase(value, "yes") || EqualsIgnoringCase(value, "true") || value == "1";
+        };
+    return nullptr;
 }
 
-PortConfiguration ReadEntry(const xercesc::DOMElement& port) {
-    PortConfiguration entry;
-    for (const auto* child = port.getFirstElementChild(); child != nullptr; child = child->getNextElementSibling())
-        SetField(entry, ToLocalText(child->getNodeName()), TrimmedContent(*child));
-    return entry;
-}
+// Reads the elements of one document.
+class EntryReader {
+public:
+    PortConfiguration Read(const xercesc::DOMElement& port) {
+        PortConfiguration entry;
+        for (const auto* child = port.getFirstElementChild(); child != nullptr; child = child->getNextElementSibling())
+            if (const SetField set = FieldOf(ToLocalText(child->getNodeName())))
+                set(entry, TrimmedContent(*child));
+        return entry;
+    }
+
+private:
+    // More than any document of the greatest length has; only ports within ports are read more than once.
+    static constexpr std::size_t kMaxNodes = std::size_t{1} << 21;
+
+    // The text of all descendants, trimmed. The XML library's own operation for it calls itself for each level of
+    // elements, of which a file may have more than the stack has room for.
+    gcstring TrimmedContent(const xercesc::DOMElement& element) {
+        std::string text;
+        for (const xercesc::DOMNode* node = &element; node != nullptr; node = NextBelow(element, node)) {
+            if (++m_nodes > kMaxNodes)
+                throw VANTO_EXCEPTION(RuntimeException, kSource)(
+                    "Failed to process CL binding file: too many ports are nested within each other.");
+            if (node->getNodeType() == xercesc::DOMNode::TEXT_NODE ||
+                node->getNodeType() == xercesc::DOMNode::CDATA_SECTION_NODE)
+                text += ToLocalText(node->getNodeValue());
+        }
+        constexpr char kWhiteSpace[] = " \t\r\n\v\f";
+        const std::size_t first = text.find_first_not_of(kWhiteSpace);
+        if (first == std::string::npos)
+            return {};
+        return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+    }
+
+    std::size_t m_nodes = 0;
+};
 
 std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) {
     const xercesc::DOMDocument* document = parser.getDocument();
@@ -136,9 +170,12 @@ std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) 
     if (root == nullptr)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to get root node of CL binding doc.");
     const xercesc::DOMNodeList* ports = document->getElementsByTagName(FromLocalText("Port").c_str());
+    // Each question for the length goes through the whole document.
+    const XMLSize_t length = ports->getLength();
+    EntryReader reader;
     std::size_t count = 0;
-    for (XMLSize_t index = 0; index < ports->getLength(); ++index) {
-        PortConfiguration entry = ReadEntry(*static_cast<const xercesc::DOMElement*>(ports->item(index)));
+    for (XMLSize_t index = 0; index < length; ++index) {
+        PortConfiguration entry = reader.Read(*static_cast<const xercesc::DOMElement*>(ports->item(index)));
         if (entry.id.empty())
             continue;
         list.push_back(std::move(entry));

@@ -48,6 +48,13 @@ protected:
     }
 };
 
+std::string Repeated(const std::string& text, int times) {
+    std::string result;
+    while (times-- > 0)
+        result += text;
+    return result;
+}
+
 TEST_F(PortConfigurationInput, MalformedTellsFileLineAndColumn) {
     const Thrown thrown = Refuse("<r>\n  <Port>\n</r>");
     EXPECT_EQ(thrown.type, "RuntimeException");
@@ -147,8 +154,42 @@ TEST_F(PortConfigurationInput, WithOneHugeEntityManyTimes) {
         references += "&e;";
     const std::string entity = "<!DOCTYPE r [<!ENTITY e '" + std::string(500000, 'x') + "'>]>";
     EXPECT_THAT(Refuse(entity + "<r><Port><ID>" + references + "</ID></Port></r>").description,
-                HasSubstr("entity expansions"));
+                HasSubstr("expand to more than"));
     EXPECT_THAT(Refuse(entity + "<r><Port a='" + references + "'/></r>").description, HasSubstr("entity expansions"));
+}
+
+TEST_F(PortConfigurationInput, WithLargeEntitiesAsOftenAsIsAllowed) {
+    std::string references;
+    for (int count = 0; count < 99; ++count)
+        references += "&e;";
+    for (const std::string& content : {std::string(15000, 'x'), Repeated("<Port/>", 15000)})
+        EXPECT_EQ(Refuse("<!DOCTYPE r [<!ENTITY e '" + content + "'>]><r>" + references + "</r>"),
+                  (Thrown{"RuntimeException",
+                          "Failed to parse CL binding file: its entities and default values expand to more than "
+                          "1048576 characters.",
+                          kTlSource}));
+}
+
+TEST_F(PortConfigurationInput, WithALargeDefaultValueOnManyElements) {
+    const std::string types = "<!DOCTYPE r [<!ATTLIST Port a CDATA '" + std::string(500000, 'x') + "'>]>";
+    EXPECT_THAT(Refuse(types + "<r>" + Repeated("<Port/>", 50000) + "</r>").description,
+                HasSubstr("expand to more than"));
+}
+
+TEST_F(PortConfigurationInput, WithAsManyPortsAsFit) {
+    EXPECT_EQ(Read("<r>" + Repeated("<Port><ID>a</ID></Port>", 45000) + "</r>").size(), 45000u);
+}
+
+TEST_F(PortConfigurationInput, WithPortsNestedDeeply) {
+    constexpr int kDepth = 60000;
+    EXPECT_THAT(Read("<r>" + Repeated("<Port>", kDepth) + Repeated("</Port>", kDepth) + "</r>"), IsEmpty());
+}
+
+TEST_F(PortConfigurationInput, WithPortsInTheFieldsOfPorts) {
+    constexpr int kDepth = 40000;
+    EXPECT_EQ(Refuse("<r>" + Repeated("<Port><ID>", kDepth) + Repeated("</ID></Port>", kDepth) + "</r>"),
+              (Thrown{"RuntimeException",
+                      "Failed to process CL binding file: too many ports are nested within each other.", kTlSource}));
 }
 
 TEST_F(PortConfigurationInput, WithAnEntityThatHoldsItself) {
@@ -165,9 +206,10 @@ TEST_F(PortConfigurationInput, WithAnExternalEntityReadsNothingElse) {
 }
 
 TEST_F(PortConfigurationInput, WithAnExternalDocumentTypeReadsNothingElse) {
-    m_folder.Write("other.dtd", "<!ENTITY e 'stolen'><!ATTLIST r x CDATA 'stolen'>");
-    const PortConfigurationList list =
-        Read("<!DOCTYPE r SYSTEM 'other.dtd'><r>" + PortElement("p", "<Model>m</Model>") + "</r>");
+    // Whoever read it would stumble over it.
+    m_folder.Write("other.dtd", "<!ENTITY broken");
+    const PortConfigurationList list = Read("<!DOCTYPE r SYSTEM 'file://" + (m_folder / "other.dtd") + "'><r>" +
+                                            PortElement("p", "<Model>m</Model>") + "</r>");
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(list[0].model, "m");
 }

@@ -119,6 +119,7 @@ TEST_F(Module, DestroysAnotherObjectOfItsOwnWithoutForgettingTheOne) {
 TEST_F(Module, LeavesForeignObjectsAlone) {
     bool isAlive = false;
     ForeignTl foreign(isAlive);
+    EXPECT_EQ(foreign.GetXmlFileProvider(), nullptr);
     ITransportLayer* const tl = Create(m_list[0]);
     Destroy(&foreign);
     EXPECT_TRUE(isAlive);

@@ -76,6 +76,22 @@ TEST_F(Configuration, IsReadAgainWhenItsPathChanges) {
     EXPECT_EQ(Readings(), 2u);
 }
 
+TEST_F(Configuration, OfTheFirstSecondOfAllIsReadAgain) {
+    WriteConfiguration(PortElement("a"));
+    const auto first = std::chrono::file_clock::from_sys(std::chrono::sys_seconds{});
+    std::filesystem::last_write_time(ConfigurationPath(), first);
+    m_tl.UpdatePortConfiguration();
+    m_tl.UpdatePortConfiguration();
+    EXPECT_EQ(Readings(), 2u);
+}
+
+TEST_F(Configuration, IsAnErrorWhenItsFolderIsAFile) {
+    m_folder.Write("file", "");
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", m_folder / "file");
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
+    EXPECT_EQ(CountFormat("CLBindings file '%s' does not exist or could not be read."), 1u);
+}
+
 TEST_F(Configuration, IsEmptyWithoutAFile) {
     EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
     EXPECT_THAT(m_log.GetMessages(), IsEmpty());
@@ -139,6 +155,18 @@ TEST_F(Configuration, IsReadByManyThreadsAtOnce) {
         Touch();
     for (std::thread& thread : threads)
         thread.join();
+}
+
+TEST_F(TlTest, MakesRecordsOfItsClassOnly) {
+    StringList_t names;
+    EXPECT_EQ(m_tl.CreateDeviceInfo().GetPropertyNames(names), 1);
+    EXPECT_EQ(m_tl.CreateDeviceInfo().GetDeviceClass(), "MarlowCameraLink");
+}
+
+TEST_F(TlTest, LeavesTheRestToTheFrame) {
+    EXPECT_EQ(m_tl.ReservedOperation(CDeviceInfo(), this), nullptr);
+    EXPECT_NE(m_tl.GetNodeMap()->GetNode("ChunkNodeMapSupportEnable"), nullptr);
+    EXPECT_EQ(m_tl.GetXmlFileProvider(), static_cast<IXmlFileProvider*>(&m_tl));
 }
 
 class Enumeration : public TlTest {

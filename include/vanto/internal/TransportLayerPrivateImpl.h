@@ -27,7 +27,7 @@ namespace Vanto {
 template <class Interface>
 class CTransportLayerBase : public Interface, public ITransportLayerPrivate, protected CRefCounted {
 public:
-    CTransportLayerBase() : m_params(CreateDefaultTransportLayerParams()) {
+    CTransportLayerBase() : m_params(CreateDefaultTransportLayerParams(), &DestroyDefaultTransportLayerParams) {
         ++m_references;
         // Read once: later changes of the environment have no effect on this object.
         constexpr std::size_t kBufferSize = 256;
@@ -46,7 +46,7 @@ public:
         this->OnFinalRelease();
         DestroyRegisteredDevices();
         m_registry.reset();
-        DestroyDefaultTransportLayerParams(m_params);
+        m_params.reset();
     }
 
     CTransportLayerBase(const CTransportLayerBase&) = delete;
@@ -117,7 +117,7 @@ public:
 
     GenApi::INodeMap* GetNodeMap() override {
         GenApi::INodeMap* own = InternalGetNodeMap();
-        return own != nullptr ? own : m_params;
+        return own != nullptr ? own : m_params.get();
     }
 
     void* ReservedOperation(const CDeviceInfo& info, void* argument) override {
@@ -396,7 +396,7 @@ private:
     std::atomic<std::uint32_t> m_references{0};
     std::unique_ptr<DeviceRegistry> m_registry = std::make_unique<DeviceRegistry>();
     gcstring m_restrictingDeviceClass;
-    GenApi::INodeMap* m_params;
+    std::unique_ptr<GenApi::INodeMap, void (*)(GenApi::INodeMap*)> m_params;
     std::atomic<IDeviceCreationHook*> m_creationHook{nullptr};
 };
 

@@ -19,7 +19,7 @@ namespace os {
 FileStatus GetFileStatus(const std::string& path) noexcept {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0)
-        return {errno == ENOENT || errno == ENOTDIR ? FileState::kMissing : FileState::kError};
+        return {errno == ENOENT ? FileState::kMissing : FileState::kError};
     return {FileState::kFound, status.st_mtime, static_cast<std::uint64_t>(status.st_size), S_ISDIR(status.st_mode)};
 }
 

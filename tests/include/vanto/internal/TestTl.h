@@ -110,6 +110,8 @@ public:
     std::function<Vanto::IVantoDevice*(const CDeviceInfo&)> onCreate = [](const CDeviceInfo& info) {
         return new PrivateTestDevice(info);
     };
+    std::function<void()> onAccessible;
+    std::shared_ptr<int> finalReleases = std::make_shared<int>(0);  ///< may outlive it
     CDeviceInfo created;
     CDeviceInfo asked;
     Vanto::AccessModeSet mode;
@@ -122,6 +124,7 @@ public:
     const CDeviceInfo* reservedInfo = nullptr;
 
 protected:
+    void OnFinalRelease() override { ++*finalReleases; }
     int InternalEnumerateDevices(DeviceInfoList& list) override {
         ++enumerations;
         if (onEnumerate)
@@ -155,6 +158,8 @@ protected:
                                     Vanto::AccessibilityCode* code) override {
         asked = info;
         mode = given;
+        if (onAccessible)
+            onAccessible();
         if (code != nullptr)
             *code = Vanto::Accessibility_Ok;
         return isAccessible;

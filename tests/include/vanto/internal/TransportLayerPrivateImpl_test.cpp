@@ -458,10 +458,39 @@ TEST_F(Frame, DestroysADeviceOnce) {
     IVantoDevice* const device = m_tl.CreateDevice(Found("1"));
     m_tl.DestroyDevice(device);
     EXPECT_EQ(TestDevice::alive, 0);
+    m_log.Clear();
     EXPECT_EQ(
         ThrownBy<GenICam::LogicalErrorException>([&] { m_tl.DestroyDevice(device); }),
         (Thrown{"LogicalErrorException", "Trying to destroy device which hasn't been created by me", kFrameSource}));
+    EXPECT_THAT(m_log.GetMessages(), testing::IsEmpty());
     EXPECT_EQ(m_tl.Release(), 0u);
+}
+
+TEST_F(Frame, IsToldOfItsLastReleaseOnce) {
+    m_tl.CreateDevice(Found("1"));
+    EXPECT_EQ(m_tl.Release(), 1u);
+    EXPECT_EQ(*m_tl.finalReleases, 0);
+    EXPECT_EQ(m_tl.Release(), 0u);
+    EXPECT_EQ(*m_tl.finalReleases, 1);
+}
+
+TEST_F(Frame, PassesExceptionsOfItsHooksOn) {
+    m_tl.onCreate = [](const CDeviceInfo&) -> IVantoDevice* { throw std::runtime_error("create"); };
+    EXPECT_THROW(m_tl.CreateDevice(Found("1")), std::runtime_error);
+    m_tl.onAccessible = [] { throw std::runtime_error("accessible"); };
+    EXPECT_THROW(m_tl.IsDeviceAccessible(Found("1")), std::runtime_error);
+    EXPECT_EQ(m_tl.Release(), 0u);
+}
+
+TEST(FrameEnd, DestroysItsParameters) {
+    std::weak_ptr<int> held;
+    {
+        TestTl tl;
+        const auto keeps = std::make_shared<int>();
+        held = keeps;
+        GenApi::Register(tl.GetNodeMap()->GetNode("ChunkNodeMapSupportEnable"), [keeps](GenApi::INode*) {});
+    }
+    EXPECT_TRUE(held.expired());
 }
 
 TEST_F(Frame, DestroysNoDeviceOfOthers) {
