@@ -174,10 +174,11 @@ std::size_t CVantoCLSerTl::UpdatePortConfiguration() {
  */
 CVantoCLSerPort& CVantoCLSerTl::GetOrCreatePort(const gcstring& portId) {
     const std::lock_guard lock(m_lock);
-    std::unique_ptr<CVantoCLSerPort>& port = m_ports[portId];
-    if (!port)
-        port = std::make_unique<CVantoCLSerPort>(portId);
-    return *port;
+    auto found = m_ports.find(portId);
+    // Made before its place: a port that can't be made must not leave an empty one.
+    if (found == m_ports.end())
+        found = m_ports.emplace(portId, std::make_unique<CVantoCLSerPort>(portId)).first;
+    return *found->second;
 }
 
 CVantoCLSerTl::Entries CVantoCLSerTl::GetEntries() const {
@@ -242,11 +243,13 @@ void CVantoCLSerTl::EnumerateInto(DeviceInfoList& list, int& count) {
  * \brief Ask every port which camera is on it
  * \param[in] ports Ports to probe, one after the other
  * \param[out] slots At the index of its port the device identifier found, or the empty string
+ * \return The number of slots that there were before
  */
-void CVantoCLSerTl::ProbePorts(const gcstring_vector& ports, gcstring_vector& slots) {
+std::size_t CVantoCLSerTl::ProbePorts(const gcstring_vector& ports, gcstring_vector& slots) {
+    const std::size_t before = slots.size();
     slots.clear();
     if (ports.empty())
-        return;
+        return before;
     gcstring_vector templates;
     CCLPort::GetDeviceIDTemplates(templates);
     for (const gcstring& text : templates)
@@ -255,7 +258,7 @@ void CVantoCLSerTl::ProbePorts(const gcstring_vector& ports, gcstring_vector& sl
     slots.resize(ports.size());
     if (usable.empty()) {
         LogTrace(TlLog(), tracelog::kDebug, "No usable usable DeviceIDTemplates found!");
-        return;
+        return before;
     }
     for (const gcstring& text : usable)
         LogTrace(TlLog(), tracelog::kDebug, "Usable DeviceIDTemplate: '%s'", text);
@@ -269,6 +272,7 @@ void CVantoCLSerTl::ProbePorts(const gcstring_vector& ports, gcstring_vector& sl
     }
     for (std::size_t index = 0; index < ports.size(); ++index)
         LogTrace(TlLog(), tracelog::kDebug, "Probed '%s' found '%s'", ports[index], slots[index]);
+    return before;
 }
 
 /**
@@ -308,12 +312,13 @@ IVantoDevice* CVantoCLSerTl::InternalCreateDevice(const CDeviceInfo& info) {
     if (!info.GetPropertyValue("PortID", portId) || portId.empty())
         ThrowLogged(GenICam::ExceptionReporter<InvalidArgumentException>(kSource, __LINE__, "InvalidArgumentException"),
                     "Missing PortID property in device info of '%s'", info.GetFullName());
-    const GenICam::ExceptionReporter<RuntimeException> reporter(kSource, __LINE__, "RuntimeException");
     if (!info.GetPropertyValue("DeviceID", deviceId))
-        ThrowLogged(reporter, "Missing DeviceID property in device info of '%s'", info.GetFullName());
+        ThrowLogged(GenICam::ExceptionReporter<RuntimeException>(kSource, __LINE__, "RuntimeException"),
+                    "Missing DeviceID property in device info of '%s'", info.GetFullName());
     CVantoCLSerPort& port = GetOrCreatePort(portId);
     if (!port.Connect(deviceId))
-        ThrowLogged(reporter, "Could not open CLPort with PortID '%s' and DeviceID '%s'.", portId, deviceId);
+        ThrowLogged(GenICam::ExceptionReporter<RuntimeException>(kSource, __LINE__, "RuntimeException"),
+                    "Could not open CLPort with PortID '%s' and DeviceID '%s'.", portId, deviceId);
     LogTrace(TlLog(), tracelog::kDebug, "Successfully opend CLPort with PortID '%s' and DeviceID '%s'.", portId,
              deviceId);
     return CVantoCLSerDevice::Create(info, port);

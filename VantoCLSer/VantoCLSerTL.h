@@ -41,7 +41,7 @@ private:
 
     Entries GetEntries() const;
     void EnumerateInto(DeviceInfoList& list, int& count);
-    void ProbePorts(const gcstring_vector& ports, gcstring_vector& slots);
+    std::size_t ProbePorts(const gcstring_vector& ports, gcstring_vector& slots);
 
     // Guards the members below. Recursive, and released while the configuration file is read.
     mutable std::recursive_mutex m_lock;
