@@ -84,13 +84,20 @@ std::shared_ptr<Opening> Open(CallThread& thread, const GenICam::gcstring& portI
     const SerialPort port = SerialPorts::GetInstance().Find(portId.str());
     auto opening = std::make_shared<Opening>();
     const std::string wanted = deviceId.GetShortDeviceID().str();
-    thread.Run(
-        [=] {
-            auto session = std::make_shared<Session>(port, driver);
-            opening->found = session->Probe(wanted, timeoutMs);
-            opening->session = std::move(session);
-        },
-        Milliseconds(timeoutMs));
+    try {
+        thread.Run(
+            [=] {
+                auto session = std::make_shared<Session>(port, driver);
+                opening->found = session->Probe(wanted, timeoutMs);
+                opening->session = std::move(session);
+            },
+            Milliseconds(timeoutMs));
+    } catch (const GenICam::GenericException&) {
+        // The job may end at this very moment, and what is here then be the last reference to an open port.
+        if (thread.IsStuck())
+            thread.Leave(std::move(opening));
+        throw;
+    }
     return opening;
 }
 
@@ -168,10 +175,10 @@ public:
     ISerial& Serial() noexcept { return m_serial; }
 
 private:
-    CLINT32 RunOnLine(PortSerial::Call call) {
+    CLINT32 RunOnLine(PortSerial::Call call, Milliseconds timeout) {
         const auto result = std::make_shared<CLINT32>();
-        Run([result, call = std::move(call)](Session& session) { *result = call(session.Serial()); },
-            CallThread::kLimit, AccessLimit(kMaxAccess));
+        Run([result, call = std::move(call)](Session& session) { *result = call(session.Serial()); }, timeout,
+            CallThread::kLimit + timeout);
         return *result;
     }
 
@@ -181,7 +188,8 @@ private:
     GenICam::gcstring m_deviceId;
     std::shared_ptr<Session> m_session;
     std::unique_ptr<CallThread> m_thread;
-    PortSerial m_serial{[this](PortSerial::Call call) { return RunOnLine(std::move(call)); }};
+    PortSerial m_serial{
+        [this](PortSerial::Call call, Milliseconds timeout) { return RunOnLine(std::move(call), timeout); }};
 };
 
 /**

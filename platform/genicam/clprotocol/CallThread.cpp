@@ -10,6 +10,7 @@
 #include <mutex>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
@@ -29,7 +30,8 @@ struct CallThread::State {
     std::mutex mutex;
     std::condition_variable changed;
     Job job;
-    bool hasJob = false;  // from the moment it is given until it is done
+    std::vector<std::shared_ptr<void>> left;  // what the worker gives up when it is free
+    bool hasJob = false;                      // from the moment it is given until it is done
     bool isOver = false;
     std::exception_ptr error;
     ForeignActivity activity;
@@ -68,7 +70,15 @@ void CallThread::Work(const std::shared_ptr<State>& state) {
     const ActivityWatch watch(state->activity);
     std::unique_lock lock(state->mutex);
     while (true) {
-        state->changed.wait(lock, [&] { return state->isOver || (state->hasJob && state->job); });
+        state->changed.wait(lock,
+                            [&] { return state->isOver || !state->left.empty() || (state->hasJob && state->job); });
+        if (!state->left.empty()) {
+            auto left = std::exchange(state->left, {});
+            lock.unlock();
+            left.clear();
+            lock.lock();
+            continue;
+        }
         if (!state->job)
             return;
         Job job = std::exchange(state->job, nullptr);
@@ -96,8 +106,11 @@ void CallThread::Work(const std::shared_ptr<State>& state) {
  * \throw ... What the job throws
  */
 void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
-    if (m_isStuck)
+    if (m_isStuck) {
+        // It may hold the last reference to what calls foreign functions when it goes.
+        Leave(std::make_shared<Job>(std::move(job)));
         ThrowStuck();
+    }
     const auto patience = Milliseconds(GetPatience().callMs) + silence;
     std::unique_lock lock(m_state->mutex);
     m_state->job = std::move(job);
@@ -119,6 +132,14 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
         lock.unlock();
         std::rethrow_exception(std::move(error));
     }
+}
+
+/// Leaves something behind that must not be destroyed by the caller: a thread that is stuck gives it up when the
+/// foreign function returns after all.
+void CallThread::Leave(std::shared_ptr<void> last) {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->left.push_back(std::move(last));
+    m_state->changed.notify_all();
 }
 
 void CallThread::ThrowStuck() {

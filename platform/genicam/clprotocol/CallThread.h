@@ -22,6 +22,7 @@ public:
     CallThread& operator=(const CallThread&) = delete;
 
     void Run(Job job, Milliseconds silence = Milliseconds(0), Milliseconds limit = kLimit);
+    void Leave(std::shared_ptr<void> last);
     bool IsStuck() const noexcept { return m_isStuck; }
 
     static constexpr Milliseconds kLimit = std::chrono::minutes(5);

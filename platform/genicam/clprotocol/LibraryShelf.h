@@ -70,18 +70,16 @@ public:
             return "a function of it does not return";
         CallThread thread;
         const auto job = std::make_shared<StuckCount::Job>(entry->stuck);
+        // Not the entry's own: another thread's job may hold its mutex, and hang.
+        const auto refusal = std::make_shared<std::string>();
         std::string reason;
         try {
-            thread.Run([entry, path, job, use = std::move(use)] {
-                struct Finisher {
-                    StuckCount::Job& job;
-                    ~Finisher() { job.Finish(); }
-                } const finisher{*job};
-                if (const Pointer library = Load(*entry, path))
+            thread.Run([entry, path, job, refusal, use = std::move(use)] {
+                const Finisher finisher{*job};
+                if (const Pointer library = Load(*entry, path, *refusal))
                     use(library);
             });
-            const std::lock_guard lock(entry->mutex);
-            return entry->refusal;
+            return *refusal;
         } catch (const GenICam::GenericException& error) {
             reason = error.GetDescription();
         } catch (const std::exception& error) {
@@ -98,22 +96,19 @@ public:
         std::unique_lock lock(m_mutex);
         const std::map<std::string, std::shared_ptr<Entry>> entries = m_entries;
         lock.unlock();
-        for (const auto& [path, entry] : entries) {
-            try {
-                CallThread().Run([entry = entry] {
-                    const std::lock_guard entryLock(entry->mutex);
-                    if (entry->library.use_count() == 1)
-                        entry->library = nullptr;
-                });
-            } catch (const GenICam::GenericException& error) {
-                Log(CLP_LOG_WARN, "Library '%s' can't be unloaded: %s", path, error.GetDescription());
-            }
-        }
+        for (const auto& [path, entry] : entries)
+            if (!entry->stuck->IsAny())
+                Release(path, entry);
     }
 
 private:
+    struct Finisher {
+        StuckCount::Job& job;
+        ~Finisher() { job.Finish(); }
+    };
+
     struct Entry {
-        std::mutex mutex;
+        std::mutex mutex;  // taken by jobs only: whoever holds it may hang in foreign code
         Pointer library;
         std::string refusal;
         os::FileStatus refusedFile;  // so that another file under the same path gets its chance
@@ -128,18 +123,43 @@ private:
         return entry;
     }
 
-    static Pointer Load(Entry& entry, const std::string& path) {
+    // Under the entry's mutex: a driver must not be initialised again before it is closed.
+    static void Release(const std::string& path, const std::shared_ptr<Entry>& entry) {
+        CallThread thread;
+        const auto job = std::make_shared<StuckCount::Job>(entry->stuck);
+        try {
+            thread.Run([entry, job] {
+                const Finisher finisher{*job};
+                const std::lock_guard lock(entry->mutex);
+                if (entry->library.use_count() == 1)
+                    entry->library = nullptr;
+            });
+        } catch (const GenICam::GenericException& error) {
+            if (thread.IsStuck())
+                job->GiveUp();
+            Log(CLP_LOG_WARN, "Library '%s' can't be unloaded: %s", path, error.GetDescription());
+        }
+    }
+
+    static Pointer Load(Entry& entry, const std::string& path, std::string& refusal) {
         const std::lock_guard lock(entry.mutex);
+        LoadLocked(entry, path);
+        if (!entry.library)
+            refusal = entry.refusal;
+        return entry.library;
+    }
+
+    static void LoadLocked(Entry& entry, const std::string& path) {
         const os::FileStatus file = os::GetFileStatus(path);
         const bool isSameFile = file.modified == entry.refusedFile.modified && file.size == entry.refusedFile.size;
         if (entry.library || (!entry.refusal.empty() && isSameFile))
-            return entry.library;
+            return;
         KeepModuleLoaded();
         try {
             entry.library = std::make_shared<const Library>(path);
             entry.refusal.clear();
             Log(CLP_LOG_INFO, "Loaded library '%s'", path);
-            return entry.library;
+            return;
         } catch (const GenICam::GenericException& error) {
             entry.refusal = error.GetDescription();
         } catch (const std::exception& error) {
@@ -147,7 +167,6 @@ private:
         }
         entry.refusedFile = file;
         Log(CLP_LOG_WARN, "Library '%s' is refused: %s", path, entry.refusal);
-        return nullptr;
     }
 
     std::mutex m_mutex;

@@ -27,9 +27,9 @@ struct Transfer {
 
 }  // namespace
 
-CLINT32 PortSerial::Run(Call call) noexcept {
+CLINT32 PortSerial::Run(Call call, CLUINT32 timeoutMs) noexcept {
     try {
-        return m_runner(std::move(call));
+        return m_runner(std::move(call), std::chrono::milliseconds(timeoutMs));
     } catch (const CLErrException& error) {
         return error.GetErrorCode();
     } catch (const std::exception&) {
@@ -44,9 +44,11 @@ CLINT32 PortSerial::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 
         const auto transfer = std::make_shared<Transfer>();
         transfer->bytes.resize(std::exchange(*bufferSize, 0));
         transfer->number = static_cast<CLUINT32>(transfer->bytes.size());
-        const CLINT32 result = Run([transfer, serialTimeout](ISerial& serial) {
-            return serial.clSerialRead(transfer->bytes.data(), &transfer->number, serialTimeout);
-        });
+        const CLINT32 result = Run(
+            [transfer, serialTimeout](ISerial& serial) {
+                return serial.clSerialRead(transfer->bytes.data(), &transfer->number, serialTimeout);
+            },
+            serialTimeout);
         if (result >= 0) {
             *bufferSize = transfer->number;
             transfer->bytes.copy(buffer, transfer->number);
@@ -63,10 +65,12 @@ CLINT32 PortSerial::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32
     try {
         const auto transfer = std::make_shared<Transfer>();
         transfer->bytes.assign(buffer, *bufferSize);
-        const CLINT32 result = Run([transfer, serialTimeout](ISerial& serial) {
-            transfer->number = static_cast<CLUINT32>(transfer->bytes.size());
-            return serial.clSerialWrite(transfer->bytes.data(), &transfer->number, serialTimeout);
-        });
+        const CLINT32 result = Run(
+            [transfer, serialTimeout](ISerial& serial) {
+                transfer->number = static_cast<CLUINT32>(transfer->bytes.size());
+                return serial.clSerialWrite(transfer->bytes.data(), &transfer->number, serialTimeout);
+            },
+            serialTimeout);
         if (result >= 0)
             *bufferSize = transfer->number;
         return result;

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 #include "CLProtocol/ISerial.h"
@@ -14,8 +15,8 @@ namespace CLProtocol {
 class PortSerial final : public ISerial {
 public:
     using Call = std::function<CLINT32(ISerial&)>;
-    /// Runs a call on the line that is open, and gives up on one that hangs.
-    using Runner = std::function<CLINT32(Call)>;
+    /// Runs a call on the line that is open, and gives up on one that hangs; its time-out is part of its work.
+    using Runner = std::function<CLINT32(Call, std::chrono::milliseconds timeout)>;
 
     explicit PortSerial(Runner runner) : m_runner(std::move(runner)) {}
     ~PortSerial() override = default;
@@ -26,7 +27,7 @@ public:
     CLINT32 clSetBaudRate(CLUINT32 baudRate) noexcept override;
 
 private:
-    CLINT32 Run(Call call) noexcept;
+    CLINT32 Run(Call call, CLUINT32 timeoutMs = 0) noexcept;
 
     Runner m_runner;
 };

@@ -467,6 +467,26 @@ TEST_F(Port, HandsOutItsSerialLine) {
     EXPECT_LT(line->clGetSupportedBaudRates(&mask), 0);
 }
 
+TEST_F(Port, GivesUpOnALineThatHangs) {
+    const auto latch = std::make_shared<std::promise<void>>();
+    serial.onSetBaudRate = [opened = latch->get_future().share()](scripted::PortScript&, std::uint32_t rate) {
+        if (rate != 1)
+            opened.wait();
+        return 0;
+    };
+    {
+        CCLPort port;
+        Connect(port);
+        CLProtocol::SetPatience({50, 1000});
+        EXPECT_EQ(port.GetSerial()->clSetBaudRate(8), -10004);
+        EXPECT_EQ(CodeOf([&] { port.Disconnect(); }), -10004);
+    }
+    CLProtocol::SetPatience({});
+    latch->set_value();
+    while (serial.Port(0).closed == 0)
+        std::this_thread::yield();
+}
+
 TEST_F(Port, GivesUpOnADriverThatHangsAndNoOtherPortIsAffected) {
     const auto latch = std::make_shared<std::promise<void>>();
     driver.onRead = [opened = latch->get_future().share()](ISerial*, std::int64_t, char*, std::int64_t, std::uint32_t) {

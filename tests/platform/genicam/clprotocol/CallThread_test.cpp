@@ -57,6 +57,22 @@ TEST_F(Calls, FreeWhatAJobHoldsBeforeTheyReturn) {
     EXPECT_TRUE(observer.expired());
 }
 
+TEST_F(Calls, FreeOnTheirOwnThreadWhatARejectedJobHolds) {
+    const auto latch = std::make_shared<Latch>();
+    auto first = std::make_shared<std::promise<void>>();
+    std::future<void> isFirstFreed = first->get_future();
+    std::promise<std::thread::id> freedOn;
+    CallThread thread;
+    EXPECT_THROW(thread.Run([latch, first = std::move(first)] { latch->opened.wait(); }), CLProtocol::CLErrException);
+    latch->promise.set_value();
+    EXPECT_THROW(isFirstFreed.get(), std::future_error);  // that function has returned after all
+    {
+        std::shared_ptr<void> held(nullptr, [&](void*) { freedOn.set_value(std::this_thread::get_id()); });
+        EXPECT_THROW(thread.Run([held = std::move(held)] {}), CLProtocol::CLErrException);
+    }
+    EXPECT_NE(freedOn.get_future().get(), std::this_thread::get_id());
+}
+
 TEST_F(Calls, GiveUpOnAFunctionThatDoesNotReturn) {
     const auto latch = std::make_shared<Latch>();
     auto held = std::make_shared<std::promise<void>>();
