@@ -1,0 +1,151 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Ending a grab that runs at full speed, at any moment
+ */
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <thread>
+
+#include "tests/integration/GrabsImages.h"
+
+namespace integration {
+namespace {
+
+constexpr int kRounds = 1000;
+
+/// A device is opened for each, which takes its time on the serial line: fewer, unless VANTO_TEST_DEVICES says how
+/// many.
+int Devices() {
+    const char* const text = std::getenv("VANTO_TEST_DEVICES");
+    const int devices = text != nullptr ? std::atoi(text) : 200;
+    std::cout << devices << " devices; VANTO_TEST_DEVICES=" << kRounds << " takes as many as the other tests\n";
+    return devices;
+}
+
+/// Retrieves the results and queues each buffer again, on a thread of its own.
+class Application {
+public:
+    explicit Application(Vanto::IStreamGrabber& grabber) : m_thread([this, &grabber] { Run(grabber); }) {}
+    ~Application() {
+        m_stop = true;
+        m_thread.join();
+    }
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+private:
+    void Run(Vanto::IStreamGrabber& grabber) {
+        while (!m_stop) {
+            try {
+                GrabResult result;
+                if (grabber.RetrieveResult(result))
+                    grabber.QueueBuffer(result.handle);
+                else
+                    grabber.GetWaitObject().Wait(1);
+            } catch (const GenICam::GenericException&) {
+                // The grab has ended, or the buffer is forgotten.
+            }
+        }
+    }
+
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+class RunningGrab : public GrabsImages {
+protected:
+    RunningGrab() {
+        Open("Trigger=Off");
+        Set("Width", "64");
+        Set("Height", "64");
+    }
+
+    /// Lets a time pass that differs from round to round, without giving the processor away.
+    static void LetRun(int round) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(round * 37 % 101 * 2);
+        while (std::chrono::steady_clock::now() < end) {
+        }
+    }
+    void ExpectAFrame() {
+        for (;;) {
+            const std::optional<GrabResult> result = Next();
+            ASSERT_TRUE(result) << "No frame comes any more";
+            if (result->Succeeded()) {
+                EXPECT_TRUE(NumberOf(*result));
+                return;
+            }
+            m_grabber->QueueBuffer(result->handle);
+        }
+    }
+};
+
+TEST_F(RunningGrab, CanBeFinished) {
+    Begin();
+    for (int round = 0; round < kRounds; ++round) {
+        {
+            const Application application(*m_grabber);
+            LetRun(round);
+            m_grabber->FinishGrab();
+        }
+        for (GrabResult left; m_grabber->RetrieveResult(left);) {
+        }
+        try {
+            m_grabber->PrepareGrab();
+        } catch (const GenICam::LogicalErrorException&) {
+            // The last result has made the grab count as prepared.
+        }
+        for (const StreamBufferHandle handle : m_handles)
+            m_grabber->QueueBuffer(handle);
+    }
+    ExpectAFrame();
+    m_grabber->FinishGrab();
+}
+
+TEST_F(RunningGrab, CanBeCancelled) {
+    Begin();
+    {
+        const Application application(*m_grabber);
+        for (int round = 0; round < kRounds; ++round) {
+            LetRun(round);
+            m_grabber->CancelGrab();
+        }
+    }
+    for (GrabResult left; m_grabber->RetrieveResult(left);) {
+    }
+    for (const StreamBufferHandle handle : m_handles)
+        m_grabber->QueueBuffer(handle);
+    ExpectAFrame();
+    m_grabber->FinishGrab();
+}
+
+TEST_F(RunningGrab, CanBeClosedAndItsBuffersFreed) {
+    for (int round = 0; round < kRounds; ++round) {
+        Begin();
+        {
+            const Application application(*m_grabber);
+            LetRun(round);
+            m_grabber->Close();
+        }
+        ForgetBuffers();
+        m_grabber->Open();
+    }
+}
+
+TEST_F(RunningGrab, CanBeDestroyedWithItsDevice) {
+    const int devices = Devices();
+    for (int round = 0; round < devices; ++round) {
+        Begin();
+        LetRun(round);
+        Destroy();
+        Create();
+    }
+    Begin();
+    ExpectAFrame();
+    m_grabber->FinishGrab();
+}
+
+}  // namespace
+}  // namespace integration
