@@ -12,10 +12,11 @@ function(vanto_runpath target folder)
 endfunction()
 
 foreach(library GCBase GenApi CLProtocol VantoBase)
-    vanto_runpath(${library} lib)
-    install(TARGETS ${library} LIBRARY DESTINATION lib RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+    vanto_runpath(${library} ${VANTO_DIR_LIBRARIES})
+    install(TARGETS ${library} LIBRARY DESTINATION ${VANTO_DIR_LIBRARIES} RUNTIME DESTINATION ${VANTO_DIR_LIBRARIES}
+            ARCHIVE DESTINATION lib)
 endforeach()
-vanto_runpath(clsertty lib)
+vanto_runpath(clsertty ${VANTO_DIR_LIBRARIES})
 vanto_runpath(VantoCLSer "${VANTO_DIR_TL}")
 install(TARGETS VantoCLSer LIBRARY DESTINATION "${VANTO_DIR_TL}")
 vanto_runpath(MarlowCLProtocol "${VANTO_DIR_DRIVERS}")
@@ -35,3 +36,13 @@ install(
     PATTERN "internal" EXCLUDE)
 install(FILES LICENSE README.md DESTINATION share/doc/vanto-cl)
 install(DIRECTORY docs/ DESTINATION share/doc/vanto-cl/docs FILES_MATCHING PATTERN "*.md")
+
+# For Windows users: one folder in an archive, to be unpacked anywhere.
+if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+    set(CPACK_PACKAGE_NAME vanto-clser)
+    set(CPACK_PACKAGE_FILE_NAME "vanto-clser-${PROJECT_VERSION}-win64")
+    set(CPACK_STRIP_FILES ON)
+    set(CPACK_VERBATIM_VARIABLES ON)
+    include(CPack)
+endif()

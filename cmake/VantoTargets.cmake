@@ -3,14 +3,17 @@
 
 # Where the parts of an installed tree lie below its root; the build tree has the same shape below
 # build/<preset>, so that what is found by place is found in both.
-set(VANTO_DIR_TL "lib/vanto/tl")
-set(VANTO_DIR_PLUGINS "lib/vanto/plugins")
 if(WIN32)
+    # Windows looks for a program's libraries beside the program.
+    set(VANTO_DIR_LIBRARIES "bin")
     set(VANTO_DRIVER_SYSTEM "Win64_x64")
 else()
+    set(VANTO_DIR_LIBRARIES "lib")
     set(VANTO_DRIVER_SYSTEM "Linux64_x64")
 endif()
-set(VANTO_DIR_DRIVERS "lib/vanto/clprotocol/${VANTO_DRIVER_SYSTEM}")
+set(VANTO_DIR_TL "${VANTO_DIR_LIBRARIES}/vanto/tl")
+set(VANTO_DIR_PLUGINS "${VANTO_DIR_LIBRARIES}/vanto/plugins")
+set(VANTO_DIR_DRIVERS "${VANTO_DIR_LIBRARIES}/vanto/clprotocol/${VANTO_DRIVER_SYSTEM}")
 
 # vanto_sources(<result> <folder>...): the sources of folders, for the system that is built for.
 function(vanto_sources result)
@@ -47,5 +50,9 @@ function(vanto_gtest name)
     if(arg_DEPENDS)
         add_dependencies(${name} ${arg_DEPENDS})
     endif()
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    set_property(GLOBAL APPEND PROPERTY VANTO_TEST_PROGRAMS "$<TARGET_FILE:${name}>")
+    # For Windows they run elsewhere, under Wine or on a Windows machine, and each program as a whole.
+    if(NOT WIN32)
+        gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    endif()
 endfunction()

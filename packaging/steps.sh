@@ -6,13 +6,12 @@ unset VANTO_ROOT VANTO_CL_BINDINGS VANTO_USE_TL VANTO_XML_BINDINGS VANTO_LOG
 unset GENICAM_CLPROTOCOL GENICAM_CACHE CLSERIALPATH CLSERTTY_PATH
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 
-# The names in packaging/debian-packages.txt.
-listed_packages() { sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' packaging/debian-packages.txt; }
-
-# Installs the Debian packages that are missing; without any, nothing is asked of apt or the network.
+# install_missing_packages [LIST...]: installs the Debian packages of the lists, packaging/debian-packages.txt where none is
+# named, that are missing; without any, nothing is asked of apt or the network.
 install_missing_packages() {
     local missing=() package
-    for package in $(listed_packages); do
+    [ $# -gt 0 ] || set -- packaging/debian-packages.txt
+    for package in $(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$@"); do
         [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0

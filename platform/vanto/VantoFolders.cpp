@@ -41,7 +41,7 @@ const char* BelowRoot(eFolderType type) {
         case eBinaryFolder:
             return "bin";
         case eLibraryFolder:
-            return "lib";
+            return VANTO_DIR_LIBRARIES;
         case eTransportLayerFolder:
             return VANTO_DIR_TL;
         case ePluginFolder:

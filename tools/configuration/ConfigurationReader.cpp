@@ -285,7 +285,8 @@ struct CloseFile {
  */
 PortConfiguration ReadPortConfiguration(const std::filesystem::path& path) {
     const std::string refused = WhyNotReadable(path);
-    const std::unique_ptr<std::FILE, CloseFile> file(refused.empty() ? std::fopen(path.c_str(), "rb") : nullptr);
+    const std::unique_ptr<std::FILE, CloseFile> file(refused.empty() ? std::fopen(path.string().c_str(), "rb")
+                                                                     : nullptr);
     if (file == nullptr)
         throw ToolError(fmt::format("can't read '{}': {}", path.string(),
                                     refused.empty() ? std::generic_category().message(errno) : refused));

@@ -50,7 +50,7 @@ zip_int64_t FindXml(zip_t* archive) {
 /// The text of the description in an archive.
 std::string Unpacked(const std::filesystem::path& path) {
     int error = 0;
-    const std::unique_ptr<zip_t, CloseArchive> archive(zip_open(path.c_str(), ZIP_RDONLY, &error));
+    const std::unique_ptr<zip_t, CloseArchive> archive(zip_open(path.string().c_str(), ZIP_RDONLY, &error));
     const zip_int64_t found = archive != nullptr ? FindXml(archive.get()) : -1;
     const auto index = static_cast<zip_uint64_t>(found);
     zip_stat_t status{};

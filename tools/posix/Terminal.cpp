@@ -23,4 +23,6 @@ int TerminalWidth(std::FILE* stream) {
     return size.ws_col;
 }
 
+void PrepareStreams() {}
+
 }  // namespace tools

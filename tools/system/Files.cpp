@@ -22,7 +22,7 @@ namespace {
 
 /// Writes to a file; messages name the one that the user asked for.
 void WriteDirectly(const std::filesystem::path& path, std::string_view text, const std::filesystem::path& named) {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
+    std::FILE* file = std::fopen(path.string().c_str(), "wb");
     if (file == nullptr)
         Fail(named, errno);
     errno = 0;

@@ -11,5 +11,7 @@ namespace tools {
 bool IsTerminal(std::FILE* stream);
 /// Columns of the terminal behind a stream, 80 when it does not tell; 0 when there is no terminal.
 int TerminalWidth(std::FILE* stream);
+/// Makes standard output and error take bytes and colours as they are. Call it first.
+void PrepareStreams();
 
 }  // namespace tools

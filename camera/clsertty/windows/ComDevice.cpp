@@ -151,8 +151,34 @@ std::uint32_t ComDevice::SupportedBaudRates() {
     if (GetCommProperties(m_port, &properties) == 0) {
         ThrowGone(GetLastError());
     }
-    // Without rates of its user's choice a port ends at the highest rate that has a name.
-    return (properties.dwSettableBaud & BAUD_USER) != 0 ? kAllBaudRates : BaudRatesUpTo(CBR_115200);
+    if ((properties.dwSettableBaud & BAUD_USER) != 0) {
+        return kAllBaudRates;
+    }
+    if (!m_triedRates) {
+        m_triedRates = TryFastRates();
+    }
+    return BaudRatesUpTo(CBR_115200) | *m_triedRates;
+}
+
+/// A port that promises no rates beyond those that have a name in its properties may take them all the same.
+std::uint32_t ComDevice::TryFastRates() {
+    WaitUntilSent();
+    const DWORD before = m_bitsPerSecond;
+    std::uint32_t taken = 0;
+    for (std::uint32_t flag = 1; flag <= kAllBaudRates; flag <<= 1U) {
+        try {
+            if (BitsPerSecond(flag) > CBR_115200) {
+                Apply(BitsPerSecond(flag));
+                taken |= flag;
+            }
+        } catch (const SerialError& error) {
+            if (error.Code() != CL_ERR_BAUD_RATE_NOT_SUPPORTED) {
+                throw;
+            }
+        }
+    }
+    Apply(before);
+    return taken;
 }
 
 void ComDevice::WaitUntilSent() {

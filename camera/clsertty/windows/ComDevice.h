@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <optional>
 #include <string>
 
 #include "SerialDevice.h"
@@ -30,6 +31,7 @@ public:
 
 private:
     void Apply(DWORD bitsPerSecond);
+    std::uint32_t TryFastRates();
     void WaitUntilSent();
     void SetWait(DWORD milliseconds);
     DWORD NextWait(Deadline deadline) const;
@@ -41,6 +43,7 @@ private:
     std::atomic<bool> m_isCancelled{false};
     DWORD m_wait = MAXDWORD;  // time-out that the port has at present
     DWORD m_bitsPerSecond = 0;
+    std::optional<std::uint32_t> m_triedRates;
 };
 
 }  // namespace ClSerTty

@@ -5,8 +5,9 @@
 
 #include "Base/GCUtilities.h"
 
-#include <cstdlib>
 #include <string>
+
+#include "EnvironmentVariable.h"
 
 namespace GenICam {
 
@@ -22,9 +23,7 @@ std::string ExpandVariables(const std::string& text) {
         if (close == std::string::npos)
             break;
         result.append(text, at, open - at);
-        const std::string name = text.substr(open + 2, close - open - 2);
-        if (const char* value = std::getenv(name.c_str()))
-            result += value;
+        result += EnvironmentVariable(text.substr(open + 2, close - open - 2));
         at = close + 1;
     }
     return result.append(text, at);

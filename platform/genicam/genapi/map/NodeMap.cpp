@@ -6,10 +6,10 @@
 #include "map/NodeMap.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <mutex>
 
 #include "Base/GCException.h"
+#include "Base/GCUtilities.h"
 #include "nodes/Enumeration.h"
 #include "nodes/FormulaNodes.h"
 #include "nodes/Port.h"
@@ -35,8 +35,9 @@ SinkHolder& Sink() {
 
 // Set in tests of this very engine: every cached value is compared with the device.
 bool IsCacheCheckWanted() {
-    const char* value = std::getenv("VANTO_GENAPI_CHECK_CACHE");  // NOLINT(concurrency-mt-unsafe)
-    return value != nullptr && *value != '\0' && std::string_view(value) != "0";
+    GenICam::gcstring value("$(VANTO_GENAPI_CHECK_CACHE)");
+    GenICam::ReplaceEnvironmentVariables(value);
+    return !value.empty() && value != "0";
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ public:
     virtual GenApi::INodeMap* GetNodeMap() = 0;
 
 protected:
-    virtual ~IStreamGrabber() = default;
+    virtual ~IStreamGrabber();
 };
 
 }  // namespace Vanto

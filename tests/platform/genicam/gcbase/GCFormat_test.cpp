@@ -7,6 +7,7 @@
 
 #include "Base/GCException.h"
 #include "Base/GCUtilities.h"
+#include "os/Environment.h"
 
 namespace {
 
@@ -68,7 +69,7 @@ TEST(GCException, CarriesDescriptionSourceLineAndType) {
 }
 
 TEST(GCUtilities, ReplacesEnvironmentVariablesOnce) {
-    ::setenv("GCBASE_TEST_A", "$(GCBASE_TEST_A) b", 1);
+    os::SetEnvironment("GCBASE_TEST_A", "$(GCBASE_TEST_A) b");
     gcstring text("x/$(GCBASE_TEST_A)/$(GCBASE_TEST_NONE)/$(open");
     GenICam::ReplaceEnvironmentVariables(text);
     EXPECT_EQ(text, "x/$(GCBASE_TEST_A) b//$(open");

@@ -10,6 +10,7 @@
 #include <fstream>
 
 #include "Support.h"
+#include "os/Environment.h"
 
 using namespace GenApi;
 using namespace GenICam;
@@ -79,7 +80,7 @@ TEST_F(Loading, ReadsFiles) {
 
 TEST_F(Loading, ReplacesEnvironmentVariablesInFileNames) {
     const std::string file = File("x.xml", Describe(""));
-    ::setenv("GENAPI_TEST_FOLDER", std::filesystem::path(file).parent_path().c_str(), 1);
+    os::SetEnvironment("GENAPI_TEST_FOLDER", std::filesystem::path(file).parent_path().string());
     map._LoadXMLFromFile("$(GENAPI_TEST_FOLDER)/x.xml");
     EXPECT_NE(map._GetNode("Device"), nullptr);
 }

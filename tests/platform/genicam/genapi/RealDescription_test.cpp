@@ -43,7 +43,7 @@ protected:
         const std::filesystem::path file = std::filesystem::path(VANTO_TEST_DESCRIPTIONS) / GetParam();
         if (!std::filesystem::exists(file))
             GTEST_SKIP() << file << " is not there";
-        map._LoadXMLFromFile(file.c_str());
+        map._LoadXMLFromFile(file.string().c_str());
         NodeList_t nodes;
         map._GetNodes(nodes);
         for (INode* node : nodes) {

@@ -4,10 +4,10 @@
  */
 
 #include <atomic>
-#include <cstdlib>
 #include <thread>
 
 #include "Support.h"
+#include "os/Environment.h"
 
 using namespace GenApi;
 using namespace GenICam;
@@ -93,8 +93,8 @@ TEST_F(Threads, TheLockMakesSeveralOperationsOne) {
 
 class CacheCheck : public NodeMapTest {
 protected:
-    void SetUp() override { ::setenv("VANTO_GENAPI_CHECK_CACHE", "1", 1); }
-    void TearDown() override { ::unsetenv("VANTO_GENAPI_CHECK_CACHE"); }
+    void SetUp() override { os::SetEnvironment("VANTO_GENAPI_CHECK_CACHE", "1"); }
+    void TearDown() override { os::UnsetEnvironment("VANTO_GENAPI_CHECK_CACHE"); }
 };
 
 TEST_F(CacheCheck, TellsWhenTheDeviceChangedBehindACache) {

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "PseudoTerminal.h"
+#include "../PseudoTerminal.h"
 #include "output/Progress.h"
 #include "output/Table.h"
 #include "system/Environment.h"

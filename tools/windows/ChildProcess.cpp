@@ -1,0 +1,172 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * ChildProcess on Windows: a program in a job that ends with this object
+ */
+#include "system/ChildProcess.h"
+
+#include <windows.h>
+
+#include <array>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace tools {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds kGraceOfStop{5};
+constexpr std::chrono::milliseconds kPause{2};
+constexpr std::size_t kLongestLine = 64 * 1024;
+
+/// Owns a handle of the system's.
+class Handle {
+public:
+    Handle() = default;
+    explicit Handle(HANDLE value) : m_value(value) {}
+    Handle(Handle&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}
+    Handle& operator=(Handle&& other) noexcept {
+        std::swap(m_value, other.m_value);
+        return *this;
+    }
+    ~Handle() { Close(); }
+    HANDLE Get() const noexcept { return m_value; }
+    void Close() noexcept {
+        if (m_value != nullptr)
+            ::CloseHandle(std::exchange(m_value, nullptr));
+    }
+
+private:
+    HANDLE m_value = nullptr;
+};
+
+struct Pipe {
+    Handle readEnd;
+    Handle writeEnd;
+};
+
+[[noreturn]] void Fail(const std::string& what) {
+    throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), what);
+}
+
+Pipe MakePipe() {
+    HANDLE readEnd = nullptr;
+    HANDLE writeEnd = nullptr;
+    if (::CreatePipe(&readEnd, &writeEnd, nullptr, 0) == 0)
+        Fail("can't make a pipe");
+    return {Handle(readEnd), Handle(writeEnd)};
+}
+
+/// An argument as the C library of the child takes it apart again.
+void AppendArgument(std::wstring& line, const std::wstring& argument) {
+    line += line.empty() ? L"\"" : L" \"";
+    std::size_t backslashes = 0;
+    for (const wchar_t character : argument) {
+        if (character == L'"')
+            line.append(backslashes + 1, L'\\');
+        backslashes = character == L'\\' ? backslashes + 1 : 0;
+        line += character;
+    }
+    line.append(backslashes, L'\\');
+    line += L'"';
+}
+
+/// A job whose processes end when its last handle is closed, however this process ends.
+Handle MakeJob() {
+    Handle job(::CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    ::SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof(limits));
+    return job;
+}
+
+}  // namespace
+
+class ChildProcess::Impl {
+public:
+    Handle job;
+    Handle process;
+    Handle input;
+    Handle output;
+    std::string pending;
+
+    void Start(std::wstring line, const Pipe& in, const Pipe& out, const std::string& name) {
+        ::SetHandleInformation(in.readEnd.Get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+        ::SetHandleInformation(out.writeEnd.Get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+        STARTUPINFOW startup{};
+        startup.cb = sizeof(startup);
+        startup.dwFlags = STARTF_USESTDHANDLES;
+        startup.hStdInput = in.readEnd.Get();
+        startup.hStdOutput = out.writeEnd.Get();
+        startup.hStdError = ::GetStdHandle(STD_ERROR_HANDLE);
+        PROCESS_INFORMATION started{};
+        job = MakeJob();
+        // A group of its own: Ctrl-C at the console is for us, and we end the child when we no longer need it.
+        if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP,
+                             nullptr, nullptr, &startup, &started) == 0)
+            Fail("can't start " + name);
+        process = Handle(started.hProcess);
+        const Handle thread(started.hThread);
+        ::AssignProcessToJobObject(job.Get(), process.Get());
+        ::ResumeThread(thread.Get());
+    }
+};
+
+ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments)
+    : m_impl(std::make_unique<Impl>()) {
+    Pipe input = MakePipe();
+    Pipe output = MakePipe();
+    std::wstring line;
+    AppendArgument(line, program.wstring());
+    for (const std::string& argument : arguments)
+        AppendArgument(line, std::filesystem::path(argument).wstring());
+    m_impl->Start(std::move(line), input, output, program.string());
+    m_impl->input = std::move(input.writeEnd);
+    m_impl->output = std::move(output.readEnd);
+}
+
+ChildProcess::~ChildProcess() {
+    Stop();
+}
+
+std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds timeout) {
+    const Clock::time_point deadline = Clock::now() + timeout;
+    for (;;) {
+        const std::size_t end = m_impl->pending.find('\n');
+        if (end != std::string::npos) {
+            std::string line = m_impl->pending.substr(0, end);
+            m_impl->pending.erase(0, end + 1);
+            if (line.ends_with('\r'))
+                line.pop_back();
+            return line;
+        }
+        DWORD available = 0;
+        if (Clock::now() >= deadline || m_impl->pending.size() > kLongestLine ||
+            ::PeekNamedPipe(m_impl->output.Get(), nullptr, 0, nullptr, &available, nullptr) == 0)
+            return std::nullopt;
+        std::array<char, 4096> buffer;
+        DWORD count = 0;
+        if (available == 0)
+            std::this_thread::sleep_for(kPause);
+        else if (::ReadFile(m_impl->output.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) !=
+                 0)
+            m_impl->pending.append(buffer.data(), count);
+    }
+}
+
+void ChildProcess::Stop() noexcept {
+    if (m_impl->process.Get() == nullptr)
+        return;
+    // Closing its input is how a console program without a window is asked to end.
+    m_impl->input.Close();
+    constexpr DWORD kGrace = std::chrono::milliseconds(kGraceOfStop).count();
+    if (::WaitForSingleObject(m_impl->process.Get(), kGrace) != WAIT_OBJECT_0) {
+        ::TerminateJobObject(m_impl->job.Get(), 1);
+        ::WaitForSingleObject(m_impl->process.Get(), kGrace);
+    }
+    m_impl->process.Close();
+    m_impl->job.Close();
+}
+
+}  // namespace tools
