@@ -8,6 +8,7 @@
 #include <array>
 
 #include "clser/ClSerial.h"
+#include "os/PerThread.h"
 
 namespace ClSerTty {
 
@@ -41,7 +42,9 @@ struct LastError {
     std::string text;
 };
 
-thread_local LastError t_last;
+LastError& TheLast() {
+    return os::PerThread<LastError>();
+}
 
 }  // namespace
 
@@ -49,11 +52,13 @@ thread_local LastError t_last;
  * \brief Keep the calling thread's last error for ErrorText
  */
 void RememberError(std::int32_t code, const char* text) noexcept {
-    t_last.code = code;
     try {
-        t_last.text = text;
+        LastError& last = TheLast();
+        last.code = code;
+        last.text.clear();
+        last.text = text;
     } catch (...) {
-        t_last.text.clear();
+        return;  // the code is what counts, its general text will do
     }
 }
 
@@ -63,8 +68,9 @@ void RememberError(std::int32_t code, const char* text) noexcept {
  * unknown code
  */
 std::optional<std::string> ErrorText(std::int32_t code) {
-    if (code != CL_ERR_NO_ERR && code == t_last.code && !t_last.text.empty()) {
-        return t_last.text;
+    const LastError& last = TheLast();
+    if (code != CL_ERR_NO_ERR && code == last.code && !last.text.empty()) {
+        return last.text;
     }
     for (const Row& row : kRows) {
         if (row.code == code) {

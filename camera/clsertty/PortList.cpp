@@ -11,6 +11,7 @@
 
 #include "SerialError.h"
 #include "clser/ClSerial.h"
+#include "os/PerThread.h"
 
 namespace ClSerTty {
 
@@ -19,8 +20,12 @@ namespace {
 using SharedList = std::shared_ptr<const PortList>;
 
 std::mutex g_mutex;
-SharedList g_latest;            // the process's last list, for threads that never counted the ports themselves
-thread_local SharedList t_own;  // the calling thread's last list: another thread's count does not move its indices
+SharedList g_latest;  // the process's last list, for threads that never counted the ports themselves
+
+// The calling thread's last list: another thread's count does not move its indices.
+SharedList& OwnList() {
+    return os::PerThread<SharedList>();
+}
 
 constexpr std::string_view kDigits = "0123456789";
 
@@ -87,10 +92,10 @@ PortList MergePorts(const std::vector<PortList>& sources) {
 
 std::size_t RefreshPorts() {
     SharedList ports = std::make_shared<const PortList>(FindPorts());
-    t_own = ports;
+    OwnList() = ports;
     const std::lock_guard lock(g_mutex);
-    g_latest = std::move(ports);
-    return t_own->size();
+    g_latest = ports;
+    return ports->size();
 }
 
 /**
@@ -98,14 +103,14 @@ std::size_t RefreshPorts() {
  * \throw SerialError CL_ERR_INVALID_INDEX
  */
 PortInfo PortAt(std::size_t index) {
-    SharedList ports = t_own;
+    SharedList ports = OwnList();
     if (!ports) {
         const std::lock_guard lock(g_mutex);
         ports = g_latest;
     }
     if (!ports) {
         RefreshPorts();
-        ports = t_own;
+        ports = OwnList();
     }
     if (index >= ports->size()) {
         throw SerialError(CL_ERR_INVALID_INDEX, "There is no serial port with index " + std::to_string(index) + "; " +

@@ -11,22 +11,23 @@ namespace os {
 
 namespace {
 
-bool IsSeparator(char character) {
+std::size_t FileNameAt(std::string_view path) {
+    std::size_t at = path.size();
+    while (at > 0 && !IsPathSeparator(path[at - 1]))
+        --at;
+    return at;
+}
+
+}  // namespace
+
+/// Whether a character parts the elements of a path; on Windows two do.
+bool IsPathSeparator(char character) noexcept {
 #ifdef _WIN32
     return character == '\\' || character == '/';
 #else
     return character == '/';
 #endif
 }
-
-std::size_t FileNameAt(std::string_view path) {
-    std::size_t at = path.size();
-    while (at > 0 && !IsSeparator(path[at - 1]))
-        --at;
-    return at;
-}
-
-}  // namespace
 
 /**
  * \brief Turns the separators of other systems into this system's
@@ -44,7 +45,7 @@ std::string ToSystemSeparators(std::string_view path) {
  */
 std::string FolderOf(std::string_view path) {
     std::size_t end = FileNameAt(path);
-    while (end > 1 && IsSeparator(path[end - 1]))
+    while (end > 1 && IsPathSeparator(path[end - 1]))
         --end;
     return std::string(path.substr(0, end));
 }

@@ -27,9 +27,11 @@ const std::string& FolderAboveLibrary() {
 std::string RootFolder() {
     const os::EnvironmentValue root = os::GetEnvironment("VANTO_ROOT");
     if (root.status == os::EnvironmentStatus::kPresent) {
-        const std::size_t end = root.text.find_last_not_of(os::kPathSeparator);
+        std::string path = root.text;
         // A root of separators only is the file system's own.
-        return end == std::string::npos ? root.text.substr(0, 1) : root.text.substr(0, end + 1);
+        while (path.size() > 1 && os::IsPathSeparator(path.back()))
+            path.pop_back();
+        return path;
     }
     return FolderAboveLibrary();
 }
@@ -66,7 +68,7 @@ gcstring getVantoFolderPath(eFolderType type) {
     const char* const part = BelowRoot(type);
     std::string path = RootFolder();
     if (*part != '\0') {
-        if (path.empty() || path.back() != os::kPathSeparator)
+        if (path.empty() || !os::IsPathSeparator(path.back()))
             path += os::kPathSeparator;
         path += os::ToSystemSeparators(part);
     }

@@ -218,9 +218,8 @@ TEST_F(ForeignLibraries, ThatLackFunctionsAreLeftOut) {
 }
 
 TEST_F(ForeignLibraries, ThatAreNoneAreLeftOut) {
-    m_folder.Write("clserbad.so", "no library");
-    m_folder.Write("clserbad.dll", "no library");
-    m_folder.Write(scripted::SystemFolder() + "/libBad.so", "no library");
+    m_folder.Write(scripted::LibraryName("clserbad"), "no library");
+    m_folder.Write(scripted::SystemFolder() + "/" + scripted::DriverName("Bad"), "no library");
     const scripted::ScopedVariable serial("CLSERIALPATH", m_folder.Path() + kPortList + scripted::SerialFolder());
     const scripted::ScopedVariable drivers("GENICAM_CLPROTOCOL",
                                            m_folder.Path() + kPortList + scripted::DriverLocation());

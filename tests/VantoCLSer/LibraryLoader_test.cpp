@@ -48,19 +48,19 @@ TEST_F(LibraryLoader, TakesEitherSeparator) {
     for (char& character : path)
         character = character == os::kPathSeparator ? os::kForeignSeparator : character;
     EXPECT_TRUE(m_loader.Load(path));
-    EXPECT_EQ(m_loader.GetLibrary().Path(), scripted::DriverPath());
+    EXPECT_EQ(m_loader.GetLibrary().Path(), os::ToSystemSeparators(scripted::DriverPath()));
 }
 
 TEST_F(LibraryLoader, ReplacesTheLibraryItHolds) {
-    const std::string first = Copy("first");
-    const std::string second = Copy("second");
+    const std::string first = Copy(scripted::LibraryName("first"));
+    const std::string second = Copy(scripted::LibraryName("second"));
     ASSERT_TRUE(m_loader.Load(first));
     EXPECT_TRUE(m_loader.Load(second));
     EXPECT_EQ(m_loader.GetLibrary().Path(), second);
 }
 
 TEST_F(LibraryLoader, KeepsTheLibraryItHoldsWhenAnotherFails) {
-    const std::string first = Copy("first");
+    const std::string first = Copy(scripted::LibraryName("first"));
     m_folder.Write("text", "no library");
     ASSERT_TRUE(m_loader.Load(first));
     for (const std::string& path :
@@ -72,9 +72,12 @@ TEST_F(LibraryLoader, KeepsTheLibraryItHoldsWhenAnotherFails) {
 
 // A path to a copy of the driver that has a number of characters.
 std::string PathOfLength(const scripted::TemporaryFolder& folder, std::size_t length) {
+    const std::string suffix = scripted::LibraryName("");
     std::string path = folder.Path();
-    while (path.size() + 1 < length)
-        path += "/" + std::string(std::min<std::size_t>(100, length - path.size() - 1), 'x');
+    while (path.size() + 1 + suffix.size() < length)
+        path +=
+            os::kPathSeparator + std::string(std::min<std::size_t>(100, length - suffix.size() - path.size() - 1), 'x');
+    path += suffix;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::filesystem::copy_file(scripted::DriverPath(), path);
     return path;

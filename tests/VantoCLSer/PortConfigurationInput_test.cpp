@@ -14,6 +14,7 @@
 #include "VantoCLSer/BoundedXmlFile.h"
 #include "VantoCLSer/PortConfiguration.h"
 #include "tests/VantoCLSer/Fixture.h"
+#include "tests/VantoCLSer/LocalText.h"
 
 namespace Vanto {
 namespace {
@@ -253,12 +254,13 @@ constexpr char kUmlautUtf8[] = "J\xc3\xb6rg";
 constexpr char kUmlautLatin1[] = "J\xf6rg";
 
 TEST_F(PortConfigurationInput, InUtf8WithAMark) {
-    EXPECT_EQ(Read("\xef\xbb\xbf<r>" + PortElement(kUmlautUtf8) + "</r>").at(0).id, kUmlautUtf8);
+    EXPECT_EQ(Read("\xef\xbb\xbf<r>" + PortElement(kUmlautUtf8) + "</r>").at(0).id, LocalText(kUmlautUtf8));
 }
 
 TEST_F(PortConfigurationInput, InUtf16) {
     for (const bool bigEndian : {false, true})
-        EXPECT_EQ(Read(ToUtf16("<r>" + PortElement(kUmlautLatin1) + "</r>", bigEndian)).at(0).id, kUmlautUtf8);
+        EXPECT_EQ(Read(ToUtf16("<r>" + PortElement(kUmlautLatin1) + "</r>", bigEndian)).at(0).id,
+                  LocalText(kUmlautUtf8));
 }
 
 TEST_F(PortConfigurationInput, InUtf16WithADeclaration) {
@@ -274,7 +276,7 @@ TEST_F(PortConfigurationInput, InUtf16CutInTheMiddleOfACharacter) {
 
 TEST_F(PortConfigurationInput, InLatin1) {
     const std::string text = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><r>" + PortElement(kUmlautLatin1) + "</r>";
-    EXPECT_EQ(Read(text).at(0).id, kUmlautUtf8);
+    EXPECT_EQ(Read(text).at(0).id, LocalText(kUmlautUtf8));
 }
 
 TEST_F(PortConfigurationInput, InLatin1WithoutADeclaration) {
@@ -283,7 +285,7 @@ TEST_F(PortConfigurationInput, InLatin1WithoutADeclaration) {
 }
 
 TEST_F(PortConfigurationInput, OutsideOfTheBasicPlane) {
-    EXPECT_EQ(Read("<r>" + PortElement("&#x1F4F7;") + "</r>").at(0).id, "\xf0\x9f\x93\xb7");
+    EXPECT_EQ(Read("<r>" + PortElement("&#x1F4F7;") + "</r>").at(0).id, LocalText("\xf0\x9f\x93\xb7"));
 }
 
 TEST_F(PortConfigurationInput, InAFolderWithAForeignName) {

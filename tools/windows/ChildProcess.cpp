@@ -60,7 +60,13 @@ Pipe MakePipe() {
 
 /// An argument as the C library of the child takes it apart again.
 void AppendArgument(std::wstring& line, const std::wstring& argument) {
-    line += line.empty() ? L"\"" : L" \"";
+    if (!line.empty())
+        line += L' ';
+    if (!argument.empty() && argument.find_first_of(L" \t\n\"") == std::wstring::npos) {
+        line += argument;
+        return;
+    }
+    line += L'"';
     std::size_t backslashes = 0;
     for (const wchar_t character : argument) {
         if (character == L'"')

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+#include "os/PerThread.h"
+
 namespace CLProtocol {
 
 namespace {
@@ -51,8 +53,7 @@ std::uint64_t ForeignActivity::Progress() const {
 
 ForeignActivity& CurrentActivity() {
     if (t_activity == nullptr) {
-        thread_local OwnActivity own;
-        t_activity = &own.activity;
+        t_activity = &os::PerThread<OwnActivity>().activity;
     }
     return *t_activity;
 }

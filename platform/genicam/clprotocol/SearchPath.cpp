@@ -46,7 +46,7 @@ std::vector<std::string> FoldersOfVariable(const char* name) {
 std::vector<std::string> FoldersOfList(const std::string& list) {
     std::vector<std::string> folders;
     for (std::string& folder : SplitWithoutEmpty(list, os::kPathListSeparator)) {
-        while (folder.size() > 1 && folder.back() == os::kPathSeparator)
+        while (folder.size() > 1 && os::IsPathSeparator(folder.back()))
             folder.pop_back();
         if (std::find(folders.begin(), folders.end(), folder) == folders.end())
             folders.push_back(std::move(folder));

@@ -374,7 +374,7 @@ TEST_F(FrameDeliveryOfRegisterCamera, IsARemainderAfterAClose) {
     m_grabber->Open();
     GrabResult result;
     EXPECT_THAT(MessageOf<GenICam::RuntimeException>([&] { m_grabber->RetrieveResult(result); }),
-                testing::MatchesRegex("Buffer with handle 0x[0-9a-f]+ not found"));
+                testing::AllOf(testing::StartsWith("Buffer with handle 0x"), testing::EndsWith(" not found")));
 }
 
 TEST_F(FrameDeliveryOfRegisterCamera, OutlivesTheRecordOfItsBuffer) {

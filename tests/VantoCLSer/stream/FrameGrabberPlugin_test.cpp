@@ -9,6 +9,7 @@
 
 #include "StreamTest.h"
 #include "os/File.h"
+#include "os/Path.h"
 
 namespace {
 
@@ -82,8 +83,8 @@ TEST_F(FrameGrabberPlugin, IsLoadedInitialisedAndUnloaded) {
         EXPECT_STREQ(plugin->calls, "Create Init ");
     }
     EXPECT_STREQ(plugin->calls, "Create Init Shutdown Destroy ");
-    EXPECT_TRUE(HasText(tracelog::kInfo,
-                        "About to load FGPlugin DLL from directory '" + TreeOf("plain") + "/" VANTO_DIR_PLUGINS "/.'"));
+    EXPECT_TRUE(HasText(tracelog::kInfo, "About to load FGPlugin DLL from directory '" + PluginFolderOf("plain") +
+                                             os::kPathSeparator + ".'"));
     EXPECT_TRUE(HasText(tracelog::kInfo, "Sucessfully loaded FGPlugin DLL."));
     EXPECT_EQ(m_log.CountText("", tracelog::kError), 0U);
 }
@@ -109,8 +110,8 @@ TEST_F(FrameGrabberPlugin, PathOfTwoHundredAndSixtyCharactersIsTooLong) {
     const scripted::TemporaryFolder folder;
     // Empty path elements lengthen the path to the built tree without leading anywhere else.
     const auto treeOfLength = [&](std::size_t pathLength) {
-        const std::string tree = TreeOf("plain");
-        return std::string(pathLength - rest.size() - tree.size() + 1, '/') + tree.substr(1);
+        std::string tree = TreeOf("plain");
+        return tree.insert(tree.find_first_of("/\\", 4), pathLength - rest.size() - tree.size(), os::kPathSeparator);
     };
     UseTree(treeOfLength(259));
     EXPECT_EQ(FailureOf("Sapera"), "Could not load FrameGrabber plug-in DLL.");
@@ -125,8 +126,8 @@ TEST_F(FrameGrabberPlugin, MustExportBothFunctions) {
         m_log.Clear();
         UseTree(TreeOf(tree));
         PlainPlugin plugin(tree);
-        EXPECT_EQ(FailureOf("Sapera"), "Missing necessary functions in FGPlugin DLL '" + TreeOf(tree) +
-                                           "/" VANTO_DIR_PLUGINS "/SaperaFgPlugin_MD_VC100.dll'.");
+        EXPECT_EQ(FailureOf("Sapera"), "Missing necessary functions in FGPlugin DLL '" + PluginFolderOf(tree) +
+                                           os::kPathSeparator + "SaperaFgPlugin_MD_VC100.dll'.");
         EXPECT_TRUE(HasText(tracelog::kError, "Could not find functions in FGPlugin DLL."));
         EXPECT_TRUE(HasBeginning(tracelog::kError, "Error loading FGPlugin DLL (Missing necessary functions"));
         EXPECT_STREQ(plugin->calls, "");

@@ -59,7 +59,7 @@ TEST_F(TlStress, EnumeratesWhileADeviceIsUsed) {
         EXPECT_EQ(m_tl.EnumerateDevices(list), 2);
     });
     stress.Add([device](std::mt19937& random) { SetTimeout(*device, static_cast<std::int64_t>(1 + random() % 2)); });
-    EXPECT_GT(stress.Run(kShortTime), 100u);
+    EXPECT_GT(stress.Run(kShortTime), 0u);
     device->Close();
     m_tl.DestroyDevice(device);
 }
@@ -86,7 +86,7 @@ TEST_F(TlStress, EnumeratesWhileDevicesAreMadeAndDestroyed) {
             DeviceInfoList list;
             m_tl.EnumerateDevices(list);
         });
-    EXPECT_GT(stress.Run(kShortTime), 100u);
+    EXPECT_GT(stress.Run(kShortTime), 0u);
 }
 
 }  // namespace

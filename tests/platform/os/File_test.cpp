@@ -60,7 +60,7 @@ TEST_F(File, TellsWhatItCannotExamine) {
 }
 
 TEST_F(File, TellsFolders) {
-    EXPECT_TRUE(os::GetFileStatus(In("")).isFolder);
+    EXPECT_TRUE(os::GetFileStatus(In(".")).isFolder);
 }
 
 TEST_F(File, TellsAccessible) {

@@ -23,6 +23,11 @@ CDeviceInfo Camera() {
     return info;
 }
 
+// On Windows a path is absolute that names a drive.
+std::string Absolute(const std::string& path) {
+    return std::filesystem::current_path().root_name().string() + path;
+}
+
 class ConfigFileRegistry : public testing::Test {
 protected:
     CConfigFileRegistry::CBinding Bind(const std::string& bindings, const CDeviceInfo& info = Camera()) {
@@ -76,7 +81,8 @@ TEST_F(ConfigFileRegistry, ThePropertyBindsItsFileAndNothingElse) {
 TEST_F(ConfigFileRegistry, AnEmptyPropertyBindsNothing) {
     CDeviceInfo info = Camera();
     info.SetPropertyValue("DeviceXMLFileOverride", "");
-    EXPECT_EQ(Bind("<Binding><Merge File='/m.xml'/></Binding>", info).mergeFile, "/m.xml");
+    EXPECT_EQ(Bind("<Binding><Merge File='" + Absolute("/m.xml") + "'/></Binding>", info).mergeFile,
+              Absolute("/m.xml"));
 }
 
 TEST_F(ConfigFileRegistry, LooksInTheConfigurationFolderOfTheRoot) {
@@ -107,10 +113,10 @@ TEST_F(ConfigFileRegistry, BindsADescriptionInPlaceOfTheCamerasOwn) {
 }
 
 TEST_F(ConfigFileRegistry, BindsAMergeFileToTheCamerasOwn) {
-    const auto binding = Bind("<Binding><Merge File='/abs/m.xml'/></Binding>");
+    const auto binding = Bind("<Binding><Merge File='" + Absolute("/abs/m.xml") + "'/></Binding>");
     EXPECT_TRUE(binding.useDeviceDescription);
     EXPECT_FALSE(binding.hasDescriptionFile);
-    EXPECT_EQ(binding.mergeFile, "/abs/m.xml");
+    EXPECT_EQ(binding.mergeFile, Absolute("/abs/m.xml"));
 }
 
 TEST_F(ConfigFileRegistry, BindsADescriptionForCamerasThatHoldNone) {
@@ -122,8 +128,8 @@ TEST_F(ConfigFileRegistry, BindsADescriptionForCamerasThatHoldNone) {
 }
 
 TEST_F(ConfigFileRegistry, ReplacesEnvironmentVariablesInPaths) {
-    const ScopedEnvironment variable("VANTO_TEST_PLACE", "/place");
-    EXPECT_EQ(Bind("<Binding><Merge File='$(VANTO_TEST_PLACE)/m.xml'/></Binding>").mergeFile, "/place/m.xml");
+    const ScopedEnvironment variable("VANTO_TEST_PLACE", Absolute("/place"));
+    EXPECT_EQ(Bind("<Binding><Merge File='$(VANTO_TEST_PLACE)/m.xml'/></Binding>").mergeFile, Absolute("/place/m.xml"));
 }
 
 TEST_F(ConfigFileRegistry, AnEntryMustFitInEveryAttribute) {

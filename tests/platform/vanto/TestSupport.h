@@ -10,6 +10,12 @@
 #include <string>
 
 #include "os/Environment.h"
+#include "os/Path.h"
+
+/// A path as this system writes it.
+inline std::string Native(const std::string& path) {
+    return os::ToSystemSeparators(path);
+}
 
 /// A folder of its own that vanishes with it.
 class TempFolder {
@@ -27,7 +33,7 @@ public:
     TempFolder& operator=(const TempFolder&) = delete;
 
     std::string Path(const std::string& name = "") const {
-        return name.empty() ? m_path.string() : (m_path / name).string();
+        return name.empty() ? m_path.string() : (m_path / Native(name)).string();
     }
     std::string Write(const std::string& name, const std::string& text) const {
         std::filesystem::create_directories((m_path / name).parent_path());

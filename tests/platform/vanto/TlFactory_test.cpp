@@ -19,11 +19,16 @@ namespace {
 using namespace Vanto;
 using testing::HasSubstr;
 
+// Path of a library in the folder of transport layers.
+std::string PathOf(const std::string& name) {
+    return Native(TEST_TL_FOLDER "/" + name + TEST_LIBRARY_SUFFIX);
+}
+
 const os::Library& LoadScripted(const char* name) {
     static std::map<std::string, os::Library> libraries;
     os::Library& library = libraries[name];
     if (!library.IsLoaded())
-        library = os::Library(std::string(TEST_TL_FOLDER "/") + name);
+        library = os::Library(PathOf(name));
     return library;
 }
 
@@ -50,7 +55,7 @@ std::string DescriptionOfFailure(Operation operation) {
 class CTlFactoryTest : public testing::Test {
 protected:
     void SetUp() override {
-        os::SetEnvironment("VANTO_ROOT", TEST_ROOT);
+        os::SetEnvironment("VANTO_ROOT", Native(TEST_ROOT));
         m_factory.GetRejectedTls();  // loads
         m_a.Reset();
         m_b.Reset();
@@ -65,8 +70,8 @@ protected:
     }
 
     CTlFactory& m_factory = CTlFactory::GetInstance();
-    scripted::Control& m_a = ControlOf("scripted_a.so");
-    scripted::Control& m_b = ControlOf("scripted_b.so");
+    scripted::Control& m_a = ControlOf("scripted_a");
+    scripted::Control& m_b = ControlOf("scripted_b");
 };
 
 TEST_F(CTlFactoryTest, ListsTheUsableTransportLayersInTheOrderOfTheirFiles) {
@@ -77,24 +82,24 @@ TEST_F(CTlFactoryTest, ListsTheUsableTransportLayersInTheOrderOfTheirFiles) {
     EXPECT_EQ(list[0].GetDeviceClass(), "ScriptedA");
     EXPECT_EQ(list[1].GetDeviceClass(), "ScriptedB");
     EXPECT_EQ(list[2].GetDeviceClass(), "ScriptedC");
-    EXPECT_EQ(list[0].GetFileName(), TEST_TL_FOLDER "/scripted_a.so");
+    EXPECT_EQ(list[0].GetFileName(), PathOf("scripted_a"));
 }
 
 TEST_F(CTlFactoryTest, ListsRefusedLibrariesWithPathAndReason) {
     const std::vector<std::pair<const char*, const char*>> expected{
-        {"refused_no_create.so", "has no function 'Create'"},
-        {"refused_no_destroy.so", "has no function 'Destroy'"},
-        {"refused_no_library.so", "refused_no_library.so"},
-        {"refused_no_list.so", "has no function 'GetTLInfoList'"},
-        {"refused_offers_nothing.so", "GetTLInfoList offers no transport layer with a device class"},
-        {"refused_throws_exception.so", "GetTLInfoList failed: list exception"},
-        {"refused_throws_number.so", "GetTLInfoList failed: an exception of an unknown type"},
-        {"refused_throws_text.so", "GetTLInfoList failed: list text"},
-        {"refused_without_class.so", "GetTLInfoList offers no transport layer with a device class"}};
+        {"refused_no_create", "has no function 'Create'"},
+        {"refused_no_destroy", "has no function 'Destroy'"},
+        {"refused_no_library", "refused_no_library"},
+        {"refused_no_list", "has no function 'GetTLInfoList'"},
+        {"refused_offers_nothing", "GetTLInfoList offers no transport layer with a device class"},
+        {"refused_throws_exception", "GetTLInfoList failed: list exception"},
+        {"refused_throws_number", "GetTLInfoList failed: an exception of an unknown type"},
+        {"refused_throws_text", "GetTLInfoList failed: list text"},
+        {"refused_without_class", "GetTLInfoList offers no transport layer with a device class"}};
     const std::vector<RejectedTl> rejected = m_factory.GetRejectedTls();
     ASSERT_EQ(rejected.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(rejected[i].path, std::string(TEST_TL_FOLDER "/") + expected[i].first);
+        EXPECT_EQ(rejected[i].path, PathOf(expected[i].first));
         EXPECT_THAT(rejected[i].reason.str(), HasSubstr(expected[i].second));
     }
 }
@@ -137,9 +142,8 @@ TEST_F(CTlFactoryTest, ReturnsNullWhenTheLibraryMakesNone) {
     m_a.createMode = scripted::CreateMode::kNull;
     const tracelog::LogRecorder log("vanto.base.Factory:warning");
     EXPECT_EQ(m_factory.CreateTl(gcstring("ScriptedA")), nullptr);
-    EXPECT_EQ(log.CountText("The library '" TEST_TL_FOLDER "/scripted_a.so' makes no transport layer "
-                            "'Scripted/ScriptedA'."),
-              1u);
+    EXPECT_EQ(
+        log.CountText("The library '" + PathOf("scripted_a") + "' makes no transport layer 'Scripted/ScriptedA'."), 1u);
     EXPECT_EQ(DescriptionOfFailure([&] {
                   CDeviceInfo info;
                   info.SetDeviceClass("ScriptedA");
@@ -180,8 +184,8 @@ TEST_F(CTlFactoryTest, IgnoresTheReleaseOfNull) {
 }
 
 TEST_F(CTlFactoryTest, GivesATransportLayerOfOthersItsReferenceBack) {
-    CreateFunction* const create = LoadScripted("scripted_a.so").Get<CreateFunction>("Create");
-    DestroyFunction* const destroy = LoadScripted("scripted_a.so").Get<DestroyFunction>("Destroy");
+    CreateFunction* const create = LoadScripted("scripted_a").Get<CreateFunction>("Create");
+    DestroyFunction* const destroy = LoadScripted("scripted_a").Get<DestroyFunction>("Destroy");
     ITransportLayer* const tl = create(CTlInfo());
     IVantoDevice* const device = tl->CreateDevice(gcstring("ScriptedA#0"));
     tl->DestroyDevice(device);
@@ -297,7 +301,7 @@ TEST_F(CTlFactoryTest, SaysWhichClassesThereAreAndWhatWasRefused) {
     const std::string text = DescriptionOfFailure([&] { m_factory.CreateDevice(info); });
     EXPECT_THAT(text, HasSubstr("There is no transport layer for device class 'Other'."));
     EXPECT_THAT(text, HasSubstr("'ScriptedA', 'ScriptedB', 'ScriptedC'"));
-    EXPECT_THAT(text, HasSubstr("refused_no_create.so' was refused: "));
+    EXPECT_THAT(text, HasSubstr("refused_no_create" TEST_LIBRARY_SUFFIX "' was refused: "));
     EXPECT_THAT(text, HasSubstr("VANTO_ROOT"));
     CDeviceInfo byFactory;
     byFactory.SetDeviceFactory("Nobody");

@@ -13,24 +13,24 @@ using namespace Vanto;
 using testing::HasSubstr;
 
 TEST(VantoFolders, LieBelowVantoRoot) {
-    const ScopedEnvironment root("VANTO_ROOT", "/some/root");
-    EXPECT_EQ(getVantoFolderPath(eRootFolder), "/some/root");
-    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/some/root/bin");
-    EXPECT_EQ(getVantoFolderPath(eLibraryFolder), "/some/root/lib");
-    EXPECT_EQ(getVantoFolderPath(eTransportLayerFolder), "/some/root/lib/vanto/tl");
-    EXPECT_EQ(getVantoFolderPath(ePluginFolder), "/some/root/lib/vanto/plugins");
-    EXPECT_EQ(getVantoFolderPath(eConfigurationFolder), "/some/root/etc/vanto");
+    const ScopedEnvironment root("VANTO_ROOT", Native("/some/root"));
+    EXPECT_EQ(getVantoFolderPath(eRootFolder), Native("/some/root"));
+    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/some/root/bin"));
+    EXPECT_EQ(getVantoFolderPath(eLibraryFolder), Native("/some/root/" VANTO_DIR_LIBRARIES));
+    EXPECT_EQ(getVantoFolderPath(eTransportLayerFolder), Native("/some/root/" VANTO_DIR_LIBRARIES "/vanto/tl"));
+    EXPECT_EQ(getVantoFolderPath(ePluginFolder), Native("/some/root/" VANTO_DIR_LIBRARIES "/vanto/plugins"));
+    EXPECT_EQ(getVantoFolderPath(eConfigurationFolder), Native("/some/root/etc/vanto"));
     EXPECT_EQ(static_cast<int>(ePluginFolder), 4);
 }
 
 TEST(VantoFolders, DropSeparatorsAtTheEndOfVantoRoot) {
     {
-        const ScopedEnvironment root("VANTO_ROOT", "/some/root//");
-        EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/some/root/bin");
+        const ScopedEnvironment root("VANTO_ROOT", Native("/some/root//"));
+        EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/some/root/bin"));
     }
-    const ScopedEnvironment root("VANTO_ROOT", "/");
-    EXPECT_EQ(getVantoFolderPath(eRootFolder), "/");
-    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), "/bin");
+    const ScopedEnvironment root("VANTO_ROOT", Native("/"));
+    EXPECT_EQ(getVantoFolderPath(eRootFolder), Native("/"));
+    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/bin"));
 }
 
 TEST(VantoFolders, AreFoundByPlaceWithoutVantoRoot) {
@@ -44,7 +44,7 @@ TEST(VantoFolders, RefuseAnUnknownType) {
 }
 
 TEST(VantoFolders, KnowTheSeparator) {
-    EXPECT_EQ(getVantoPathSeperator(), "/");
+    EXPECT_EQ(getVantoPathSeperator(), Native("/"));
 }
 
 std::string FailureOf(const std::string& path) {
@@ -69,8 +69,13 @@ TEST(TextFileToString, NamesFileAndReason) {
     EXPECT_EQ(FailureOf(folder.Path("none")),
               "The file '" + folder.Path("none") + "' can't be read: No such file or directory");
     EXPECT_EQ(FailureOf(folder.Path()), "The file '" + folder.Path() + "' can't be read: it is a folder");
+}
+
+#ifndef _WIN32
+TEST(TextFileToString, RefusesADevice) {
     EXPECT_EQ(FailureOf("/dev/zero"), "The file '/dev/zero' can't be read: it is no regular file");
 }
+#endif
 
 TEST(TextFileToString, RefusesAFileBeyondTheBound) {
     const TempFolder folder;

@@ -24,10 +24,10 @@ std::string InRoot(const std::string& name) {
 
 #ifdef _WIN32
 constexpr char kSuffix[] = ".dll";
-constexpr char kDriverName[] = "ScriptedCLProtocol.dll";
+constexpr char kDriverPrefix[] = "";
 #else
 constexpr char kSuffix[] = ".so";
-constexpr char kDriverName[] = "libScriptedCLProtocol.so";
+constexpr char kDriverPrefix[] = "lib";
 #endif
 
 // Loaded once per path and kept, so that a script outlives whatever a host loads and unloads.
@@ -76,12 +76,18 @@ std::string TwinDriverLocation() {
 std::string SystemFolder() {
     return SCRIPTED_SYSTEM;
 }
+std::string LibraryName(const std::string& stem) {
+    return stem + kSuffix;
+}
+std::string DriverName(const std::string& stem) {
+    return kDriverPrefix + LibraryName(stem);
+}
 std::string DriverFileName() {
-    return kDriverName;
+    return DriverName("ScriptedCLProtocol");
 }
 
 std::string DriverPath() {
-    return DriverLocation() + os::kPathSeparator + SystemFolder() + os::kPathSeparator + kDriverName;
+    return DriverLocation() + os::kPathSeparator + SystemFolder() + os::kPathSeparator + DriverFileName();
 }
 
 std::string SerialPath() {
@@ -139,7 +145,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::string TemporaryFolder::operator/(const std::string& name) const {
-    return m_path + os::kPathSeparator + name;
+    return m_path + os::kPathSeparator + os::ToSystemSeparators(name);
 }
 
 void TemporaryFolder::Write(const std::string& name, const std::string& content) const {

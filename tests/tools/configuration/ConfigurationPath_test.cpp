@@ -9,6 +9,7 @@
 
 #include "TemporaryFile.h"
 #include "system/Environment.h"
+#include "system/Folders.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ protected:
 TEST_F(ConfigurationPathTest, IsTheMachinesWithoutTheVariable) {
     UnsetEnvironment("VANTO_CL_BINDINGS");
     const ConfigurationPath found = FindConfigurationPath();
-    EXPECT_EQ(found.path, "/etc/Marlow/CLBindings/PortConfiguration_x64.xml");
+    EXPECT_EQ(found.path, *CommonApplicationDataFolder() / "Marlow" / "CLBindings" / "PortConfiguration_x64.xml");
     EXPECT_EQ(found.reason, "VANTO_CL_BINDINGS is not set, so the file of the whole machine is used.");
     EXPECT_EQ(found.warning, "");
 }

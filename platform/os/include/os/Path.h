@@ -25,6 +25,7 @@ inline constexpr char kPathListSeparator = ':';
 std::optional<std::string> CommonApplicationDataFolder();
 std::optional<std::string> UserCacheFolder();
 bool AppendToPath(std::string& path, std::string_view part);
+bool IsPathSeparator(char character) noexcept;
 std::string ToSystemSeparators(std::string_view path);
 std::string FolderOf(std::string_view path);
 std::string FileNameOf(std::string_view path);

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <numeric>
 
+#include "os/Path.h"
+
 namespace stream_test {
 
 using namespace Vanto;
@@ -29,6 +31,10 @@ CDeviceInfo InfoOf(const std::string& deviceSpecific) {
 
 std::string TreeOf(const std::string& name) {
     return name == kSimulated ? std::string(STREAM_BUILD_ROOT) : STREAM_ROOTS "/" + name;
+}
+
+std::string PluginFolderOf(const std::string& name) {
+    return TreeOf(name) + os::ToSystemSeparators("/" VANTO_DIR_PLUGINS);
 }
 
 void MemoryPort::Read(void* buffer, std::int64_t address, std::int64_t length) {

@@ -28,6 +28,8 @@ namespace stream_test {
 
 /// Where plug-ins lie: a tree of the tests' own, or the built tree with the simulated grabber.
 std::string TreeOf(const std::string& name);
+/// Where the plug-in of such a tree lies.
+std::string PluginFolderOf(const std::string& name);
 inline constexpr char kSimulated[] = "simulated";
 
 /// The memory of a camera, of 4-byte registers.

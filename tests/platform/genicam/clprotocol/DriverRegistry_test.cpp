@@ -22,6 +22,7 @@ namespace {
 
 using CLProtocol::CCLPort;
 using CLProtocol::LibraryReport;
+using scripted::DriverName;
 using Texts = std::vector<std::string>;
 
 Texts Templates() {
@@ -83,20 +84,20 @@ TEST_F(Drivers, ThatOfferNonsenseOfferNothing) {
 }
 
 TEST_F(Drivers, ThatFailDoNotHideOthers) {
-    Copy("libOther.so").templates = "Other";
+    Copy(DriverName("Other")).templates = "Other";
     const scripted::ScopedVariable both("GENICAM_CLPROTOCOL",
                                         scripted::DriverLocation() + os::kPathListSeparator + folder.Path());
     script.onGetTemplates = [](char*, std::uint32_t*) -> std::int32_t { throw std::runtime_error("reason"); };
-    EXPECT_EQ(Templates(), (Texts{folder.Path() + "#libOther.so#Other"}));
-    EXPECT_EQ(ReportOf("libScripted").refusal,
+    EXPECT_EQ(Templates(), (Texts{folder.Path() + "#" + DriverName("Other") + "#Other"}));
+    EXPECT_EQ(ReportOf("Scripted").refusal,
               "Function 'clpGetShortDeviceIDTemplates' of '" + scripted::DriverPath() + "' threw an exception: reason");
     script.onGetTemplates = [](char*, std::uint32_t*) { return -30001; };
-    EXPECT_EQ(ReportOf("libScripted").refusal, "Function 'clpGetShortDeviceIDTemplates' of '" + scripted::DriverPath() +
-                                                   "' failed: error of the driver (-30001)");
+    EXPECT_EQ(ReportOf("Scripted").refusal, "Function 'clpGetShortDeviceIDTemplates' of '" + scripted::DriverPath() +
+                                                "' failed: error of the driver (-30001)");
 }
 
 TEST_F(Drivers, ThatHangDoNotHideOthers) {
-    Copy("libOther.so").templates = "Other";
+    Copy(DriverName("Other")).templates = "Other";
     const scripted::ScopedVariable both("GENICAM_CLPROTOCOL",
                                         scripted::DriverLocation() + os::kPathListSeparator + folder.Path());
     Templates();
@@ -106,8 +107,8 @@ TEST_F(Drivers, ThatHangDoNotHideOthers) {
         opened.wait();
         return -30001;
     };
-    EXPECT_EQ(Templates(), (Texts{folder.Path() + "#libOther.so#Other"}));
-    EXPECT_EQ(ReportOf("libScripted").refusal, "a function of it does not return");
+    EXPECT_EQ(Templates(), (Texts{folder.Path() + "#" + DriverName("Other") + "#Other"}));
+    EXPECT_EQ(ReportOf("Scripted").refusal, "a function of it does not return");
     {
         const std::lock_guard lock(script.mutex);  // its last use has not returned yet
         script.onGetTemplates = nullptr;
@@ -118,21 +119,21 @@ TEST_F(Drivers, ThatHangDoNotHideOthers) {
 }
 
 TEST_F(Drivers, LieInTheListedLocations) {
-    Copy("libOther.so").templates = "Other";
-    folder.Write("libStray.so", "not in the system's folder");
+    Copy(DriverName("Other")).templates = "Other";
+    folder.Write(DriverName("Stray"), "not in the system's folder");
     const scripted::ScopedVariable variable("DRIVER_TEST", folder.Path());
     const scripted::ScopedVariable both("GENICAM_CLPROTOCOL", "/none" + std::string(1, os::kPathListSeparator) +
                                                                   "$(DRIVER_TEST)/" + os::kPathListSeparator +
                                                                   os::kPathListSeparator + "$(DRIVER_TEST)");
     // The location stands in the DeviceID as it is listed, and is replaced where the driver is loaded.
-    ASSERT_EQ(Templates(), (Texts{"$(DRIVER_TEST)#libOther.so#Other"}));
+    ASSERT_EQ(Templates(), (Texts{"$(DRIVER_TEST)#" + DriverName("Other") + "#Other"}));
     EXPECT_EQ(CLProtocol::CDeviceID(Templates()[0]).GetDriverPath(),
-              folder / (scripted::SystemFolder() + os::kPathSeparator + "libOther.so"));
+              folder / (scripted::SystemFolder() + os::kPathSeparator + DriverName("Other")));
 }
 
 TEST_F(Drivers, OfLocationsThatCannotBeTokensAreLeftOut) {
     scripted::TemporaryFolder other;
-    other.Write("a#b/" + scripted::SystemFolder() + "/libX.so", "");
+    other.Write("a#b/" + scripted::SystemFolder() + "/" + DriverName("X"), "");
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", other / "a#b");
     EXPECT_TRUE(CLProtocol::GetDrivers().empty());
     EXPECT_TRUE(Templates().empty());
@@ -145,23 +146,24 @@ TEST_F(Drivers, BesideTheirDebugTwinComeFirst) {
         EXPECT_EQ(report.refusal, "");
         names.push_back(os::FileNameOf(report.path.str()));
     }
-    EXPECT_EQ(names, (Texts{"libLonely.debug.so", "libTwin.so"}));
+    EXPECT_EQ(names, (Texts{DriverName("Lonely.debug"), DriverName("Twin")}));
 }
 
 TEST_F(Drivers, HaveTheRightFileNames) {
-    for (const char* name : {"Other.so", "lib.so", "libOther.so.1", "libOther.txt", "lib#.so"})
+    for (const std::string& name :
+         {DriverName(""), DriverName("Other") + ".1", DriverName("Other") + ".txt", DriverName("#")})
         folder.Write(scripted::SystemFolder() + "/" + name, "");
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
     EXPECT_TRUE(CLProtocol::GetDrivers().empty());
 }
 
 TEST_F(Drivers, ThatAreNoLibrariesAreRefusedWithTheirPath) {
-    const std::string name = scripted::SystemFolder() + "/libBroken.so";
+    const std::string name = scripted::SystemFolder() + "/" + DriverName("Broken");
     folder.Write(name, "no library");
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    EXPECT_NE(ReportOf("libBroken").refusal.str().find(folder / name), std::string::npos);
+    EXPECT_NE(ReportOf("Broken").refusal.str().find(folder / name), std::string::npos);
     try {
-        CCLPort::ProbeDevice("Scripted#Port0", folder.Path() + "#libBroken.so#Marlow", 100);
+        CCLPort::ProbeDevice("Scripted#Port0", folder.Path() + "#" + DriverName("Broken") + "#Marlow", 100);
         FAIL();
     } catch (const CLProtocol::CLErrException& error) {
         EXPECT_EQ(error.GetErrorCode(), -10098);
@@ -172,36 +174,36 @@ TEST_F(Drivers, ThatAreNoLibrariesAreRefusedWithTheirPath) {
 TEST_F(Drivers, ThatLackAFunctionAreRefusedWithItsName) {
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", scripted::LackingDriverLocation());
     EXPECT_TRUE(Templates().empty());
-    const std::string refusal = ReportOf("libLacking").refusal.str();
+    const std::string refusal = ReportOf("Lacking").refusal.str();
     EXPECT_NE(refusal.find("has no function 'clpReadRegister'"), std::string::npos);
     EXPECT_NE(refusal.find(scripted::LackingDriverLocation()), std::string::npos);
 }
 
 TEST_F(Drivers, OfAnotherMajorVersionAreRefused) {
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    scripted::DriverScript& driver = Copy("libNew.so");
+    scripted::DriverScript& driver = Copy(DriverName("New"));
     driver.versionMajor = 2;
     driver.versionMinor = 0;
-    EXPECT_EQ(ReportOf("libNew").refusal, "'" + folder / scripted::SystemFolder() + "/libNew.so" +
-                                              "' is of CLProtocol version 2.0; 1.1 to 1.2 is needed");
+    EXPECT_EQ(ReportOf("New").refusal, "'" + folder / (scripted::SystemFolder() + "/" + DriverName("New")) +
+                                           "' is of CLProtocol version 2.0; 1.1 to 1.2 is needed");
     EXPECT_EQ(driver.CountCalls("clpInitLib"), 0u);
 }
 
 TEST_F(Drivers, OfVersion1_0AreRefusedAndOf1_1Used) {
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    Copy("libOldest.so").versionMinor = 0;
-    Copy("libOld.so").versionMinor = 1;
-    EXPECT_NE(ReportOf("libOldest").refusal, "");
-    EXPECT_EQ(ReportOf("libOld.so").refusal, "");
-    EXPECT_EQ(ReportOf("libOld.so").version, "1.1");
+    Copy(DriverName("Oldest")).versionMinor = 0;
+    Copy(DriverName("Old")).versionMinor = 1;
+    EXPECT_NE(ReportOf("Oldest").refusal, "");
+    EXPECT_EQ(ReportOf(DriverName("Old")).refusal, "");
+    EXPECT_EQ(ReportOf(DriverName("Old")).version, "1.1");
 }
 
 TEST_F(Drivers, ThatCannotInitialiseAreRefused) {
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    Copy("libInit.so").onInitLib = [](std::int32_t) { return -30005; };
-    Copy("libThrow.so").onGetVersion = [](std::uint32_t*, std::uint32_t*) -> std::int32_t { throw 1; };
-    EXPECT_NE(ReportOf("libInit").refusal.str().find("'clpInitLib'"), std::string::npos);
-    EXPECT_NE(ReportOf("libThrow").refusal.str().find("'clpGetCLProtocolVersion'"), std::string::npos);
+    Copy(DriverName("Init")).onInitLib = [](std::int32_t) { return -30005; };
+    Copy(DriverName("Throw")).onGetVersion = [](std::uint32_t*, std::uint32_t*) -> std::int32_t { throw 1; };
+    EXPECT_NE(ReportOf("Init").refusal.str().find("'clpInitLib'"), std::string::npos);
+    EXPECT_NE(ReportOf("Throw").refusal.str().find("'clpGetCLProtocolVersion'"), std::string::npos);
 }
 
 TEST_F(Drivers, AreInitialisedOnceWithALogger) {
@@ -213,7 +215,7 @@ TEST_F(Drivers, AreInitialisedOnceWithALogger) {
         },
         CLProtocol::CLP_LOG_DEBUG);
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
-    scripted::DriverScript& driver = Copy("libLog.so");
+    scripted::DriverScript& driver = Copy(DriverName("Log"));
     driver.onGetTemplates = [&](char* text, std::uint32_t* size) {
         driver.Log(CLProtocol::CLP_LOG_NOTICE, "%s has %d", "it", 1);
         *size = 1;
@@ -225,7 +227,7 @@ TEST_F(Drivers, AreInitialisedOnceWithALogger) {
     CLProtocol::SetLogSink({});
     EXPECT_EQ(driver.CountCalls("clpInitLib"), 1u);
     EXPECT_EQ(driver.logLevel, CLProtocol::CLP_LOG_DEBUG);
-    const std::string path = folder / (scripted::SystemFolder() + "/libLog.so");
+    const std::string path = folder / (scripted::SystemFolder() + "/" + DriverName("Log"));
     EXPECT_EQ(messages, (Texts{"500 " + path + ": it has 1", "500 " + path + ": it has 1"}));
     driver.Reset();
 }
@@ -246,7 +248,7 @@ TEST_F(Drivers, AreClosedAndUnloadedOnRequestWhenNobodyUsesThem) {
 }
 
 TEST_F(Drivers, AreNotLoadedFromOutsideTheirLocation) {
-    for (const std::string& name : {"../" + scripted::DriverFileName(), std::string("/libX.so"), std::string()})
+    for (const std::string& name : {"../" + scripted::DriverFileName(), "/" + DriverName("X"), std::string()})
         try {
             CCLPort::ProbeDevice("Scripted#Port0", scripted::DriverLocation() + "#" + name + "#Marlow", 100);
             FAIL() << name;

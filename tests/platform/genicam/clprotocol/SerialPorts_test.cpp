@@ -20,6 +20,7 @@ namespace {
 
 using CLProtocol::CCLPort;
 using CLProtocol::LibraryReport;
+using scripted::LibraryName;
 using Texts = std::vector<std::string>;
 
 // PortIDs of the libraries whose maker begins with "Scripted", or with another name.
@@ -219,8 +220,11 @@ TEST_F(ModuleFiles, OfVersion1_0AreCountedWhereOpeningHasARemark) {
 
 TEST_F(ModuleFiles, AreThoseWithTheRightNames) {
     const std::string suffix = std::filesystem::path(scripted::SerialPath()).extension().string();
-    for (const char* name : {"clser", "clserab", "clserabcd", "xclserabc", "clserabc.old", "clser.so", "CLSERabc"})
+    for (const char* name : {"clser", "clserab", "clserabcd", "xclserabc", "clserabc.old", "clser.so"})
         folder.Write(name + suffix, "no library");
+    // Windows does not tell upper from lower case.
+    if (os::kPathSeparator == '/')
+        folder.Write("CLSERabc" + suffix, "no library");
     folder.Write("clserabc", "no library");
     folder.Write("clserdir" + suffix + "/file", "");
     Copy("clserone" + suffix);
@@ -233,9 +237,9 @@ TEST_F(ModuleFiles, AreThoseWithTheRightNames) {
 }
 
 TEST_F(ModuleFiles, ThatAreNoLibrariesAreRefusedWithTheirPath) {
-    folder.Write("clserbad.so", "no library");
-    const LibraryReport report = ReportOf("clserbad.so");
-    EXPECT_NE(report.refusal.str().find(folder / "clserbad.so"), std::string::npos) << report.refusal;
+    folder.Write(LibraryName("clserbad"), "no library");
+    const LibraryReport report = ReportOf(LibraryName("clserbad"));
+    EXPECT_NE(report.refusal.str().find(folder / LibraryName("clserbad")), std::string::npos) << report.refusal;
     EXPECT_EQ(report.version, "");
 }
 
@@ -250,7 +254,7 @@ TEST_F(ModuleFiles, ThatLackAFunctionAreRefusedWithItsName) {
 TEST_F(ModuleFiles, OfUnknownVersionsAreRefused) {
     const std::uint32_t versions[] = {0, 1, 6, 0xffffffff};
     for (int i = 0; i < 4; ++i) {
-        const std::string name = "clserv0" + std::to_string(i) + ".so";
+        const std::string name = LibraryName("clserv0" + std::to_string(i));
         scripted::SerialScriptOf(Copy(name)).version = versions[i];
         EXPECT_EQ(ReportOf(name).refusal,
                   "'" + folder / name +
@@ -262,7 +266,7 @@ TEST_F(ModuleFiles, OfUnknownVersionsAreRefused) {
 TEST_F(ModuleFiles, OfVersions1_1To2_1AreUsed) {
     const char* const names[] = {"1.1", "2.0", "2.1"};
     for (std::uint32_t i = 0; i < 3; ++i) {
-        const std::string name = "clserg0" + std::to_string(i) + ".so";
+        const std::string name = LibraryName("clserg0" + std::to_string(i));
         scripted::SerialScriptOf(Copy(name)).version = CL_DLL_VERSION_1_1 + i;
         const LibraryReport report = ReportOf(name);
         EXPECT_EQ(report.refusal, "");
@@ -274,22 +278,22 @@ TEST_F(ModuleFiles, OfVersions1_1To2_1AreUsed) {
 }
 
 TEST_F(ModuleFiles, ThatAreReplacedAreTriedAgain) {
-    folder.Write("clserrep.so", "no library");
-    EXPECT_NE(ReportOf("clserrep.so").refusal, "");
-    std::filesystem::remove(folder / "clserrep.so");
-    Copy("clserrep.so");
-    EXPECT_EQ(ReportOf("clserrep.so").refusal, "");
+    folder.Write(LibraryName("clserrep"), "no library");
+    EXPECT_NE(ReportOf(LibraryName("clserrep")).refusal, "");
+    std::filesystem::remove(folder / LibraryName("clserrep"));
+    Copy(LibraryName("clserrep"));
+    EXPECT_EQ(ReportOf(LibraryName("clserrep")).refusal, "");
 }
 
 TEST_F(ModuleFiles, WhoseMakersNameGrowsAreRefused) {
-    scripted::SerialScript& growing = scripted::SerialScriptOf(Copy("clsergrw.so"));
+    scripted::SerialScript& growing = scripted::SerialScriptOf(Copy(LibraryName("clsergrw")));
     growing.onGetManufacturerInfo = [](char*, std::uint32_t* size, std::uint32_t* version) {
         *version = CL_DLL_VERSION_2_1;
         *size = *size * 2;
         return -10001;
     };
-    EXPECT_EQ(ReportOf("clsergrw").refusal,
-              "Function 'clGetManufacturerInfo' of '" + folder / "clsergrw.so" + "' failed: buffer too small (-10001)");
+    EXPECT_EQ(ReportOf("clsergrw").refusal, "Function 'clGetManufacturerInfo' of '" + folder / LibraryName("clsergrw") +
+                                                "' failed: buffer too small (-10001)");
 }
 
 }  // namespace

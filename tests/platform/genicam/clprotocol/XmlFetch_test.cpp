@@ -258,7 +258,8 @@ TEST_F(Description, FromTheCacheLeavesTheRateAlone) {
 class DescriptionFile : public testing::Test {
 public:
     DescriptionFile() {
-        const std::string target = folder / (scripted::SystemFolder() + os::kPathSeparator + "libCopy.so");
+        const std::string target =
+            folder / (scripted::SystemFolder() + os::kPathSeparator + scripted::DriverName("Copy"));
         std::filesystem::create_directories(os::FolderOf(target));
         std::filesystem::copy_file(scripted::DriverPath(), target);
         scripted::DriverScript& driver = scripted::DriverScriptOf(target);
@@ -266,7 +267,7 @@ public:
         driver.deviceId = kCamera;
         driver.xmlIds = kId;
         driver.xml = {{kId, kXml}};
-        port.Connect("Scripted#Port0", folder.Path() + "#libCopy.so#" + kCamera);
+        port.Connect("Scripted#Port0", folder.Path() + "#" + scripted::DriverName("Copy") + "#" + kCamera);
     }
     ~DescriptionFile() noexcept override {}
 

@@ -11,6 +11,7 @@
 
 #include "CLProtocol/Diagnostics.h"
 #include "CLProtocol/Log.h"
+#include "os/Path.h"
 #include "scripted/Scripted.h"
 
 namespace {
@@ -55,7 +56,7 @@ TEST_F(Library, LooksBesideItselfForDriversAndSerialLibraries) {
     CLProtocol::GetSerialLibraryFolders(folders);
     ASSERT_EQ(locations.size(), 1u);
     ASSERT_EQ(folders.size(), 2u);
-    EXPECT_EQ(locations[0], folders[0] + "/vanto/clprotocol");
+    EXPECT_EQ(locations[0], folders[0].str() + os::ToSystemSeparators("/vanto/clprotocol"));
     EXPECT_EQ(folders[1], scripted::SerialFolder());
 }
 

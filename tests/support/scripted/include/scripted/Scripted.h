@@ -42,6 +42,8 @@ std::string LackingDriverLocation();  ///< its driver lacks clpReadRegister
 std::string TwinDriverLocation();     ///< Twin, Twin.debug and Lonely.debug
 std::string SystemFolder();           ///< "Linux64_x64" or "Win64_x64"
 std::string DriverFileName();
+std::string LibraryName(const std::string& stem);  ///< file name of a library: "clserabc" is "clserabc.so" or .dll
+std::string DriverName(const std::string& stem);   ///< file name of a driver: "Other" is "libOther.so" or "Other.dll"
 std::string DriverPath();
 std::string SerialPath();
 
