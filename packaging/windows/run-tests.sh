@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Runs the test programs for Windows under Wine, in the prefix that WINEPREFIX names, and compares which test cases there
+# are with those of the programs for this machine. packaging/windows/left-out.txt names the cases that may be missing.
+# usage: packaging/windows/run-tests.sh WINDOWS_BUILD NATIVE_BUILD
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+. packaging/windows/wine.sh
+windows=$(cd "$1" && pwd)
+native=$(cd "$2" && pwd)
+export TIME_LIMIT=${TIME_LIMIT:-600}
+work=$(mktemp -d)
+export work
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/windows" "$work/native" "$work/logs"
+
+# The full names of a test program's cases.
+cases() { tr -d '\r' | sed 's/  *#.*//' | awk '/^[^ ]/ { suite = $1 } /^ / { print suite $1 }'; }
+export -f cases wine
+export wine_programs
+
+list_windows() { wine "$1" --gtest_list_tests 2>/dev/null | cases >"$work/windows/$(basename "$1" .exe)"; }
+list_native() { "$1" --gtest_list_tests | cases >"$work/native/$(basename "$1")"; }
+export -f list_windows list_native
+xargs -P "${JOBS:-2}" -I{} bash -c 'list_windows {}' <"$windows/test-programs.txt"
+xargs -P "${JOBS:-2}" -I{} bash -c 'list_native {}' <"$native/test-programs.txt"
+
+# Of each line of the list: program, and a pattern of cases.
+left_out() { sed -e 's/#.*//' -e '/^[[:space:]]*$/d' packaging/windows/left-out.txt; }
+grep -v '^# ' packaging/windows/left-out.txt | grep -v '^$' >"$work/reasons" || true
+
+# What is not run of a program, as its filter.
+filter_of() { left_out | awk -v program="$1" '$1 == program { printf "%s%s", separator, $2; separator = ":" }'; }
+
+run_program() { # run_program FILE FILTER
+    local name log result
+    name=$(basename "$1" .exe)
+    log=$work/logs/$name
+    (cd "$(dirname "$1")" && timeout "$TIME_LIMIT" "$wine_programs/wine64" "$1" --gtest_brief=1 \
+        "--gtest_output=xml:$log.xml" "--gtest_filter=*${2:+-$2}") >"$log" 2>&1 </dev/null
+    result=$?
+    if [ $result -eq 0 ]; then
+        echo "$name: $(tr -d '\r' <"$log" | grep -E '^\[  PASSED' | tail -1)"
+    else
+        echo "$name: FAILED ($result)"
+        tail -n 60 "$log"
+        touch "$work/failed"
+    fi
+}
+export -f run_program
+while read -r program; do
+    printf '%s\0%s\0' "$program" "$(filter_of "$(basename "$program" .exe)")"
+done <"$windows/test-programs.txt" |
+    xargs -0 -n 2 -P "${JOBS:-2}" bash -c 'run_program "$1" "$2"' run
+
+echo "Left out:"
+sed 's/^/  /' "$work/reasons"
+
+# Each case of this machine's programs was run under Wine or is left out.
+total=0
+missing=0
+for list in "$work"/native/*; do
+    name=$(basename "$list")
+    filter=$(filter_of "$name")
+    while read -r case; do
+        total=$((total + 1))
+        for pattern in ${filter//:/ }; do
+            # shellcheck disable=SC2053 # the list holds patterns
+            [[ $case == $pattern ]] && continue 2
+        done
+        if ! grep -qxF -- "$case" "$work/windows/$name" 2>/dev/null; then
+            echo "neither run nor left out: $name $case"
+            missing=$((missing + 1))
+        fi
+    done <"$list"
+done
+ran=$(cat "$work"/logs/*.xml | sed -n 's/.*<testsuites tests="\([0-9]*\)".*/\1/p' | awk '{ sum += $1 } END { print sum + 0 }')
+skipped=$(cat "$work"/logs/*.xml | grep -c 'result="skipped"' || true)
+[ "$missing" -eq 0 ] && [ ! -e "$work/failed" ] && [ "$ran" -gt 0 ] && result=passed || result=FAILED
+echo "windows: $ran test cases $result under Wine ($skipped skipped themselves); this machine has $total"
+[ $result = passed ]
