@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Builds the tree for 64-bit Windows and runs what it can under Wine. See ./test-windows.sh --help.
 set -uo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")"
+cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 . packaging/steps.sh
 . packaging/windows/wine.sh
 
