@@ -26,7 +26,7 @@ std::filesystem::path Simulator() {
     const std::filesystem::path program = OwnProgram().parent_path() / "marlow-sim";
     if (!std::filesystem::exists(program))
         throw ToolError(fmt::format("the simulator '{}' is not there", program.string()),
-                        "It is built and installed beside vanto-cl.");
+                        "It is installed beside vanto-cl; for Windows there is none.");
     return program;
 }
 
