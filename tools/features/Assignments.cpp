@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 
-#include <ranges>
 #include <set>
 
 #include "app/ExitCode.h"
@@ -99,12 +98,12 @@ void Assignments::Apply() {
 /// Sets the values from before, the last first; tells what became of it.
 std::string Assignments::PutBack(const std::vector<Before>& before) const {
     std::string failed;
-    for (const Before& one : before | std::views::reverse) {
+    for (auto one = before.rbegin(); one != before.rend(); ++one) {
         try {
-            if (ValueText(*one.node) != one.text)
-                SetText(*one.node, one.text);
+            if (ValueText(*one->node) != one->text)
+                SetText(*one->node, one->text);
         } catch (const std::exception&) {
-            failed += (failed.empty() ? "" : ", ") + one.node->GetName().str();
+            failed += (failed.empty() ? "" : ", ") + one->node->GetName().str();
         }
     }
     return failed.empty() ? "Nothing was changed." : "These could not be put back: " + failed;

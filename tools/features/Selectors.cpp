@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <ranges>
 
 #include "app/ExitCode.h"
 #include "features/FeatureText.h"
@@ -119,9 +118,9 @@ void Selectors::Visit(const std::vector<GenApi::INode*>& selectors, SelectorStat
 
 void Selectors::PutBack() {
     const auto before = std::exchange(m_before, {});
-    for (const auto& [selector, text] : before | std::views::reverse)
-        if (ValueText(*selector) != text)
-            SetText(*selector, text);
+    for (auto one = before.rbegin(); one != before.rend(); ++one)
+        if (ValueText(*one->first) != one->second)
+            SetText(*one->first, one->second);
 }
 
 }  // namespace tools

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <ranges>
 #include <thread>
 #include <vector>
 
@@ -44,8 +43,8 @@ sigset_t Requests() {
 [[noreturn]] void EndBy(int signal) {
     CleanUps& cleanUps = TheCleanUps();
     const std::lock_guard guard(cleanUps.lock);
-    for (std::function<void()>* action : cleanUps.actions | std::views::reverse)
-        (*action)();
+    for (auto action = cleanUps.actions.rbegin(); action != cleanUps.actions.rend(); ++action)
+        (**action)();
     // The shell is to see which signal it was.
     ::signal(signal, SIG_DFL);
     ::kill(::getpid(), signal);
