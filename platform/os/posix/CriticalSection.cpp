@@ -1,0 +1,28 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Critical sections on POSIX systems
+ */
+
+#include "os/CriticalSection.h"
+
+#include <mutex>
+
+namespace os {
+
+struct CriticalSection::Impl {
+    std::mutex mutex;
+};
+
+CriticalSection::CriticalSection(std::uint32_t /*spinCount*/) : m_impl(std::make_unique<Impl>()) {}
+
+CriticalSection::~CriticalSection() = default;
+
+void CriticalSection::lock() {
+    m_impl->mutex.lock();
+}
+
+void CriticalSection::unlock() noexcept {
+    m_impl->mutex.unlock();
+}
+
+}  // namespace os
