@@ -26,7 +26,7 @@ bool CInactivityTimer::Restart(const std::atomic<std::uint32_t>& dueTime, Callba
     if (milliseconds == 0)
         return DeleteTimer();
     if (!m_queue)
-        m_queue = os::TimerQueue::Create();
+        m_queue = m_createQueue();
     if (!m_queue || !DeleteTimer())
         return false;
     {

@@ -6,9 +6,12 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 
+#include "os/CriticalSection.h"
 #include "os/Timer.h"
 
 namespace Vanto {
@@ -18,7 +21,10 @@ class CInactivityTimer {
 public:
     using Callback = void (*)(void* first, void* second);
 
-    CInactivityTimer() = default;
+    using QueueFactory = std::function<std::unique_ptr<os::TimerQueue>()>;
+
+    explicit CInactivityTimer(QueueFactory createQueue = &os::TimerQueue::Create)
+        : m_createQueue(std::move(createQueue)) {}
     ~CInactivityTimer();
     CInactivityTimer(const CInactivityTimer&) = delete;
     CInactivityTimer& operator=(const CInactivityTimer&) = delete;
@@ -35,8 +41,12 @@ private:
     bool DeleteTimer() noexcept;
     void Clear() noexcept;
 
-    std::mutex m_change;           // one restart or stop at a time; never taken by the callback
-    std::mutex m_criticalSection;  // guards the members below; never held while the callback runs
+    static constexpr std::uint32_t kSpinCount = 200;
+
+    const QueueFactory m_createQueue;
+    std::mutex m_change;  // one restart or stop at a time; never taken by the callback
+    // Guards the members below; never held while the callback runs.
+    os::CriticalSection m_criticalSection{kSpinCount};
     std::unique_ptr<os::TimerQueue> m_queue;
     os::TimerQueue::TimerId m_timer = 0;
     Callback m_callback = nullptr;

@@ -223,5 +223,74 @@ TEST_F(InactivityTimer, IsRestartedAndStoppedByTwoThreadsAtOnce) {
     EXPECT_EQ(m_target.Calls(), m_target.Ended());
 }
 
+// What a queue does that the system lets down, and what it was asked for.
+struct QueueScript {
+    bool creates = true;
+    bool starts = true;
+    bool deletes = true;
+    int started = 0;
+    int deleted = 0;
+};
+
+class ScriptedQueue : public os::TimerQueue {
+public:
+    explicit ScriptedQueue(QueueScript& script) : m_script(script) {}
+
+    TimerId CreateOneShot(std::uint32_t, Callback, void*) noexcept override {
+        ++m_script.started;
+        return m_script.starts ? 1 : 0;
+    }
+    bool DeleteAndWait(TimerId) noexcept override {
+        ++m_script.deleted;
+        return m_script.deletes;
+    }
+
+private:
+    QueueScript& m_script;
+};
+
+class FailingTimer : public testing::Test {
+protected:
+    bool Restart() { return m_timer.Restart(m_dueTime, &Target::Call, &m_target); }
+
+    QueueScript m_script;
+    Target m_target;
+    const std::atomic<std::uint32_t> m_dueTime{1000};
+    CInactivityTimer m_timer{[this]() -> std::unique_ptr<os::TimerQueue> {
+        return m_script.creates ? std::make_unique<ScriptedQueue>(m_script) : nullptr;
+    }};
+};
+
+TEST_F(FailingTimer, WithoutAQueueIsNotStarted) {
+    m_script.creates = false;
+    EXPECT_FALSE(Restart());
+    EXPECT_TRUE(m_timer.Stop());
+    m_script.creates = true;
+    EXPECT_TRUE(Restart());
+    EXPECT_EQ(m_script.started, 1);
+}
+
+TEST_F(FailingTimer, ThatCannotBeStartedIsNone) {
+    m_script.starts = false;
+    EXPECT_FALSE(Restart());
+    EXPECT_TRUE(m_timer.Stop());
+    EXPECT_EQ(m_script.deleted, 0);
+    m_script.starts = true;
+    EXPECT_TRUE(Restart());
+}
+
+TEST_F(FailingTimer, ThatCannotBeDeletedStays) {
+    ASSERT_TRUE(Restart());
+    m_script.deletes = false;
+    EXPECT_FALSE(Restart());
+    EXPECT_FALSE(m_timer.Stop());
+    EXPECT_FALSE(m_timer.IsBeingDeleted());
+    EXPECT_EQ(m_script.started, 1);
+    m_script.deletes = true;
+    EXPECT_TRUE(Restart());
+    EXPECT_EQ(m_script.deleted, 3);
+    EXPECT_EQ(m_script.started, 2);
+}
+
 }  // namespace
 }  // namespace Vanto
