@@ -46,6 +46,8 @@ public:
     }
     ~Stream() {
         m_grabber.FinishGrab();
+        for (GrabResult left; m_grabber.RetrieveResult(left);) {
+        }
         for (const StreamBufferHandle handle : m_handles)
             m_grabber.DeregisterBuffer(handle);
         m_grabber.Close();
