@@ -5,8 +5,6 @@
 
 #include "VantoCLSer/StreamBuffers.h"
 
-#include <atomic>
-
 namespace Vanto {
 
 namespace {
@@ -37,6 +35,26 @@ StreamBuffer& CStreamBuffers::Register(void* address, std::uint64_t size) {
 CStreamBuffers::BufferPtr CStreamBuffers::Find(StreamBufferHandle handle) const {
     const auto found = m_registry.find(handle);
     return found != m_registry.end() ? found->second : nullptr;
+}
+
+/**
+ * \brief Forget a buffer; a delivery that has taken it does not begin to fill it any more
+ */
+void CStreamBuffers::Erase(StreamBufferHandle handle) {
+    const auto found = m_registry.find(handle);
+    if (found == m_registry.end())
+        return;
+    found->second->isForgotten = true;
+    m_registry.erase(found);
+}
+
+/**
+ * \brief Forget all buffers
+ */
+void CStreamBuffers::Clear() noexcept {
+    for (const auto& [handle, buffer] : m_registry)
+        buffer->isForgotten = true;
+    m_registry.clear();
 }
 
 /**

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -12,11 +13,12 @@
 
 namespace Vanto {
 
-/// One registered buffer. What it holds is guarded by the stream grabber's lock, but for \a filling.
+/// One registered buffer. What it holds is guarded by the stream grabber's lock, but for \a filling and \a isForgotten.
 struct StreamBuffer {
     GrabResult result;
     std::uint64_t size = 0;  ///< bytes
     std::mutex filling;      ///< held while a frame is copied: a buffer that is queued twice is filled by one at a time
+    std::atomic<bool> isForgotten{false};  ///< the memory is the application's again
 };
 
 /// Registry and queues of one stream grabber. Wants the stream grabber's lock.
@@ -26,9 +28,9 @@ public:
 
     StreamBuffer& Register(void* address, std::uint64_t size);
     BufferPtr Find(StreamBufferHandle handle) const;
-    void Erase(StreamBufferHandle handle) { m_registry.erase(handle); }
+    void Erase(StreamBufferHandle handle);
     std::size_t Count() const noexcept { return m_registry.size(); }
-    void Clear() noexcept { m_registry.clear(); }
+    void Clear() noexcept;
 
     const CHandleQueue& Empty() const noexcept { return m_empty; }
     const CHandleQueue& Filled() const noexcept { return m_filled; }

@@ -151,7 +151,7 @@ void CVantoCLSerStreamGrabber::Open() {
  * \brief Forget all buffers, in any state
  *
  * Buffers that wait for a frame stay queued, though nobody knows them any more, and the plug-in is not stopped. When it
- * returns no frame is being written into a buffer, unless that took several seconds.
+ * returns no frame is being written into a buffer any more, unless a copy took several seconds.
  */
 void CVantoCLSerStreamGrabber::Close() {
     {
@@ -403,7 +403,7 @@ void CVantoCLSerStreamGrabber::Deliver(const FgFrame& frame) {
         return;
     const std::lock_guard filling(buffer->filling);
     GrabResult filled;
-    Fill(filled, frame, buffer->result.buffer, buffer->size);
+    Fill(filled, frame, *buffer);
     PutFilledBuffer(handle, *buffer, std::move(filled));
 }
 
@@ -426,8 +426,10 @@ CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBuffer
     return buffer;
 }
 
-void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, void* address, std::uint64_t size) const {
-    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || size == 0;
+// Reading from the camera takes its time, and who is told there that it is gone may close the stream grabber: then the
+// buffer's memory is not touched. A copy that has begun is waited for by Close.
+void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const {
+    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
     if (!hasData || !m_nodes.ReadResultData(result)) {
         result.status = GrabFailed;
         result.errorCode = kUnreadableResult;
@@ -435,7 +437,9 @@ void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, vo
                                           : "The frame grabber plug-in delivered a frame without data.";
         return;
     }
-    result.payloadSize = CopyFrame(frame, address, size);
+    if (buffer.isForgotten)
+        return;
+    result.payloadSize = CopyFrame(frame, buffer.result.buffer, buffer.size);
     result.width = static_cast<std::int32_t>(frame.width);
     result.height = frame.lineCount;
     result.offsetX = std::max(result.offsetX, 0);

@@ -87,7 +87,7 @@ private:
     Lock LockForRegisters();
     void Deliver(const FgFrame& frame);
     CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
-    void Fill(GrabResult& result, const FgFrame& frame, void* address, std::uint64_t size) const;
+    void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
     void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 
     CVantoCLSerDevice* const m_device;
