@@ -6,16 +6,13 @@
 #include "VantoCLSer/PortConfiguration.h"
 
 #include <cstring>
-#include <mutex>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLException.hpp>
 
 #include "VantoCLSer/BoundedXmlFile.h"
 #include "VantoCLSer/BoundedXmlParser.h"
 #include "VantoCLSer/Log.h"
+#include "VantoCLSer/XercesGuard.h"
 #include "os/Environment.h"
 #include "os/File.h"
 #include "os/Path.h"
@@ -29,63 +26,6 @@ using GenICam::GenericException;
 namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
-
-// Runs an action of the XML library; its exceptions become a RuntimeException that begins with a text.
-template <class Action, class Translate>
-auto Guarded(const char* text, Action action, Translate translate) {
-    const auto fail = [&](const XMLCh* message) {
-        return VANTO_EXCEPTION(RuntimeException, kSource)("%s: %s", text, translate(message));
-    };
-    try {
-        return action();
-    } catch (const xercesc::XMLException& error) {
-        throw fail(error.getMessage());
-    } catch (const xercesc::DOMException& error) {
-        throw fail(error.getMessage());
-    } catch (const xercesc::SAXException& error) {
-        throw fail(error.getMessage());
-    } catch (const std::exception&) {
-        throw;
-    } catch (...) {
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("%s: Unspecified exception occurred", text);
-    }
-}
-
-template <class Action>
-auto Guarded(const char* text, Action action) {
-    return Guarded(text, action, [](const XMLCh* message) { return ToLocalText(message); });
-}
-
-// For messages of a library that could not be initialised, and so can't convert them.
-std::string PlainText(const XMLCh* message) {
-    std::string text;
-    for (; message != nullptr && *message != 0; ++message)
-        text += *message < 0x80 ? static_cast<char>(*message) : '?';
-    return text;
-}
-
-// The XML library counts its users without a lock of its own.
-std::mutex g_xercesLock;
-
-// The XML library, initialised for the lifetime of the object.
-class XercesSession {
-public:
-    XercesSession() {
-        const std::lock_guard lock(g_xercesLock);
-        Guarded(
-            "Failed to initialize Xerces", [] { xercesc::XMLPlatformUtils::Initialize(); }, &PlainText);
-    }
-    ~XercesSession() {
-        try {
-            const std::lock_guard lock(g_xercesLock);
-            xercesc::XMLPlatformUtils::Terminate();
-        } catch (...) {
-            LogTrace(TlLog(), tracelog::kError, "Exception while deinitializing xerces");
-        }
-    }
-    XercesSession(const XercesSession&) = delete;
-    XercesSession& operator=(const XercesSession&) = delete;
-};
 
 // The node after another in document order, below a root; null at the end.
 const xercesc::DOMNode* NextBelow(const xercesc::DOMNode& root, const xercesc::DOMNode* node) {
@@ -163,12 +103,7 @@ private:
 };
 
 std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) {
-    const xercesc::DOMDocument* document = parser.getDocument();
-    if (document == nullptr)
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to get document of CL binding file.");
-    const xercesc::DOMElement* root = document->getDocumentElement();
-    if (root == nullptr)
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to get root node of CL binding doc.");
+    const xercesc::DOMDocument* document = CheckedDocument(parser.getDocument());
     const xercesc::DOMNodeList* ports = document->getElementsByTagName(FromLocalText("Port").c_str());
     // Each question for the length goes through the whole document.
     const XMLSize_t length = ports->getLength();

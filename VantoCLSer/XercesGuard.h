@@ -1,0 +1,62 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What the XML library throws, and when it is there
+ */
+#pragma once
+
+#include <string>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "vanto/internal/VantoException.h"
+#include "vanto/internal/VantoXercesHelper.h"
+
+namespace Vanto {
+
+/// Runs an action of the XML library; its exceptions become a RuntimeException that begins with a text. \a translate
+/// makes local text of its messages.
+template <class Action, class Translate>
+auto Guarded(const char* text, Action action, Translate translate) {
+    static constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
+    const auto fail = [&](const XMLCh* message) {
+        return VANTO_EXCEPTION(RuntimeException, kSource)("%s: %s", text, translate(message));
+    };
+    try {
+        return action();
+    } catch (const xercesc::XMLException& error) {
+        throw fail(error.getMessage());
+    } catch (const xercesc::DOMException& error) {
+        throw fail(error.getMessage());
+    } catch (const xercesc::SAXException& error) {
+        throw fail(error.getMessage());
+    } catch (const std::exception&) {
+        throw;
+    } catch (...) {
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("%s: Unspecified exception occurred", text);
+    }
+}
+
+template <class Action>
+auto Guarded(const char* text, Action action) {
+    return Guarded(text, action, [](const XMLCh* message) { return ToLocalText(message); });
+}
+
+/// The XML library, initialised for the lifetime of the object.
+class XercesSession {
+public:
+    using Function = void (*)();
+
+    XercesSession();
+    XercesSession(Function initialize, Function terminate);
+    ~XercesSession();
+    XercesSession(const XercesSession&) = delete;
+    XercesSession& operator=(const XercesSession&) = delete;
+
+private:
+    const Function m_terminate;
+};
+
+const xercesc::DOMDocument* CheckedDocument(const xercesc::DOMDocument* document);
+
+}  // namespace Vanto
