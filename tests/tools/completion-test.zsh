@@ -47,5 +47,13 @@ expect "vanto-cl --simulate set 0 Width=8 PixelFormat=Mono1" "Mono10 Mono12 Mono
 expect "vanto-cl --simulate set 0 ReverseX=o" "on off"
 expect "vanto-cl --simulate exec 0 UserSetL" "UserSetLoad"
 expect "vanto-cl get nobody Wid" ""
+expect "vanto-cl --simulate grab S" "SIM00001 SIM00002"
+expect "vanto-cl grab 0 --format p" "png pgm"
+expect "vanto-cl --simulate grab -n 5 S" "SIM00001 SIM00002"
+expect "vanto-cl --simulate grab 0 -n 5 --set ExposureT" "ExposureTime="
+expect "vanto-cl --simulate grab 0 --set Width=8 --set PixelFormat=Mono1" "Mono10 Mono12 Mono16"
+expect "vanto-cl grab 0 -o " "files"
+expect "vanto-cl grab 0 -n " ""
+expect "vanto-cl features 0 --visibility e" "expert"
 expect "vanto-cl load 0 " "files"
 exit $(( failures > 0 ))
