@@ -6,6 +6,7 @@
 #include "VantoCLSer/PortConfiguration.h"
 
 #include <cstring>
+#include <optional>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
 
@@ -143,8 +144,11 @@ std::size_t GetPortConfigurationPath(char* buffer) {
         os::AppendToPath(path, os::ToSystemSeparators("Marlow\\CLBindings"));
     }
     // A folder that leaves no room for the name still has a length to report.
-    if (!os::AppendToPath(path, "PortConfiguration_x64.xml"))
-        path += os::kPathSeparator + std::string("PortConfiguration_x64.xml");
+    if (!os::AppendToPath(path, "PortConfiguration_x64.xml")) {
+        if (!os::IsPathSeparator(path.back()))
+            path += os::kPathSeparator;
+        path += "PortConfiguration_x64.xml";
+    }
     const std::size_t needed = path.size() + 1;
     if (needed <= os::kMaxPath && buffer != nullptr)
         std::memcpy(buffer, path.c_str(), needed);
@@ -168,10 +172,13 @@ std::size_t ParseCLBindings(const char* path, PortConfigurationList& list) {
         return 0;
     }
     DefaultRuntimeExceptionErrorHandler handler;
-    BoundedXmlParser parser;
-    parser.setErrorHandler(&handler);
-    Guarded("Failed to parse CL binding file", [&] { parser.parse(BoundedXmlFile(path)); });
-    const std::size_t count = Guarded("Failed to process CL binding file", [&] { return ReadDocument(parser, list); });
+    std::optional<BoundedXmlParser> parser;
+    Guarded("Failed to parse CL binding file", [&] {
+        parser.emplace();
+        parser->setErrorHandler(&handler);
+        parser->parse(BoundedXmlFile(path));
+    });
+    const std::size_t count = Guarded("Failed to process CL binding file", [&] { return ReadDocument(*parser, list); });
     LogTrace(TlLog(), tracelog::kDebug, "Successfully parsed %u entries from CLbindings file.", count);
     return count;
 }

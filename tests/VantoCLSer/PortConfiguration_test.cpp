@@ -63,6 +63,14 @@ TEST_F(PortConfigurationPath, CountsItsTerminatingZero) {
     EXPECT_EQ(GetPortConfigurationPath(nullptr), 7 + 1 + kFileNameLength + 1);
 }
 
+TEST_F(PortConfigurationPath, DoesNotDoubleASeparatorWhereItDoesNotFit) {
+    const std::string folder = std::string(os::kMaxPath - kFileNameLength - 1, 'x') + os::kPathSeparator;
+    const scripted::ScopedVariable variable("VANTO_CL_BINDINGS", folder);
+    char buffer[os::kMaxPath] = "before";
+    EXPECT_EQ(GetPortConfigurationPath(buffer), os::kMaxPath + 1);
+    EXPECT_STREQ(buffer, "before");
+}
+
 TEST_F(PortConfigurationPath, IsCopiedWhenItJustFits) {
     const std::string folder(os::kMaxPath - 1 - kFileNameLength - 1, 'x');
     const scripted::ScopedVariable variable("VANTO_CL_BINDINGS", folder);

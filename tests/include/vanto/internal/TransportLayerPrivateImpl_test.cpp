@@ -375,7 +375,9 @@ TEST_F(Frame, PassesAccessibilityOfACompleteRecordOn) {
 }
 
 TEST_F(Frame, ResolvesAPartialRecordForAccessibility) {
-    EXPECT_TRUE(m_tl.IsDeviceAccessible(Info("2"), Stream | Control));
+    AccessibilityCode code = Accessibility_Unknown;
+    EXPECT_TRUE(m_tl.IsDeviceAccessible(Info("2"), Stream | Control, &code));
+    EXPECT_EQ(code, Accessibility_Ok);
     EXPECT_EQ(m_tl.asked.GetFullName(), "full 2");
     EXPECT_EQ(m_tl.mode, Stream | Control);
 }
