@@ -122,7 +122,7 @@ perl -e 'use integer; my $bad = 0;
         open my $file, "<:raw", $path or die "$path: $!"; local $/; my $text = <$file>;
         $text =~ s/^P5\s+\d+\s+\d+\s+\d+\s// or die "$path is no image";
         my ($number, $mark) = unpack "q<2", $text;
-        my @words = unpack "q<*", substr($text, 16) . "\0" x (-length($text) % 8);
+        my @words = unpack "q<*", substr($text, 16) . "\0" x (8 - length($text) % 8);
         my $sum = $number + length($text) - 16; my $sums = $sum;
         for (@words) { $sum += $_; $sums += $sum }
         my $turned = ($sum << 32) | (($sum >> 32) & 0xFFFFFFFF);

@@ -37,7 +37,7 @@ run_program() { # run_program FILE FILTER
     name=$(basename "$1" .exe)
     log=$work/logs/$name
     (cd "$(dirname "$1")" && timeout "$TIME_LIMIT" "$wine_programs/wine64" "$1" --gtest_brief=1 \
-        "--gtest_output=xml:$log.xml" "--gtest_filter=*${2:+-$2}") >"$log" 2>&1 </dev/null
+        "--gtest_output=xml:Z:$log.xml" "--gtest_filter=*${2:+-$2}") >"$log" 2>&1 </dev/null
     result=$?
     if [ $result -eq 0 ]; then
         echo "$name: $(tr -d '\r' <"$log" | grep -E '^\[  PASSED' | tail -1)"
@@ -59,7 +59,9 @@ sed 's/^/  /' "$work/reasons"
 # Each case of this machine's programs was run under Wine or is left out.
 total=0
 missing=0
-for list in "$work"/native/*; do
+lists=("$work"/native/*)
+set -f # patterns of cases are no patterns of files
+for list in "${lists[@]}"; do
     name=$(basename "$list")
     filter=$(filter_of "$name")
     while read -r case; do
@@ -74,6 +76,7 @@ for list in "$work"/native/*; do
         fi
     done <"$list"
 done
+set +f
 ran=$(cat "$work"/logs/*.xml | sed -n 's/.*<testsuites tests="\([0-9]*\)".*/\1/p' | awk '{ sum += $1 } END { print sum + 0 }')
 skipped=$(cat "$work"/logs/*.xml | grep -c 'result="skipped"' || true)
 [ "$missing" -eq 0 ] && [ ! -e "$work/failed" ] && [ "$ran" -gt 0 ] && result=passed || result=FAILED

@@ -13,7 +13,7 @@ start_wine() {
     export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=-all
     export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe=d"
     unset DISPLAY WAYLAND_DISPLAY
-    mkdir -p "$WINEPREFIX" && wineserver -p && timeout 300 "$wine_programs/wine64" wineboot -i >/dev/null 2>&1 && [ -d "$WINEPREFIX/dosdevices" ]
+    mkdir -p "$WINEPREFIX" && wineserver -p >/dev/null 2>&1 && timeout 300 "$wine_programs/wine64" wineboot -i >/dev/null 2>&1 && [ -d "$WINEPREFIX/dosdevices" ]
 }
 
 # Ends all that runs in the prefix.

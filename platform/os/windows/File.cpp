@@ -11,9 +11,6 @@
 
 #include <cerrno>
 
-// The system's own function. Under its plain name MinGW has another, which asks for something else.
-extern "C" int(__cdecl* __imp__stat64i32)(const char* path, struct _stat64i32* status);
-
 namespace os {
 
 /**
@@ -22,7 +19,7 @@ namespace os {
  */
 FileStatus GetFileStatus(const std::string& path) noexcept {
     struct _stat64i32 status {};
-    if (__imp__stat64i32(path.c_str(), &status) != 0)
+    if (::_stat64i32(path.c_str(), &status) != 0)
         return {errno == ENOENT ? FileState::kMissing : FileState::kError};
     return {FileState::kFound, status.st_mtime, static_cast<std::uint32_t>(status.st_size),
             (status.st_mode & S_IFMT) == S_IFDIR};

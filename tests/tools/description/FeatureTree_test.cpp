@@ -169,7 +169,7 @@ TEST(FeatureFacts, KnowsThatKeysOfARomCannotBeWritten) {
 TEST(DescriptionFile, TakesTheFirstXmlFileOfAnArchive) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.Path() / "x.zip";
-    zip_t* archive = zip_open(path.c_str(), ZIP_CREATE, nullptr);
+    zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
     ASSERT_NE(archive, nullptr);
     for (const auto& [name, text] :
          {std::pair("readme.txt", "notes"), std::pair("camera.XML", "<first/>"), std::pair("other.xml", "<second/>")})

@@ -12,7 +12,7 @@
 #include <memory>
 #include <thread>
 
-#include "../output/PseudoTerminal.h"
+#include "../../output/PseudoTerminal.h"
 #include "images/FrameCounts.h"
 #include "output/Output.h"
 
