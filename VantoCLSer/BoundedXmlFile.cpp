@@ -5,10 +5,13 @@
 
 #include "VantoCLSer/BoundedXmlFile.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <xercesc/util/BinFileInputStream.hpp>
+#include <utility>
+#include <xercesc/util/BinInputStream.hpp>
 
+#include "os/File.h"
 #include "vanto/internal/VantoException.h"
 #include "vanto/internal/VantoXercesHelper.h"
 
@@ -27,14 +30,13 @@ constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
 // The file may grow while it is read: what counts is what comes out of it.
 class BoundedStream : public xercesc::BinInputStream {
 public:
-    explicit BoundedStream(const std::string& path) : m_file(path.c_str()), m_path(path) {}
+    BoundedStream(os::OpenFile file, const std::string& path) : m_file(std::move(file)), m_path(path) {}
 
-    bool IsOpen() const { return m_file.getIsOpen(); }
-    XMLFilePos curPos() const override { return m_file.curPos(); }
+    XMLFilePos curPos() const override { return m_read; }
     const XMLCh* getContentType() const override { return nullptr; }
 
     XMLSize_t readBytes(XMLByte* const buffer, const XMLSize_t size) override {
-        const XMLSize_t count = m_file.readBytes(buffer, size);
+        const XMLSize_t count = std::fread(buffer, 1, size, m_file.get());
         m_read += count;
         if (m_read > BoundedXmlFile::kMaxSize)
             ThrowTooLong(m_path);
@@ -42,9 +44,9 @@ public:
     }
 
 private:
-    xercesc::BinFileInputStream m_file;
+    os::OpenFile m_file;
     std::string m_path;
-    std::uint64_t m_read = 0;
+    XMLFilePos m_read = 0;
 };
 
 }  // namespace
@@ -67,11 +69,11 @@ BoundedXmlFile::BoundedXmlFile(const std::string& path)
 
 /**
  * \brief Open the file
- * \return A stream that the caller deletes; null when the file can't be opened
+ * \return A stream that the caller deletes; null when there is no plain file any more or it can't be opened
  */
 xercesc::BinInputStream* BoundedXmlFile::makeStream() const {
-    auto stream = std::make_unique<BoundedStream>(m_path);
-    return stream->IsOpen() ? stream.release() : nullptr;
+    os::OpenFile file = os::OpenPlainFile(m_path);
+    return file ? std::make_unique<BoundedStream>(std::move(file), m_path).release() : nullptr;
 }
 
 }  // namespace Vanto

@@ -9,17 +9,11 @@
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <random>
 
 namespace os {
 
 namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 
 // A name beside the wanted one, so that renaming stays within one file system. The random part keeps processes
 // apart, the count the threads of this one.
@@ -81,10 +75,7 @@ bool CreateFolders(const std::string& folder) noexcept {
  * \return The content; nothing when it can't be read, is no plain file or is longer than \a maxSize
  */
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxSize) {
-    std::error_code unknown;
-    if (!std::filesystem::is_regular_file(path, unknown))
-        return std::nullopt;
-    const OpenFile file(std::fopen(path.c_str(), "rb"));
+    const OpenFile file = OpenPlainFile(path);
     if (!file)
         return std::nullopt;
     std::string content;

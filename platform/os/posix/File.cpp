@@ -5,6 +5,7 @@
 
 #include "os/File.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +27,27 @@ FileStatus GetFileStatus(const std::string& path) noexcept {
 /// Whether the file or folder exists and may be read.
 bool IsAccessible(const std::string& path) noexcept {
     return ::access(path.c_str(), R_OK) == 0;
+}
+
+/**
+ * \brief Open a file for reading
+ * \param[in] path Path of the file, links followed
+ *
+ * What is opened is looked at, not what was there a moment before: a pipe that takes the file's place does not block.
+ *
+ * \return Null when it can't be opened, or is a folder, a pipe or a device
+ */
+OpenFile OpenPlainFile(const std::string& path) noexcept {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return nullptr;
+    struct stat status {};
+    OpenFile file;
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
+        file.reset(::fdopen(descriptor, "rb"));
+    if (!file)
+        ::close(descriptor);
+    return file;
 }
 
 }  // namespace os

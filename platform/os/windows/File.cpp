@@ -8,6 +8,7 @@
 #include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <windows.h>
 
 #include <cerrno>
 
@@ -28,6 +29,18 @@ FileStatus GetFileStatus(const std::string& path) noexcept {
 /// Whether the file or folder exists.
 bool IsAccessible(const std::string& path) noexcept {
     return ::_access(path.c_str(), 0) == 0;
+}
+
+/**
+ * \brief Open a file for reading
+ * \param[in] path Path of the file
+ * \return Null when it can't be opened, or is a folder, a pipe or a device
+ */
+OpenFile OpenPlainFile(const std::string& path) noexcept {
+    OpenFile file(std::fopen(path.c_str(), "rb"));
+    if (file && ::GetFileType(reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file.get())))) != FILE_TYPE_DISK)
+        file.reset();
+    return file;
 }
 
 }  // namespace os

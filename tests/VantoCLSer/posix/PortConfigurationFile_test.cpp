@@ -10,8 +10,10 @@
 #include <filesystem>
 #include <thread>
 
+#include "VantoCLSer/BoundedXmlFile.h"
 #include "VantoCLSer/PortConfiguration.h"
 #include "VantoCLSer/VantoCLSerTL.h"
+#include "VantoCLSer/XercesGuard.h"
 #include "tests/VantoCLSer/Fixture.h"
 
 namespace Vanto {
@@ -66,6 +68,15 @@ TEST_F(PortConfigurationSpecialFile, ThatIsAPipeDoesNotBlock) {
     PortConfigurationList list;
     const Thrown thrown = ThrownBy([&] { ReadCLBindings(ConfigurationPath(), list); });
     EXPECT_THAT(thrown.description, HasSubstr("is a folder or a device, not a file."));
+}
+
+TEST_F(PortConfigurationSpecialFile, WhoseNameIsTakenByAPipeDoesNotBlock) {
+    WriteConfiguration(PortElement("a"));
+    const XercesSession xerces;
+    const BoundedXmlFile file(ConfigurationPath());
+    std::filesystem::remove(ConfigurationPath());
+    ASSERT_EQ(::mkfifo(ConfigurationPath().c_str(), 0600), 0);
+    EXPECT_EQ(file.makeStream(), nullptr);
 }
 
 TEST_F(PortConfigurationSpecialFile, ThatNeverEndsIsRefused) {

@@ -100,6 +100,14 @@ TEST_F(File, ReadsNoMoreThanAllowed) {
     EXPECT_FALSE(os::ReadWholeFile(In(""), 10));
 }
 
+TEST_F(File, OpensFilesOnly) {
+    Make("a", "x");
+    ASSERT_TRUE(os::CreateFolders(In("folder")));
+    EXPECT_NE(os::OpenPlainFile(In("a")), nullptr);
+    EXPECT_EQ(os::OpenPlainFile(In("folder")), nullptr);
+    EXPECT_EQ(os::OpenPlainFile(In("none")), nullptr);
+}
+
 TEST_F(File, ReplacesAWholeFile) {
     Make("a", "old content");
     ASSERT_TRUE(os::WriteWholeFile(In("a"), "new"));

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,10 +24,16 @@ struct FileStatus {
     bool isFolder = false;
 };
 
+struct FileCloser {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
+
 FileStatus GetFileStatus(const std::string& path) noexcept;
 bool IsAccessible(const std::string& path) noexcept;
 
 std::vector<std::string> ListFiles(const std::string& folder);
+OpenFile OpenPlainFile(const std::string& path) noexcept;
 bool CreateFolders(const std::string& folder) noexcept;
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxSize);
 bool WriteWholeFile(const std::string& path, std::string_view content) noexcept;
