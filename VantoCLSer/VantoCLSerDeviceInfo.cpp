@@ -19,7 +19,8 @@ CVantoCLSerDeviceInfo::~CVantoCLSerDeviceInfo() = default;
 
 #define VANTO_CLSER_PROPERTY(Name, property)                                         \
     gcstring CVantoCLSerDeviceInfo::Get##Name() const {                              \
-        return GetOrNotAvailable(property);                                          \
+        gcstring value;                                                              \
+        return GetPropertyValue(property, value) ? value : PropertyNotAvailable;     \
     }                                                                                \
     CVantoCLSerDeviceInfo& CVantoCLSerDeviceInfo::Set##Name(const gcstring& value) { \
         SetPropertyValue(property, value);                                           \
