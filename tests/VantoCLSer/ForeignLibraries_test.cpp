@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstring>
 #include <future>
+#include <stdexcept>
+#include <string_view>
 
 #include "CLProtocol/Diagnostics.h"
 #include "VantoCLSer/VantoCLSerTL.h"
@@ -52,6 +54,25 @@ protected:
             const std::lock_guard lock(scripted::Serial().mutex);
             if (*size > 0 && *buffer == '?')
                 port.input += answer;
+            return 0;
+        };
+    }
+
+    // What the driver does when it is asked for the camera on that port.
+    template <class Misbehaviour>
+    static void HaveDriverMisbehaveOnPort0(const Misbehaviour& misbehave) {
+        scripted::Driver().onProbe = [misbehave](CLProtocol::ISerial* line, const char*, char* deviceId,
+                                                 std::uint32_t* size, std::uint32_t* cookie, std::uint32_t timeout) {
+            char answer[129] = "?";
+            std::uint32_t count = 1;
+            line->clSerialWrite(answer, &count, timeout);
+            count = 128;
+            line->clSerialRead(answer, &count, timeout);
+            if (std::string_view(answer) != kCamera)
+                return static_cast<std::int32_t>(misbehave());
+            std::copy_n(answer, std::min<std::size_t>(sizeof kCamera, *size), deviceId);
+            *size = sizeof kCamera;
+            *cookie = 1;
             return 0;
         };
     }
@@ -126,6 +147,23 @@ TEST_F(ForeignLibraries, MayHang) {
     for (int round = 0; round < 100 && numbers.size() != 2; ++round)
         numbers = SerialNumbers();
     EXPECT_THAT(numbers, ElementsAre("1", "1234"));
+}
+
+TEST_F(ForeignLibraries, MayThrowFromADriver) {
+    HaveDriverMisbehaveOnPort0([]() -> int { throw std::runtime_error("of the driver"); });
+    EXPECT_THAT(SerialNumbers(), ElementsAre("1234"));
+}
+
+TEST_F(ForeignLibraries, MayHangInADriver) {
+    CLProtocol::SetPatience({.callMs = 1000});
+    std::promise<void> release;
+    HaveDriverMisbehaveOnPort0([released = release.get_future().share()] {
+        released.wait();
+        return -10004;
+    });
+    EXPECT_THAT(SerialNumbers(), ElementsAre("1234"));
+    EXPECT_EQ(CountFormat("Seems there is no device connected to port '%s'. Skipping further probes."), 1u);
+    release.set_value();
 }
 
 TEST_F(ForeignLibraries, MayReturnAnyBytesAsDeviceId) {

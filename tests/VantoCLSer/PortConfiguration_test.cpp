@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "VantoCLSer/VantoCLSerTL.h"
+#include "VantoCLSer/XercesGuard.h"
 #include "os/Path.h"
 #include "tests/VantoCLSer/Fixture.h"
 
@@ -264,6 +265,14 @@ TEST_F(PortConfigurationFile, AppendsToTheList) {
     const std::string path = ConfigurationPath();
     ReadCLBindings(path, list);
     EXPECT_THAT(Ids(list), ElementsAre("", "new"));
+}
+
+TEST_F(PortConfigurationFile, CountsTheEntriesThatItAppends) {
+    m_folder.Write(kFileName, "<r><Port/>" + PortElement("a") + PortElement("b") + PortElement("a") + "</r>");
+    const XercesSession xerces;
+    PortConfigurationList list(1);
+    EXPECT_EQ(ParseCLBindings(ConfigurationPath().c_str(), list), 3u);
+    EXPECT_THAT(Ids(list), ElementsAre("", "a", "b", "a"));
 }
 
 TEST_F(PortConfigurationFile, IsNotReadFromANullPath) {

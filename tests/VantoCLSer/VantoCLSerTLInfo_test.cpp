@@ -42,6 +42,7 @@ TEST(TlInfo, IsBuiltOnce) {
 
 TEST(TlInfo, TellsTheFlagOfItsImplementation) {
     EXPECT_EQ(GetTLInfo().IsUserProvided(), GetTLInfo().GetInfoImpl().IsUserProvided());
+    EXPECT_TRUE(GetTLInfo().IsUserProvided());  // nothing clears it
 }
 
 }  // namespace

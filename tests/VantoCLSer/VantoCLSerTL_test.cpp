@@ -5,7 +5,9 @@
 
 #include "VantoCLSer/VantoCLSerTL.h"
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <thread>
 
 #include "CLProtocol/CLPort.h"
@@ -155,6 +157,32 @@ TEST_F(Configuration, IsReadByManyThreadsAtOnce) {
         Touch();
     for (std::thread& thread : threads)
         thread.join();
+}
+
+TEST_F(Configuration, LeavesTheLockToOthersWhileItIsRead) {
+    WriteConfiguration(PortElement("a"));
+    std::future<void> other;
+    std::future_status status = std::future_status::deferred;
+    const tracelog::LogSubscription whileReading(
+        [&](const tracelog::LogMessage& message) {
+            if (message.format != kLoading)
+                return;
+            other = std::async(std::launch::async, [this] { m_tl.GetOrCreatePort("a"); });
+            status = other.wait_for(std::chrono::seconds(60));
+        },
+        "Vanto.CLSer.TL:debug");
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
+    EXPECT_EQ(status, std::future_status::ready);
+}
+
+TEST_F(Configuration, LiesInTheWorkingFolderWithAnEmptyVariable) {
+    WriteConfiguration(PortElement("a") + PortElement("b"));
+    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", "");
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path());
+    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(CountLogged(kTl, {kDebug, kLoading, {"PortConfiguration_x64.xml"}}), 1u);
 }
 
 TEST_F(TlTest, MakesRecordsOfItsClassOnly) {
