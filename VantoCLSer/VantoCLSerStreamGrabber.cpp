@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 
 #include "VantoCLSer/FrameCopy.h"
 #include "VantoCLSer/GrabberRegisters.h"
@@ -37,6 +38,9 @@ constexpr std::chrono::seconds kDeliveryTime{5};
 
 // How long a register waits for a plug-in that is being stopped.
 constexpr std::chrono::seconds kStopTime{2};
+
+// How long a delivery waits for the camera's node map once the plug-in is being stopped.
+constexpr std::chrono::seconds kNodeMapTime{1};
 
 }  // namespace
 
@@ -430,7 +434,7 @@ CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBuffer
 // buffer's memory is not touched. A copy that has begun is waited for by Close.
 void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const {
     const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
-    if (!hasData || !m_nodes.ReadResultData(result)) {
+    if (!hasData || !ReadResultData(result, buffer)) {
         result.status = GrabFailed;
         result.errorCode = kUnreadableResult;
         result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
@@ -449,6 +453,25 @@ void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, co
     result.reservedY = 0;
     result.kind = 0;
     result.frameTag = frame.frameTag;
+}
+
+// Who stops the plug-in, which waits for its deliveries, may hold the lock of the camera's node map: so does everybody
+// who is told, in a node's callback or by a failed access, that the camera is gone.
+bool CVantoCLSerStreamGrabber::ReadResultData(GrabResult& result, const StreamBuffer& buffer) const {
+    GenApi::INodeMap* const camera = CameraMap();
+    if (camera == nullptr)
+        return false;
+    std::optional<std::chrono::steady_clock::time_point> deadline;
+    const CImpatientLock lock(camera->GetLock(), [&] {
+        if (!deadline && m_stopping != 0)
+            deadline = std::chrono::steady_clock::now() + kNodeMapTime;
+        return buffer.isForgotten || (deadline && std::chrono::steady_clock::now() >= *deadline);
+    });
+    if (lock)
+        return m_nodes.ReadResultData(result);
+    LogTrace(StreamLog(), tracelog::kError, "Could not read values from device nodemap (%s)",
+             "It is locked by who ends the grab.");
+    return false;
 }
 
 void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled) {

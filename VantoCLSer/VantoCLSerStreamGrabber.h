@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <atomic>
 #include <boost/thread/recursive_mutex.hpp>
 #include <condition_variable>
 #include <initializer_list>
@@ -88,6 +89,7 @@ private:
     void Deliver(const FgFrame& frame);
     CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
     void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
+    bool ReadResultData(GrabResult& result, const StreamBuffer& buffer) const;
     void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 
     CVantoCLSerDevice* const m_device;
@@ -98,8 +100,8 @@ private:
     mutable boost::recursive_mutex m_lock;  // the grabber lock; guards the following
     std::int32_t m_state = kClosed;
     bool m_grabStarted = false;
-    unsigned m_stopping = 0;   // threads that stop the plug-in
-    unsigned m_finishing = 0;  // threads that are about to leave the prepared state
+    std::atomic<unsigned> m_stopping{0};  // threads that stop the plug-in; read without the lock, too
+    unsigned m_finishing = 0;             // threads that are about to leave the prepared state
     std::condition_variable_any m_stopEnded;
     CStreamBuffers m_buffers;
 

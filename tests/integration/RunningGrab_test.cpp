@@ -140,6 +140,22 @@ TEST_F(RunningGrab, CanBeClosedAndItsBuffersFreed) {
     }
 }
 
+// The thread that finds the camera gone has its node map locked, which the frame on its way wants to read.
+TEST_F(RunningGrab, CanBeEndedByWhoFindsTheCameraGone) {
+    Vanto::RegisterRemovalCallback(*m_device, [grabber = m_grabber](Vanto::IVantoDevice*) {
+        while (grabber->GetWaitObject().Wait(50)) {
+            // Until the next frame waits.
+        }
+        grabber->CancelGrab();
+        grabber->Close();
+    });
+    Begin();
+    const Application application(*m_grabber);
+    simulator.Unplug("cam0");
+    EXPECT_THROW(Set("ExposureTime", "500"), GenICam::GenericException);
+    EXPECT_FALSE(m_grabber->IsOpen());
+}
+
 TEST_F(RunningGrab, CanBeDestroyedWithItsDevice) {
     const int devices = Devices();
     for (int round = 0; round < devices; ++round) {

@@ -389,6 +389,49 @@ TEST_F(FrameDeliveryOfRegisterCamera, OutlivesTheRecordOfItsBuffer) {
     EXPECT_THROW(m_grabber->RetrieveResult(result), GenICam::RuntimeException);
 }
 
+// Who learns from a node of the camera that the camera is gone has the lock of its node map, for which the frame waits.
+TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithTheCamerasLockHeld) {
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    std::thread delivery;
+    m_plugin->hookContext = &delivery;
+    m_plugin->onStop = [](void* thread) { static_cast<std::thread*>(thread)->join(); };
+    m_device.Memory().onRead = [&] {
+        m_device.Memory().onRead = nullptr;
+        delivery = std::thread([this] { m_plugin.Deliver(Frame(1)); });
+        m_grabber->CancelGrab();
+    };
+    m_device.Value("OffsetX");
+    const GrabResult result = Retrieve();
+    EXPECT_EQ(result.status, GrabFailed);
+    EXPECT_EQ(result.errorDescription, "Failed to retrieve result specific data from device nodemap.");
+}
+
+TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToACloseWithTheCamerasLockHeld) {
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    std::future<void> delivery;
+    m_device.Memory().onRead = [&] {
+        m_device.Memory().onRead = nullptr;
+        delivery = std::async(std::launch::async, [this] { m_plugin.Deliver(Frame()); });
+        EXPECT_EQ(delivery.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        m_grabber->Close();
+        EXPECT_EQ(delivery.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    };
+    m_device.Value("OffsetX");
+}
+
+TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToTheEndWithTheCamerasLockHeld) {
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    std::future<void> delivery;
+    m_device.Memory().onRead = [&] {
+        m_device.Memory().onRead = nullptr;
+        delivery = std::async(std::launch::async, [this] { m_plugin.Deliver(Frame()); });
+        EXPECT_EQ(delivery.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        m_grabber.reset();
+    };
+    m_device.Value("OffsetX");
+    EXPECT_EQ(delivery.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+}
+
 TEST_F(FrameDeliveryOfRegisterCamera, DoesNotTouchABufferThatWasGivenBackMeanwhile) {
     const StreamBufferHandle handle = AddBuffer();
     m_grabber->QueueBuffer(handle, nullptr);
