@@ -242,6 +242,16 @@ TEST_F(DeviceOpenClose, ClosesOnDestruction) {
     EXPECT_EQ(scripted::Driver().CountConnections(), 0u);
 }
 
+// A device needs its port to the end: the camera must get its old rate back.
+TEST_F(DeviceOpenClose, ClosesBeforeItsPortWhenTheTransportLayerGoes) {
+    CreateAndOpen();
+    m_device = nullptr;
+    m_tl.reset();
+    EXPECT_EQ(RateRegister(), 15);
+    EXPECT_EQ(Logged(kDebug, "Restored old baud rate for device 'Marlow H2048 (1234)'."), 1u);
+    EXPECT_EQ(scripted::Driver().CountConnections(), 0u);
+}
+
 TEST_F(DeviceOpenClose, MissingPropertiesAreNamed) {
     Vanto::CVantoCLSerPort port(kPortId);
     Vanto::CVantoCLSerDevice* device = Vanto::CVantoCLSerDevice::Create(Vanto::CVantoCLSerDeviceInfo(), port);
