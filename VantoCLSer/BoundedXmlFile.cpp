@@ -12,6 +12,7 @@
 #include <xercesc/util/BinInputStream.hpp>
 
 #include "os/File.h"
+#include "os/Path.h"
 #include "vanto/internal/VantoException.h"
 #include "vanto/internal/VantoXercesHelper.h"
 
@@ -59,11 +60,12 @@ private:
 BoundedXmlFile::BoundedXmlFile(const std::string& path)
     : LocalFileInputSource(FromLocalText(path).c_str()), m_path(path) {
     std::error_code unknown;
-    const std::filesystem::file_status status = std::filesystem::status(path, unknown);
+    const std::filesystem::path file = os::ToFilePath(path);
+    const std::filesystem::file_status status = std::filesystem::status(file, unknown);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
         throw VANTO_EXCEPTION(RuntimeException, kSource)(
             "Failed to parse CL binding file: '%s' is a folder or a device, not a file.", path);
-    if (std::filesystem::is_regular_file(status) && std::filesystem::file_size(path, unknown) > kMaxSize && !unknown)
+    if (std::filesystem::is_regular_file(status) && std::filesystem::file_size(file, unknown) > kMaxSize && !unknown)
         ThrowTooLong(path);
 }
 

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-# vanto_version(<target> <description>): what Windows shows of a file under "Details". Nothing on other systems.
+# vanto_version(<target> <description>): what Windows shows of a file under "Details". Programs are also made to use UTF-8,
+# so that every name of a file can be written. Nothing on other systems.
 function(vanto_version target description)
     if(NOT WIN32)
         return()
@@ -11,8 +12,10 @@ function(vanto_version target description)
     string(REPLACE "." "," VERSION_NUMBERS "${PROJECT_VERSION}")
     if(type STREQUAL "EXECUTABLE")
         set(VERSION_TYPE VFT_APP)
+        set(VERSION_MANIFEST "1 24 \"${PROJECT_SOURCE_DIR}/cmake/utf8.manifest\"")
     else()
         set(VERSION_TYPE VFT_DLL)
+        set(VERSION_MANIFEST "")
     endif()
     configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc.in" @ONLY)
     file(GENERATE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc"

@@ -83,6 +83,12 @@ windows vanto-cl set 0 Width=1024 || fail "set"
 expect 1024 windows vanto-cl get 0 Width
 expect "to   2500" windows example-set_exposure 2500 WIN033
 
+echo "  names of files that no code page but UTF-8 has"
+mkdir "$WINEPREFIX/drive_c/Größe 東京"
+LC_ALL=C.UTF-8 windows vanto-cl xml 0 -o 'C:\Größe 東京\Ω.xml' >/dev/null || fail "xml into such a folder"
+[ -s "$WINEPREFIX/drive_c/Größe 東京/Ω.xml" ] || fail "the description is not in such a folder"
+LC_ALL=C.UTF-8 expect DeviceModelName windows vanto-cl describe 'C:\Größe 東京\Ω.xml'
+
 echo "  the description, fetched once and then kept"
 windows vanto-cl xml 0 -o "$folder/windows.xml" || fail "xml"
 CLSERTTY_PATH=$folder/links VANTO_CL_BINDINGS=$folder GENICAM_CACHE=$folder/cache bash -c '

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <random>
 
+#include "os/Path.h"
+
 namespace os {
 
 namespace {
@@ -44,11 +46,11 @@ bool WriteNewFile(const std::string& path, std::string_view content) {
 std::vector<std::string> ListFiles(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code error;
-    std::filesystem::directory_iterator entry(folder, error);
+    std::filesystem::directory_iterator entry(ToFilePath(folder), error);
     for (const std::filesystem::directory_iterator end; !error && entry != end; entry.increment(error)) {
         std::error_code unknown;
         if (entry->is_regular_file(unknown) && !unknown)
-            names.push_back(entry->path().filename().string());
+            names.push_back(ToText(entry->path().filename()));
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -61,8 +63,8 @@ std::vector<std::string> ListFiles(const std::string& folder) {
 bool CreateFolders(const std::string& folder) noexcept {
     try {
         std::error_code error;
-        std::filesystem::create_directories(folder, error);
-        return std::filesystem::is_directory(folder, error);
+        std::filesystem::create_directories(ToFilePath(folder), error);
+        return std::filesystem::is_directory(ToFilePath(folder), error);
     } catch (const std::exception&) {
         return false;
     }
@@ -101,11 +103,11 @@ bool WriteWholeFile(const std::string& path, std::string_view content) noexcept 
         const std::string temporary = TemporaryNameFor(path);
         std::error_code error;
         if (WriteNewFile(temporary, content)) {
-            std::filesystem::rename(temporary, path, error);
+            std::filesystem::rename(ToFilePath(temporary), ToFilePath(path), error);
             if (!error)
                 return true;
         }
-        std::filesystem::remove(temporary, error);
+        std::filesystem::remove(ToFilePath(temporary), error);
     } catch (const std::exception&) {
         return false;
     }

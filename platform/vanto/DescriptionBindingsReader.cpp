@@ -13,6 +13,7 @@
 #include "Base/GCException.h"
 #include "Base/GCUtilities.h"
 #include "os/File.h"
+#include "os/Path.h"
 #include "vanto/VantoFolders.h"
 
 namespace Vanto {
@@ -112,7 +113,7 @@ std::string DescriptionBindingsReader::ReadFile(const pugi::xml_node& node) cons
     GenICam::ReplaceEnvironmentVariables(file);
     if (file.empty())
         Fail(node, Quoted(node.name()) + " names no file in its attribute 'File'");
-    return (std::filesystem::path(m_path).parent_path() / file.str()).string();
+    return os::ToText(os::ToFilePath(m_path).parent_path() / os::ToFilePath(file.str()));
 }
 
 bool DescriptionBindingsReader::ReadUseDeviceDescription(const pugi::xml_node& node, bool otherwise) const {

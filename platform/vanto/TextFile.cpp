@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "Base/GCException.h"
+#include "os/Path.h"
 #include "vanto/VantoFolders.h"
 
 namespace Vanto {
@@ -36,16 +37,17 @@ std::string LastSystemError() {
  */
 gcstring textFileToString(const gcstring& path) {
     std::error_code error;
-    const auto status = std::filesystem::status(path.str(), error);
+    const std::filesystem::path filePath = os::ToFilePath(path.str());
+    const auto status = std::filesystem::status(filePath, error);
     if (!std::filesystem::exists(status))
         ThrowUnreadable(path,
                         error ? error.message() : std::make_error_code(std::errc::no_such_file_or_directory).message());
     if (!std::filesystem::is_regular_file(status))
         ThrowUnreadable(path, std::filesystem::is_directory(status) ? "it is a folder" : "it is no regular file");
-    if (std::filesystem::file_size(path.str(), error) > kMaxTextFile && !error)
+    if (std::filesystem::file_size(filePath, error) > kMaxTextFile && !error)
         ThrowUnreadable(path, kTooLarge);
     errno = 0;
-    std::ifstream file(path.str(), std::ios::binary);
+    std::ifstream file(filePath, std::ios::binary);
     if (!file)
         ThrowUnreadable(path, LastSystemError());
     std::string text;

@@ -13,6 +13,7 @@
 #include "Base/GCException.h"
 #include "ExceptionText.h"
 #include "FactoryLog.h"
+#include "os/Path.h"
 
 namespace Vanto {
 
@@ -26,10 +27,10 @@ constexpr const char* kLibraryExtension = ".so";
 
 std::vector<std::string> FindLibraries(const std::string& folder, std::error_code& error) {
     std::vector<std::string> paths;
-    std::filesystem::directory_iterator entry(folder, error);
+    std::filesystem::directory_iterator entry(os::ToFilePath(folder), error);
     while (!error && entry != std::filesystem::directory_iterator()) {
         if (entry->path().extension() == kLibraryExtension)
-            paths.push_back(entry->path().string());
+            paths.push_back(os::ToText(entry->path()));
         entry.increment(error);
     }
     std::sort(paths.begin(), paths.end());

@@ -14,6 +14,7 @@
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"
 #include "findings/FindingPrinter.h"
+#include "system/Files.h"
 
 namespace tools {
 
@@ -36,7 +37,7 @@ void ConfigCheckCommand::Declare(Options& options) {
 }
 
 ExitCode ConfigCheckCommand::Run(Output& output) {
-    const std::filesystem::path path = m_file.empty() ? FindConfigurationPath().path : std::filesystem::path(m_file);
+    const std::filesystem::path path = m_file.empty() ? FindConfigurationPath().path : PathOf(m_file);
     PortConfiguration configuration = ReadExistingConfiguration(path);
     CheckPortConfiguration(configuration, MachinePorts());
     if (m_json)

@@ -11,6 +11,7 @@
 #include "description/Linter.h"
 #include "findings/FindingPrinter.h"
 #include "output/Output.h"
+#include "system/Files.h"
 
 namespace tools {
 
@@ -27,7 +28,7 @@ void DescribeCommand::Declare(Options& options) {
 }
 
 ExitCode DescribeCommand::Run(Output& output) {
-    const std::string text = ReadDescriptionText(m_file);
+    const std::string text = ReadDescriptionText(PathOf(m_file));
     if (m_check) {
         const Findings findings = LintDescription(text);
         if (m_json)

@@ -22,6 +22,7 @@
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
+#include "system/Files.h"
 #include "vanto/PixelTypeMapper.h"
 
 namespace tools {
@@ -80,7 +81,7 @@ ExitCode GrabCommand::Run(Output& output) {
         settings.push_back(ParseAssignment(word));
     const OpenDevice device(m_device, output);
     ApplySettings(device.Nodes(), settings);
-    FrameFiles files(m_format, m_folder);
+    FrameFiles files(m_format, PathOf(m_folder));
     CheckPixelFormat(device.Nodes(), files);
     FrameCounts counts;
     Acquisition acquisition(device, buffers);

@@ -14,6 +14,7 @@
 #include "output/Progress.h"
 #include "output/Text.h"
 #include "system/FileAccess.h"
+#include "system/Files.h"
 #include "vanto/VantoFolders.h"
 
 namespace tools {
@@ -27,7 +28,7 @@ void LoadCommand::Declare(Options& options) {
 }
 
 ExitCode LoadCommand::Run(Output& output) {
-    if (const std::string why = WhyNotReadable(m_file); !why.empty())
+    if (const std::string why = WhyNotReadable(PathOf(m_file)); !why.empty())
         throw ToolError(fmt::format("can't read '{}': {}", m_file, why));
     const std::vector<Setting> settings = ParseSettings(m_file, Vanto::textFileToString(m_file).view());
     const OpenDevice device(m_device, output);

@@ -61,7 +61,7 @@ ExitCode ReadCommand::Run(Output& output) {
         bytes = ReadRegisters(device, address, length);
     }
     if (!m_file.empty())
-        WriteFile(m_file, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        WriteFile(PathOf(m_file), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     else
         output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : HexText(bytes) + "\n");
     return ExitCode::kDone;

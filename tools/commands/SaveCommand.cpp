@@ -35,7 +35,7 @@ ExitCode SaveCommand::Run(Output& output) {
         output.Print(text);
         return ExitCode::kDone;
     }
-    WriteFile(m_file, text);
+    WriteFile(PathOf(m_file), text);
     output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
     return ExitCode::kDone;
 }

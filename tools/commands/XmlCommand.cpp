@@ -45,7 +45,7 @@ ExitCode XmlCommand::Run(Output& output) {
         output.Print(xml.view());
         return ExitCode::kDone;
     }
-    WriteFile(m_file, xml.view());
+    WriteFile(PathOf(m_file), xml.view());
     output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
                             Sha1(xml.view())));
     return ExitCode::kDone;

@@ -9,6 +9,7 @@
 #include "app/ExitCode.h"
 #include "output/Text.h"
 #include "system/Environment.h"
+#include "system/Files.h"
 #include "system/Folders.h"
 
 namespace tools {
@@ -28,10 +29,10 @@ ConfigurationPath InFolderOfVariable(const std::string& folder) {
         found.warning = fmt::format("{} must hold a folder, or not be set at all.", kVariable);
         return found;
     }
-    found.path = std::filesystem::path(folder) / kFileName;
+    found.path = PathOf(folder) / kFileName;
     found.reason = fmt::format("{} is set to the folder '{}'.", kVariable, Printable(folder));
     std::error_code error;
-    if (std::filesystem::is_regular_file(folder, error))
+    if (std::filesystem::is_regular_file(PathOf(folder), error))
         found.warning = fmt::format("{} names a file; it must name the folder that holds {}.", kVariable, kFileName);
     else if (found.path.native().size() >= kLongestPath)
         found.warning = "The path is longer than 259 characters: no transport layer can read the file.";

@@ -10,6 +10,7 @@
 #include "CLProtocol/Diagnostics.h"
 #include "doctor/Examinations.h"
 #include "system/Environment.h"
+#include "system/Files.h"
 #include "system/Folders.h"
 #include "vanto/VantoFolders.h"
 
@@ -47,9 +48,9 @@ std::string MissingFolderOf(const std::string& value, Kind kind) {
     std::istringstream folders(value);
     std::error_code error;
     if (kind == Kind::kFolder)
-        return std::filesystem::is_directory(value, error) ? std::string() : value;
+        return std::filesystem::is_directory(PathOf(value), error) ? std::string() : value;
     for (std::string folder; std::getline(folders, folder, kListSeparator);)
-        if (!folder.empty() && !std::filesystem::is_directory(folder, error))
+        if (!folder.empty() && !std::filesystem::is_directory(PathOf(folder), error))
             return folder;
     return {};
 }
@@ -104,7 +105,7 @@ Section ExamineFolders() {
     for (const Named& folder : kFolders) {
         const std::string path = Vanto::getVantoFolderPath(folder.type).str();
         std::error_code error;
-        if (std::filesystem::is_directory(path, error))
+        if (std::filesystem::is_directory(PathOf(path), error))
             section.observations.push_back({Health::kFine, folder.name, path, {}});
         else if (folder.required)
             section.observations.push_back({Health::kBad, folder.name, path + " does not exist",

@@ -8,6 +8,7 @@
 
 #include "CLProtocol/Diagnostics.h"
 #include "doctor/Examinations.h"
+#include "system/Files.h"
 #include "vanto/VantoFolders.h"
 
 namespace tools {
@@ -33,11 +34,12 @@ Section ExamineLibraries(const char* title, const GenICam::gcstring_vector& fold
     Section section{title, {}};
     std::error_code error;
     for (const GenICam::gcstring& folder : folders)
-        section.observations.push_back(
-            {Health::kRemark,
-             "Looked for in",
-             std::filesystem::is_directory(folder.c_str(), error) ? folder.str() : folder.str() + " (no such folder)",
-             {}});
+        section.observations.push_back({Health::kRemark,
+                                        "Looked for in",
+                                        std::filesystem::is_directory(PathOf(folder.view()), error)
+                                            ? folder.str()
+                                            : folder.str() + " (no such folder)",
+                                        {}});
     bool accepted = false;
     for (const CLProtocol::LibraryReport& report : reports) {
         const bool refused = !report.refusal.empty();

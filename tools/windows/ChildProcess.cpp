@@ -3,6 +3,7 @@
  * ChildProcess on Windows: a program in a job that ends with this object
  */
 #include "system/ChildProcess.h"
+#include "system/Files.h"
 
 #include <windows.h>
 
@@ -126,7 +127,7 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     std::wstring line;
     AppendArgument(line, program.wstring());
     for (const std::string& argument : arguments)
-        AppendArgument(line, std::filesystem::path(argument).wstring());
+        AppendArgument(line, PathOf(argument).wstring());
     m_impl->Start(std::move(line), input, output, program.string());
     m_impl->input = std::move(input.writeEnd);
     m_impl->output = std::move(output.readEnd);

@@ -27,8 +27,8 @@ std::filesystem::path OwnProgram() {
 }
 
 std::optional<std::filesystem::path> CommonApplicationDataFolder() {
-    std::array<char, MAX_PATH> path{};
-    if (::SHGetFolderPathA(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
+    std::array<wchar_t, MAX_PATH> path{};
+    if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
         return std::nullopt;
     return std::filesystem::path(path.data());
 }

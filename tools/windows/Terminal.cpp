@@ -8,6 +8,7 @@
 #include <io.h>
 #include <windows.h>
 
+#include <cstdlib>
 #include <initializer_list>
 
 namespace tools {
@@ -16,6 +17,15 @@ namespace {
 
 HANDLE HandleOf(std::FILE* stream) {
     return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
+}
+
+// The console's own code page is that of the shell, which goes on with it.
+void WriteUtf8UntilExit() {
+    static UINT before = 0;
+    if (before != 0 || (before = ::GetConsoleOutputCP()) == 0)
+        return;
+    ::SetConsoleOutputCP(CP_UTF8);
+    std::atexit([] { ::SetConsoleOutputCP(before); });
 }
 
 }  // namespace
@@ -40,8 +50,10 @@ void PrepareStreams() {
         // Data goes out as it is: what is redirected into a file must not get carriage returns.
         ::_setmode(::_fileno(stream), _O_BINARY);
         DWORD mode = 0;
-        if (::GetConsoleMode(HandleOf(stream), &mode) != 0)
-            ::SetConsoleMode(HandleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        if (::GetConsoleMode(HandleOf(stream), &mode) == 0)
+            continue;
+        ::SetConsoleMode(HandleOf(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        WriteUtf8UntilExit();
     }
 }
 

@@ -57,8 +57,8 @@ std::vector<std::string> FoldersOfList(const std::string& list) {
 /// One and the same text for all paths of a file.
 std::string CanonicalPath(const std::string& path) {
     std::error_code error;
-    const std::filesystem::path canonical = std::filesystem::canonical(path, error);
-    return error ? path : canonical.string();
+    const std::filesystem::path canonical = std::filesystem::canonical(os::ToFilePath(path), error);
+    return error ? path : os::ToText(canonical);
 }
 
 }  // namespace CLProtocol

@@ -72,4 +72,14 @@ bool AppendToPath(std::string& path, std::string_view part) {
     return true;
 }
 
+/// The path that a text names: the same bytes.
+std::filesystem::path ToFilePath(const std::string& text) {
+    return text;
+}
+
+/// The text that names a path: the same bytes.
+std::string ToText(const std::filesystem::path& path) {
+    return path.native();
+}
+
 }  // namespace os

@@ -63,4 +63,23 @@ bool AppendToPath(std::string& path, std::string_view part) {
     return true;
 }
 
+/// The path that a text names in the code page in use.
+std::filesystem::path ToFilePath(const std::string& text) {
+    std::wstring wide(text.size(), L'\0');
+    wide.resize(static_cast<std::size_t>(::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()),
+                                                               wide.data(), static_cast<int>(wide.size()))));
+    return wide;
+}
+
+/// The text that names a path in the code page in use; what it lacks becomes a question mark.
+std::string ToText(const std::filesystem::path& path) {
+    constexpr std::size_t kMostBytes = 4;  // of a character
+    const std::wstring& wide = path.native();
+    std::string text(kMostBytes * wide.size(), '\0');
+    text.resize(
+        static_cast<std::size_t>(::WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()),
+                                                       text.data(), static_cast<int>(text.size()), nullptr, nullptr)));
+    return text;
+}
+
 }  // namespace os

@@ -11,6 +11,7 @@
 
 #include "Base/GCException.h"
 #include "ImageEncoders.h"
+#include "os/Path.h"
 
 namespace Vanto {
 
@@ -44,7 +45,7 @@ public:
     explicit UnfinishedFile(const std::string& path) : m_path(path), m_unfinished(path + ".part") {}
     ~UnfinishedFile() {
         std::error_code ignored;
-        std::filesystem::remove(m_unfinished, ignored);
+        std::filesystem::remove(os::ToFilePath(m_unfinished), ignored);
     }
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
@@ -52,7 +53,7 @@ public:
     const std::string& Path() const noexcept { return m_unfinished; }
     void Keep() {
         std::error_code error;
-        std::filesystem::rename(m_unfinished, m_path, error);
+        std::filesystem::rename(os::ToFilePath(m_unfinished), os::ToFilePath(m_path), error);
         if (error)
             throw RUNTIME_EXCEPTION("The image file '%s' can't be written: %s", m_path, error.message());
     }

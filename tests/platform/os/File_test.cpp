@@ -12,6 +12,8 @@
 #include <fstream>
 #include <thread>
 
+#include "os/Path.h"
+
 namespace {
 
 class File : public testing::Test {
@@ -106,6 +108,16 @@ TEST_F(File, OpensFilesOnly) {
     EXPECT_NE(os::OpenPlainFile(In("a")), nullptr);
     EXPECT_EQ(os::OpenPlainFile(In("folder")), nullptr);
     EXPECT_EQ(os::OpenPlainFile(In("none")), nullptr);
+}
+
+TEST_F(File, MayHaveANameBeyondAscii) {
+    const std::string folder = In("\xC4\xE9");  // letters in the usual code page of Windows, bytes elsewhere
+    ASSERT_TRUE(os::CreateFolders(folder));
+    const std::string path = folder + os::kPathSeparator + "\xDF";
+    ASSERT_TRUE(os::WriteWholeFile(path, "content"));
+    EXPECT_EQ(os::ReadWholeFile(path, 100), "content");
+    EXPECT_EQ(os::ListFiles(folder), std::vector<std::string>{"\xDF"});
+    EXPECT_EQ(os::ToText(os::ToFilePath(path)), path);
 }
 
 TEST_F(File, ReplacesAWholeFile) {

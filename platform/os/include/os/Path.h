@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,5 +30,9 @@ bool IsPathSeparator(char character) noexcept;
 std::string ToSystemSeparators(std::string_view path);
 std::string FolderOf(std::string_view path);
 std::string FileNameOf(std::string_view path);
+
+// Texts of this library are in the code page in use on Windows, where the standard library takes them for others.
+std::filesystem::path ToFilePath(const std::string& text);
+std::string ToText(const std::filesystem::path& path);
 
 }  // namespace os
