@@ -86,7 +86,7 @@ TEST_F(FrameGrabberPlugin, IsLoadedInitialisedAndUnloaded) {
     EXPECT_TRUE(HasText(tracelog::kInfo, "About to load FGPlugin DLL from directory '" + PluginFolderOf("plain") +
                                              os::kPathSeparator + ".'"));
     EXPECT_TRUE(HasText(tracelog::kInfo, "Sucessfully loaded FGPlugin DLL."));
-    EXPECT_EQ(m_log.CountText("", tracelog::kError), 0U);
+    EXPECT_EQ(CountLevel(m_log, tracelog::kError), 0U);
 }
 
 TEST_F(FrameGrabberPlugin, MustExist) {

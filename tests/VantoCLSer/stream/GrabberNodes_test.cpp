@@ -117,7 +117,7 @@ TEST_F(GrabberNodes, LeaveAPixelSizeThatIsNotWritable) {
     m_grabber->GetNodeMap()->GetNode("PixelSizeByte")->ImposeAccessMode(GenApi::RO);
     m_device.Set("PixelSize", 24);
     EXPECT_EQ(Own("PixelSizeByte")->GetValue(), 1);
-    EXPECT_EQ(m_log->CountText("", tracelog::kWarning), 0U);
+    EXPECT_EQ(CountLevel(*m_log, tracelog::kWarning), 0U);
 }
 
 TEST_F(GrabberNodes, WarnOfAGeometryThatCannotBeTakenOver) {

@@ -5,6 +5,7 @@
 
 #include "StreamTest.h"
 
+#include <algorithm>
 #include <cstring>
 #include <numeric>
 
@@ -93,6 +94,13 @@ PlainPlugin::PlainPlugin(const std::string& tree)
       m_script(m_library.Get<GetPluginScriptFunction>("GetPluginScript")()) {
     *m_script = PluginScript();
     m_script->makesObject = m_script->initResult = m_script->startResult = m_script->stopResult = true;
+}
+
+std::size_t CountLevel(const tracelog::LogRecorder& log, std::uint32_t level) {
+    const std::vector<tracelog::LogMessage> messages = log.GetMessages();
+    return static_cast<std::size_t>(
+        std::count_if(messages.begin(), messages.end(),
+                      [level](const tracelog::LogMessage& message) { return message.level == level; }));
 }
 
 StreamTest::StreamTest(const CameraXml& camera) : m_root("VANTO_ROOT", TreeOf("plain")), m_device(camera) {

@@ -104,6 +104,9 @@ public:  // hooks of the plug-in, which are functions of their own, use all of i
     std::optional<Vanto::tracelog::LogRecorder> m_log;
 };
 
+/// How many messages of a level were logged, whatever they say.
+std::size_t CountLevel(const Vanto::tracelog::LogRecorder& log, std::uint32_t level);
+
 /// The description of the GenICam exception of a type that an action throws; fails the test when it throws none.
 template <class Exception, class Action>
 std::string MessageOf(const Action& action) {
