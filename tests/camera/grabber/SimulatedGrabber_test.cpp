@@ -101,6 +101,15 @@ TEST_F(SimulatedGrabberTest, DeliversNumberedFrames) {
     EXPECT_EQ(m_host.Marks(), (std::vector<std::optional<std::uint64_t>>{0, 1, 2, 3}));
 }
 
+TEST_F(SimulatedGrabberTest, DeliversOnAThreadOfItsOwn) {
+    std::thread::id thread;
+    m_host.onFrame = [&] { thread = std::this_thread::get_id(); };
+    ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;Frames=1"));
+    ASSERT_TRUE(m_grabber.StartGrab());
+    ASSERT_TRUE(m_host.WaitForFrames(1));
+    EXPECT_NE(thread, std::this_thread::get_id());
+}
+
 TEST_F(SimulatedGrabberTest, DropsEveryNthFrame) {
     ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;DropEvery=3;Frames=7"));
     ASSERT_TRUE(m_grabber.StartGrab());
