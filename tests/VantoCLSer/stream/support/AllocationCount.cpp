@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Counts what a thread allocates
+ * Counts and limits what a thread allocates
  */
 
 #include "AllocationCount.h"
@@ -10,21 +10,27 @@
 
 namespace {
 
+constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
+
 thread_local std::size_t t_allocations = 0;
+thread_local std::size_t t_limit = kNoLimit;
+
+void* Allocate(std::size_t size) noexcept {
+    ++t_allocations;
+    return size <= t_limit ? std::malloc(size != 0 ? size : 1) : nullptr;
+}
 
 }  // namespace
 
 void* operator new(std::size_t size) {
-    ++t_allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1))
+    if (void* memory = Allocate(size))
         return memory;
     throw std::bad_alloc();
 }
 
 // Its memory comes back through the same operator delete, so it must be of the same kind.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    ++t_allocations;
-    return std::malloc(size != 0 ? size : 1);
+    return Allocate(size);
 }
 
 void operator delete(void* memory) noexcept {
@@ -39,6 +45,14 @@ namespace stream_test {
 
 std::size_t AllocationsOfThisThread() noexcept {
     return t_allocations;
+}
+
+AllocationLimit::AllocationLimit(std::size_t bytes) noexcept {
+    t_limit = bytes;
+}
+
+AllocationLimit::~AllocationLimit() {
+    t_limit = kNoLimit;
 }
 
 }  // namespace stream_test
