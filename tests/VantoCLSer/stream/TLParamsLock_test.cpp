@@ -33,6 +33,27 @@ TEST_F(TLParamsLock, MakesSixFeaturesReadOnlyDuringAGrab) {
     m_device.Set("Width", 16);
 }
 
+TEST_F(TLParamsLock, IsSetBeforeTheFeaturesAreLockedInTheirOrder) {
+    std::vector<std::string> announced;
+    std::vector<std::string> expected{"TLParamsLocked"};
+    expected.insert(expected.end(), std::begin(kLocked), std::end(kLocked));
+    for (const std::string& name : expected)
+        GenApi::Register(m_device->_GetNode(name.c_str()),
+                         [&announced](GenApi::INode* node) { announced.push_back(node->GetName().str()); });
+    m_grabber->PrepareGrab();
+    EXPECT_EQ(announced, expected);
+    announced.clear();
+    m_grabber->FinishGrab();
+    EXPECT_EQ(announced, expected);
+}
+
+TEST_F(TLParamsLock, EndsWithFeaturesWritableWhateverTheyWere) {
+    m_device->_GetNode("Width")->ImposeAccessMode(GenApi::RO);
+    m_grabber->PrepareGrab();
+    m_grabber->FinishGrab();
+    EXPECT_EQ(m_device.AccessModeOf("Width"), GenApi::RW);
+}
+
 TEST_F(TLParamsLock, StaysWhenTheGrabIsCancelled) {
     m_grabber->PrepareGrab();
     m_grabber->CancelGrab();
@@ -57,6 +78,7 @@ TEST_F(TLParamsLock, AFailureToUnlockPropagatesAfterTheGrabIsFinished) {
 TEST_F(TLParamsLock, AFailureToLockKeepsTheGrabUnprepared) {
     m_device->_GetNode("TLParamsLocked")->ImposeAccessMode(GenApi::RO);
     EXPECT_THROW(m_grabber->PrepareGrab(), GenICam::AccessException);
+    EXPECT_EQ(m_device.AccessModeOf("Width"), GenApi::RW);
     m_device->_GetNode("TLParamsLocked")->ImposeAccessMode(GenApi::RW);
     m_grabber->PrepareGrab();
 }
@@ -73,6 +95,30 @@ protected:
 TEST_F(TLParamsLockWithoutNode, IsRefused) {
     EXPECT_EQ(MessageOf<PropertyException>([&] { m_grabber->PrepareGrab(); }),
               "TLParamsLocked node missing from device nodemap.");
+}
+
+class TLParamsLockOfAnotherKind : public StreamTest {
+protected:
+    TLParamsLockOfAnotherKind()
+        : StreamTest(
+              CameraXml().With("TLParamsLocked", "<Boolean Name=\"TLParamsLocked\"><Value>0</Value></Boolean>")) {}
+};
+
+TEST_F(TLParamsLockOfAnotherKind, IsRefused) {
+    EXPECT_EQ(MessageOf<PropertyException>([&] { m_grabber->PrepareGrab(); }),
+              "TLParamsLocked node missing from device nodemap.");
+}
+
+class TLParamsLockOfLimitedNode : public StreamTest {
+protected:
+    TLParamsLockOfLimitedNode()
+        : StreamTest(CameraXml().With("TLParamsLocked",
+                                      "<Integer Name=\"TLParamsLocked\"><Value>0</Value><Max>0</Max>"
+                                      "</Integer>")) {}
+};
+
+TEST_F(TLParamsLockOfLimitedNode, IsSetWithVerification) {
+    EXPECT_THROW(m_grabber->PrepareGrab(), GenICam::OutOfRangeException);
 }
 
 class TLParamsLockOfSmallCamera : public StreamTest {
