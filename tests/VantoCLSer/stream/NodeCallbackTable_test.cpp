@@ -73,6 +73,13 @@ TEST_F(NodeCallbacks, WatchTheStreamGrabberItself) {
     EXPECT_THAT(watch.calls, ElementsAre(std::pair{0, 3U}, std::pair{-8, 3U}));
 }
 
+TEST_F(NodeCallbacks, AreToldAllBitsOfAValue) {
+    Watch watch;
+    WatchStream("DebugData1", watch, 0xFFFFFFFF);
+    SetStream("DebugData1", std::int64_t{-1} << 40);
+    EXPECT_THAT(watch.calls, ElementsAre(std::pair{0, 0xFFFFFFFFU}, std::pair{std::int64_t{-1} << 40, 0xFFFFFFFFU}));
+}
+
 TEST_F(NodeCallbacks, AreToldZeroForOtherKindsOfNodes) {
     Watch watch;
     WatchStream("CopyAOIFromCamera", watch);
@@ -141,6 +148,21 @@ TEST_F(NodeCallbacks, MayEndTheirOwnWatch) {
     EXPECT_EQ(watch.calls.size(), 2U);
 }
 
+TEST_F(NodeCallbacks, MayEndOthersThatAreNotCalledAnyMore) {
+    Watch first;
+    Watch second;
+    Watch third;
+    WatchDevice("OffsetX", first);
+    const std::uint64_t handle = WatchDevice("OffsetX", second);
+    WatchDevice("OffsetX", third);
+    first.onCall = [&] { EXPECT_FALSE(Unwatch(handle)); };
+    second.calls.clear();
+    third.calls.clear();
+    m_device.Set("OffsetX", 1);
+    EXPECT_TRUE(second.calls.empty());
+    EXPECT_EQ(third.calls.size(), 1U);
+}
+
 TEST_F(NodeCallbacks, MayBeginOthers) {
     std::vector<Watch> others(30);
     Watch watch;
@@ -171,6 +193,18 @@ TEST_F(NodeCallbacks, MayThrow) {
     EXPECT_EQ(m_log->CountText("GenericException in callback func (of GenICam)", tracelog::kError), 1U);
     EXPECT_EQ(m_log->CountText("std::exception in callback func (of the language)", tracelog::kError), 1U);
     EXPECT_EQ(m_log->CountText("Unknown exception in callback func", tracelog::kError), 1U);
+}
+
+TEST_F(NodeCallbacks, SurviveAnotherOneThatThrowsAtTheirRegistration) {
+    GenApi::INode* const node = m_device->_GetNode("OffsetX");
+    const auto foreign = GenApi::Register(node, [](GenApi::INode*) { throw std::runtime_error("of a foreigner"); });
+    Watch watch;
+    const std::uint64_t handle = WatchDevice("OffsetX", watch);
+    EXPECT_EQ(m_log->CountText("Exception setting node callback. (of a foreigner)", tracelog::kError), 1U);
+    node->DeregisterCallback(foreign);
+    m_device.Set("OffsetX", 1);
+    EXPECT_EQ(watch.calls.back().first, 1);
+    EXPECT_TRUE(Unwatch(handle));
 }
 
 TEST_F(NodeCallbacks, WarnOfANodeThatNobodyWatches) {
