@@ -154,6 +154,27 @@ TEST_F(FrameDelivery, AnUnknownPixelFormatFailsTheFrame) {
     EXPECT_EQ(BufferOf(handle), std::vector<std::uint8_t>(32, 0xEE));
 }
 
+class FrameDeliveryOfFormatlessCamera : public FrameDelivery {
+protected:
+    FrameDeliveryOfFormatlessCamera() : FrameDelivery(CameraXml().Without("PixelFormat")) {}
+};
+
+TEST_F(FrameDeliveryOfFormatlessCamera, FailsWithoutAWord) {
+    m_log->Clear();
+    EXPECT_EQ(Grab(Frame()).status, GrabFailed);
+    EXPECT_EQ(CountLevel(*m_log, tracelog::kError), 0U);
+}
+
+class FrameDeliveryOfNumberedFormat : public FrameDelivery {
+protected:
+    FrameDeliveryOfNumberedFormat()
+        : FrameDelivery(CameraXml().With("PixelFormat", CameraXml::Integer("PixelFormat", 0x01080001))) {}
+};
+
+TEST_F(FrameDeliveryOfNumberedFormat, Fails) {
+    EXPECT_EQ(Grab(Frame()).status, GrabFailed);
+}
+
 TEST_F(FrameDelivery, AnErrorIsForgottenWithTheNextFrame) {
     PlainFrame bad = Frame();
     bad.data = nullptr;

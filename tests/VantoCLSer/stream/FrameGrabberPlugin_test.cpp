@@ -145,6 +145,21 @@ TEST_F(FrameGrabberPlugin, MustMakeAnObject) {
     EXPECT_STREQ(plugin->calls, "Create ");
 }
 
+TEST_F(FrameGrabberPlugin, HasNoRegistersWithoutAnObject) {
+    UseTree(TreeOf("plain"));
+    PlainPlugin plugin;
+    plugin->makesObject = false;
+    CVantoCLSerStreamGrabber grabber("Sapera", m_device.Get());
+    EXPECT_THROW(grabber.Initialize(), RuntimeException);
+    m_log.Clear();
+    std::uint8_t byte = 0x5A;
+    grabber.Read(&byte, 0xC05EC0C10C, 1);
+    grabber.Read(&byte, 0x90C157A7E, 1);
+    grabber.Write(&byte, 0x90C157A7E, 1);
+    EXPECT_EQ(byte, 0x5A);
+    EXPECT_TRUE(m_log.GetMessages().empty());
+}
+
 TEST_F(FrameGrabberPlugin, SaysItselfWhyItCannotBeInitialised) {
     UseTree(TreeOf("plain"));
     PlainPlugin plugin;

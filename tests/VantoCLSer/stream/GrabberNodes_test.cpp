@@ -56,6 +56,13 @@ TEST_F(GrabberNodesAtStart, NeedTheRightKindOfNode) {
               "Invalid node type for node 'OffsetX' in device nodemap.");
 }
 
+TEST_F(GrabberNodesAtStart, NeedTheRightKindOfOptionalNode) {
+    EXPECT_EQ(FailureWith<RuntimeException>(CameraXml().With("OffsetY",
+                                                             "<Boolean Name=\"OffsetY\"><Value>0</Value>"
+                                                             "</Boolean>")),
+              "Invalid node type for node 'OffsetY' in device nodemap.");
+}
+
 TEST_F(GrabberNodesAtStart, SkipOffsetY) {
     const OpenDevice device(CameraXml().Without("OffsetY"));
     CVantoCLSerStreamGrabber grabber("Sapera", device.Get());
@@ -69,6 +76,15 @@ TEST_F(GrabberNodesAtStart, DoWithoutPixelSize) {
     grabber.Initialize();
     EXPECT_TRUE(IsLogged(tracelog::kWarning, "Could not register nodecallback for node (PixelSize)"));
     EXPECT_EQ(GenApi::CIntegerPtr(grabber.GetNodeMap()->GetNode("PayloadSize"))->GetValue(), 8 * 4 * 2);
+}
+
+TEST_F(GrabberNodesAtStart, DoWithoutWidth) {
+    const OpenDevice device(CameraXml().Without("Width"));
+    CVantoCLSerStreamGrabber grabber("Sapera", device.Get());
+    grabber.Initialize();
+    EXPECT_TRUE(IsLogged(tracelog::kWarning, "Could not register nodecallback for node (Width)"));
+    EXPECT_EQ(GenApi::CIntegerPtr(grabber.GetNodeMap()->GetNode("Width"))->GetValue(), 1024);
+    EXPECT_EQ(GenApi::CIntegerPtr(grabber.GetNodeMap()->GetNode("Height"))->GetValue(), 4);
 }
 
 TEST_F(GrabberNodesAtStart, FailWithoutDescription) {
@@ -105,6 +121,25 @@ TEST_F(GrabberNodes, FollowOnlyWhereThatIsWanted) {
     EXPECT_EQ(Own("Width")->GetValue(), 8);
 }
 
+TEST_F(GrabberNodes, TakeBothOverWhenOneChanges) {
+    const GenApi::CBooleanPtr isWanted = m_grabber->GetNodeMap()->GetNode("CopyAOIFromCamera");
+    isWanted->SetValue(false);
+    m_device.Set("Width", 640);
+    isWanted->SetValue(true);
+    EXPECT_EQ(Own("Width")->GetValue(), 8);
+    m_device.Set("Height", 480);
+    EXPECT_EQ(Own("Width")->GetValue(), 640);
+}
+
+TEST_F(GrabberNodes, LeaveAnUnreadableWidth) {
+    m_device->_GetNode("Width")->ImposeAccessMode(GenApi::WO);
+    m_device.Set("Width", 640);
+    m_device.Set("Height", 480);
+    EXPECT_EQ(Own("Width")->GetValue(), 8);
+    EXPECT_EQ(Own("Height")->GetValue(), 480);
+    EXPECT_EQ(m_log->CountFormat("Could not copy AOI from camera node map (message='%hs)"), 0U);
+}
+
 TEST_F(GrabberNodes, RoundThePixelSizeUpToBytes) {
     for (const auto& [bits, bytes] :
          {std::pair{8, 1}, std::pair{9, 2}, std::pair{16, 2}, std::pair{17, 3}, std::pair{24, 3}}) {
@@ -124,6 +159,15 @@ TEST_F(GrabberNodes, WarnOfAGeometryThatCannotBeTakenOver) {
     m_device.Set("Width", 0);  // below the minimum
     EXPECT_EQ(Own("Width")->GetValue(), 8);
     EXPECT_EQ(m_log->CountFormat("Could not copy AOI from camera node map (message='%hs)", tracelog::kWarning), 1U);
+}
+
+TEST_F(GrabberNodes, WarnOfAPixelSizeThatCannotBeSet) {
+    GenApi::INode* const node = m_grabber->GetNodeMap()->GetNode("PixelSizeByte");
+    const auto handle = GenApi::Register(node, [](GenApi::INode*) { throw RUNTIME_EXCEPTION("of a watcher"); });
+    m_device.Set("PixelSize", 24);
+    EXPECT_EQ(m_log->CountFormat("Could not set pixel size in bytes (message='%hs)", tracelog::kWarning), 1U);
+    EXPECT_EQ(m_log->CountText("Could not set pixel size in bytes (message='of a watcher)"), 1U);
+    node->DeregisterCallback(handle);
 }
 
 class GrabberNodesOfRegisters : public StreamTest {

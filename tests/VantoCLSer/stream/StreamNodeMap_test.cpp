@@ -82,7 +82,19 @@ TEST_F(StreamNodeMap, HasItsNodesInTheirOrder) {
     EXPECT_THAT(FeaturesOf("StreamGrabber"), ElementsAre("OutputThread", "PixelClockDetected", "PoCLState"));
     EXPECT_THAT(FeaturesOf("OutputThread"), ElementsAre("ThreadPriority"));
     EXPECT_THAT(FeaturesOf("Debug"), ElementsAre("DebugData1"));
-    EXPECT_FALSE(Node("DebugData1")->IsFeature() && Node("DebugData1")->GetVisibility() != GenApi::Invisible);
+}
+
+TEST_F(StreamNodeMap, DoesNotLeadFromTheRootToDebugging) {
+    std::vector<std::string> names{"Root"};
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        if (GenApi::CCategoryPtr(Node(names[index].c_str())).IsValid()) {
+            for (const std::string& name : FeaturesOf(names[index].c_str()))
+                names.push_back(name);
+        }
+    }
+    EXPECT_THAT(names, testing::Contains("ThreadPriority"));
+    EXPECT_THAT(names, testing::Not(testing::Contains("Debug")));
+    EXPECT_THAT(names, testing::Not(testing::Contains("DebugData1")));
 }
 
 struct Texts {
