@@ -107,12 +107,14 @@ public:  // hooks of the plug-in, which are functions of their own, use all of i
 /// How many messages of a level were logged, whatever they say.
 std::size_t CountLevel(const Vanto::tracelog::LogRecorder& log, std::uint32_t level);
 
-/// The description of the GenICam exception of a type that an action throws; fails the test when it throws none.
+/// The description of the GenICam exception of a type that an action of a stream grabber throws; fails the test when it
+/// throws none, or one that comes from somewhere else.
 template <class Exception, class Action>
 std::string MessageOf(const Action& action) {
     try {
         action();
     } catch (const Exception& error) {
+        EXPECT_STREQ(error.GetSourceFileName(), "VantoCLSer/VantoCLSerStreamGrabber");
         return error.GetDescription();
     } catch (const std::exception& error) {
         ADD_FAILURE() << "Another exception: " << error.what();
