@@ -5,6 +5,8 @@
 
 #include "VantoCLSer/VantoCLSerDevice.h"
 
+#include <chrono>
+#include <exception>
 #include <limits>
 #include <string_view>
 
@@ -24,6 +26,7 @@ namespace {
 constexpr char kSource[] = "VantoCLSer/VantoCLSerDevice";
 constexpr char kBaudRateNode[] = "ClSerialPortBaudRate";
 constexpr std::int64_t kLargestBaudRateEntry = 255;
+constexpr std::chrono::seconds kMakingTime{10};
 
 // Entry values of the camera's baud-rate node and the flags of the Camera Link serial API. There is no 16.
 struct BaudRate {
@@ -62,10 +65,12 @@ void CVantoCLSerDevice::DestroySelf() {
 
 void CVantoCLSerDevice::Teardown() noexcept {
     try {
+        std::unique_ptr<CVantoCLSerStreamGrabber> grabber;
         {
             const std::lock_guard lock(m_streamGrabberLock);
-            m_streamGrabber.reset();
+            grabber = std::move(m_streamGrabber);
         }
+        grabber.reset();
         if (m_open)
             Close();
         m_port.SetAutoCloseTimeout(0);
@@ -280,24 +285,56 @@ void CVantoCLSerDevice::DeregisterAutoCloseCallback() {
 
 /**
  * \brief Make the stream grabber at the first call
- * \return 1, or 0 when there is none; what went wrong is in the log. A failure is not tried again.
- * \context Any thread
+ *
+ * It is made without a lock, as that uses the camera's node map: a thread that asks meanwhile may have that locked. So
+ * nobody waits longer than kMakingTime for another thread to make it, nor at all in a callback of its own making.
+ *
+ * \return 1, or 0 when there is none; what went wrong is in the log. A failure is not tried again. 0 also, and only
+ * this time, when it is still being made. \context Any thread
  */
 std::uint32_t CVantoCLSerDevice::GetNumStreamGrabberChannels() {
-    const std::lock_guard lock(m_streamGrabberLock);
-    if (m_channelCount >= 0)
-        return static_cast<std::uint32_t>(m_channelCount);
+    std::unique_lock lock(m_streamGrabberLock);
+    const auto isNotBeingMade = [this] { return m_streamGrabberMaker == std::thread::id(); };
+    if (m_streamGrabberMaker == std::this_thread::get_id() ||
+        !m_streamGrabberMade.wait_for(lock, kMakingTime, isNotBeingMade)) {
+        LogTrace(DeviceLog(), tracelog::kWarning, "The stream grabber is still being made.");
+        return 0;
+    }
+    if (m_channelCount < 0)
+        MakeStreamGrabber(lock);
+    return static_cast<std::uint32_t>(m_channelCount);
+}
+
+// Gives the lock back for as long as it takes.
+void CVantoCLSerDevice::MakeStreamGrabber(std::unique_lock<std::mutex>& lock) {
+    m_streamGrabberMaker = std::this_thread::get_id();
+    lock.unlock();
+    std::exception_ptr failure;
+    std::int32_t count = -1;
+    try {
+        count = CountStreamGrabberChannels();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    lock.lock();
+    m_channelCount = count;
+    m_streamGrabberMaker = {};
+    m_streamGrabberMade.notify_all();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+std::int32_t CVantoCLSerDevice::CountStreamGrabberChannels() {
     try {
         CreateStreamGrabber();
-        m_channelCount = 1;
+        return 1;
     } catch (const GenericException& error) {
-        m_channelCount = 0;
         const std::string_view message = error.GetDescription();
         if (message.find("Parameter invalid value (Tap Output)") != std::string_view::npos ||
             message.find("Invalid firmware on grabber detected") != std::string_view::npos)
             MarkBadFirmware();
+        return 0;
     }
-    return static_cast<std::uint32_t>(m_channelCount);
 }
 
 void CVantoCLSerDevice::MarkBadFirmware() {
@@ -314,7 +351,7 @@ void CVantoCLSerDevice::MarkBadFirmware() {
     }
 }
 
-// Returns false when there is one already.
+// Returns false when there is one already. Only one thread comes here at a time.
 bool CVantoCLSerDevice::CreateStreamGrabber() {
     if (m_streamGrabber)
         return false;
@@ -327,6 +364,7 @@ bool CVantoCLSerDevice::CreateStreamGrabber() {
     try {
         auto grabber = std::make_unique<CVantoCLSerStreamGrabber>(deviceSpecific, this);
         grabber->Initialize();
+        const std::lock_guard lock(m_streamGrabberLock);
         m_streamGrabber = std::move(grabber);
         return true;
     } catch (const GenericException& error) {

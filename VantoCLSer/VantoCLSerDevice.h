@@ -5,8 +5,10 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <thread>
 
 #include "GenApi/GenApi.h"
 #include "VantoCLSer/RemovalCallbacks.h"
@@ -66,6 +68,8 @@ private:
     void DeregisterAutoCloseCallback();
     void LoadTLNodeMap();
     void OnAutoCloseTimeoutChanged(GenApi::INode* node);
+    void MakeStreamGrabber(std::unique_lock<std::mutex>& lock);
+    std::int32_t CountStreamGrabberChannels();
     bool CreateStreamGrabber();
     void MarkBadFirmware();
     void Teardown() noexcept;
@@ -82,8 +86,10 @@ private:
     std::int32_t m_channelCount = -1;  // not known yet
     std::int64_t m_oldBaudRate = 0;    // an entry's value; 0 is nothing to restore
 
-    std::recursive_mutex m_tlParamsLock;        // guards the loading of m_tlParams, and m_autoCloseCallback
-    std::recursive_mutex m_streamGrabberLock;   // guards m_streamGrabber and m_channelCount
+    std::recursive_mutex m_tlParamsLock;  // guards the loading of m_tlParams, and m_autoCloseCallback
+    std::mutex m_streamGrabberLock;       // guards m_streamGrabber, m_channelCount and m_streamGrabberMaker
+    std::condition_variable m_streamGrabberMade;
+    std::thread::id m_streamGrabberMaker;       // nobody's unless the stream grabber is being made
     std::shared_ptr<CVantoCLSerDevice> m_self;  // what keeps the device alive until DestroySelf
 };
 

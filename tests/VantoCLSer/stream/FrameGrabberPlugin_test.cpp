@@ -5,6 +5,9 @@
 
 #include "VantoCLSer/FrameGrabberPlugin.h"
 
+#include <future>
+#include <optional>
+#include <thread>
 #include <utility>
 
 #include "StreamTest.h"
@@ -272,6 +275,40 @@ TEST_F(ChannelOfDevice, IsMadeOnce) {
     EXPECT_STREQ(m_plugin->calls, "Create Init ");
     m_device.Destroy();
     EXPECT_STREQ(m_plugin->calls, "Create Init Shutdown Destroy ");
+}
+
+// The making of a stream grabber calls the application's functions for nodes that it changes.
+TEST_F(ChannelOfDevice, IsNotThereYetForWhoIsCalledWhileItIsMade) {
+    m_plugin->hookContext = &m_device;
+    m_plugin->onInit = [](void* context) {
+        const OpenDevice& device = *static_cast<OpenDevice*>(context);
+        EXPECT_EQ(device->GetNumStreamGrabberChannels(), 0U);
+        EXPECT_EQ(device->GetStreamGrabber(0), nullptr);
+    };
+    EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 1U);
+    EXPECT_NE(m_device->GetStreamGrabber(0), nullptr);
+    EXPECT_EQ(m_log.CountText("The stream grabber is still being made.", tracelog::kWarning), 2U);
+}
+
+// A plug-in uses the camera's nodes while it starts. It takes as long as the other thread has patience.
+TEST_F(ChannelOfDevice, IsNotWaitedForForEverByWhoHoldsTheNodeMap) {
+    m_plugin->hookContext = &m_device;
+    m_plugin->onInit = [](void* context) {
+        const OpenDevice& device = *static_cast<OpenDevice*>(context);
+        GenApi::CLock& nodeMap = device->GetNodeMap()->GetLock();
+        std::promise<void> held;
+        std::thread other([&] {
+            const GenApi::AutoLock lock(nodeMap);
+            held.set_value();
+            EXPECT_EQ(device->GetNumStreamGrabberChannels(), 0U);
+        });
+        held.get_future().wait();
+        { const GenApi::AutoLock lock(nodeMap); }
+        other.join();
+    };
+    EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 1U);
+    EXPECT_EQ(m_log.CountText("The stream grabber is still being made.", tracelog::kWarning), 1U);
+    EXPECT_EQ(m_device->GetNumStreamGrabberChannels(), 1U);
 }
 
 TEST_F(ChannelOfDevice, MarksBadFirmware) {
