@@ -4,17 +4,19 @@
  */
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <thread>
+
+#include "os/Environment.h"
 
 namespace {
 
 struct Hang {
     Hang() {
-        const char* const path = std::getenv("SCRIPTED_HANGS_WHILE_MISSING");
+        // The C library of Windows knows only the variables that were set when the program began.
+        const std::string path = os::GetEnvironment("SCRIPTED_HANGS_WHILE_MISSING").text;
         std::error_code error;
-        while (path != nullptr && *path != '\0' && !std::filesystem::exists(path, error))
+        while (!path.empty() && !std::filesystem::exists(path, error))
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 } const hang;
