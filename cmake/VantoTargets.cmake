@@ -32,7 +32,8 @@ function(vanto_sources result)
 endfunction()
 
 # vanto_gtest(<name> [FOLDER <folder>] [LINK <targets>...] [LABELS <labels>...] [TIMEOUT <seconds>]): one test program
-# of all *_test.cpp and support files of a folder below tests/, known to CTest case by case.
+# of all *_test.cpp and support files of a folder below tests/, known to CTest case by case. The label simulator says that
+# it has cameras on serial lines.
 function(vanto_gtest name)
     cmake_parse_arguments(arg "" "FOLDER;TIMEOUT" "LINK;LABELS;DEPENDS" ${ARGN})
     if(NOT arg_FOLDER)
@@ -51,6 +52,9 @@ function(vanto_gtest name)
         add_dependencies(${name} ${arg_DEPENDS})
     endif()
     set_property(GLOBAL APPEND PROPERTY VANTO_TEST_PROGRAMS "$<TARGET_FILE:${name}>")
+    if("simulator" IN_LIST arg_LABELS)
+        set_property(GLOBAL APPEND PROPERTY VANTO_SIMULATOR_PROGRAMS "$<TARGET_FILE:${name}>")
+    endif()
     # For Windows they run elsewhere, under Wine or on a Windows machine, and each program as a whole.
     if(NOT WIN32)
         gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")

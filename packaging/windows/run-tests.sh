@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Runs the test programs for Windows under Wine, in the prefix that WINEPREFIX names, and compares which test cases there
 # are with those of the programs for this machine. packaging/windows/left-out.txt names the cases that may be missing.
+# Programs with simulated cameras have this machine's pseudo-terminals as COM ports. All programs in a prefix see the same
+# ports, so those run one after the other, beside the others.
 # usage: packaging/windows/run-tests.sh WINDOWS_BUILD NATIVE_BUILD
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
@@ -11,7 +13,8 @@ native=$(cd "$2" && pwd)
 export TIME_LIMIT=${TIME_LIMIT:-600}
 work=$(mktemp -d)
 export work
-trap 'rm -rf "$work"' EXIT
+lines=
+trap '[ -z "$lines" ] || kill "$lines" 2>/dev/null || true; rm -rf "$work"' EXIT
 mkdir "$work/windows" "$work/native" "$work/logs"
 
 # The full names of a test program's cases.
@@ -48,10 +51,25 @@ run_program() { # run_program FILE FILTER
     fi
 }
 export -f run_program
-while read -r program; do
-    printf '%s\0%s\0' "$program" "$(filter_of "$(basename "$program" .exe)")"
-done <"$windows/test-programs.txt" |
-    xargs -0 -n 2 -P "${JOBS:-2}" bash -c 'run_program "$1" "$2"' run
+run_programs() { # run_programs JOBS: those whose files are named on the standard input
+    while read -r program; do
+        printf '%s\0%s\0' "$program" "$(filter_of "$(basename "$program" .exe)")"
+    done | xargs -0 -n 2 -P "$1" bash -c 'run_program "$1" "$2"' run
+}
+
+"$native/bin/marlow-lines" "$WINEPREFIX/dosdevices" >"$work/lines" &
+lines=$!
+until [ -s "$work/lines" ]; do
+    kill -0 "$lines" || exit 1
+    sleep 0.05
+done
+MARLOW_LINES=$(cat "$work/lines")
+export MARLOW_LINES
+export VANTO_TEST_DEVICES=${VANTO_TEST_DEVICES:-200} # what starts and ends a thread or a port takes its time under Wine
+run_programs 1 <"$windows/simulator-programs.txt" &
+simulators=$!
+grep -vxFf "$windows/simulator-programs.txt" "$windows/test-programs.txt" | run_programs "${JOBS:-2}"
+wait "$simulators" || true
 
 echo "Left out:"
 sed 's/^/  /' "$work/reasons"

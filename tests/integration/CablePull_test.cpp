@@ -4,11 +4,11 @@
  */
 
 #include <functional>
-#include <iterator>
 #include <thread>
 
 #include "tests/integration/Machine.h"
 #include "tests/integration/Removals.h"
+#include "tests/integration/Resources.h"
 #include "tests/integration/SmallDescription.h"
 
 namespace integration {
@@ -27,13 +27,6 @@ std::int64_t Read(Vanto::IVantoDevice& device, const char* name) {
 void Write(Vanto::IVantoDevice& device, const char* name, std::int64_t value) {
     const GenApi::CIntegerPtr node = device.GetNodeMap()->GetNode(name);
     node->SetValue(value);
-}
-
-// Open files and threads of this process.
-std::size_t Resources() {
-    using std::filesystem::directory_iterator;
-    return static_cast<std::size_t>(std::distance(directory_iterator("/proc/self/fd"), directory_iterator()) +
-                                    std::distance(directory_iterator("/proc/self/task"), directory_iterator()));
 }
 
 class CablePull : public Machine {

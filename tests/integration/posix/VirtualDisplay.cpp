@@ -3,7 +3,7 @@
  * An X display without a screen, whose Shift key a test holds
  */
 
-#include "../VirtualDisplay.h"
+#include "VirtualDisplay.h"
 
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>

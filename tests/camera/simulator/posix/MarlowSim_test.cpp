@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "Host.h"
+#include "../Host.h"
 #include "gencp/Registers.h"
 
 namespace MarlowSimTest {

@@ -8,10 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <set>
 #include <stdexcept>
-#include <system_error>
 #include <thread>
 
 #include "Host.h"
@@ -72,7 +70,6 @@ TEST_F(SimulatorTest, AnswersOnTheLineThatItsLinkNames) {
     const Bytes model = host.Read(abrm::kModelName);
     EXPECT_STREQ(reinterpret_cast<const char*>(model.data()), "H4096");
     EXPECT_EQ(m_simulator.StatisticsOf("cam0").packetsIn, 1U);
-    EXPECT_TRUE(fs::is_symlink(m_folder.Path() / "links" / "cam0"));
 }
 
 TEST_F(SimulatorTest, PlaysManyCamerasAtOnce) {
@@ -249,7 +246,7 @@ TEST_F(SimulatorTest, UnpluggingHangsUpAndRemovesTheLink) {
     Host host(link);
     m_simulator.Unplug("cam0");
     EXPECT_TRUE(host.HasHungUp());
-    EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
+    EXPECT_FALSE(HostPort::IsThere(link));
     EXPECT_FALSE(m_simulator.IsPlugged("cam0"));
     m_simulator.Unplug("cam0");
 }
@@ -297,7 +294,7 @@ TEST_P(PulledCable, IsOutAfterExactlySoManyPackets) {
     }
     EXPECT_EQ(answers, packets / 2) << "each answer takes two packets";
     EXPECT_TRUE(host.WaitForHangUp());
-    EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
+    EXPECT_FALSE(HostPort::IsThere(link));
     EXPECT_EQ(m_simulator.StatisticsOf("cam0").WritesAt(registers::kGainRaw.address),
               static_cast<std::uint64_t>((packets + 1) / 2));
     m_simulator.Plug("cam0");
@@ -375,18 +372,6 @@ TEST_F(SimulatorTest, RefusesNamesThatDoNotWork) {
     EXPECT_THROW(m_simulator.Add("cam1", options), std::invalid_argument);
     EXPECT_THROW(m_simulator.Exchange("cam0", options), std::invalid_argument);
     EXPECT_EQ(m_simulator.Names(), std::vector<std::string>{"cam0"});
-}
-
-TEST_F(SimulatorTest, DoesNotReplaceAFileByALink) {
-    std::ofstream(m_folder.Path() / "links" / "cam0") << "mine";
-    EXPECT_THROW(m_simulator.Add("cam0"), std::system_error);
-    EXPECT_TRUE(fs::is_regular_file(m_folder.Path() / "links" / "cam0"));
-}
-
-TEST_F(SimulatorTest, ReplacesALinkThatWasLeftBehind) {
-    fs::create_symlink("/nowhere", m_folder.Path() / "links" / "cam0");
-    Host host(Add("cam0"));
-    EXPECT_EQ(host.Number(abrm::kGenCpVersion), 0x00010003U);
 }
 
 TEST_F(SimulatorTest, RegistersCanBeReachedPastTheLine) {

@@ -7,9 +7,11 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "HostPort.h"
 #include "gencp/Packet.h"
 #include "gencp/Registers.h"
 #include "gencp/StreamParser.h"
@@ -30,18 +32,15 @@ private:
 class Host {
 public:
     explicit Host(const std::filesystem::path& link, std::uint32_t bitsPerSecond = 9600);
-    ~Host();
-    Host(const Host&) = delete;
 
-    void SetBaudRate(std::uint32_t bitsPerSecond) const;
-    void SendBytes(gencp::ByteView bytes) const;
+    void SetBaudRate(std::uint32_t bitsPerSecond) const { m_port->SetBaudRate(bitsPerSecond); }
+    void SendBytes(gencp::ByteView bytes) const { m_port->SendBytes(bytes); }
     /// The next whole packet; nothing after the time or when the line hangs up.
     std::optional<gencp::Packet> Receive(std::chrono::milliseconds timeout = std::chrono::seconds(20));
     /// Bytes as they come, until there are so many or the time is over.
     gencp::Bytes ReceiveBytes(std::size_t count, std::chrono::milliseconds timeout);
-    bool HasHungUp() const;
-    /// Waits until the line hangs up; false when it does not.
-    bool WaitForHangUp() const;
+    bool HasHungUp() const { return m_port->HasHungUp(); }
+    bool WaitForHangUp() const { return m_port->WaitForHangUp(); }
 
     /// One command and its acknowledge, with the next request id.
     std::optional<gencp::Packet> Exchange(std::uint16_t command, gencp::ByteView scd,
@@ -53,9 +52,7 @@ public:
     std::uint16_t id = 0;
 
 private:
-    bool Fill(std::chrono::steady_clock::time_point deadline, gencp::Bytes& bytes) const;
-
-    int m_tty;
+    std::unique_ptr<HostPort> m_port;
     gencp::StreamParser m_parser;
 };
 

@@ -5,7 +5,7 @@
 
 #include "tests/integration/Machine.h"
 #include "tests/integration/SmallDescription.h"
-#include "tests/integration/VirtualDisplay.h"
+#include "tests/integration/posix/VirtualDisplay.h"
 
 namespace integration {
 namespace {
