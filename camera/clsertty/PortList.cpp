@@ -6,7 +6,9 @@
 #include "PortList.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <mutex>
+#include <new>
 #include <unordered_set>
 
 #include "SerialError.h"
@@ -19,8 +21,26 @@ namespace {
 
 using SharedList = std::shared_ptr<const PortList>;
 
-std::mutex g_mutex;
-SharedList g_latest;  // the process's last list, for threads that never counted the ports themselves
+/// The process's last list, for threads that never counted the ports themselves.
+struct LatestList {
+    std::mutex mutex;
+    SharedList ports;
+};
+
+/// Never destroyed: a thread may be in the library when the process ends.
+LatestList& Latest() {
+    alignas(LatestList) static std::byte place[sizeof(LatestList)];
+    static LatestList* const latest = ::new (static_cast<void*>(place)) LatestList;
+    return *latest;
+}
+
+/// Leaves nothing behind where the library is unloaded.
+const struct EmptyAtTheEnd {
+    ~EmptyAtTheEnd() {
+        const std::lock_guard lock(Latest().mutex);
+        Latest().ports.reset();
+    }
+} g_emptyAtTheEnd;
 
 // The calling thread's last list: another thread's count does not move its indices.
 SharedList& OwnList() {
@@ -93,8 +113,8 @@ PortList MergePorts(const std::vector<PortList>& sources) {
 std::size_t RefreshPorts() {
     SharedList ports = std::make_shared<const PortList>(FindPorts());
     OwnList() = ports;
-    const std::lock_guard lock(g_mutex);
-    g_latest = ports;
+    const std::lock_guard lock(Latest().mutex);
+    Latest().ports = ports;
     return ports->size();
 }
 
@@ -105,8 +125,8 @@ std::size_t RefreshPorts() {
 PortInfo PortAt(std::size_t index) {
     SharedList ports = OwnList();
     if (!ports) {
-        const std::lock_guard lock(g_mutex);
-        ports = g_latest;
+        const std::lock_guard lock(Latest().mutex);
+        ports = Latest().ports;
     }
     if (!ports) {
         RefreshPorts();
