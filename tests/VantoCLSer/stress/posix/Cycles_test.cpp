@@ -54,11 +54,10 @@ protected:
     void ForgetRecords() {
         m_log.Clear();
         scripted::DriverScript& driver = scripted::Driver();
-        const std::lock_guard driverLock(driver.mutex);
+        scripted::SerialScript& serial = scripted::Serial();
+        const std::scoped_lock lock(driver.mutex, serial.mutex);
         driver.calls.clear();
         driver.rates.clear();
-        scripted::SerialScript& serial = scripted::Serial();
-        const std::lock_guard serialLock(serial.mutex);
         serial.ports[0].output.clear();
         serial.ports[0].rates.clear();
     }
