@@ -8,6 +8,7 @@
 #include <future>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 
 #include "CLProtocol/Diagnostics.h"
 #include "VantoCLSer/VantoCLSerTL.h"
@@ -32,7 +33,12 @@ protected:
         scripted::Serial().SetPorts(2, {"Marlow#Heron#H2048#1", kCamera});
         WriteConfiguration(PortElement("Scripted#Port0") + PortElement("Scripted#Port1"));
     }
-    ~ForeignLibraries() override { CLProtocol::SetPatience({}); }
+    // Those that hung were released, and should not go on while the process ends.
+    ~ForeignLibraries() override {
+        while (CLProtocol::CountStuckThreads() != 0)
+            std::this_thread::yield();
+        CLProtocol::SetPatience({});
+    }
 
     std::vector<std::string> SerialNumbers() {
         DeviceInfoList list;
@@ -163,6 +169,7 @@ TEST_F(ForeignLibraries, MayHangInADriver) {
     });
     EXPECT_THAT(SerialNumbers(), ElementsAre("1234"));
     EXPECT_EQ(CountFormat("Seems there is no device connected to port '%s'. Skipping further probes."), 1u);
+    EXPECT_EQ(CLProtocol::CountStuckThreads(), 1u);
     release.set_value();
 }
 

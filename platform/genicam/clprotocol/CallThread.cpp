@@ -6,6 +6,7 @@
 #include "CallThread.h"
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <system_error>
@@ -24,6 +25,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+std::atomic<std::size_t> g_stuckThreads{0};
+
 }  // namespace
 
 struct CallThread::State {
@@ -33,6 +36,7 @@ struct CallThread::State {
     std::vector<std::shared_ptr<void>> left;  // what the worker gives up when it is free
     bool hasJob = false;                      // from the moment it is given until it is done
     bool isOver = false;
+    bool isStuck = false;  // was given up and has not come back; counts among the stuck threads
     std::exception_ptr error;
     ForeignActivity activity;
 };
@@ -70,6 +74,10 @@ void CallThread::Work(const std::shared_ptr<State>& state) {
     const ActivityWatch watch(state->activity);
     std::unique_lock lock(state->mutex);
     while (true) {
+        if (state->isStuck && !state->job && state->left.empty()) {
+            state->isStuck = false;
+            --g_stuckThreads;
+        }
         state->changed.wait(lock,
                             [&] { return state->isOver || !state->left.empty() || (state->hasJob && state->job); });
         if (!state->left.empty()) {
@@ -95,6 +103,10 @@ void CallThread::Work(const std::shared_ptr<State>& state) {
         state->hasJob = false;
         state->changed.notify_all();
     }
+}
+
+std::size_t CountStuckThreads() noexcept {
+    return g_stuckThreads;
 }
 
 /**
@@ -125,6 +137,8 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
     } while (m_state->hasJob && Clock::now() < end && m_state->activity.Progress() != progress);
     if (m_state->hasJob) {
         m_isStuck = true;
+        m_state->isStuck = true;
+        ++g_stuckThreads;
         KeepModuleLoaded();
         ThrowStuck();
     }

@@ -4,6 +4,7 @@
  */
 
 #include <future>
+#include <thread>
 
 #include "CLProtocol/Diagnostics.h"
 #include "VantoCLSer/LibraryLoader.h"
@@ -35,7 +36,13 @@ protected:
         CLProtocol::SetPatience({50, 1000});
         CLProtocol::CCLPort::GetPortIDs(found);
     }
-    ~HangingLibrary() override { CLProtocol::SetPatience({}); }
+    // What was given up goes on once the library is released, and should not do so while the process ends.
+    ~HangingLibrary() override {
+        m_hanging.Release();
+        while (CLProtocol::CountStuckThreads() != 0)
+            std::this_thread::yield();
+        CLProtocol::SetPatience({});
+    }
 
     bool Ends(const std::function<void()>& action) const {
         auto done = std::async(std::launch::async, action);

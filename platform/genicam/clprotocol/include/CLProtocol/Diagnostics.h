@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -45,5 +46,8 @@ struct Patience {
 /// Changes it for all ports. Thread-safe.
 CLPROTOCOL_API void SetPatience(const Patience& patience) noexcept;
 CLPROTOCOL_API Patience GetPatience() noexcept;
+/// Threads that were given up because a foreign library hangs, and that have not come back from it. When a process ends
+/// while there are some, the library's objects are destroyed under them.
+CLPROTOCOL_API std::size_t CountStuckThreads() noexcept;
 
 }  // namespace CLProtocol

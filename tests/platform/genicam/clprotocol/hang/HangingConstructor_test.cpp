@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <thread>
 
 #include "CLProtocol/CLPort.h"
 #include "CLProtocol/Diagnostics.h"
@@ -31,7 +32,13 @@ public:
         scripted::Driver();
         scripted::Serial().SetPorts(1, {"Marlow#Heron#H2048#1"});
     }
-    ~HangingConstructor() override { CLProtocol::SetPatience({}); }
+    // What was given up goes on once the library is released, and should not do so while the process ends.
+    ~HangingConstructor() override {
+        m_hanging.Release();
+        while (CLProtocol::CountStuckThreads() != 0)
+            std::this_thread::yield();
+        CLProtocol::SetPatience({});
+    }
 
 protected:
     // Whether an action ends by itself; the library is released where it does not.
