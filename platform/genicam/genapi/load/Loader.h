@@ -67,6 +67,7 @@ private:
     void Repair(std::size_t position);
     std::string_view TextOf(pugi::xml_node element);
     void Resolve(CNode& node, Property& property);
+    void MarkFeatures();
     void Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
     [[noreturn]] void Refuse(std::size_t position, const std::string& message);
     std::size_t PositionOf(pugi::xml_node element) const;

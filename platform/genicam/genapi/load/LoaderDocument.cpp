@@ -216,6 +216,27 @@ void Loader::Finish() {
                 Resolve(*node, first[i]);
         }
     }
+    MarkFeatures();
+}
+
+// Features are what categories lead to from the one that is named Root. Categories may lead in circles.
+void Loader::MarkFeatures() {
+    std::vector<CNode*> categories;
+    if (CNode* root = m_map.FindNode("Root"))
+        categories.push_back(root);
+    while (!categories.empty()) {
+        const CNode* category = categories.back();
+        categories.pop_back();
+        for (const Property& property : category->Properties()) {
+            if (property.tag != ETag::pFeature || property.node == kNoNode)
+                continue;
+            CNode* const feature = m_map.m_nodes[property.node];
+            if (feature->Is(kIsFeature))
+                continue;
+            feature->AddTraits(kIsFeature);
+            categories.push_back(feature);
+        }
+    }
 }
 
 void Loader::Resolve(CNode& node, Property& property) {
@@ -223,8 +244,6 @@ void Loader::Resolve(CNode& node, Property& property) {
     CNode* target = m_map.FindNode(name);
     if (target != nullptr) {
         property.node = target->Index();
-        if (property.tag == ETag::pFeature)
-            target->AddTraits(kIsFeature);
         return;
     }
     const std::string message =

@@ -47,7 +47,7 @@ enum ENodeFlag : std::uint32_t {
 /// What is known of a node once it is loaded and never changes: it may be asked without the lock.
 enum ENodeTrait : std::uint32_t {
     kReplaced = 1U << 0,        ///< another node of its name stands in its place
-    kIsFeature = 1U << 1,       ///< a category leads to it
+    kIsFeature = 1U << 1,       ///< categories lead to it from Root
     kUsesPolling = 1U << 2,     ///< it has a polling time
     kHasAccessRules = 1U << 3,  ///< it has rules about its access mode
     kIsRegister = 1U << 4,

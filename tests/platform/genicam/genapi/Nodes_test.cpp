@@ -433,12 +433,26 @@ TEST_F(CategoryNode, ListsWhatIsImplemented) {
     EXPECT_EQ(features[1]->ToString(), "Below");
     EXPECT_TRUE(Node("A")->IsFeature());
     EXPECT_FALSE(Node("F")->IsFeature());
+    EXPECT_FALSE(Node("Root")->IsFeature());
     Integer("F")->SetValue(1);
     Category("Root")->GetFeatures(features);
     EXPECT_EQ(features.size(), 3U);
     EXPECT_EQ(Warnings(wkDanglingReference), 1);
     EXPECT_EQ(Mode("Root"), RO);
     EXPECT_THROW(Category("Root")->FromString("x"), AccessException);
+}
+
+TEST_F(CategoryNode, MakesFeaturesOnlyBelowRoot) {
+    Load(
+        "<Category Name='Root'><pFeature>Sub</pFeature></Category>"
+        "<Category Name='Sub'><pFeature>Deep</pFeature><pFeature>Root</pFeature></Category>"
+        "<Category Name='Debug'><pFeature>Hidden</pFeature></Category>"
+        "<Integer Name='Deep'><Value>1</Value></Integer><Integer Name='Hidden'><Value>1</Value></Integer>");
+    EXPECT_TRUE(Node("Sub")->IsFeature());
+    EXPECT_TRUE(Node("Deep")->IsFeature());
+    EXPECT_TRUE(Node("Root")->IsFeature());
+    EXPECT_FALSE(Node("Debug")->IsFeature());
+    EXPECT_FALSE(Node("Hidden")->IsFeature());
 }
 
 TEST_F(CategoryNode, MayHaveRules) {

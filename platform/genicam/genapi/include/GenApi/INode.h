@@ -57,7 +57,7 @@ struct INode : virtual public IBase {
     virtual GenICam::gcstring GetDocuURL() const = 0;
     virtual bool IsDeprecated() const = 0;
     virtual EInterfaceType GetPrincipalInterfaceType() const = 0;
-    /// True when a category leads to the node.
+    /// True when categories lead to the node from the one that is named Root.
     virtual bool IsFeature() const = 0;
     virtual bool operator==(const INode& other) const { return this == &other; }
 
