@@ -129,10 +129,15 @@ public:
     // ITransportLayerPrivate
 
     std::uint32_t Release() override {
-        const std::uint32_t left = --m_references;
-        if (left == 0)
+        // Stops at 0: the destructor counts down, which would take it the whole range of the type.
+        std::uint32_t held = m_references;
+        do {
+            if (held == 0)
+                return 0;
+        } while (!m_references.compare_exchange_weak(held, held - 1));
+        if (held == 1)
             this->OnFinalRelease();
-        return left;
+        return held - 1;
     }
 
     IDeviceCreationHook* SetCreationHook(IDeviceCreationHook* hook) override { return m_creationHook.exchange(hook); }

@@ -476,6 +476,30 @@ TEST_F(Frame, IsToldOfItsLastReleaseOnce) {
     EXPECT_EQ(*m_tl.finalReleases, 1);
 }
 
+TEST_F(Frame, HasNoReferencesBelowNone) {
+    EXPECT_EQ(m_tl.Release(), 0u);
+    EXPECT_EQ(m_tl.Release(), 0u);
+    EXPECT_EQ(*m_tl.finalReleases, 1);
+    m_tl.CreateDevice(Found("1"));
+    EXPECT_EQ(m_tl.Release(), 0u);  // what the device holds
+}
+
+TEST_F(Frame, CountsReleasesOfManyThreads) {
+    constexpr int kReleases = 400;
+    for (int count = 0; count < kReleases / 2; ++count)
+        m_tl.CreateDevice(Found("1"));
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([this] {
+            for (int count = 0; count < kReleases / 4; ++count)
+                EXPECT_LE(m_tl.Release(), kReleases / 2U);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(*m_tl.finalReleases, 1);
+    EXPECT_EQ(m_tl.Release(), 0u);
+}
+
 TEST_F(Frame, PassesExceptionsOfItsHooksOn) {
     m_tl.onCreate = [](const CDeviceInfo&) -> IVantoDevice* { throw std::runtime_error("create"); };
     EXPECT_THROW(m_tl.CreateDevice(Found("1")), std::runtime_error);
