@@ -15,11 +15,11 @@ namespace {
 
 constexpr std::uint64_t kLargestSpan = std::numeric_limits<std::ptrdiff_t>::max();
 
-// How far into its data a frame may be read. The data size counts pixels, the gaps between lines come on top; but a
-// size that can't hold the pixels of all lines is taken as the end of the memory.
+// How far into its data a frame of one line or more may be read. The data size counts pixels, the gaps between lines
+// come on top; but a size that ends before the last line begins is taken as the end of the memory.
 std::uint64_t SourceSpan(const FgFrame& frame) noexcept {
-    const auto lines = static_cast<std::uint64_t>(frame.lineCount);
-    return lines > frame.dataSize / frame.lineLength ? frame.dataSize : kLargestSpan;
+    const auto linesBeforeLast = static_cast<std::uint64_t>(frame.lineCount) - 1;
+    return linesBeforeLast > (frame.dataSize - 1) / frame.lineLength ? frame.dataSize : kLargestSpan;
 }
 
 void CopyLines(const FgFrame& frame, std::uint8_t* to, std::uint64_t remaining) noexcept {

@@ -77,6 +77,29 @@ TEST(FrameCopy, CutsAPitchedFrameBetweenLines) {
     EXPECT_EQ(Copied(FrameOf(data, 4, 6, 3, 12), 4, 4), (Bytes{1, 2, 3, 4}));
 }
 
+TEST(FrameCopy, EndsWithinTheLastLine) {
+    const Bytes data = Counting(14);  // two lines with their gaps, and half of the third
+    EXPECT_EQ(Copied(FrameOf(data, 4, 6, 3, 10), 12, 10), (Bytes{1, 2, 3, 4, 7, 8, 9, 10, 13, 14, 0xEE, 0xEE}));
+}
+
+TEST(FrameCopy, SurvivesAHugeSize) {
+    const Bytes data = Counting(10);
+    const std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_EQ(Copied(FrameOf(data, 4, 4, 2, huge), 5, 5), (Bytes{1, 2, 3, 4, 5}));
+    EXPECT_EQ(Copied(FrameOf(data, 4, 6, 2, huge), 7, 7), (Bytes{1, 2, 3, 4, 7, 8, 9}));
+}
+
+TEST(FrameCopy, CopiesOneLineOfAnyPitch) {
+    const Bytes data = Counting(4);
+    for (const std::uint64_t pitch : {0U, 1U, 5U})
+        EXPECT_EQ(Copied(FrameOf(data, 4, pitch, 1, 4), 4, 4), data) << pitch;
+}
+
+TEST(FrameCopy, CopiesALineWithoutPitchAgainAndAgain) {
+    const Bytes data = Counting(2);
+    EXPECT_EQ(Copied(FrameOf(data, 2, 0, 3, 6), 6, 6), (Bytes{1, 2, 1, 2, 1, 2}));
+}
+
 TEST(FrameCopy, EndsWithTheLastLine) {
     const Bytes data = Counting(10);
     EXPECT_EQ(Copied(FrameOf(data, 4, 6, 2, 100), 12, 12), (Bytes{1, 2, 3, 4, 7, 8, 9, 10, 0xEE, 0xEE, 0xEE, 0xEE}));
