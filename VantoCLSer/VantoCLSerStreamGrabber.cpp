@@ -339,6 +339,10 @@ void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
     } catch (const GenericException& error) {
         LogTrace(StreamLog(), tracelog::kWarning,
                  "Exception while calling CancelGrab from FinishGrab will be ignored (%s).", error.GetDescription());
+    } catch (...) {
+        const Lock lock(m_lock);
+        --m_finishing;
+        throw;
     }
 }
 

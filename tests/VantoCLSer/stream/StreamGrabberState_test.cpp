@@ -3,6 +3,8 @@
  * The states of a stream grabber
  */
 
+#include <stdexcept>
+
 #include "StreamTest.h"
 
 namespace {
@@ -238,6 +240,52 @@ TEST_F(StreamGrabberState, FinishIgnoresAFailingCancel) {
     m_plugin->onStop = nullptr;
     EXPECT_TRUE(m_grabber->IsOpen());  // the state is 1 all the same
     EXPECT_EQ(m_device.Value("TLParamsLocked"), 0);
+}
+
+/// A stream grabber whose CancelGrab does what a test wants.
+class CancellingGrabber : public CVantoCLSerStreamGrabber {
+public:
+    using CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber;
+    void CancelGrab() override { onCancel(); }
+    std::function<void()> onCancel;
+};
+
+class FinishingByCancel : public StreamGrabberState {
+protected:
+    FinishingByCancel() {
+        m_grabber->Close();
+        m_log->Clear();
+        m_cancelling->Initialize();
+        m_cancelling->Open();
+        m_cancelling->PrepareGrab();
+    }
+    std::unique_ptr<CancellingGrabber> m_cancelling = std::make_unique<CancellingGrabber>("Sapera", m_device.Get());
+};
+
+TEST_F(FinishingByCancel, CallsTheVirtualOperationOnce) {
+    int calls = 0;
+    m_cancelling->onCancel = [&] { ++calls; };
+    m_cancelling->FinishGrab();
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(CountLevel(*m_log, tracelog::kWarning), 0U);
+}
+
+TEST_F(FinishingByCancel, IgnoresAnyGenICamException) {
+    m_cancelling->onCancel = [] { throw RUNTIME_EXCEPTION("of %s board"); };
+    m_cancelling->FinishGrab();
+    EXPECT_THAT(TextsOf(tracelog::kWarning),
+                ElementsAre("Exception while calling CancelGrab from FinishGrab will be ignored (of %s board)."));
+    m_cancelling->PrepareGrab();  // the state is 1
+}
+
+TEST_F(FinishingByCancel, StaysPreparedAfterAnotherException) {
+    m_cancelling->onCancel = [] { throw std::runtime_error("of another kind"); };
+    EXPECT_THROW(m_cancelling->FinishGrab(), std::runtime_error);
+    char buffer = 0;
+    m_cancelling->QueueBuffer(m_cancelling->RegisterBuffer(&buffer, 1), nullptr);
+    m_cancelling->onCancel = [] {};
+    m_cancelling->FinishGrab();
+    m_cancelling->PrepareGrab();
 }
 
 TEST_F(StreamGrabberState, NobodyStartsThePluginAgainWhileTheGrabIsFinished) {
