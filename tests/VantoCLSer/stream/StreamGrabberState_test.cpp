@@ -3,6 +3,7 @@
  * The states of a stream grabber
  */
 
+#include <future>
 #include <stdexcept>
 
 #include "StreamTest.h"
@@ -45,6 +46,19 @@ TEST_F(StreamGrabberState, OpensOnce) {
     EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->Open(); }), "Invalid stream grabber state (1) in Open");
     m_grabber->PrepareGrab();
     EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->Open(); }), "Invalid stream grabber state (2) in Open");
+}
+
+TEST_F(StreamGrabberState, LooksAtItsStateBeforeItOpens) {
+    m_device.Close();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->Open(); }), "Invalid stream grabber state (1) in Open");
+    EXPECT_EQ(m_log->CountText("Opening StreamGrabber"), 0U);
+}
+
+TEST_F(StreamGrabberState, SaysThatItOpensBeforeItFails) {
+    Close();
+    m_device.Close();
+    EXPECT_THROW(m_grabber->Open(), RuntimeException);
+    EXPECT_THAT(TextsOf(tracelog::kDebug), ElementsAre("Closing StreamGrabber", "Opening StreamGrabber"));
 }
 
 TEST_F(StreamGrabberState, DoesNotOpenOnAClosedDevice) {
@@ -94,6 +108,35 @@ TEST_F(StreamGrabberState, TheFirstQueuedBufferStartsThePlugin) {
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
     EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab ");
+}
+
+TEST_F(StreamGrabberState, ThePluginIsStartedUnderTheLock) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->PrepareGrab();
+    struct Context {
+        CVantoCLSerStreamGrabber* grabber;
+        std::future<bool> isOpen;
+    } context{m_grabber.get(), {}};
+    m_plugin->hookContext = &context;
+    m_plugin->onStart = [](void* pointer) {
+        auto& self = *static_cast<Context*>(pointer);
+        self.isOpen = std::async(std::launch::async, [&self] { return self.grabber->IsOpen(); });
+        EXPECT_EQ(self.isOpen.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    };
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_TRUE(context.isOpen.get());
+}
+
+TEST_F(StreamGrabberState, ThePluginMayDeliverWhileItStarts) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->PrepareGrab();
+    m_plugin->hookContext = this;
+    m_plugin->onStart = [](void* pointer) {
+        auto& self = *static_cast<StreamGrabberState*>(pointer);
+        self.m_plugin.Deliver(self.Frame(3));
+    };
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_EQ(Retrieve().frameTag, 3U);
 }
 
 TEST_F(StreamGrabberState, FinishingStopsThePluginTwice) {
@@ -195,6 +238,26 @@ TEST_F(StreamGrabberState, ClosingWarnsOfUnretrievedResults) {
                             "Still 2 bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this "
                             "message."));
     EXPECT_FALSE(IsSignalled());
+}
+
+TEST_F(StreamGrabberState, ClosingForgetsUnretrievedResults) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_plugin.Deliver(Frame());
+    Close();
+    m_grabber->Open();
+    GrabResult result;
+    EXPECT_FALSE(m_grabber->RetrieveResult(result));
+}
+
+TEST_F(StreamGrabberState, APluginThatAClosingLeftRunningIsNotStartedAgain) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    Close();
+    m_grabber->Open();
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab ");  // it still runs
 }
 
 TEST_F(StreamGrabberState, ClosingWithEmptyBuffersHidesTheFilledOnes) {
