@@ -79,6 +79,14 @@ TEST_F(StreamBuffersTest, QueuedBuffersCannotBeDeregistered) {
     EXPECT_EQ(m_grabber->DeregisterBuffer(handle), BufferOf(handle).data());
 }
 
+TEST_F(StreamBuffersTest, ABufferInBothQueuesCountsAsWaitingToBeFilled) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddFilled();
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->DeregisterBuffer(handle); }),
+              fmt::format("Buffer h={:#x} waiting to be filled and cannot be deregistred now.", handle));
+}
+
 TEST_F(StreamBuffersTest, CancellingMovesTheHandlesInTheirOrder) {
     m_grabber->PrepareGrab();
     const StreamBufferHandle handles[] = {AddBuffer(), AddBuffer(), AddBuffer()};
@@ -148,6 +156,27 @@ TEST_F(StreamBuffersTest, CancellingAfterACloseGivesBackUnknownHandles) {
     EXPECT_FALSE(m_grabber->RetrieveResult(result));
 }
 
+TEST_F(StreamBuffersTest, AnUnknownHandleLeavesStateAndWaitObject) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->Close();
+    m_grabber->Open();
+    m_grabber->PrepareGrab();
+    m_grabber->FinishGrab();
+    GrabResult result;
+    result.width = 77;
+    EXPECT_THROW(m_grabber->RetrieveResult(result), RuntimeException);
+    EXPECT_EQ(result.width, 77);
+    EXPECT_TRUE(IsSignalled());
+    m_grabber->PrepareGrab();  // the state is 1
+}
+
+TEST_F(StreamBuffersTest, RetrievingNothingLeavesTheState) {
+    GrabResult result;
+    EXPECT_FALSE(m_grabber->RetrieveResult(result));
+    m_grabber->PrepareGrab();  // the state is 1
+}
+
 TEST_F(StreamBuffersTest, RetrievingNothingLeavesTheResult) {
     GrabResult result;
     result.width = 77;
@@ -172,6 +201,29 @@ TEST_F(StreamBuffersTest, TheWaitObjectIsSignalledWhileThereAreResults) {
     EXPECT_TRUE(IsSignalled());
     Retrieve();
     EXPECT_FALSE(IsSignalled());
+}
+
+TEST_F(StreamBuffersTest, ARecordShowsThatItsBufferWasQueuedAgain) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddFilled();
+    m_grabber->QueueBuffer(handle, &handle);
+    const GrabResult result = Retrieve();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.context, &handle);
+    EXPECT_EQ(result.payloadSize, 32U);
+}
+
+TEST_F(StreamBuffersTest, ARecordIsNotResetByItsRetrieval) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->QueueBuffer(handle, &handle);
+    m_plugin.Deliver(Frame(1));
+    EXPECT_EQ(Retrieve().frameTag, 1U);
+    m_grabber->CancelGrab();
+    const GrabResult result = Retrieve();
+    EXPECT_EQ(result.status, Canceled);
+    EXPECT_EQ(result.frameTag, 1U);
 }
 
 TEST_F(StreamBuffersTest, ABufferQueuedTwiceIsFilledTwice) {
