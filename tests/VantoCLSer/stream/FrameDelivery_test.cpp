@@ -80,6 +80,50 @@ TEST_F(FrameDelivery, CutsAFrameThatIsTooLarge) {
     EXPECT_EQ(BufferOf(result.handle), std::vector<std::uint8_t>(m_frameData.begin(), m_frameData.begin() + 20));
 }
 
+TEST_F(FrameDelivery, ABufferWithoutSizeStaysUntouched) {
+    std::uint8_t byte = 0xEE;
+    m_grabber->QueueBuffer(m_grabber->RegisterBuffer(&byte, 0), nullptr);
+    m_plugin.Deliver(Frame());
+    const GrabResult result = Retrieve();
+    EXPECT_EQ(result.status, Grabbed);
+    EXPECT_EQ(result.payloadSize, 0U);
+    EXPECT_EQ(byte, 0xEE);
+}
+
+TEST_F(FrameDelivery, AWidthIsPassedOnBitByBit) {
+    PlainFrame frame = Frame();
+    frame.width = 0x80000001;
+    EXPECT_EQ(Grab(frame).width, -0x7FFFFFFF);
+}
+
+TEST_F(FrameDelivery, EndsAPitchedFrameWithinItsLastLine) {
+    PlainFrame frame = Frame();
+    frame.linePitch = 8;
+    frame.lineLength = 6;
+    frame.dataSize = 20;
+    const GrabResult result = Grab(frame);
+    EXPECT_EQ(result.payloadSize, 20U);
+    EXPECT_EQ(BufferOf(result.handle)[19], 25);
+    EXPECT_EQ(BufferOf(result.handle)[20], 0xEE);
+}
+
+TEST_F(FrameDelivery, AFailureKeepsNothingOfTheFrameBefore) {
+    const StreamBufferHandle handle = Grab(Frame(7)).handle;
+    m_device.Set("OffsetY", 0x80000000);
+    m_grabber->QueueBuffer(handle, &handle);
+    m_plugin.Deliver(Frame(8));
+    const GrabResult result = Retrieve();
+    EXPECT_EQ(result.status, GrabFailed);
+    EXPECT_EQ(result.context, &handle);
+    EXPECT_EQ(result.buffer, BufferOf(handle).data());
+    EXPECT_EQ(result.frameTag, 0U);
+    EXPECT_EQ(result.kind, -1);
+    EXPECT_EQ(result.height, -1);
+    EXPECT_EQ(result.reservedX, -1);
+    EXPECT_EQ(result.reservedY, -1);
+    EXPECT_EQ(result.payloadSize, ~std::uint64_t{0});
+}
+
 TEST_F(FrameDelivery, LeavesGapsBetweenLinesOut) {
     PlainFrame frame = Frame();
     frame.linePitch = 8;
@@ -367,6 +411,23 @@ TEST_F(FrameDeliveryOfRegisterCamera, HoldsNobodyUp) {
     LetGoOn();
     delivery.join();
     EXPECT_EQ(Retrieve().status, Grabbed);
+}
+
+TEST_F(FrameDeliveryOfRegisterCamera, GoesOnWhenTheGrabIsCancelled) {
+    const StreamBufferHandle first = AddBuffer();
+    const StreamBufferHandle second = AddBuffer();
+    m_grabber->QueueBuffer(first, nullptr);
+    m_grabber->QueueBuffer(second, nullptr);
+    std::thread delivery = DeliverHeldUp();
+    m_grabber->CancelGrab();
+    LetGoOn();
+    delivery.join();
+    const GrabResult cancelled = Retrieve();
+    EXPECT_EQ(cancelled.handle, second);
+    EXPECT_EQ(cancelled.status, Canceled);
+    const GrabResult grabbed = Retrieve();
+    EXPECT_EQ(grabbed.handle, first);
+    EXPECT_EQ(grabbed.status, Grabbed);
 }
 
 TEST_F(FrameDeliveryOfRegisterCamera, EndsBeforeAClose) {
