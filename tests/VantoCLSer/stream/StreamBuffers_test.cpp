@@ -90,11 +90,11 @@ TEST_F(StreamBuffersTest, ABufferInBothQueuesCountsAsWaitingToBeFilled) {
 TEST_F(StreamBuffersTest, CancellingMovesTheHandlesInTheirOrder) {
     m_grabber->PrepareGrab();
     const StreamBufferHandle handles[] = {AddBuffer(), AddBuffer(), AddBuffer()};
-    for (const std::size_t index : {2, 0, 1})
+    for (const std::size_t index : {2U, 0U, 1U})
         m_grabber->QueueBuffer(handles[index], &handles[index]);
     m_grabber->CancelGrab();
     EXPECT_TRUE(IsSignalled());
-    for (const std::size_t index : {2, 0, 1}) {
+    for (const std::size_t index : {2U, 0U, 1U}) {
         const GrabResult result = Retrieve();
         EXPECT_EQ(result.handle, handles[index]);
         EXPECT_EQ(result.context, &handles[index]);
