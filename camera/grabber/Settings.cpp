@@ -13,6 +13,7 @@ namespace grabber {
 namespace {
 
 constexpr std::uint32_t kLargestPitch = 1 << 20;
+constexpr double kSmallestFrameRate = 1e-6;  // a frame's time has to fit into the clock's numbers
 constexpr double kLargestFrameRate = 1e6;
 
 [[noreturn]] void Refuse(std::string_view key, std::string_view value) {
@@ -65,6 +66,8 @@ constexpr Parameter kParameters[] = {
     {"FrameRate",
      [](Settings& settings, std::string_view key, std::string_view value) {
          settings.frameRate = ReadNumber<double>(key, value, 0, kLargestFrameRate);
+         if (settings.frameRate != 0 && settings.frameRate < kSmallestFrameRate)
+             Refuse(key, value);
      }},
     {"Pitch", [](Settings& settings, std::string_view key,
                  std::string_view value) { settings.pitch = ReadNumber<std::uint32_t>(key, value, 1, kLargestPitch); }},

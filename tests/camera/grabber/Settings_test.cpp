@@ -68,8 +68,8 @@ TEST(Settings, RefuseUnknownParameters) {
 TEST(Settings, RefuseInvalidValues) {
     EXPECT_EQ(RefusalOf("S;Pitch=0"), "Invalid value '0' of the simulated grabber's parameter 'Pitch'.");
     for (const char* bad : {"Pitch=-1", "Pitch=", "Pitch=8x", "Pitch=99999999999", "FrameRate=-1", "FrameRate=nan",
-                            "FrameRate=1e9", "Pattern=Blue", "Trigger=on", "PoCL=", "FirstTag=4294967296",
-                            "DropEvery=x", "Frames=-3", "PixelClock=18446744073709551616"})
+                            "FrameRate=1e9", "FrameRate=1e-300", "Pattern=Blue", "Trigger=on", "PoCL=",
+                            "FirstTag=4294967296", "DropEvery=x", "Frames=-3", "PixelClock=18446744073709551616"})
         EXPECT_NE(RefusalOf(std::string("S;") + bad), "") << bad;
 }
 
