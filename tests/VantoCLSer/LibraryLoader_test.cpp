@@ -59,6 +59,20 @@ TEST_F(LibraryLoader, ReplacesTheLibraryItHolds) {
     EXPECT_EQ(m_loader.GetLibrary().Path(), second);
 }
 
+TEST_F(LibraryLoader, UnloadsTheLibraryThatItReplaces) {
+    ASSERT_TRUE(m_loader.Load(Copy(scripted::LibraryName("first"))));
+    const void* const code = m_loader.GetLibrary().FindSymbol("clpProbeDevice");
+    ASSERT_NE(os::PathOfCode(code), "");
+    EXPECT_TRUE(m_loader.Load(Copy(scripted::LibraryName("second"))));
+    EXPECT_EQ(os::PathOfCode(code), "");
+}
+
+TEST_F(LibraryLoader, TakesBlanksAsTheyAre) {
+    const scripted::ScopedVariable variable("VANTO_TEST_NAME", "with a blank");
+    Copy(scripted::LibraryName("with a blank"));
+    EXPECT_TRUE(m_loader.Load(m_folder / scripted::LibraryName("$(VANTO_TEST_NAME)")));
+}
+
 TEST_F(LibraryLoader, KeepsTheLibraryItHoldsWhenAnotherFails) {
     const std::string first = Copy(scripted::LibraryName("first"));
     m_folder.Write("text", "no library");
