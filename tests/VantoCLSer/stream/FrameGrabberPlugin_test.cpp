@@ -57,7 +57,9 @@ TEST_F(FrameGrabberPlugin, NeedsADevice) {
 
 TEST_F(FrameGrabberPlugin, NeedsParametersBeforeAnythingElse) {
     const std::string text = "Skipping loading of plug-in DLL since there are no device specific parameters!";
-    EXPECT_EQ(FailureOf(""), text);
+    CVantoCLSerStreamGrabber grabber("", m_device.Get());
+    EXPECT_EQ(MessageOf<RuntimeException>([&] { grabber.Initialize(); }), text);
+    EXPECT_EQ(grabber.GetNodeMap(), nullptr);
     ASSERT_EQ(m_log.GetMessages().size(), 1U);
     EXPECT_TRUE(HasText(tracelog::kInfo, text));
 }
