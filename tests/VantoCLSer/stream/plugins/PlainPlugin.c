@@ -118,7 +118,21 @@ struct Grabber* CreateFrameGrabberObject(const char* parameters) {
 }
 #endif
 
-#ifndef LACKS_DESTROY
+#ifdef HIDES_DESTROY
+typedef void DestroyFunction(struct Grabber* grabber);
+
+static void Destroy(struct Grabber* grabber) {
+    (void)grabber;
+    Note("Destroy");
+}
+
+/* Called whenever the function is looked up. */
+static DestroyFunction* FindDestroy(void) {
+    return script.hidesDestroy ? NULL : &Destroy;
+}
+
+void DestroyFrameGrabberObject(struct Grabber* grabber) __attribute__((ifunc("FindDestroy")));
+#elif !defined(LACKS_DESTROY)
 void DestroyFrameGrabberObject(struct Grabber* grabber) {
     Note(grabber == &object ? "Destroy" : "DestroySomethingElse");
 }

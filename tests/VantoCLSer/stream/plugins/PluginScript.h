@@ -51,6 +51,7 @@ struct PluginScript {
     bool initResult;
     bool startResult;
     bool stopResult;
+    bool hidesDestroy; /* where the plug-in can: the function is not found any more */
     const char* errorText;
     uint32_t claimedLength; /* of the text, if it is not 0 */
     uint32_t textSizes[2];  /* the sizes that the text was asked with */
