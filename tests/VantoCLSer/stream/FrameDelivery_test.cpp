@@ -56,6 +56,16 @@ TEST_F(FrameDelivery, FillsBufferAndResult) {
     EXPECT_TRUE(result.errorDescription.empty());
 }
 
+TEST_F(FrameDelivery, ReadsNothingElseOfAFrame) {
+    PlainFrame frame = Frame(3);
+    frame.notRead1[0] = frame.notRead1[1] = frame.notRead2 = ~std::uint64_t{0};
+    const GrabResult result = Grab(frame);
+    EXPECT_EQ(result.status, Grabbed);
+    EXPECT_EQ(result.payloadSize, 32U);
+    EXPECT_EQ(result.frameTag, 3U);
+    EXPECT_EQ(BufferOf(result.handle), m_frameData);
+}
+
 TEST_F(FrameDelivery, GoesInTheOrderOfTheQueue) {
     const StreamBufferHandle first = AddBuffer();
     const StreamBufferHandle second = AddBuffer();
