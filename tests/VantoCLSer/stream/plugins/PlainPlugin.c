@@ -126,8 +126,8 @@ static void Destroy(struct Grabber* grabber) {
     Note("Destroy");
 }
 
-/* Called whenever the function is looked up. */
-static DestroyFunction* FindDestroy(void) {
+/* Called whenever the function is looked up, which clang does not see. */
+__attribute__((used)) static DestroyFunction* FindDestroy(void) {
     return script.hidesDestroy ? NULL : &Destroy;
 }
 
