@@ -283,6 +283,19 @@ TEST_F(FrameDelivery, DoesNotAllocate) {
     EXPECT_EQ(allocations, 0U);
 }
 
+TEST_F(FrameDelivery, FindsRoomForItsResult) {
+    Grab(Frame());  // fills the nodes' caches
+    constexpr int kBuffers = 100;
+    for (int count = 0; count < kBuffers; ++count)
+        m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    const PlainFrame frame = Frame();
+    m_log.reset();
+    const std::size_t before = AllocationsOfThisThread();
+    for (int count = 0; count < kBuffers; ++count)
+        m_plugin.Deliver(frame);
+    EXPECT_EQ(AllocationsOfThisThread(), before);
+}
+
 // Neither the heap nor a thread's stack could hold the frame on its way: the only copy is the one into the buffer.
 TEST_F(FrameDelivery, NeedsNoMemoryForAFrame) {
     constexpr std::size_t kSize = std::size_t{64} << 20;
@@ -479,6 +492,16 @@ TEST_F(FrameDeliveryOfRegisterCamera, OutlivesTheRecordOfItsBuffer) {
     delivery.join();
     GrabResult result;
     EXPECT_THROW(m_grabber->RetrieveResult(result), GenICam::RuntimeException);
+}
+
+TEST_F(FrameDeliveryOfRegisterCamera, LeavesADeregisteredBufferAsItIs) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    std::thread delivery = DeliverHeldUp();
+    m_grabber->DeregisterBuffer(handle);
+    LetGoOn();
+    delivery.join();
+    EXPECT_EQ(BufferOf(handle), std::vector<std::uint8_t>(32, 0xEE));
 }
 
 // Who learns from a node of the camera that the camera is gone has the lock of its node map, for which the frame waits.
