@@ -17,8 +17,9 @@ namespace Vanto {
 /// time.
 class CLibraryLoader {
 public:
-    /// Time after which a loading that does not end counts as failed.
-    static constexpr std::chrono::milliseconds kPatience{2000};
+    /// Time after which a loading that does not end counts as failed. The libraries of a frame grabber may come from a
+    /// slow disk.
+    static constexpr std::chrono::milliseconds kPatience{10000};
 
     explicit CLibraryLoader(std::chrono::milliseconds patience = kPatience) : m_patience(patience) {}
     ~CLibraryLoader();
