@@ -409,9 +409,12 @@ void CVantoCLSerStreamGrabber::Deliver(const FgFrame& frame) {
     const CStreamBuffers::BufferPtr buffer = TakeEmptyBuffer(handle);
     if (!buffer)
         return;
-    const std::lock_guard filling(buffer->filling);
     GrabResult filled;
-    Fill(filled, frame, *buffer);
+    const bool isComplete = ReadFrameData(filled, frame, *buffer);
+    // Only now: reading from the camera may call the application, which may wait for another delivery.
+    const std::lock_guard filling(buffer->filling);
+    if (isComplete)
+        Fill(filled, frame, *buffer);
     PutFilledBuffer(handle, *buffer, std::move(filled));
 }
 
@@ -434,17 +437,21 @@ CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBuffer
     return buffer;
 }
 
+bool CVantoCLSerStreamGrabber::ReadFrameData(GrabResult& result, const FgFrame& frame,
+                                             const StreamBuffer& buffer) const {
+    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
+    if (hasData && ReadResultData(result, buffer))
+        return true;
+    result.status = GrabFailed;
+    result.errorCode = kUnreadableResult;
+    result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
+                                      : "The frame grabber plug-in delivered a frame without data.";
+    return false;
+}
+
 // Reading from the camera takes its time, and who is told there that it is gone may close the stream grabber: then the
 // buffer's memory is not touched. A copy that has begun is waited for by Close.
-void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const {
-    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
-    if (!hasData || !ReadResultData(result, buffer)) {
-        result.status = GrabFailed;
-        result.errorCode = kUnreadableResult;
-        result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
-                                          : "The frame grabber plug-in delivered a frame without data.";
-        return;
-    }
+void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) {
     if (buffer.isForgotten)
         return;
     result.payloadSize = CopyFrame(frame, buffer.result.buffer, buffer.size);

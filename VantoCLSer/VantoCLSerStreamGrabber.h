@@ -88,7 +88,8 @@ private:
     Lock LockForRegisters();
     void Deliver(const FgFrame& frame);
     CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
-    void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
+    bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
+    static void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
     bool ReadResultData(GrabResult& result, const StreamBuffer& buffer) const;
     void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 

@@ -504,6 +504,20 @@ TEST_F(FrameDeliveryOfRegisterCamera, LeavesADeregisteredBufferAsItIs) {
     EXPECT_EQ(BufferOf(handle), std::vector<std::uint8_t>(32, 0xEE));
 }
 
+// A plug-in should not deliver within an operation or a watching function; one that does may not hang.
+TEST_F(FrameDeliveryOfRegisterCamera, MayComeWithinAnotherIntoTheSameBuffer) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_device.Memory().onRead = [&] {
+        m_device.Memory().onRead = nullptr;
+        m_plugin.Deliver(Frame(2));
+    };
+    m_plugin.Deliver(Frame(1));
+    EXPECT_EQ(Retrieve().handle, handle);
+    EXPECT_EQ(Retrieve().frameTag, 1U);  // the one that ended last
+}
+
 // Who learns from a node of the camera that the camera is gone has the lock of its node map, for which the frame waits.
 TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithTheCamerasLockHeld) {
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
@@ -519,6 +533,24 @@ TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithTheCamerasLockHeld) {
     const GrabResult result = Retrieve();
     EXPECT_EQ(result.status, GrabFailed);
     EXPECT_EQ(result.errorDescription, "Failed to retrieve result specific data from device nodemap.");
+}
+
+// As above, on a thread that delivers itself, while another one wants to fill the same buffer.
+TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithinADeliveryIntoTheSameBuffer) {
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->QueueBuffer(handle, nullptr);
+    std::thread delivery;
+    m_plugin->hookContext = &delivery;
+    m_plugin->onStop = [](void* thread) { static_cast<std::thread*>(thread)->join(); };
+    m_device.Memory().onRead = [&] {
+        m_device.Memory().onRead = nullptr;
+        delivery = std::thread([this] { m_plugin.Deliver(Frame(2)); });
+        m_grabber->CancelGrab();
+    };
+    m_plugin.Deliver(Frame(1));
+    EXPECT_EQ(Retrieve().handle, handle);
+    EXPECT_EQ(Retrieve().frameTag, 1U);
 }
 
 TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToACloseWithTheCamerasLockHeld) {
