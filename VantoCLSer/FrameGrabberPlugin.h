@@ -20,7 +20,6 @@ public:
     void Init(FgCallee* callee);
     void Release() noexcept;
 
-    bool HasGrabber() const noexcept { return m_grabber != nullptr; }
     void StartGrab();
     void StopGrab() noexcept;
     bool GetValue(std::uint32_t parameter, std::uint64_t& value) noexcept;
