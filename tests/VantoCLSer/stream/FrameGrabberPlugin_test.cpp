@@ -110,6 +110,12 @@ TEST_F(FrameGrabberPlugin, MustBeALibrary) {
     EXPECT_EQ(FailureOf("Sapera"), "Could not load FrameGrabber plug-in DLL.");
 }
 
+TEST_F(FrameGrabberPlugin, MayTakeItsTimeToLoad) {
+    UseTree(TreeOf("slow"));
+    EXPECT_EQ(FailureOf("Sapera"),
+              "Could not create Framegrabber object using FGPlugin DLL and parameterstring 'Sapera'.");
+}
+
 TEST_F(FrameGrabberPlugin, PathOfTwoHundredAndSixtyCharactersIsTooLong) {
     const std::string rest = "/" VANTO_DIR_PLUGINS "/SaperaFgPlugin_MD_VC100.dll";
     const scripted::TemporaryFolder folder;
