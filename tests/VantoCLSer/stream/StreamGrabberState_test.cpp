@@ -86,6 +86,24 @@ TEST_F(StreamGrabberState, ClosedRefusesEverythingButOpenAndClose) {
         EXPECT_EQ(MessageOf<LogicalErrorException>(operation), StateError(0, name));
 }
 
+TEST_F(StreamGrabberState, RefusalsAreNotLogged) {
+    m_log->Clear();
+    EXPECT_THROW(m_grabber->Open(), LogicalErrorException);
+    EXPECT_THROW(m_grabber->FinishGrab(), LogicalErrorException);
+    EXPECT_THROW(m_grabber->DeregisterBuffer(1), RuntimeException);
+    EXPECT_THROW(m_grabber->RegisterBuffer(nullptr, 1), RuntimeException);
+    EXPECT_TRUE(m_log->GetMessages().empty());
+}
+
+TEST_F(StreamGrabberState, RefusalsLeaveTheState) {
+    EXPECT_THROW(m_grabber->FinishGrab(), LogicalErrorException);
+    EXPECT_THROW(m_grabber->CancelGrab(), LogicalErrorException);
+    EXPECT_STREQ(m_plugin->calls, "Create Init ");  // not stopped
+    m_grabber->PrepareGrab();
+    EXPECT_THROW(m_grabber->PrepareGrab(), LogicalErrorException);
+    m_grabber->CancelGrab();
+}
+
 TEST_F(StreamGrabberState, OpenRefusesWhatNeedsAGrab) {
     EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->FinishGrab(); }), StateError(1, "FinishGrab"));
     EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->QueueBuffer(1, nullptr); }),
@@ -174,6 +192,49 @@ TEST_F(StreamGrabberState, DrainingAfterFinishMakesItPreparedAgain) {
     EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->PrepareGrab(); }), StateError(2, "PrepareGrab"));
 }
 
+TEST_F(StreamGrabberState, DrainingAfterFinishLetsTheNextBufferStartThePlugin) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->FinishGrab();
+    Retrieve();
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StopGrab StopGrab StartGrab ");
+}
+
+TEST_F(StreamGrabberState, FinishingLeavesResultsBeforeCancelledBuffers) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle filled = AddBuffer();
+    m_grabber->QueueBuffer(filled, nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_plugin.Deliver(Frame());
+    m_grabber->FinishGrab();
+    const GrabResult first = Retrieve();
+    EXPECT_EQ(first.handle, filled);
+    EXPECT_EQ(first.status, Grabbed);
+    EXPECT_EQ(Retrieve().status, Canceled);
+}
+
+TEST_F(StreamGrabberState, CancellingStopsAPluginThatWasNotStarted) {
+    m_grabber->PrepareGrab();
+    m_grabber->CancelGrab();
+    EXPECT_STREQ(m_plugin->calls, "Create Init StopGrab ");
+}
+
+TEST_F(StreamGrabberState, AFailingStopEndsTheGrabAllTheSame) {
+    m_plugin->stopResult = false;
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->CancelGrab();
+    EXPECT_EQ(Retrieve().status, Canceled);
+    EXPECT_EQ(m_log->CountText("Failed to stop the grab gracefully ().", tracelog::kWarning), 1U);
+    m_grabber->QueueBuffer(handle, nullptr);
+    EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StopGrab StartGrab ");
+    m_grabber->FinishGrab();
+    EXPECT_EQ(MessageOf<LogicalErrorException>([&] { m_grabber->CancelGrab(); }), StateError(1, "CancelGrab"));
+}
+
 TEST_F(StreamGrabberState, AFailingStopIsOnlyLogged) {
     m_plugin->stopResult = false;
     m_plugin->errorText = "board 5%n stuck";
@@ -198,6 +259,15 @@ TEST_F(StreamGrabberState, AFailingStartKeepsTheBufferQueued) {
     EXPECT_EQ(Retrieve().handle, handle);
     EXPECT_EQ(Retrieve().handle, handle);
     EXPECT_STREQ(m_plugin->calls, "Create Init StartGrab StartGrab StopGrab ");
+}
+
+TEST_F(StreamGrabberState, AFailingStartIsNotLogged) {
+    m_plugin->startResult = false;
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_log->Clear();
+    EXPECT_THROW(m_grabber->QueueBuffer(handle, nullptr), RuntimeException);
+    EXPECT_TRUE(m_log->GetMessages().empty());
 }
 
 TEST_F(StreamGrabberState, ClosingInOrderSaysNothingElse) {
@@ -271,6 +341,18 @@ TEST_F(StreamGrabberState, ClosingWithEmptyBuffersHidesTheFilledOnes) {
                             "Still 1 empty bufferers in queue when calling Close().",
                             "Still 2 bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this "
                             "message."));
+}
+
+TEST_F(StreamGrabberState, ClosingForgetsFilledBuffersBesideEmptyOnes) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_plugin.Deliver(Frame());
+    Close();
+    EXPECT_FALSE(IsSignalled());
+    m_grabber->Open();
+    GrabResult result;
+    EXPECT_FALSE(m_grabber->RetrieveResult(result));
 }
 
 TEST_F(StreamGrabberState, QueuedEmptyBuffersSurviveAClose) {
