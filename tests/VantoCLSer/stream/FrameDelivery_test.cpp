@@ -83,6 +83,14 @@ TEST_F(FrameDelivery, FramesWithoutABufferAreDropped) {
     EXPECT_FALSE(IsSignalled());
 }
 
+TEST_F(FrameDelivery, SignalsAFailedFrameToo) {
+    PlainFrame frame = Frame();
+    frame.data = nullptr;
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_plugin.Deliver(frame);
+    EXPECT_TRUE(IsSignalled());
+}
+
 TEST_F(FrameDelivery, CutsAFrameThatIsTooLarge) {
     const GrabResult result = Grab(Frame(), 20);
     EXPECT_EQ(result.payloadSize, 20U);

@@ -50,6 +50,12 @@ TEST_F(StreamBuffersTest, RegistrationAndItsEndAreTraced) {
     EXPECT_EQ(m_log->CountText("Deregistering Buffer " + rest, tracelog::kTrace), 1U);
 }
 
+TEST_F(StreamBuffersTest, RegistrationTracesTheWholeSize) {
+    std::uint8_t byte = 0;
+    m_grabber->RegisterBuffer(&byte, ~std::uint64_t{0});
+    EXPECT_THAT(m_log->GetMessages().back().text, testing::EndsWith("size=18446744073709551615 (0xffffffffffffffff))"));
+}
+
 TEST_F(StreamBuffersTest, SizesAreNotChecked) {
     GenApi::CIntegerPtr(m_grabber->GetNodeMap()->GetNode("MaxNumBuffer"))->SetValue(1);
     for (int count = 0; count < 20; ++count)
@@ -85,6 +91,25 @@ TEST_F(StreamBuffersTest, ABufferInBothQueuesCountsAsWaitingToBeFilled) {
     m_grabber->QueueBuffer(handle, nullptr);
     EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->DeregisterBuffer(handle); }),
               fmt::format("Buffer h={:#x} waiting to be filled and cannot be deregistred now.", handle));
+}
+
+TEST_F(StreamBuffersTest, AQueuedHandleThatIsForgottenIsUnknown) {
+    m_grabber->PrepareGrab();
+    const StreamBufferHandle handle = AddBuffer();
+    m_grabber->QueueBuffer(handle, nullptr);
+    m_grabber->Close();
+    m_grabber->Open();
+    EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->DeregisterBuffer(handle); }),
+              fmt::format("Invalid Bufferhandle {:#x} passed", handle));
+}
+
+TEST_F(StreamBuffersTest, AFailingStartLeavesTheBufferWithItsContext) {
+    m_grabber->PrepareGrab();
+    m_plugin->startResult = false;
+    const StreamBufferHandle handle = AddBuffer();
+    EXPECT_THROW(m_grabber->QueueBuffer(handle, &handle), RuntimeException);
+    m_plugin.Deliver(Frame());
+    EXPECT_EQ(Retrieve().context, &handle);
 }
 
 TEST_F(StreamBuffersTest, CancellingMovesTheHandlesInTheirOrder) {
@@ -154,6 +179,17 @@ TEST_F(StreamBuffersTest, CancellingAfterACloseGivesBackUnknownHandles) {
     EXPECT_EQ(MessageOf<RuntimeException>([&] { m_grabber->RetrieveResult(result); }),
               fmt::format("Buffer with handle {:#x} not found", lost));
     EXPECT_FALSE(m_grabber->RetrieveResult(result));
+}
+
+TEST_F(StreamBuffersTest, CancellingSaysNothingOfUnknownHandles) {
+    m_grabber->PrepareGrab();
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->Close();
+    m_grabber->Open();
+    m_grabber->PrepareGrab();
+    m_log->Clear();
+    m_grabber->CancelGrab();
+    EXPECT_TRUE(m_log->GetMessages().empty());
 }
 
 TEST_F(StreamBuffersTest, AnUnknownHandleLeavesStateAndWaitObject) {
