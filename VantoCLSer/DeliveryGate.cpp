@@ -7,12 +7,17 @@
 
 namespace Vanto {
 
-thread_local const CDeliveryGate* CDeliveryGate::t_current = nullptr;
+thread_local const CDeliveryGate::Pass* CDeliveryGate::t_innermost = nullptr;
+
+CDeliveryGate::Pass::Pass(CDeliveryGate& gate) : m_gate(gate), m_outer(t_innermost), m_granted(gate.Enter()) {
+    if (m_granted)
+        t_innermost = this;
+}
 
 CDeliveryGate::Pass::~Pass() {
     if (!m_granted)
         return;
-    t_current = m_outer;
+    t_innermost = m_outer;
     m_gate.Leave();
 }
 
@@ -21,26 +26,44 @@ bool CDeliveryGate::Enter() {
     if (m_shut)
         return false;
     ++m_count;
-    t_current = this;
     return true;
 }
 
 // Notifies under the lock: the gate may be gone as soon as a waiting Shut has it.
 void CDeliveryGate::Leave() {
     const std::lock_guard lock(m_lock);
-    if (--m_count == 0)
-        m_idle.notify_all();
+    --m_count;
+    NoteIdle();
+}
+
+// Who waits has seen the moment even when another delivery begins before it runs again.
+void CDeliveryGate::NoteIdle() {
+    if (m_count != m_waiting)
+        return;
+    ++m_idleMoments;
+    m_idle.notify_all();
+}
+
+std::size_t CDeliveryGate::CountOfThisThread() const noexcept {
+    std::size_t count = 0;
+    for (const Pass* pass = t_innermost; pass != nullptr; pass = pass->m_outer)
+        count += &pass->m_gate == this ? 1 : 0;
+    return count;
 }
 
 /**
- * \brief Wait until no other thread delivers
- * \return false after the time-out, and at once on a thread that is itself in a delivery
+ * \brief Wait until no other thread delivers, or those that do wait here, too
+ * \return false after the time-out
  */
 bool CDeliveryGate::WaitUntilIdle(std::chrono::milliseconds timeout) {
-    if (t_current == this)
-        return false;
+    const std::size_t own = CountOfThisThread();
     std::unique_lock lock(m_lock);
-    return m_idle.wait_for(lock, timeout, [this] { return m_count == 0; });
+    const std::uint64_t before = m_idleMoments;
+    m_waiting += own;
+    NoteIdle();
+    const bool isIdle = m_idle.wait_for(lock, timeout, [&] { return m_idleMoments != before; });
+    m_waiting -= own;
+    return isIdle;
 }
 
 /**

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <mutex>
 
 namespace Vanto {
@@ -17,15 +18,16 @@ public:
     /// One delivery, from its construction to its destruction.
     class Pass {
     public:
-        explicit Pass(CDeliveryGate& gate) : m_gate(gate), m_outer(t_current), m_granted(gate.Enter()) {}
+        explicit Pass(CDeliveryGate& gate);
         ~Pass();
         Pass(const Pass&) = delete;
         Pass& operator=(const Pass&) = delete;
         explicit operator bool() const noexcept { return m_granted; }
 
     private:
+        friend CDeliveryGate;
         CDeliveryGate& m_gate;
-        const CDeliveryGate* const m_outer;
+        const Pass* const m_outer;
         const bool m_granted;
     };
 
@@ -35,13 +37,17 @@ public:
 private:
     bool Enter();
     void Leave();
+    void NoteIdle();
+    std::size_t CountOfThisThread() const noexcept;
 
-    // The gate of the delivery that this thread is in: who delivers can't wait for himself.
-    static thread_local const CDeliveryGate* t_current;
+    // The deliveries that this thread is in: who delivers can't wait for himself.
+    static thread_local const Pass* t_innermost;
 
     std::mutex m_lock;
     std::condition_variable m_idle;
     std::size_t m_count = 0;
+    std::size_t m_waiting = 0;  // of these, on threads that wait themselves
+    std::uint64_t m_idleMoments = 0;
     bool m_shut = false;
 };
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <optional>
 
@@ -62,16 +63,64 @@ TEST(DeliveryGate, TellsWhenNobodyDelivers) {
     EXPECT_TRUE(gate.WaitUntilIdle(20s));
 }
 
+TEST(DeliveryGate, IsNotKeptWaitingByDeliveriesThatBeginLater) {
+    CDeliveryGate gate;
+    std::atomic<bool> stop{false};
+    std::promise<void> inside;
+    auto delivery = std::async(std::launch::async, [&] {
+        std::optional<CDeliveryGate::Pass> pass(gate);
+        inside.set_value();
+        while (!stop) {
+            pass.reset();
+            pass.emplace(gate);
+        }
+    });
+    inside.get_future().wait();
+    EXPECT_TRUE(gate.WaitUntilIdle(20s));
+    stop = true;
+}
+
 TEST(DeliveryGate, DoesNotLetADeliveryWaitForItself) {
     CDeliveryGate gate;
     CDeliveryGate other;
     const CDeliveryGate::Pass pass(gate);
-    EXPECT_FALSE(gate.WaitUntilIdle(24h));
+    EXPECT_TRUE(gate.WaitUntilIdle(0ms));
     {
         const CDeliveryGate::Pass inner(other);
-        EXPECT_FALSE(other.WaitUntilIdle(24h));
+        EXPECT_TRUE(other.WaitUntilIdle(0ms));
+        EXPECT_TRUE(gate.WaitUntilIdle(0ms));
     }
-    EXPECT_FALSE(gate.WaitUntilIdle(24h));
+    EXPECT_TRUE(gate.WaitUntilIdle(0ms));
+}
+
+// What its thread closes, another delivery may still write to.
+TEST(DeliveryGate, LetsADeliveryWaitForOthers) {
+    CDeliveryGate gate;
+    const CDeliveryGate::Pass pass(gate);
+    std::promise<void> inside;
+    std::promise<void> mayLeave;
+    auto delivery = std::async(std::launch::async, [&] {
+        const CDeliveryGate::Pass other(gate);
+        inside.set_value();
+        mayLeave.get_future().wait();
+    });
+    inside.get_future().wait();
+    EXPECT_FALSE(gate.WaitUntilIdle(1ms));
+    mayLeave.set_value();
+    EXPECT_TRUE(gate.WaitUntilIdle(20s));
+}
+
+TEST(DeliveryGate, LetsTwoDeliveriesNotWaitForEachOther) {
+    CDeliveryGate gate;
+    const CDeliveryGate::Pass pass(gate);
+    std::promise<void> inside;
+    auto delivery = std::async(std::launch::async, [&] {
+        const CDeliveryGate::Pass other(gate);
+        inside.set_value();
+        return gate.WaitUntilIdle(24h);
+    });
+    inside.get_future().wait();
+    EXPECT_TRUE(gate.WaitUntilIdle(24h));
 }
 
 }  // namespace
