@@ -105,8 +105,12 @@ std::size_t ComDevice::ReadSome(std::span<char> buffer, Deadline deadline) {
         if (ReadFile(m_port, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) == 0) {
             ThrowGone(GetLastError());
         }
-        if (count > 0 || wait == 0) {
+        if (count > 0) {
             return count;
+        }
+        Status();  // a port that has gone may let reads time out instead of refusing them
+        if (wait == 0) {
+            return 0;
         }
     }
 }
@@ -143,6 +147,7 @@ void ComDevice::DiscardInput() {
     if (PurgeComm(m_port, PURGE_RXCLEAR) == 0) {
         ThrowGone(GetLastError());
     }
+    Status();  // as in ReadSome
 }
 
 std::uint32_t ComDevice::SupportedBaudRates() {
