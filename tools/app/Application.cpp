@@ -55,6 +55,8 @@ public:
         m_app.footer(kExitCodes);
         // A second word that is a command's name is an argument: files and cameras may be called so.
         m_app.require_subcommand(0, 1);
+        // Else a path that begins with a slash is an option on Windows.
+        m_app.allow_windows_style_options(false);
         for (const CommandEntry& entry : CommandTable())
             Add(entry);
     }
