@@ -10,7 +10,8 @@
 #include <algorithm>
 #include <fstream>
 
-#include "Support.h"
+#include "../Support.h"
+#include "Pty.h"
 #include "os/Environment.h"
 
 namespace ClSerTty {

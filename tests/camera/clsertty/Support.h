@@ -1,13 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Pseudo-terminals, folders of links and the loaded serial library, for tests
+ * Serial lines, folders and the loaded serial library, for tests
  */
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 
+#include "Line.h"
 #include "clser/ClSerial.h"
 #include "os/Library.h"
 
@@ -24,22 +26,22 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Both sides of a pseudo-terminal; the slave is held open so that settings outlive its users.
-class Pty {
+/// The camera's end of a serial line, whose other end a link names.
+class SerialEnd {
 public:
-    Pty();
-    ~Pty();
-    Pty(const Pty&) = delete;
-    const std::string& SlavePath() const { return m_slavePath; }
+    explicit SerialEnd(const std::filesystem::path& link)
+        : m_line(MarlowSim::Line::Create(link)), m_waiter(MarlowSim::LineWaiter::Create()) {}
+
     void Send(const std::string& bytes) const;
+    /// So many bytes, or what has come within ten seconds.
     std::string Receive(std::size_t count) const;
-    unsigned SpeedCode() const;
-    void Unplug();
+    bool IsRead() const { return m_line->IsRead(); }
+    std::uint32_t BitsPerSecond() const { return m_line->HostBitsPerSecond(); }
+    void Unplug() { m_line.reset(); }
 
 private:
-    int m_master = -1;
-    int m_slave = -1;
-    std::string m_slavePath;
+    std::unique_ptr<MarlowSim::Line> m_line;
+    std::unique_ptr<MarlowSim::LineWaiter> m_waiter;
 };
 
 /// The twelve functions as a host gets them.

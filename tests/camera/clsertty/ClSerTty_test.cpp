@@ -1,66 +1,20 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The twelve functions of the built library, against pseudo-terminals
+ * The twelve functions of the built library, against serial lines
  */
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/fsuid.h>
-#include <sys/wait.h>
-#include <termios.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <chrono>
-#include <fstream>
 #include <thread>
 #include <vector>
 
-#include "Support.h"
-#include "os/Environment.h"
+#include "Fixture.h"
 
 namespace ClSerTtyTest {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::HasSubstr;
-
-class ClSerTtyTest : public testing::Test {
-protected:
-    ClSerTtyTest() {
-        os::SetEnvironment("CLSERTTY_PATH", m_folder.Path().string());
-        Link("cam0", m_pty);
-    }
-
-    void Link(const std::string& name, const Pty& pty) const {
-        fs::create_symlink(pty.SlavePath(), m_folder.Path() / name);
-    }
-
-    hSerRef Open(const std::string& name = "cam0") const {
-        hSerRef ref = nullptr;
-        EXPECT_EQ(m_library.SerialInit(m_library.IndexOf(name), &ref), CL_ERR_NO_ERR);
-        EXPECT_NE(ref, nullptr);
-        return ref;
-    }
-
-    std::int32_t Read(hSerRef ref, std::string& bytes, std::uint32_t timeoutMs = 10000) const {
-        auto size = static_cast<std::uint32_t>(bytes.size());
-        const std::int32_t code = m_library.SerialRead(ref, bytes.data(), &size, timeoutMs);
-        EXPECT_EQ(size, code == CL_ERR_NO_ERR ? bytes.size() : 0);
-        return code;
-    }
-
-    std::int32_t Write(hSerRef ref, std::string bytes, std::uint32_t timeoutMs = 10000) const {
-        auto size = static_cast<std::uint32_t>(bytes.size());
-        return m_library.SerialWrite(ref, bytes.data(), &size, timeoutMs);
-    }
-
-    TemporaryFolder m_folder;
-    Pty m_pty;
-    SerialLibrary m_library;
-};
 
 TEST_F(ClSerTtyTest, NamesItsMakerAndVersion) {
     char name[64] = {};
@@ -136,9 +90,8 @@ TEST_F(ClSerTtyTest, AnIndexBehindTheLastIsRefused) {
 
 TEST_F(ClSerTtyTest, AnotherThreadsCountDoesNotMoveMyIndices) {
     const std::uint32_t index = m_library.IndexOf("cam0");
-    const Pty pty;
     std::thread([&] {
-        Link("cam", pty);
+        const SerialEnd other(Link("cam"));
         EXPECT_EQ(m_library.IndexOf("cam0"), index + 1);
     }).join();
     char name[64] = {};
@@ -163,8 +116,8 @@ TEST_F(ClSerTtyTest, PassesAllByteValuesBothWays) {
     }
     const hSerRef ref = Open();
     EXPECT_EQ(Write(ref, all), CL_ERR_NO_ERR);
-    EXPECT_EQ(m_pty.Receive(256), all);
-    m_pty.Send(all);
+    EXPECT_EQ(m_end->Receive(256), all);
+    m_end->Send(all);
     std::string read(256, ' ');
     EXPECT_EQ(Read(ref, read), CL_ERR_NO_ERR);
     EXPECT_EQ(read, all);
@@ -176,7 +129,10 @@ TEST_F(ClSerTtyTest, ReadsMoreThanTheSystemsBufferHolds) {
     const std::string sent(100000, 'y');
     std::thread sender([&] {
         for (std::size_t at = 0; at < sent.size(); at += 1000) {
-            m_pty.Send(sent.substr(at, 1000));
+            m_end->Send(sent.substr(at, 1000));
+            while (!m_end->IsRead()) {
+                std::this_thread::yield();
+            }
         }
     });
     std::string read(sent.size(), ' ');
@@ -188,14 +144,14 @@ TEST_F(ClSerTtyTest, ReadsMoreThanTheSystemsBufferHolds) {
 
 TEST_F(ClSerTtyTest, AReadThatTimesOutLosesNothing) {
     const hSerRef ref = Open();
-    m_pty.Send("abc");
+    m_end->Send("abc");
     std::string four = "....";
     EXPECT_EQ(Read(ref, four, 20), CL_ERR_TIMEOUT);
     EXPECT_EQ(four, "....");
     std::uint32_t available = 0;
     EXPECT_EQ(m_library.GetNumBytesAvail(ref, &available), CL_ERR_NO_ERR);
     EXPECT_EQ(available, 3U);
-    m_pty.Send("d");
+    m_end->Send("d");
     EXPECT_EQ(Read(ref, four), CL_ERR_NO_ERR);
     EXPECT_EQ(four, "abcd");
     m_library.SerialClose(ref);
@@ -231,90 +187,20 @@ TEST_F(ClSerTtyTest, AWriteToALineThatTakesNothingTimesOutAndTellsHowFarItCame) 
 
 TEST_F(ClSerTtyTest, FlushDiscardsWhatArrivedInPartAndWhatWaits) {
     const hSerRef ref = Open();
-    m_pty.Send("old");
+    m_end->Send("old");
     std::string four = "....";
     EXPECT_EQ(Read(ref, four, 10), CL_ERR_TIMEOUT);
-    m_pty.Send("older");
+    m_end->Send("older");
     EXPECT_EQ(m_library.FlushPort(ref), CL_ERR_NO_ERR);
-    m_pty.Send("new!");
+    m_end->Send("new!");
     EXPECT_EQ(Read(ref, four), CL_ERR_NO_ERR);
     EXPECT_EQ(four, "new!");
     m_library.SerialClose(ref);
 }
 
-TEST_F(ClSerTtyTest, ASecondOpeningIsRefusedAndNamesTheHolder) {
-    const hSerRef ref = Open();
-    hSerRef second = nullptr;
-    EXPECT_EQ(m_library.SerialInit(m_library.IndexOf("cam0"), &second), CL_ERR_PORT_IN_USE);
-    EXPECT_EQ(second, nullptr);
-    EXPECT_THAT(m_library.TextOf(CL_ERR_PORT_IN_USE), HasSubstr("process " + std::to_string(::getpid()) + " ("));
-    m_library.SerialClose(ref);
-    m_library.SerialClose(Open());
-}
-
-TEST_F(ClSerTtyTest, APortThatAnotherProcessHoldsIsInUse) {
-    int ready[2], done[2];
-    ASSERT_EQ(::pipe(ready) + ::pipe(done), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const int tty = ::open(m_pty.SlavePath().c_str(), O_RDWR | O_NOCTTY);
-        char byte = ::flock(tty, LOCK_EX | LOCK_NB) == 0 ? 'y' : 'n';
-        ::close(done[1]);
-        ::_exit(::write(ready[1], &byte, 1) == 1 && ::read(done[0], &byte, 1) == 0 ? 0 : 1);
-    }
-    char byte = 0;
-    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
-    ASSERT_EQ(byte, 'y');
-    hSerRef ref = nullptr;
-    EXPECT_EQ(m_library.SerialInit(m_library.IndexOf("cam0"), &ref), CL_ERR_PORT_IN_USE);
-    EXPECT_THAT(m_library.TextOf(CL_ERR_PORT_IN_USE),
-                HasSubstr("process " + std::to_string(child) + " (clsertty_test)"));
-    for (int file : {ready[0], ready[1], done[0], done[1]}) {
-        ::close(file);
-    }
-    ::waitpid(child, nullptr, 0);
-    m_library.SerialClose(Open());
-}
-
-TEST_F(ClSerTtyTest, TheSamePortUnderAnotherNameIsInUse) {
-    Link("again", m_pty);
-    const hSerRef ref = Open();
-    hSerRef second = nullptr;
-    EXPECT_EQ(m_library.SerialInit(m_library.IndexOf("again"), &second), CL_ERR_PORT_IN_USE);
-    m_library.SerialClose(ref);
-}
-
-TEST_F(ClSerTtyTest, APortThatVanishedSinceTheCountIsRefused) {
-    const std::uint32_t index = m_library.IndexOf("cam0");
-    fs::remove(m_folder.Path() / "cam0");
-    hSerRef ref = nullptr;
-    EXPECT_EQ(m_library.SerialInit(index, &ref), CL_ERR_INVALID_INDEX);
-    EXPECT_THAT(m_library.TextOf(CL_ERR_INVALID_INDEX), HasSubstr("No such file"));
-}
-
-TEST_F(ClSerTtyTest, AFileInAPortsPlaceIsRefused) {
-    const std::uint32_t index = m_library.IndexOf("cam0");
-    fs::remove(m_folder.Path() / "cam0");
-    std::ofstream(m_folder.Path() / "cam0") << "no tty";
-    hSerRef ref = nullptr;
-    EXPECT_EQ(m_library.SerialInit(index, &ref), CL_ERR_INVALID_INDEX);
-}
-
-TEST_F(ClSerTtyTest, APortWithoutPermissionNamesTheGroup) {
-    fs::permissions(m_pty.SlavePath(), fs::perms::none);
-    const std::uint32_t index = m_library.IndexOf("cam0");
-    std::thread([&] {
-        // This thread alone gives up root's right to open everything.
-        ::setfsuid(65534);
-        hSerRef ref = nullptr;
-        EXPECT_EQ(m_library.SerialInit(index, &ref), CL_ERR_INVALID_INDEX);
-        EXPECT_THAT(m_library.TextOf(CL_ERR_INVALID_INDEX), HasSubstr("'dialout'"));
-    }).join();
-}
-
 TEST_F(ClSerTtyTest, AVanishedPortIsAnErrorAndNoTimeOut) {
     const hSerRef ref = Open();
-    m_pty.Unplug();
+    m_end->Unplug();
     std::string byte(1, ' ');
     std::uint32_t number = 0;
     EXPECT_EQ(Read(ref, byte), CL_ERR_INVALID_REFERENCE);
@@ -330,8 +216,8 @@ TEST_F(ClSerTtyTest, APortThatVanishesDuringAReadEndsTheRead) {
     const hSerRef ref = Open();
     std::string bytes(10, ' ');
     std::thread unplugger([&] {
-        m_pty.Send("abc");
-        m_pty.Unplug();
+        m_end->Send("abc");
+        m_end->Unplug();
     });
     EXPECT_EQ(Read(ref, bytes, 600000), CL_ERR_INVALID_REFERENCE);
     unplugger.join();
@@ -341,7 +227,7 @@ TEST_F(ClSerTtyTest, APortThatVanishesDuringAReadEndsTheRead) {
 TEST_F(ClSerTtyTest, ClosingEndsAReadOfAnotherThread) {
     const hSerRef ref = Open();
     std::thread closer([&] {
-        m_pty.Send("x");
+        m_end->Send("x");
         m_library.SerialClose(ref);
     });
     std::string bytes(2, ' ');
@@ -352,10 +238,8 @@ TEST_F(ClSerTtyTest, ClosingEndsAReadOfAnotherThread) {
 
 TEST_F(ClSerTtyTest, ANewPortUnderTheSameLinkOpensWithoutANewCount) {
     const std::uint32_t index = m_library.IndexOf("cam0");
-    m_pty.Unplug();
-    const Pty other;
-    fs::remove(m_folder.Path() / "cam0");
-    Link("cam0", other);
+    m_end->Unplug();
+    const SerialEnd other(Link("cam0"));
     hSerRef ref = nullptr;
     EXPECT_EQ(m_library.SerialInit(index, &ref), CL_ERR_NO_ERR);
     EXPECT_EQ(Write(ref, "x"), CL_ERR_NO_ERR);
@@ -365,18 +249,18 @@ TEST_F(ClSerTtyTest, ANewPortUnderTheSameLinkOpensWithoutANewCount) {
 
 TEST_F(ClSerTtyTest, OpensAt9600AndChangesTheRateOfTheLine) {
     const hSerRef ref = Open();
-    EXPECT_EQ(m_pty.SpeedCode(), static_cast<unsigned>(B9600));
+    EXPECT_EQ(m_end->BitsPerSecond(), 9600U);
     std::uint32_t mask = 0;
     EXPECT_EQ(m_library.GetSupportedBaudRates(ref, &mask), CL_ERR_NO_ERR);
     EXPECT_EQ(mask, 0xFFU);
-    const unsigned codes[] = {B9600, B19200, B38400, B57600, B115200, B230400, B460800, B921600};
+    const std::uint32_t rates[] = {9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600};
     for (std::uint32_t bit = 0; bit < 8; ++bit) {
         EXPECT_EQ(m_library.SetBaudRate(ref, 1U << bit), CL_ERR_NO_ERR);
-        EXPECT_EQ(m_pty.SpeedCode(), codes[bit]);
+        EXPECT_EQ(m_end->BitsPerSecond(), rates[bit]);
     }
     EXPECT_EQ(m_library.SetBaudRate(ref, CL_BAUDRATE_9600), CL_ERR_NO_ERR);
     EXPECT_EQ(m_library.SetBaudRate(ref, CL_BAUDRATE_FASTEST), CL_ERR_NO_ERR);
-    EXPECT_EQ(m_pty.SpeedCode(), static_cast<unsigned>(B921600));
+    EXPECT_EQ(m_end->BitsPerSecond(), 921600U);
     m_library.SerialClose(ref);
 }
 
@@ -385,7 +269,7 @@ TEST_F(ClSerTtyTest, RefusesAnythingButOneKnownRate) {
     for (std::uint32_t flag : {0x0U, 0x3U, 0x100U, 0xFFFFFFFFU, 0x40000001U}) {
         EXPECT_EQ(m_library.SetBaudRate(ref, flag), CL_ERR_BAUD_RATE_NOT_SUPPORTED) << flag;
     }
-    EXPECT_EQ(m_pty.SpeedCode(), static_cast<unsigned>(B9600));
+    EXPECT_EQ(m_end->BitsPerSecond(), 9600U);
     m_library.SerialClose(ref);
 }
 
@@ -411,13 +295,12 @@ TEST_F(ClSerTtyTest, TheLastErrorIsTheThreadsOwn) {
 TEST_F(ClSerTtyTest, SeparatePortsServeSeparateThreads) {
     constexpr int kPorts = 4;
     std::vector<std::thread> threads;
-    std::vector<Pty> ptys(kPorts);
     for (int number = 0; number < kPorts; ++number) {
-        Link("many" + std::to_string(number), ptys[static_cast<std::size_t>(number)]);
-        threads.emplace_back([this, number, &pty = ptys[static_cast<std::size_t>(number)]] {
+        threads.emplace_back([this, number] {
+            const SerialEnd end(Link("many" + std::to_string(number)));
             for (int round = 0; round < 50; ++round) {
                 const hSerRef ref = Open("many" + std::to_string(number));
-                pty.Send("ping");
+                end.Send("ping");
                 std::string four(4, ' ');
                 EXPECT_EQ(Read(ref, four), CL_ERR_NO_ERR);
                 EXPECT_EQ(four, "ping");
@@ -441,7 +324,7 @@ TEST_F(ClSerTtyTest, OnePortUsedByManyThreadsWhileItIsClosedStaysSane) {
             }
         });
     }
-    m_pty.Receive(20);
+    m_end->Receive(20);
     m_library.SerialClose(ref);
     for (std::thread& thread : threads) {
         thread.join();

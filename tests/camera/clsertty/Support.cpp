@@ -1,16 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Pseudo-terminals, folders of links and the loaded serial library, for tests
+ * Serial lines, folders and the loaded serial library, for tests
  */
 
 #include "Support.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <stdlib.h>
-#include <termios.h>
-#include <unistd.h>
-
+#include <chrono>
+#include <random>
 #include <stdexcept>
 #include <vector>
 
@@ -18,12 +14,11 @@ namespace ClSerTtyTest {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (fs::temp_directory_path() / "clsertty.XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) {
+TemporaryFolder::TemporaryFolder()
+    : m_path(fs::temp_directory_path() / ("clsertty-" + std::to_string(std::random_device{}()))) {
+    if (!fs::create_directory(m_path)) {
         throw std::runtime_error("no temporary folder");
     }
-    m_path = name;
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -31,56 +26,23 @@ TemporaryFolder::~TemporaryFolder() {
     fs::remove_all(m_path, error);
 }
 
-Pty::Pty() : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-    char name[128] = {};
-    if (m_master < 0 || ::grantpt(m_master) != 0 || ::unlockpt(m_master) != 0 ||
-        ::ptsname_r(m_master, name, sizeof(name)) != 0) {
-        throw std::runtime_error("no pseudo-terminal");
-    }
-    m_slavePath = name;
-    m_slave = ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+void SerialEnd::Send(const std::string& bytes) const {
+    m_line->Send({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
-Pty::~Pty() {
-    Unplug();
-}
-
-void Pty::Send(const std::string& bytes) const {
-    if (::write(m_master, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
-        throw std::runtime_error("short write");
-    }
-}
-
-std::string Pty::Receive(std::size_t count) const {
+std::string SerialEnd::Receive(std::size_t count) const {
+    const MarlowSim::TimePoint end = MarlowSim::Clock::now() + std::chrono::seconds(10);
     std::string bytes;
-    while (bytes.size() < count) {
-        pollfd file{m_master, POLLIN, 0};
-        std::vector<char> part(count - bytes.size());
-        if (::poll(&file, 1, 10000) != 1) {
-            break;
+    while (bytes.size() < count && MarlowSim::Clock::now() < end) {
+        std::vector<std::uint8_t> part(count - bytes.size());
+        part.resize(m_line->Receive(part));
+        bytes.append(part.begin(), part.end());
+        if (part.empty()) {
+            MarlowSim::Line* const line = m_line.get();
+            m_waiter->Wait({&line, 1}, end);
         }
-        const ssize_t got = ::read(m_master, part.data(), part.size());
-        if (got <= 0) {
-            break;
-        }
-        bytes.append(part.data(), static_cast<std::size_t>(got));
     }
     return bytes;
-}
-
-unsigned Pty::SpeedCode() const {
-    termios settings{};
-    ::tcgetattr(m_master, &settings);
-    return ::cfgetospeed(&settings);
-}
-
-void Pty::Unplug() {
-    for (int* file : {&m_slave, &m_master}) {
-        if (*file >= 0) {
-            ::close(*file);
-            *file = -1;
-        }
-    }
 }
 
 SerialLibrary::SerialLibrary() : m_library(CLSERTTY_FILE) {
