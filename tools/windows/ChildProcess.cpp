@@ -3,7 +3,6 @@
  * ChildProcess on Windows: a program in a job that ends with this object
  */
 #include "system/ChildProcess.h"
-#include "system/Files.h"
 
 #include <windows.h>
 
@@ -11,6 +10,8 @@
 #include <system_error>
 #include <thread>
 #include <utility>
+
+#include "CommandLine.h"
 
 namespace tools {
 
@@ -59,26 +60,6 @@ Pipe MakePipe() {
     return {Handle(readEnd), Handle(writeEnd)};
 }
 
-/// An argument as the C library of the child takes it apart again.
-void AppendArgument(std::wstring& line, const std::wstring& argument) {
-    if (!line.empty())
-        line += L' ';
-    if (!argument.empty() && argument.find_first_of(L" \t\n\"") == std::wstring::npos) {
-        line += argument;
-        return;
-    }
-    line += L'"';
-    std::size_t backslashes = 0;
-    for (const wchar_t character : argument) {
-        if (character == L'"')
-            line.append(backslashes + 1, L'\\');
-        backslashes = character == L'\\' ? backslashes + 1 : 0;
-        line += character;
-    }
-    line.append(backslashes, L'\\');
-    line += L'"';
-}
-
 /// A job whose processes end when its last handle is closed, however this process ends.
 Handle MakeJob() {
     Handle job(::CreateJobObjectW(nullptr, nullptr));
@@ -124,11 +105,7 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     : m_impl(std::make_unique<Impl>()) {
     Pipe input = MakePipe();
     Pipe output = MakePipe();
-    std::wstring line;
-    AppendArgument(line, program.wstring());
-    for (const std::string& argument : arguments)
-        AppendArgument(line, PathOf(argument).wstring());
-    m_impl->Start(std::move(line), input, output, program.string());
+    m_impl->Start(CommandLineOf(program, arguments), input, output, program.string());
     m_impl->input = std::move(input.writeEnd);
     m_impl->output = std::move(output.readEnd);
 }

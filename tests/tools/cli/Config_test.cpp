@@ -91,7 +91,7 @@ TEST_F(Config, CheckPrintsJson) {
 TEST_F(Config, CheckTakesAnotherFile) {
     Configure("<a/>");
     std::filesystem::rename(File(), Folder() / "other.xml");
-    const RunResult run = Run({"config", "check", "--file", Folder() / "other.xml"});
+    const RunResult run = Run({"config", "check", "--file", (Folder() / "other.xml").string()});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out, HasSubstr("other.xml: error: the file has no Port element"));
 }
@@ -120,7 +120,7 @@ TEST_F(Config, InitDoesNotOverwriteUnlessForced) {
 TEST_F(Config, InitMakesTheFolder) {
     const tools_test::SilentLine line(Folder() / "tty0");
     Environment environment = Own();
-    environment["VANTO_CL_BINDINGS"] = Folder() / "new" / "folder";
+    environment["VANTO_CL_BINDINGS"] = (Folder() / "new" / "folder").string();
     const RunResult run = RunVantoCl({"config", "init"}, environment);
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_TRUE(std::filesystem::exists(Folder() / "new" / "folder" / "PortConfiguration_x64.xml"));

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "ProgramRun.h"
+#include "PlayedCameras.h"
 #include "system/Folders.h"
 
 namespace {
@@ -20,9 +20,9 @@ using tools_test::RunVantoCl;
 
 class Describe : public testing::Test {
 protected:
-    std::string File() const { return m_folder.Path() / "camera.xml"; }
+    std::string File() const { return (m_folder.Path() / "camera.xml").string(); }
     void Fetch() const {
-        const RunResult run = RunVantoCl({"--simulate=1", "xml", "0", "-o", File()});
+        const RunResult run = tools_test::PlayedCameras().Run({"xml", "0", "-o", File()});
         ASSERT_EQ(run.exitCode, 0) << run.err;
     }
     void Write(const std::string& text) const { std::ofstream(File()) << text; }

@@ -115,15 +115,6 @@ TEST(Grab, EndsWhenNoFrameComes) {
     EXPECT_EQ(grabbing.Files().size(), 2U);
 }
 
-TEST(Grab, NeedsNothingElseWithSimulatedCameras) {
-    const tools::TemporaryFolder folder;
-    const RunResult run =
-        tools_test::RunVantoCl({"--simulate=1", "grab", "SIM00001", "--set", "Width=64", "-o", folder.Path().string()});
-    EXPECT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_THAT(run.out, HasSubstr("1 delivered, 0 dropped, 0 cut, 0 failed"));
-    EXPECT_TRUE(fs::exists(folder.Path() / "frame_000001.png"));
-}
-
 TEST(Grab, SaysWhatThePluginSays) {
     Grabbing("SaperaSimulated;FailInit=No board in the machine").ExpectFailure({}, 1, "No board in the machine");
     Grabbing("SaperaSimulated;FailStart=No signal").ExpectFailure({"--format", "none"}, 1, "No signal");

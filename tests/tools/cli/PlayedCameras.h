@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "ProgramRun.h"
-#include "system/ChildProcess.h"
+#include "simulator/Simulator.h"
 #include "system/Folders.h"
 
 namespace tools_test {
@@ -23,12 +23,12 @@ public:
     std::filesystem::path Folder() const { return m_folder.Path(); }
     Environment Variables() const;
     RunResult Run(const std::vector<std::string>& arguments) const { return RunVantoCl(arguments, Variables()); }
-    /// Sends one line to the simulator's control socket and returns its answer.
-    std::string Command(const std::string& line) const;
+    /// Has the simulator carry out a command, and returns its answer.
+    std::string Command(const std::string& line) const { return m_simulator.Control(line); }
 
 private:
     tools::TemporaryFolder m_folder;
-    tools::ChildProcess m_simulator;
+    mutable MarlowSim::Simulator m_simulator{m_folder.Path()};
 };
 
 }  // namespace tools_test

@@ -21,7 +21,7 @@ protected:
         std::ofstream(File()) << text;
         return Run({"load", "0", File()});
     }
-    std::string File() const { return cameras.Folder() / "settings.txt"; }
+    std::string File() const { return (cameras.Folder() / "settings.txt").string(); }
 
     const tools_test::PlayedCameras cameras;
 };

@@ -6,23 +6,21 @@
 
 #include <filesystem>
 
+#include "simulator/Simulator.h"
+
 namespace tools_test {
 
-/// A pseudo-terminal on which nobody answers, linked under a path.
+/// A serial line on which nobody answers, linked under a path.
 class SilentLine {
 public:
-    explicit SilentLine(const std::filesystem::path& link);
-    ~SilentLine();
-    SilentLine(const SilentLine&) = delete;
-    SilentLine& operator=(const SilentLine&) = delete;
-
-    /// Keeps others from opening the line, as a program that uses it does.
-    void Hold();
+    explicit SilentLine(const std::filesystem::path& link) : m_simulator(link.parent_path()) {
+        MarlowSim::CameraOptions options;
+        options.faults.silent = true;
+        m_simulator.Add(link.filename().string(), options);
+    }
 
 private:
-    std::filesystem::path m_link;
-    int m_master;
-    int m_held = -1;
+    MarlowSim::Simulator m_simulator;
 };
 
 }  // namespace tools_test

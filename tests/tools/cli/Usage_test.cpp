@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+#include "../Pattern.h"
 #include "ProgramRun.h"
 
 namespace {
@@ -17,7 +18,7 @@ using tools_test::RunVantoCl;
 TEST(Usage, VersionIsPrinted) {
     const RunResult run = RunVantoCl({"--version"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.out, testing::MatchesRegex("vanto-cl [0-9.]+\n"));
+    EXPECT_THAT(run.out, tools_test::ContainsPattern("^vanto-cl [0-9.]+\n$"));
 }
 
 TEST(Usage, HelpListsTheCommandsAndExitCodes) {
@@ -72,10 +73,5 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongLine{{"--simulate=0", "list"}, "1 to 64 cameras"},
                     WrongLine{{"--simulate=65", "list"}, "1 to 64 cameras"},
                     WrongLine{{"--simulate=x", "list"}, "--simulate"}, WrongLine{{"list", "extra"}, "extra"}));
-
-TEST(Usage, AnOutputThatCannotBeWrittenIsAFailure) {
-    const std::string command = std::string(VANTO_CL_PROGRAM) + " --version > /dev/full 2> /dev/null";
-    EXPECT_NE(std::system(command.c_str()), 0);
-}
 
 }  // namespace

@@ -1,0 +1,103 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of the option --simulate, and of a port that another program holds
+ */
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "../CamerasFixture.h"
+#include "../SilentLine.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using tools_test::BlockedRun;
+using tools_test::Cameras;
+using tools_test::Reasons;
+using tools_test::RunResult;
+using tools_test::RunVantoCl;
+
+/// Waits for something; false when it does not come.
+bool Eventually(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+class Simulation : public Cameras {};
+
+TEST_F(Simulation, ListShowsTheSimulatedOnes) {
+    const RunResult run = RunVantoCl({"--simulate", "list"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("0  Marlow H2048 (SIM00001)  H2048  SIM00001       COM_Port#cam0  highest\n"));
+    EXPECT_THAT(run.out, HasSubstr("2 cameras found in "));
+}
+
+TEST_F(Simulation, SimulationLeavesNothingBehind) {
+    const RunResult run = RunVantoCl({"--simulate", "list"}, Own());
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(std::filesystem::is_empty(Folder()));
+    EXPECT_TRUE(tools_test::SimulatorsIn(Folder()).empty());
+}
+
+TEST_F(Simulation, CtrlCEndsTheSimulationToo) {
+    BlockedRun run({"--simulate", "xml", "0"}, Own());
+    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    EXPECT_FALSE(tools_test::SimulatorsIn(Folder()).empty());
+    run.Interrupt();
+    constexpr int kInterrupt = 2;
+    EXPECT_EQ(run.Wait().signal, kInterrupt);
+    EXPECT_TRUE(std::filesystem::is_empty(Folder()));
+    EXPECT_TRUE(tools_test::SimulatorsIn(Folder()).empty());
+}
+
+TEST_F(Simulation, SimulatorEndsWhenVantoClIsKilled) {
+    BlockedRun run({"--simulate", "xml", "0"}, Own());
+    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    run.Kill();
+    run.Wait();
+    EXPECT_TRUE(Eventually([&] { return tools_test::SimulatorsIn(Folder()).empty(); }));
+}
+
+TEST_F(Simulation, DoctorFindsASimulationHealthy) {
+    const RunResult run = RunVantoCl({"--simulate", "doctor", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    const json report = json::parse(run.out);
+    EXPECT_EQ(report.at("Healthy"), true) << run.out;
+    for (const char* section :
+         {"Environment variables", "Folders", "Transport layers", "Camera Link serial libraries", "CLProtocol drivers",
+          "Serial ports", "Port configuration file", "Cameras", "Last warnings and errors"})
+        EXPECT_TRUE(report.at("Sections").contains(section)) << section;
+}
+
+TEST_F(Simulation, GrabsWithoutAnythingElse) {
+    const RunResult run =
+        RunVantoCl({"--simulate=1", "grab", "SIM00001", "--set", "Width=64", "-o", Folder().string()});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("1 delivered, 0 dropped, 0 cut, 0 failed"));
+    EXPECT_TRUE(std::filesystem::exists(Folder() / "frame_000001.png"));
+}
+
+class ReasonsOfThisSystem : public Reasons {};
+
+TEST_F(ReasonsOfThisSystem, PortInUseNamesWhoUsesIt) {
+    const tools_test::SilentLine line(Folder() / "tty0");
+    const int held = ::open((Folder() / "tty0").c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_EQ(::flock(held, LOCK_EX | LOCK_NB), 0);
+    Configure(kNoCamera);
+    ExpectReason(Own(), "Port 'COM_Port#tty0': the port can't be used: ", "Close the program that uses the port.");
+    EXPECT_THAT(RunVantoCl({"list"}, Own()).out, HasSubstr("in use by process "));
+    ::close(held);
+}
+
+}  // namespace
