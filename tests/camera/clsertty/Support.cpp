@@ -28,6 +28,7 @@ TemporaryFolder::~TemporaryFolder() {
 
 void SerialEnd::Send(const std::string& bytes) const {
     m_line->Send({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    m_line->IsRead();  // a line that is borrowed has the bytes when it answers
 }
 
 std::string SerialEnd::Receive(std::size_t count) const {
