@@ -5,7 +5,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "PortList.h"
 
@@ -36,10 +38,7 @@ private:
     HKEY m_key = nullptr;
 };
 
-}  // namespace
-
-PortList FindPorts() {
-    const SerialMap map;
+PortList Look(const SerialMap& map) {
     PortList ports;
     for (DWORD index = 0; map.Get() != nullptr; ++index) {
         char valueName[256];
@@ -54,6 +53,29 @@ PortList FindPorts() {
         }
         if (result == ERROR_SUCCESS && type == REG_SZ && std::strlen(port) > 0) {
             ports.push_back({port, std::string("\\\\.\\") + port});
+        }
+    }
+    return ports;
+}
+
+bool AreSame(const PortList& left, const PortList& right) {
+    return std::ranges::equal(left, right, {}, &PortInfo::name, &PortInfo::name);
+}
+
+}  // namespace
+
+/// The entries have numbers, which move while a port comes or goes: a look that the next one does not confirm may have
+/// missed one that was there all the time.
+PortList FindPorts() {
+    constexpr int kMostLooks = 20;
+    const SerialMap map;
+    PortList ports = Look(map);
+    for (int look = 1; look < kMostLooks; ++look) {
+        PortList again = Look(map);
+        const bool isConfirmed = AreSame(ports, again);
+        ports = std::move(again);
+        if (isConfirmed) {
+            break;
         }
     }
     return MergePorts({ports});
