@@ -101,8 +101,16 @@ TEST_F(LibraryLoader, TakesPathsOf258Characters) {
     EXPECT_TRUE(m_loader.Load(PathOfLength(m_folder, 258)));
 }
 
-TEST_F(LibraryLoader, RefusesPathsOf259Characters) {
+TEST_F(LibraryLoader, RefusesPathsOf259CharactersAndMore) {
     EXPECT_FALSE(m_loader.Load(PathOfLength(m_folder, 259)));
+    // Further separators lengthen the path to a library that is there.
+    const std::string path = PathOfLength(m_folder, 250);
+    for (const std::size_t length : {260, 261}) {
+        std::string longer = path;
+        longer.insert(longer.rfind(os::kPathSeparator), length - path.size(), os::kPathSeparator);
+        EXPECT_FALSE(m_loader.Load(longer)) << longer;
+    }
+    EXPECT_TRUE(m_loader.Load(path));
 }
 
 TEST_F(LibraryLoader, CountsThePathWithItsVariablesReplaced) {

@@ -80,12 +80,14 @@ TEST_F(PortConfigurationPath, IsCopiedWhenItJustFits) {
     EXPECT_EQ(buffer, folder + os::kPathSeparator + kFileName);
 }
 
-TEST_F(PortConfigurationPath, IsNotCopiedWhenItIsOneTooLong) {
-    const std::string folder(os::kMaxPath - kFileNameLength - 1, 'x');
-    const scripted::ScopedVariable variable("VANTO_CL_BINDINGS", folder);
-    char buffer[os::kMaxPath] = "untouched";
-    EXPECT_EQ(GetPortConfigurationPath(buffer), os::kMaxPath + 1);
-    EXPECT_STREQ(buffer, "untouched");
+TEST_F(PortConfigurationPath, IsNotCopiedWhenItIsTooLong) {
+    for (const std::size_t length : {os::kMaxPath, os::kMaxPath + 1}) {
+        const std::string folder(length - kFileNameLength - 1, 'x');
+        const scripted::ScopedVariable variable("VANTO_CL_BINDINGS", folder);
+        char buffer[os::kMaxPath] = "untouched";
+        EXPECT_EQ(GetPortConfigurationPath(buffer), length + 1);
+        EXPECT_STREQ(buffer, "untouched");
+    }
 }
 
 class PortConfigurationFile : public PluginTest {
