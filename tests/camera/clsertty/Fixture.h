@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "../TemporaryFolder.h"
 #include "Support.h"
 #include "os/Environment.h"
 
@@ -42,7 +43,7 @@ protected:
         return m_library.SerialWrite(ref, bytes.data(), &size, timeoutMs);
     }
 
-    TemporaryFolder m_folder;
+    CameraTest::TemporaryFolder m_folder;
     std::unique_ptr<SerialEnd> m_end;
     SerialLibrary m_library;
 };

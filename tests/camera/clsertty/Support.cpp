@@ -1,30 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Serial lines, folders and the loaded serial library, for tests
+ * Serial lines and the loaded serial library, for tests
  */
 
 #include "Support.h"
 
 #include <chrono>
-#include <random>
 #include <stdexcept>
 #include <vector>
 
 namespace ClSerTtyTest {
-
-namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder()
-    : m_path(fs::temp_directory_path() / ("clsertty-" + std::to_string(std::random_device{}()))) {
-    if (!fs::create_directory(m_path)) {
-        throw std::runtime_error("no temporary folder");
-    }
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code error;
-    fs::remove_all(m_path, error);
-}
 
 void SerialEnd::Send(const std::string& bytes) const {
     m_line->Send({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});

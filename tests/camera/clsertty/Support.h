@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Serial lines, folders and the loaded serial library, for tests
+ * Serial lines and the loaded serial library, for tests
  */
 #pragma once
 
@@ -14,17 +14,6 @@
 #include "os/Library.h"
 
 namespace ClSerTtyTest {
-
-/// A folder of its own for each test, gone afterwards.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 /// The camera's end of a serial line, whose other end a link names.
 class SerialEnd {

@@ -5,32 +5,18 @@
 
 #include "Host.h"
 
-#include <random>
 #include <stdexcept>
 
 #include "gencp/Memory.h"
 
 namespace MarlowSimTest {
 
-namespace fs = std::filesystem;
 using gencp::Bytes;
 using gencp::Packet;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-TemporaryFolder::TemporaryFolder()
-    : m_path(fs::temp_directory_path() / ("simulator-" + std::to_string(std::random_device{}()))) {
-    if (!fs::create_directory(m_path)) {
-        throw std::runtime_error("no temporary folder");
-    }
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code error;
-    fs::remove_all(m_path, error);
-}
-
-Host::Host(const fs::path& link, std::uint32_t bitsPerSecond) : m_port(HostPort::Open(link)) {
+Host::Host(const std::filesystem::path& link, std::uint32_t bitsPerSecond) : m_port(HostPort::Open(link)) {
     SetBaudRate(bitsPerSecond);
 }
 

@@ -18,17 +18,6 @@
 
 namespace MarlowSimTest {
 
-/// A folder of its own for each test, gone afterwards.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
-
 class Host {
 public:
     explicit Host(const std::filesystem::path& link, std::uint32_t bitsPerSecond = 9600);

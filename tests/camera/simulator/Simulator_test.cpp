@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "../TemporaryFolder.h"
 #include "Host.h"
 #include "gencp/BaudRate.h"
 #include "gencp/Memory.h"
@@ -61,7 +62,7 @@ protected:
         return true;
     }
 
-    TemporaryFolder m_folder;
+    CameraTest::TemporaryFolder m_folder;
     Simulator m_simulator{m_folder.Path() / "links"};
 };
 
@@ -385,7 +386,7 @@ TEST_F(SimulatorTest, RegistersCanBeReachedPastTheLine) {
 
 TEST_F(SimulatorTest, EndsPromptlyInTheMiddleOfEverything) {
     for (int round = 0; round < 50; ++round) {
-        TemporaryFolder folder;
+        CameraTest::TemporaryFolder folder;
         Simulator simulator(folder.Path());
         simulator.Add("cam0", ParseCamera("c,paced=on").options);
         Host host(simulator.LinkOf("cam0"));

@@ -5,11 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <functional>
 #include <nlohmann/json.hpp>
-#include <thread>
 
+#include "../Eventually.h"
 #include "PlayedCameras.h"
 
 namespace {
@@ -17,19 +15,10 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using tools_test::BlockedRun;
+using tools_test::Eventually;
 using tools_test::RunResult;
 
 constexpr const char* kRate9600 = "9600";
-
-bool Eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
 
 /// One camera that stays on from run to run.
 class Features : public testing::Test {

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "../Support.h"
+#include "../../TemporaryFolder.h"
 #include "Pty.h"
 #include "os/Environment.h"
 
@@ -18,8 +18,8 @@ namespace ClSerTty {
 namespace {
 
 namespace fs = std::filesystem;
+using CameraTest::TemporaryFolder;
 using ClSerTtyTest::Pty;
-using ClSerTtyTest::TemporaryFolder;
 
 class MachineTtysTest : public testing::Test {
 protected:

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "../../TemporaryFolder.h"
 #include "../Host.h"
 #include "simulator/Simulator.h"
 
@@ -19,7 +20,7 @@ namespace fs = std::filesystem;
 
 class SimulatorLinks : public testing::Test {
 protected:
-    TemporaryFolder m_folder;
+    CameraTest::TemporaryFolder m_folder;
     MarlowSim::Simulator m_simulator{m_folder.Path() / "links"};
     const fs::path m_link = m_folder.Path() / "links" / "cam0";
 };

@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "../../TemporaryFolder.h"
 #include "../Host.h"
 #include "gencp/Registers.h"
 
@@ -143,7 +144,7 @@ protected:
     std::string Links() const { return (m_folder.Path() / "links").string(); }
     fs::path Socket() const { return m_folder.Path() / "control"; }
 
-    TemporaryFolder m_folder;
+    CameraTest::TemporaryFolder m_folder;
 };
 
 TEST_F(MarlowSimTest, IsReadyWhenAllLinksAreThereAndRemovesThemInTheEnd) {

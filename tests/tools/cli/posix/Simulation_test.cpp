@@ -6,10 +6,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <functional>
-#include <thread>
-
+#include "../../Eventually.h"
 #include "../CamerasFixture.h"
 #include "../SilentLine.h"
 
@@ -19,20 +16,10 @@ using nlohmann::json;
 using testing::HasSubstr;
 using tools_test::BlockedRun;
 using tools_test::Cameras;
+using tools_test::Eventually;
 using tools_test::Reasons;
 using tools_test::RunResult;
 using tools_test::RunVantoCl;
-
-/// Waits for something; false when it does not come.
-bool Eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
 
 class Simulation : public Cameras {};
 
