@@ -21,6 +21,8 @@ constexpr DWORD kFirstBaudRate = 9600;
 constexpr DWORD kLongestWait = 50;      // ms; a wait is made of such pieces, so that it can be cancelled
 constexpr milliseconds kSendTime{200};  // what a driver or USB adapter may take beyond the line's own time
 constexpr DWORD kQueueSize = 64 * 1024;
+constexpr char kXon = 0x11;
+constexpr char kXoff = 0x13;
 
 std::string Reason(DWORD error) {
     char text[256] = {};
@@ -213,6 +215,9 @@ void ComDevice::Apply(DWORD bitsPerSecond) {
     settings.StopBits = ONESTOPBIT;
     settings.fDtrControl = DTR_CONTROL_ENABLE;
     settings.fRtsControl = RTS_CONTROL_ENABLE;
+    // Not used, but settings in which the two are the same are refused.
+    settings.XonChar = kXon;
+    settings.XoffChar = kXoff;
     if (SetCommState(m_port, &settings) == 0) {
         throw SerialError(CL_ERR_BAUD_RATE_NOT_SUPPORTED,
                           "The serial port " + m_title + " refuses " + std::to_string(bitsPerSecond) + " baud.");
