@@ -153,21 +153,15 @@ void ComDevice::DiscardInput() {
 }
 
 std::uint32_t ComDevice::SupportedBaudRates() {
-    COMMPROP properties{};
-    properties.wPacketLength = sizeof(properties);
-    if (GetCommProperties(m_port, &properties) == 0) {
-        ThrowGone(GetLastError());
-    }
-    if ((properties.dwSettableBaud & BAUD_USER) != 0) {
-        return kAllBaudRates;
-    }
+    Status();
     if (!m_triedRates) {
         m_triedRates = TryFastRates();
     }
     return BaudRatesUpTo(CBR_115200) | *m_triedRates;
 }
 
-/// A port that promises no rates beyond those that have a name in its properties may take them all the same.
+/// The port's properties do not tell: they have no names for these rates, and that it takes rates of the user's choice
+/// is said of ports with any limit.
 std::uint32_t ComDevice::TryFastRates() {
     WaitUntilSent();
     const DWORD before = m_bitsPerSecond;
