@@ -30,10 +30,23 @@ CleanUps& TheCleanUps() {
     return cleanUps;
 }
 
-// The system calls it on a thread of its own. When it returns FALSE, the system ends the process.
-BOOL WINAPI OnRequest(DWORD) {
-    if (!requested.exchange(true) && watches > 0)
+/// Waits for the commands that watch, for less than the five seconds that the system waits for a program.
+void WaitForWatches() {
+    constexpr DWORD kPause = 10;  // ms
+    constexpr ULONGLONG kLongest = 4500;
+    const ULONGLONG begin = ::GetTickCount64();
+    while (watches > 0 && ::GetTickCount64() - begin < kLongest)
+        ::Sleep(kPause);
+}
+
+// The system calls it on a thread of its own. When it returns FALSE, the system ends the process; when the console is
+// closed or the user leaves, it does so in any case.
+BOOL WINAPI OnRequest(DWORD event) {
+    const bool mayGoOn = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+    if (!requested.exchange(true) && watches > 0 && mayGoOn)
         return TRUE;
+    if (!mayGoOn)
+        WaitForWatches();
     CleanUps& cleanUps = TheCleanUps();
     const std::lock_guard guard(cleanUps.lock);
     for (std::function<void()>* action : cleanUps.actions | std::views::reverse)
