@@ -39,6 +39,33 @@ install(DIRECTORY docs/ DESTINATION share/doc/vanto-cl/docs FILES_MATCHING PATTE
 
 # For Windows users: one folder in an archive, to be unpacked anywhere.
 if(WIN32)
+    # The licences of what is linked into the files, from the Debian packages of the same sources. Boost's asks for no
+    # copy beside machine code.
+    function(vanto_license package name)
+        install(FILES "/usr/share/doc/${package}/copyright" DESTINATION share/doc/vanto-cl/licenses RENAME "${name}.txt")
+    endfunction()
+    vanto_license(libcli11-dev cli11)
+    vanto_license(nlohmann-json3-dev nlohmann_json)
+    vanto_license(libexpat1-dev libexpat)
+    vanto_license(libfmt-dev libfmt)
+    vanto_license(libgcrypt-mingw-w64-dev libgcrypt)
+    vanto_license(libgpg-error-mingw-w64-dev libgpg-error)
+    vanto_license(libpng-dev libpng16)
+    vanto_license(libpugixml-dev libpugixml)
+    vanto_license(libspdlog-dev libspdlog)
+    vanto_license(libtiff-dev libtiff)
+    vanto_license(libxerces-c-dev libxerces-c)
+    vanto_license(libz-mingw-w64-dev libz)
+    vanto_license(libzip-dev libzip)
+    vanto_license(gcc-mingw-w64-x86-64-posix-runtime gcc)
+    vanto_license(mingw-w64-x86-64-dev mingw-w64)
+    # Texts that those refer to.
+    install(FILES /usr/share/doc/libxerces-c-dev/NOTICE DESTINATION share/doc/vanto-cl/licenses
+            RENAME libxerces-c.NOTICE.txt)
+    foreach(text Apache-2.0 GPL-2 GPL-3 LGPL-2.1)
+        install(FILES "/usr/share/common-licenses/${text}" DESTINATION share/doc/vanto-cl/licenses RENAME "${text}.txt")
+    endforeach()
+
     set(CPACK_GENERATOR ZIP)
     set(CPACK_PACKAGE_NAME vanto-clser)
     set(CPACK_PACKAGE_FILE_NAME "vanto-clser-${PROJECT_VERSION}-win64")

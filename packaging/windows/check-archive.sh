@@ -19,6 +19,12 @@ mkdir -p "$users"
 (cd "$users" && cmake -E tar xf "$archive")
 program=$(echo "$users"/*/bin/vanto-cl.exe)
 
+for library in cli11 nlohmann_json gcc mingw-w64 $(find "$(windows_libraries)/lib" -maxdepth 1 -type f -name 'lib*.a' \
+    ! -name 'libg[mt]*' -printf '%f '); do
+    license=$(echo "$users"/*/share/doc/vanto-cl/licenses/"$(basename "$library" .a).txt")
+    [ -s "$license" ] || { echo "the archive lacks $license" && exit 1; }
+done
+
 mkdir "$folder/links"
 "$native/marlow-sim" --links "$folder/links" --camera com35,model=H4096,serial=ZIP035 >"$folder/greeting" &
 simulator=$!
