@@ -60,8 +60,6 @@ if(WIN32)
     vanto_license(gcc-mingw-w64-x86-64-posix-runtime gcc)
     vanto_license(mingw-w64-x86-64-dev mingw-w64)
     # Texts that those refer to.
-    install(FILES /usr/share/doc/libxerces-c-dev/NOTICE DESTINATION share/doc/vanto-cl/licenses
-            RENAME libxerces-c.NOTICE.txt)
     foreach(text Apache-2.0 GPL-2 GPL-3 LGPL-2.1)
         install(FILES "/usr/share/common-licenses/${text}" DESTINATION share/doc/vanto-cl/licenses RENAME "${text}.txt")
     endforeach()
