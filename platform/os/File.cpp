@@ -26,7 +26,7 @@ std::string TemporaryNameFor(const std::string& path) {
 }
 
 bool WriteNewFile(const std::string& path, std::string_view content) {
-    OpenFile file(std::fopen(path.c_str(), "wbx"));
+    OpenFile file = OpenNewFile(path);
     if (!file)
         return false;
     const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();

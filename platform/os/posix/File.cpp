@@ -50,4 +50,13 @@ OpenFile OpenPlainFile(const std::string& path) noexcept {
     return file;
 }
 
+/**
+ * \brief Make a file and open it for writing
+ * \param[in] path Path of the file
+ * \return Null when there is one already, or it can't be made
+ */
+OpenFile OpenNewFile(const std::string& path) noexcept {
+    return OpenFile(std::fopen(path.c_str(), "wbx"));
+}
+
 }  // namespace os

@@ -5,6 +5,7 @@
 
 #include "os/File.h"
 
+#include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -40,6 +41,23 @@ OpenFile OpenPlainFile(const std::string& path) noexcept {
     OpenFile file(std::fopen(path.c_str(), "rb"));
     if (file && ::GetFileType(reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file.get())))) != FILE_TYPE_DISK)
         file.reset();
+    return file;
+}
+
+/**
+ * \brief Make a file and open it for writing
+ * \param[in] path Path of the file
+ * \return Null when there is one already, or it can't be made
+ */
+OpenFile OpenNewFile(const std::string& path) noexcept {
+    // The system's C library knows no "x" among the modes of fopen.
+    constexpr int kMode = _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY;
+    const int descriptor = ::_open(path.c_str(), kMode, _S_IREAD | _S_IWRITE);
+    if (descriptor < 0)
+        return nullptr;
+    OpenFile file(::_fdopen(descriptor, "wb"));
+    if (!file)
+        ::_close(descriptor);
     return file;
 }
 

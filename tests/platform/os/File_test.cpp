@@ -50,6 +50,13 @@ TEST_F(File, TellsSizeAndTime) {
     EXPECT_GE(status.modified, before - 2);
 }
 
+TEST_F(File, IsNotMadeWhereOneIs) {
+    const std::string path = In("file");
+    EXPECT_NE(os::OpenNewFile(path), nullptr);
+    EXPECT_EQ(os::OpenNewFile(path), nullptr);
+    EXPECT_EQ(os::OpenNewFile(In("none/file")), nullptr);
+}
+
 TEST_F(File, TellsMissing) {
     Make("file", "");
     EXPECT_EQ(os::GetFileStatus(In("none")).state, os::FileState::kMissing);
