@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string_view>
@@ -92,7 +91,8 @@ std::string UnzipDescription(const void* data, std::size_t size, const std::stri
 }
 
 std::string ReadDescriptionFile(const std::string& fileName) {
-    std::ifstream file(std::filesystem::path(reinterpret_cast<const char8_t*>(fileName.c_str())), std::ios::binary);
+    // Not by a path, which takes a text for UTF-8 on Windows, whatever the code page in use.
+    std::ifstream file(fileName, std::ios::binary);
     if (!file)
         throw RUNTIME_EXCEPTION("%s(1,1): the file can't be opened", fileName);
     std::string text;

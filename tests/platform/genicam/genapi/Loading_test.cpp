@@ -11,6 +11,7 @@
 
 #include "Support.h"
 #include "os/Environment.h"
+#include "os/Path.h"
 
 using namespace GenApi;
 using namespace GenICam;
@@ -76,6 +77,14 @@ private:
 TEST_F(Loading, ReadsFiles) {
     map._LoadXMLFromFile(File("a b.xml", Describe("<Integer Name='A'><Value>3</Value></Integer>")).c_str());
     EXPECT_EQ(Integer("A")->GetValue(), 3);
+}
+
+TEST_F(Loading, TakesFileNamesInTheCodePageInUse) {
+    const std::filesystem::path plain = File("x.xml", Describe(""));
+    const std::filesystem::path named = plain.parent_path() / u8"Größe.xml";
+    std::filesystem::rename(plain, named);
+    map._LoadXMLFromFile(os::ToText(named).c_str());
+    EXPECT_NE(map._GetNode("Device"), nullptr);
 }
 
 TEST_F(Loading, ReplacesEnvironmentVariablesInFileNames) {
