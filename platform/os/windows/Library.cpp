@@ -8,22 +8,33 @@
 #include <windows.h>
 
 #include <array>
+#include <mutex>
 #include <utility>
 
 namespace os {
 
 namespace {
 
-// Keeps the system from showing a message box about a missing library or drive.
+std::mutex g_quietMutex;
+unsigned g_quiet = 0;  // how many ask for it
+UINT g_modeBefore = 0;
+
+// Keeps the system from showing a message box about a missing library or drive. The mode is that of the process: of
+// several that overlap, the first changes it and the last restores it.
 class QuietErrors {
 public:
-    QuietErrors() noexcept : m_previous(::SetErrorMode(SEM_FAILCRITICALERRORS)) {}
-    ~QuietErrors() { ::SetErrorMode(m_previous); }
+    QuietErrors() {
+        const std::lock_guard lock(g_quietMutex);
+        if (g_quiet++ == 0)
+            g_modeBefore = ::SetErrorMode(SEM_FAILCRITICALERRORS);
+    }
+    ~QuietErrors() {
+        const std::lock_guard lock(g_quietMutex);
+        if (--g_quiet == 0)
+            ::SetErrorMode(g_modeBefore);
+    }
     QuietErrors(const QuietErrors&) = delete;
     QuietErrors& operator=(const QuietErrors&) = delete;
-
-private:
-    UINT m_previous;
 };
 
 }  // namespace

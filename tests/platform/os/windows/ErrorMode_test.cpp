@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <barrier>
+#include <thread>
+
 #include "os/Library.h"
 
 namespace {
@@ -28,6 +31,22 @@ TEST_F(ErrorMode, IsThatOfBeforeAfterLoading) {
 TEST_F(ErrorMode, IsThatOfBeforeAfterAFailure) {
     EXPECT_THROW(os::Library("none\\such.dll"), os::LibraryError);
     EXPECT_EQ(::GetErrorMode(), kMode);
+}
+
+TEST_F(ErrorMode, IsThatOfBeforeAfterLoadingsThatOverlap) {
+    constexpr int kRounds = 1000;
+    int wrong = 0;
+    std::barrier round(2, [&]() noexcept { wrong += ::SetErrorMode(kMode) != kMode ? 1 : 0; });
+    const auto load = [&round] {
+        for (int count = 0; count < kRounds; ++count) {
+            EXPECT_THROW(os::Library("none\\such.dll"), os::LibraryError);
+            round.arrive_and_wait();
+        }
+    };
+    std::thread other(load);
+    load();
+    other.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace
