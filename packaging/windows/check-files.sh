@@ -15,7 +15,7 @@ driver=vanto/clprotocol/Win64_x64/MarlowCLProtocol.dll
 failures=0
 complain() { echo "$*" >&2 && failures=$((failures + 1)); }
 
-for file in GCBase.dll GenApi.dll CLProtocol.dll VantoBase.dll clsertty.dll $tl $plugin $driver vanto-cl.exe; do
+for file in GCBase.dll GenApi.dll CLProtocol.dll VantoBase.dll clsertty.dll $tl $plugin $driver vanto-cl.exe example-*.exe; do
     [ -f "$file" ] || { complain "$file was not built" && continue; }
     for library in $($objdump -p "$file" | sed -n 's/.*DLL Name: //p'); do
         case $file in
@@ -35,6 +35,9 @@ expect_exports() {
     [ "$names" = "$(printf '%s\n' "$@" | sort)" ] || complain "$file exports" $names
 }
 expect_exports $plugin CreateFrameGrabberObject DestroyFrameGrabberObject
+expect_exports $driver clpCloseLib clpContinueWriteRegister clpDisconnect clpGetCLProtocolVersion clpGetErrorText \
+    clpGetEventData clpGetParam clpGetShortDeviceIDTemplates clpGetXMLDescription clpGetXMLIDs clpInitLib \
+    clpIsParamSupported clpProbeDevice clpReadRegister clpSetParam clpWriteRegister
 expect_exports clsertty.dll clFlushPort clGetErrorText clGetManufacturerInfo clGetNumBytesAvail clGetNumSerialPorts \
     clGetSerialPortIdentifier clGetSupportedBaudRates clSerialClose clSerialInit clSerialRead clSerialWrite clSetBaudRate
 
