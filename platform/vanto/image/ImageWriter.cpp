@@ -5,6 +5,7 @@
 
 #include "vanto/ImageWriter.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -17,15 +18,15 @@ namespace Vanto {
 
 namespace {
 
-void WriteRaw(const std::string& path, const ImageView& image) {
+std::error_code WriteRaw(const std::string& path, const ImageView& image) {
     std::ofstream file(path, std::ios::binary);
     file.write(static_cast<const char*>(image.data), static_cast<std::streamsize>(image.size));
     file.close();
-    if (!file)
-        throw RUNTIME_EXCEPTION("The image file '%s' can't be written.", path);
+    return file ? std::error_code() : WriteError();
 }
 
-void Encode(const std::string& path, EImageFileFormat format, const ImageView& image) {
+std::error_code Encode(const std::string& path, EImageFileFormat format, const ImageView& image) {
+    errno = 0;
     if (format == EImageFileFormat::kRaw)
         return WriteRaw(path, image);
     SampleRows rows(image);
@@ -39,13 +40,19 @@ void Encode(const std::string& path, EImageFileFormat format, const ImageView& i
     }
 }
 
+[[noreturn]] void Refuse(const std::string& path, const std::error_code& error) {
+    throw RUNTIME_EXCEPTION("The image file '%s' can't be written: %s", path, error.message());
+}
+
 // Removes what was written so far unless it was kept.
 class UnfinishedFile {
 public:
     explicit UnfinishedFile(const std::string& path) : m_path(path), m_unfinished(path + ".part") {}
     ~UnfinishedFile() {
+        // A folder of that name is somebody else's.
         std::error_code ignored;
-        std::filesystem::remove(os::ToFilePath(m_unfinished), ignored);
+        if (!std::filesystem::is_directory(os::ToFilePath(m_unfinished), ignored))
+            std::filesystem::remove(os::ToFilePath(m_unfinished), ignored);
     }
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
@@ -55,7 +62,7 @@ public:
         std::error_code error;
         std::filesystem::rename(os::ToFilePath(m_unfinished), os::ToFilePath(m_path), error);
         if (error)
-            throw RUNTIME_EXCEPTION("The image file '%s' can't be written: %s", m_path, error.message());
+            Refuse(m_path, error);
     }
 
 private:
@@ -94,12 +101,13 @@ const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noex
  * \brief Write an image; a file of that name is replaced only when all of it was written
  * \param[in] path The file; nothing is appended to the name
  * \throw InvalidArgumentException The pixel type can't be written in that format, or the data are too short
- * \throw RuntimeException The file can't be written
+ * \throw RuntimeException The file can't be written; the message says why
  * \context Reentrant
  */
 void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image) {
     UnfinishedFile file(path.str());
-    Encode(file.Path(), format, image);
+    if (const std::error_code error = Encode(file.Path(), format, image))
+        Refuse(path.str(), error);
     file.Keep();
 }
 

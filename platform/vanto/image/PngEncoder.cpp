@@ -9,7 +9,6 @@
 #include <fstream>
 #include <vector>
 
-#include "Base/GCException.h"
 #include "ImageEncoders.h"
 
 namespace Vanto {
@@ -25,7 +24,7 @@ public:
         m_png = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, &OnError, &OnWarning);
         m_info = m_png != nullptr ? png_create_info_struct(m_png) : nullptr;
         if (m_info == nullptr)
-            m_error = "no memory";
+            m_isRefused = true;
         else
             png_set_write_fn(m_png, this, &OnWrite, &OnFlush);
     }
@@ -61,14 +60,14 @@ public:
         m_file.close();
         return static_cast<bool>(m_file);
     }
-    const char* Error() const noexcept { return m_error; }
+    bool IsRefused() const noexcept { return m_isRefused; }  // by libpng, not by the file
 
 private:
-    bool IsFine() const noexcept { return *m_error == '\0' && m_file; }
+    bool IsFine() const noexcept { return !m_isRefused && m_file; }
 
     static PngFile& Of(png_structp png) { return *static_cast<PngFile*>(png_get_io_ptr(png)); }
     [[noreturn]] static void OnError(png_structp png, png_const_charp) {
-        static_cast<PngFile*>(png_get_error_ptr(png))->m_error = "libpng refuses it";
+        static_cast<PngFile*>(png_get_error_ptr(png))->m_isRefused = true;
         png_longjmp(png, 1);
     }
     static void OnWarning(png_structp, png_const_charp) {}
@@ -80,7 +79,7 @@ private:
     std::ofstream m_file;
     png_structp m_png = nullptr;
     png_infop m_info = nullptr;
-    const char* m_error = "";
+    bool m_isRefused = false;
 };
 
 // PNG knows 8 and 16 bits, and white is their greatest value.
@@ -98,9 +97,9 @@ void PackRow(std::span<const std::uint16_t> samples, unsigned bits, std::vector<
 
 /**
  * \brief Write a PNG file with 8 or 16 bits a sample
- * \throw RuntimeException The file can't be written
+ * \return Why the file can't be written
  */
-void EncodePng(const std::string& path, SampleRows& rows) {
+std::error_code EncodePng(const std::string& path, SampleRows& rows) {
     PngFile file(path);
     bool isFine = file.Begin(rows.Width(), rows.Height(), rows.Channels(), rows.Bits());
     std::vector<std::uint8_t> packed;
@@ -108,8 +107,9 @@ void EncodePng(const std::string& path, SampleRows& rows) {
         PackRow(rows.Read(row), rows.Bits(), packed);
         isFine = file.WriteRow(packed.data());
     }
-    if (!isFine || !file.End())
-        throw RUNTIME_EXCEPTION("The image file '%s' can't be written. %s", path, file.Error());
+    if (isFine && file.End())
+        return {};
+    return file.IsRefused() ? std::make_error_code(std::errc::not_supported) : WriteError();
 }
 
 }  // namespace Vanto

@@ -7,16 +7,15 @@
 
 #include <fstream>
 
-#include "Base/GCException.h"
 #include "ImageEncoders.h"
 
 namespace Vanto {
 
 /**
  * \brief Write P5 or P6 with the greatest value that the bits allow; alpha is left out
- * \throw RuntimeException The file can't be written
+ * \return Why the file can't be written
  */
-void EncodePnm(const std::string& path, SampleRows& rows) {
+std::error_code EncodePnm(const std::string& path, SampleRows& rows) {
     std::ofstream file(path, std::ios::binary);
     const bool isColour = rows.Channels() > 1;
     const std::string header =
@@ -36,8 +35,7 @@ void EncodePnm(const std::string& path, SampleRows& rows) {
         file.write(line.data(), static_cast<std::streamsize>(line.size()));
     }
     file.close();
-    if (!file)
-        throw RUNTIME_EXCEPTION("The image file '%s' can't be written.", path);
+    return file ? std::error_code() : WriteError();
 }
 
 }  // namespace Vanto

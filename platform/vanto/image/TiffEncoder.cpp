@@ -8,7 +8,6 @@
 #include <memory>
 #include <vector>
 
-#include "Base/GCException.h"
 #include "ImageEncoders.h"
 
 namespace Vanto {
@@ -79,12 +78,13 @@ bool WriteRows(TIFF* tiff, SampleRows& rows) {
 
 /**
  * \brief Write an uncompressed TIFF file with 8 or 16 bits a sample
- * \throw RuntimeException The file can't be written
+ * \return Why the file can't be written
  */
-void EncodeTiff(const std::string& path, SampleRows& rows) {
+std::error_code EncodeTiff(const std::string& path, SampleRows& rows) {
     const TiffFile file = OpenTiff(path);
     if (file == nullptr || !SetFields(file.get(), rows) || !WriteRows(file.get(), rows))
-        throw RUNTIME_EXCEPTION("The image file '%s' can't be written.", path);
+        return WriteError();
+    return {};
 }
 
 }  // namespace Vanto

@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "vanto/ImageWriter.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <png.h>
 #include <tiffio.h>
@@ -197,9 +198,23 @@ TEST_F(ImageWriter, NamesAFileThatItCantWriteAndLeavesNothing) {
     const std::string path = m_folder.Path("none/image");
     for (const auto format :
          {EImageFileFormat::kPng, EImageFileFormat::kPnm, EImageFileFormat::kTiff, EImageFileFormat::kRaw}) {
-        EXPECT_THROW(WriteImage(path, format, View(bytes, PixelType_Mono8, 2, 2)), GenICam::RuntimeException);
+        try {
+            WriteImage(path, format, View(bytes, PixelType_Mono8, 2, 2));
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const GenICam::RuntimeException& error) {
+            EXPECT_THAT(error.GetDescription(),
+                        testing::StartsWith("The image file '" + path + "' can't be written: "));
+        }
     }
     EXPECT_TRUE(std::filesystem::is_empty(m_folder.Path()));
+}
+
+TEST_F(ImageWriter, LeavesAFolderThatIsInTheWay) {
+    const Bytes bytes(4);
+    std::filesystem::create_directory(m_folder.Path("image.part"));
+    EXPECT_THROW(WriteImage(m_folder.Path("image"), EImageFileFormat::kRaw, View(bytes, PixelType_Mono8, 2, 2)),
+                 GenICam::RuntimeException);
+    EXPECT_TRUE(std::filesystem::exists(m_folder.Path("image.part")));
 }
 
 TEST_F(ImageWriter, KnowsExtensions) {
