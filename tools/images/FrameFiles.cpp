@@ -72,8 +72,9 @@ void FrameFiles::Save(const Vanto::GrabResult& result) {
     CheckPixelType(result.GetPixelType());
     const std::string name =
         fmt::format("frame_{:06}{}", m_count + 1, Vanto::GetFileExtension(*m_format, result.GetPixelType()));
-    m_last = (m_folder / name).lexically_normal();
-    Vanto::WriteImage(m_last.string(), *m_format, ViewOf(result));
+    const std::filesystem::path path = (m_folder / name).lexically_normal();
+    Vanto::WriteImage(path.string(), *m_format, ViewOf(result));
+    m_last = path;
     if (m_count++ == 0)
         m_first = m_last;
 }

@@ -10,6 +10,7 @@
 #include <array>
 #include <fstream>
 
+#include "Base/GCException.h"
 #include "app/ExitCode.h"
 #include "system/Folders.h"
 
@@ -69,6 +70,15 @@ TEST_F(FrameFilesTest, ReplaceThoseOfAnEarlierGrab) {
     FrameFiles files("raw", Folder());
     files.Save(Frame());
     EXPECT_EQ(fs::file_size(files.First()), 8U);
+}
+
+TEST_F(FrameFilesTest, AreOnlyThoseThatCouldBeWritten) {
+    FrameFiles files("raw", Folder());
+    files.Save(Frame());
+    fs::create_directories(Folder() / "frame_000002.raw");
+    EXPECT_THROW(files.Save(Frame()), GenICam::GenericException);
+    EXPECT_EQ(files.Count(), 1U);
+    EXPECT_EQ(files.Last(), files.First());
 }
 
 TEST_F(FrameFilesTest, OfCutFramesAreRaw) {
