@@ -11,6 +11,8 @@
 
 #include "images/FrameCounts.h"
 #include "output/Output.h"
+#include "output/Text.h"
+#include "system/Terminal.h"
 
 namespace tools {
 
@@ -46,10 +48,17 @@ void GrabProgress::Show(const FrameCounts& counts) {
     m_shown = now;
     if (!isTerminal)
         return m_output.Note(Text(counts));
-    const std::uint64_t done = std::min(kBarLength, (counts.Delivered() + counts.Failed()) * kBarLength / m_frames);
-    std::fputs(fmt::format("\r[{:#<{}}{:.<{}}] {}\033[K", "", done, "", kBarLength - done, Text(counts)).c_str(),
-               m_output.Err());
+    std::fputs(fmt::format("\r{}\033[K", Bar(counts)).c_str(), m_output.Err());
     std::fflush(m_output.Err());
+}
+
+// A line that fills the terminal's last column would go on in the next one, and could not be written over.
+std::string GrabProgress::Bar(const FrameCounts& counts) const {
+    const auto columns = static_cast<std::size_t>(std::max(TerminalWidth(m_output.Err()), 2)) - 1;
+    const std::uint64_t done = std::min(kBarLength, (counts.Delivered() + counts.Failed()) * kBarLength / m_frames);
+    const std::string text = Text(counts);
+    const std::string bar = fmt::format("[{:#<{}}{:.<{}}] {}", "", done, "", kBarLength - done, text);
+    return bar.size() <= columns ? bar : Shortened(text, columns);
 }
 
 std::string GrabProgress::Text(const FrameCounts& counts) const {

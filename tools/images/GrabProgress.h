@@ -25,6 +25,7 @@ public:
     double Seconds() const;
 
 private:
+    std::string Bar(const FrameCounts& counts) const;
     std::string Text(const FrameCounts& counts) const;
 
     Output& m_output;

@@ -39,4 +39,20 @@ TEST(GrabProgressOnTerminal, NeverLeavesItsBar) {
     EXPECT_THAT(terminal.Text(), testing::HasSubstr("[########################] 3 of 1 frames"));
 }
 
+TEST(GrabProgressOnTerminal, StaysOnOneLine) {
+    tools_test::PseudoTerminal terminal(60);
+    Output output(terminal.Stream(), terminal.Stream());
+    GrabProgress progress(output, 1'000'000'000);
+    ShowFor(progress, CountsOf(1), 0.2);
+    EXPECT_THAT(terminal.Text(), testing::StartsWith("\r1 of 1000000000 frames, "));
+}
+
+TEST(GrabProgressOnTerminal, IsCutOnANarrowOne) {
+    tools_test::PseudoTerminal terminal(20);
+    Output output(terminal.Stream(), terminal.Stream());
+    GrabProgress progress(output, 1'000'000'000);
+    ShowFor(progress, CountsOf(1), 0.2);
+    EXPECT_EQ(terminal.Text(), "\r1 of 1000000000 fr…\033[K");
+}
+
 }  // namespace
