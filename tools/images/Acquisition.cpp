@@ -46,7 +46,7 @@ Vanto::IStreamGrabber& GrabberOf(const OpenDevice& device) {
  * \brief Start to grab
  * \param[in] device An open device
  * \param[in] buffers How many frames may wait to be taken, from 1
- * \throw ToolError The device has no frame grabber
+ * \throw ToolError The device has no frame grabber, or one that refuses without a word
  * \throw GenericException The frame grabber refuses; std::bad_alloc when the buffers don't fit into the memory
  */
 Acquisition::Acquisition(const OpenDevice& device, std::size_t buffers) : m_grabber(GrabberOf(device)) {
@@ -55,8 +55,7 @@ Acquisition::Acquisition(const OpenDevice& device, std::size_t buffers) : m_grab
         RegisterBuffers(buffers);
         m_grabber.PrepareGrab();
         m_prepared = true;
-        for (const Vanto::StreamBufferHandle handle : m_handles)
-            m_grabber.QueueBuffer(handle);
+        QueueAll();
     } catch (...) {
         try {
             Finish();
@@ -72,6 +71,18 @@ Acquisition::~Acquisition() {
         Finish();
     } catch (const GenICam::GenericException&) {
         // The device is closed next, which ends what is left.
+    }
+}
+
+// The first buffer starts the grabber. What its plug-in says is the whole message, which may be nothing.
+void Acquisition::QueueAll() {
+    try {
+        for (const Vanto::StreamBufferHandle handle : m_handles)
+            m_grabber.QueueBuffer(handle);
+    } catch (const GenICam::GenericException& error) {
+        if (*error.GetDescription() != '\0')
+            throw;
+        throw ToolError("the frame grabber doesn't start, and its plug-in doesn't say why");
     }
 }
 

@@ -34,6 +34,7 @@ public:
 
 private:
     void RegisterBuffers(std::size_t count);
+    void QueueAll();
 
     Vanto::IStreamGrabber& m_grabber;
     std::size_t m_payloadSize = 0;
