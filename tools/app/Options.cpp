@@ -24,7 +24,10 @@ void Options::Values(const std::string& names, std::vector<std::string>& target,
 
 void Options::Choice(const std::string& names, std::string& target, const std::vector<std::string>& words,
                      const std::string& help) {
-    m_app.add_option(names, target, help)->check(CLI::IsMember(words))->type_name(CLI::detail::join(words, "|"));
+    // The placeholder lists the words already: without a description the help doesn't list them a second time.
+    m_app.add_option(names, target, help)
+        ->check(CLI::IsMember(words).description(""))
+        ->type_name(CLI::detail::join(words, "|"));
 }
 
 void Options::Argument(const std::string& name, std::string& target, const std::string& help) {

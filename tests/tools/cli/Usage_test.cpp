@@ -28,6 +28,11 @@ TEST(Usage, HelpListsTheCommandsAndExitCodes) {
         EXPECT_THAT(run.out, HasSubstr(text));
 }
 
+TEST(Usage, HelpListsTheWordsOfAnOptionOnce) {
+    const std::string help = RunVantoCl({"grab", "--help"}).out;
+    EXPECT_THAT(help, HasSubstr("--format png|pgm|tiff|raw|none\n"));
+}
+
 using Words = std::vector<std::string>;
 
 class HelpOf : public testing::TestWithParam<Words> {};
