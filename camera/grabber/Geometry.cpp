@@ -15,7 +15,6 @@ namespace grabber {
 namespace {
 
 constexpr std::int64_t kLargestSide = 1 << 20;
-constexpr std::size_t kLargestPicture = std::size_t{1} << 31;  // bytes
 
 struct PixelFormat {
     std::int64_t first;  // values of the Pixel Format Naming Convention (PFNC), first and last of a row

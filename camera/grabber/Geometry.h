@@ -9,6 +9,9 @@
 
 namespace grabber {
 
+/// Bytes of the largest picture that is made, the gaps between its lines included.
+inline constexpr std::size_t kLargestPicture = std::size_t{1} << 31;
+
 /// What the camera's nodes say; -1 for a node that it lacks.
 struct CameraValues {
     std::int64_t width = -1;

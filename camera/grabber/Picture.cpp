@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <random>
+#include <stdexcept>
 
 #include "FrameMark.h"
 
@@ -28,6 +29,13 @@ void PutPixel(std::uint8_t* to, const Geometry& geometry, std::uint32_t brightne
         const std::uint32_t value = geometry.bytesPerPixel == 3 ? brightness + 85 * index : brightness >> (8 * index);
         to[index] = static_cast<std::uint8_t>(value);
     }
+}
+
+std::size_t LinePitch(const Geometry& geometry, std::size_t multiple) {
+    const std::size_t pitch = RoundUp(geometry.LineLength(), multiple);
+    if (pitch > kLargestPicture / geometry.height)
+        throw std::invalid_argument("The parameter 'Pitch' makes the pictures too large for the simulated grabber.");
+    return pitch;
 }
 
 std::vector<std::uint8_t> MakeStrip(const Geometry& geometry, Pattern pattern, std::size_t period) {
@@ -52,7 +60,7 @@ Picture::Picture(const Geometry& geometry, const Settings& settings)
     : m_geometry(geometry),
       m_pattern(settings.pattern),
       m_firstTag(settings.firstTag),
-      m_linePitch(RoundUp(geometry.LineLength(), settings.pitch)),
+      m_linePitch(LinePitch(geometry, settings.pitch)),
       m_period(std::min(kLongestPeriod, std::size_t{1} << geometry.bits)),
       m_strip(MakeStrip(geometry, settings.pattern, m_period)),
       m_image(geometry.Size()) {

@@ -15,6 +15,7 @@ namespace grabber {
 /// Draws frame after frame into the same memory. Reentrant.
 class Picture {
 public:
+    /// Throws std::invalid_argument when the pitch makes the frames larger than kLargestPicture.
     Picture(const Geometry& geometry, const Settings& settings);
 
     /// The frame stands until the next one is drawn.

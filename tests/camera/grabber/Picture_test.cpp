@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "FrameMark.h"
 
 namespace {
@@ -48,6 +50,13 @@ TEST(Picture, PutsLinesAtMultiplesOfThePitch) {
     EXPECT_EQ(frame.linePitch, 64U);
     EXPECT_EQ(frame.dataSize, 320U);
     EXPECT_EQ(ReadFrameMark(PixelsOf(frame)), 7U);
+}
+
+TEST(Picture, RefusesAPitchThatMakesItTooLarge) {
+    Settings settings;
+    settings.pitch = 1 << 20;
+    const Geometry tall{.width = 40, .height = 2049, .bytesPerPixel = 1, .bits = 8};
+    EXPECT_THROW(Picture(tall, settings), std::invalid_argument);
 }
 
 TEST(Picture, CarriesItsMarkInEveryFormatAndPattern) {
