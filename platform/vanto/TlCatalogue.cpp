@@ -29,7 +29,7 @@ std::vector<std::string> FindLibraries(const std::string& folder, std::error_cod
     std::vector<std::string> paths;
     std::filesystem::directory_iterator entry(os::ToFilePath(folder), error);
     while (!error && entry != std::filesystem::directory_iterator()) {
-        if (entry->path().extension() == kLibraryExtension)
+        if (os::FoldedFileName(os::ToText(entry->path().extension())) == kLibraryExtension)
             paths.push_back(os::ToText(entry->path()));
         entry.increment(error);
     }

@@ -34,17 +34,18 @@ std::string WithoutSuffix(const std::string& name) {
     return name.substr(0, name.size() - kSuffix.size());
 }
 
-bool IsDriverName(const std::string& name) {
+bool IsDriverName(const std::string& fileName) {
+    const std::string name = os::FoldedFileName(fileName);
     return name.size() > kPrefix.size() + kSuffix.size() && name.starts_with(kPrefix) && name.ends_with(kSuffix);
 }
 
 // Whether it is the debug twin of a driver beside it.
 bool IsTwin(const std::string& name, const std::vector<std::string>& names) {
-    const std::string stem = WithoutSuffix(name);
+    const std::string stem = WithoutSuffix(os::FoldedFileName(name));
     if (!stem.ends_with(kDebug))
         return false;
     const std::string other = stem.substr(0, stem.size() - kDebug.size()).append(kSuffix);
-    return std::find(names.begin(), names.end(), other) != names.end();
+    return std::ranges::find(names, other, os::FoldedFileName) != names.end();
 }
 
 std::string SystemFolderOf(const std::string& location) {

@@ -6,7 +6,6 @@
 #include "SerialPorts.h"
 
 #include <algorithm>
-#include <cctype>
 #include <set>
 
 #include "Base/GCUtilities.h"
@@ -28,24 +27,11 @@ constexpr std::string_view kSuffix = ".dll";
 constexpr std::string_view kSuffix = ".so";
 #endif
 
-#ifdef _WIN32
-// File names have no case there.
-std::string Folded(std::string name) {
-    for (char& character : name)
-        character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-    return name;
-}
-#else
-const std::string& Folded(const std::string& name) {
-    return name;
-}
-#endif
-
 // clser???.so or libclser???.so, three characters standing for the maker.
 bool IsSerialLibraryName(const std::string& fileName) {
     constexpr std::string_view kPrefix = "clser";
     constexpr std::size_t kMakerSize = 3;
-    const std::string& name = Folded(fileName);
+    const std::string name = os::FoldedFileName(fileName);
     const std::size_t from = name.starts_with("lib") ? 3 : 0;
     return name.size() == from + kPrefix.size() + kMakerSize + kSuffix.size() &&
            std::string_view(name).substr(from).starts_with(kPrefix) && name.ends_with(kSuffix) &&

@@ -77,6 +77,11 @@ std::filesystem::path ToFilePath(const std::string& text) {
     return text;
 }
 
+/// A name to compare with others: the name itself.
+std::string FoldedFileName(std::string name) {
+    return name;
+}
+
 /// The text that names a path: the same bytes.
 std::string ToText(const std::filesystem::path& path) {
     return path.native();

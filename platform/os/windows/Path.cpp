@@ -63,6 +63,13 @@ bool AppendToPath(std::string& path, std::string_view part) {
     return true;
 }
 
+/// A name to compare with others: in lower case, as far as ASCII goes, since the case of file names does not count.
+std::string FoldedFileName(std::string name) {
+    for (char& character : name)
+        character = static_cast<char>(character >= 'A' && character <= 'Z' ? character - 'A' + 'a' : character);
+    return name;
+}
+
 /// The path that a text names in the code page in use.
 std::filesystem::path ToFilePath(const std::string& text) {
     std::wstring wide(text.size(), L'\0');

@@ -62,6 +62,11 @@ TEST(Path, SplitsFolderAndFile) {
     EXPECT_EQ(os::FileNameOf(Native("/a/")), "");
 }
 
+TEST(Path, FoldsNamesWhereTheirCaseDoesNotCount) {
+    const bool isWindows = os::kPathSeparator == '\\';
+    EXPECT_EQ(os::FoldedFileName("Az[.DLL"), isWindows ? "az[.dll" : "Az[.DLL");
+}
+
 TEST(Path, TurnsForeignSeparators) {
     EXPECT_EQ(os::ToSystemSeparators("a/b\\c"), Native("a/b/c"));
     EXPECT_EQ(os::ToSystemSeparators(""), "");

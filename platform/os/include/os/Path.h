@@ -30,6 +30,7 @@ bool IsPathSeparator(char character) noexcept;
 std::string ToSystemSeparators(std::string_view path);
 std::string FolderOf(std::string_view path);
 std::string FileNameOf(std::string_view path);
+std::string FoldedFileName(std::string name);
 
 // Texts of this library are in the code page in use on Windows, where the standard library takes them for others.
 std::filesystem::path ToFilePath(const std::string& text);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <future>
@@ -155,6 +156,15 @@ TEST_F(Drivers, HaveTheRightFileNames) {
         folder.Write(scripted::SystemFolder() + "/" + name, "");
     const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
     EXPECT_TRUE(CLProtocol::GetDrivers().empty());
+}
+
+TEST_F(Drivers, MayBeInCapitalsWhereTheCaseDoesNotCount) {
+    std::string name = DriverName("Other");
+    std::ranges::transform(name, name.begin(),
+                           [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
+    folder.Write(scripted::SystemFolder() + "/" + name, "");
+    const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", folder.Path());
+    EXPECT_EQ(CLProtocol::GetDrivers().size(), os::FoldedFileName("X") == "x" ? 1u : 0u);
 }
 
 TEST_F(Drivers, ThatAreNoLibrariesAreRefusedWithTheirPath) {
