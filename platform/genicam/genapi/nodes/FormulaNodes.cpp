@@ -86,6 +86,29 @@ EAccessMode ConverterParts::Access(CNode&, Evaluation& evaluation, bool withLock
     return writable ? mode : Combine(mode, RO);
 }
 
+/**
+ * \brief The range of the node behind as the user sees it
+ * \param[in] convert Gives the user's value at one end of that range
+ * \return Nothing when the range behind says nothing about that of the converter
+ *
+ * A falling formula turns the range round. Equal values at both ends are neither rising nor falling, and where every
+ * value is written as the same one any may be written; where an end can't be converted there is no range either.
+ */
+template <class T, class Convert>
+std::optional<std::pair<T, T>> ConverterParts::Range(Convert&& convert) const {
+    if (slope == Varying || (to != nullptr && !to->UsesOwnValue()))
+        return std::nullopt;
+    try {
+        const T first = convert(EBound::Min);
+        const T second = convert(EBound::Max);
+        if (first == second)
+            return std::nullopt;
+        return std::minmax(first, second);
+    } catch (const GenICam::OutOfRangeException&) {
+        return std::nullopt;
+    }
+}
+
 void CIntConverter::Bind() {
     CIntegerNode::Bind();
     m_parts = Map().Memory().New<ConverterParts>(*this, false);
@@ -103,19 +126,13 @@ EAccessMode CIntConverter::ReadAccess(Evaluation& evaluation, bool withLocks) {
     return m_parts->Access(*this, evaluation, withLocks);
 }
 
-// The range of the node behind, converted: a falling formula turns it round. Where it can't be converted there is none.
 std::int64_t CIntConverter::OwnBound(EBound bound, Evaluation& evaluation) {
-    if (m_parts->slope == Varying)
+    const auto range = m_parts->Range<std::int64_t>([&](EBound end) {
+        return m_parts->from->EvaluateInteger(evaluation, m_parts->value->IntegerBound(end, evaluation));
+    });
+    if (!range)
         return CIntegerNode::OwnBound(bound, evaluation);
-    try {
-        const std::int64_t first =
-            m_parts->from->EvaluateInteger(evaluation, m_parts->value->IntegerBound(EBound::Min, evaluation));
-        const std::int64_t second =
-            m_parts->from->EvaluateInteger(evaluation, m_parts->value->IntegerBound(EBound::Max, evaluation));
-        return bound == EBound::Min ? std::min(first, second) : std::max(first, second);
-    } catch (const GenICam::OutOfRangeException&) {
-        return CIntegerNode::OwnBound(bound, evaluation);
-    }
+    return bound == EBound::Min ? range->first : range->second;
 }
 
 void CConverter::Bind() {
@@ -136,17 +153,12 @@ EAccessMode CConverter::ReadAccess(Evaluation& evaluation, bool withLocks) {
 }
 
 double CConverter::OwnBound(EBound bound, Evaluation& evaluation) {
-    if (m_parts->slope == Varying)
+    const auto range = m_parts->Range<double>([&](EBound end) {
+        return m_parts->from->EvaluateFloat(evaluation, m_parts->value->FloatBound(end, evaluation));
+    });
+    if (!range)
         return CFloatNode::OwnBound(bound, evaluation);
-    try {
-        const double first =
-            m_parts->from->EvaluateFloat(evaluation, m_parts->value->FloatBound(EBound::Min, evaluation));
-        const double second =
-            m_parts->from->EvaluateFloat(evaluation, m_parts->value->FloatBound(EBound::Max, evaluation));
-        return bound == EBound::Min ? std::min(first, second) : std::max(first, second);
-    } catch (const GenICam::OutOfRangeException&) {
-        return CFloatNode::OwnBound(bound, evaluation);
-    }
+    return bound == EBound::Min ? range->first : range->second;
 }
 
 }  // namespace GenApi

@@ -4,7 +4,8 @@
  */
 #pragma once
 
-#include <vector>
+#include <optional>
+#include <utility>
 
 #include "formula/FormulaProgram.h"
 #include "nodes/FloatNode.h"
@@ -30,6 +31,8 @@ public:
 
     std::int64_t EvaluateInteger(Evaluation& evaluation, std::int64_t own = 0) const;
     double EvaluateFloat(Evaluation& evaluation, double own = 0.0) const;
+    /// False when the formula ignores the value that is converted.
+    bool UsesOwnValue() const noexcept;
     /// False when a variable can't be read now.
     bool AllReadable(Evaluation& evaluation) const;
 
@@ -71,6 +74,8 @@ struct ConverterParts {
     ConverterParts(CNode& owner, bool floating);
 
     EAccessMode Access(CNode& owner, Evaluation& evaluation, bool withLocks);
+    template <class T, class Convert>
+    std::optional<std::pair<T, T>> Range(Convert&& convert) const;
 
     NodeFormula* to = nullptr;    ///< from the user's value (FROM) to that of the node behind
     NodeFormula* from = nullptr;  ///< and back (TO)

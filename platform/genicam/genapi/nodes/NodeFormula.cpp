@@ -3,6 +3,7 @@
  * The formula of a node: its names, its compilation, its variables
  */
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -222,6 +223,11 @@ std::int64_t NodeFormula::EvaluateInteger(Evaluation& evaluation, std::int64_t o
 double NodeFormula::EvaluateFloat(Evaluation& evaluation, double own) const {
     NodeVariables variables(m_variables, evaluation, 0, own);
     return m_program.EvaluateFloat(variables);
+}
+
+bool NodeFormula::UsesOwnValue() const noexcept {
+    return std::any_of(m_variables.begin(), m_variables.end(),
+                       [](const FormulaVariable& variable) { return variable.part == Part::Own; });
 }
 
 bool NodeFormula::AllReadable(Evaluation& evaluation) const {

@@ -374,6 +374,40 @@ TEST_F(Converter, OfIntegersConvertsTheRange) {
     EXPECT_EQ(Integer("C")->GetMax(), 95);
 }
 
+// Equal values at both ends are neither rising nor falling.
+TEST_F(Converter, WhoseFormulasIgnoreTheirVariableTakesAnyValue) {
+    const auto converter = [](const std::string& kind, const std::string& name, const std::string& formulas) {
+        return "<" + kind + " Name='" + name + "'><pVariable Name='K'>K</pVariable>" + formulas +
+               "<pValue>R</pValue></" + kind + ">";
+    };
+    const std::string from = "<FormulaTo>FROM / K</FormulaTo><FormulaFrom>K</FormulaFrom>";
+    const std::string to = "<FormulaTo>K</FormulaTo><FormulaFrom>TO</FormulaFrom>";
+    Load(converter("IntConverter", "IntFrom", from) + converter("IntConverter", "IntTo", to) +
+         converter("Converter", "From", from) + converter("Converter", "To", to) +
+         "<Integer Name='K'><Value>10</Value></Integer><Integer Name='R'><Value>7</Value><Min>0</Min><Max>99</Max>"
+         "</Integer>");
+    EXPECT_EQ(Integer("IntFrom")->GetMin(), INT64_MIN);
+    EXPECT_EQ(Integer("IntFrom")->GetMax(), INT64_MAX);
+    Integer("IntFrom")->SetValue(250);
+    EXPECT_EQ(Integer("R")->GetValue(), 25);
+    Integer("IntTo")->SetValue(5000);
+    EXPECT_EQ(Integer("R")->GetValue(), 10);
+    Float("From")->SetValue(305.0);
+    EXPECT_EQ(Integer("R")->GetValue(), 31);
+    Float("To")->SetValue(-5000.0);
+    EXPECT_EQ(Integer("R")->GetValue(), 10);
+    EXPECT_THROW(Integer("IntFrom")->SetValue(1000), OutOfRangeException);
+}
+
+TEST_F(Converter, MayLieBehindACommandWhoseValueItIgnores) {
+    Load(
+        "<Command Name='Go'><pValue>C</pValue><CommandValue>1</CommandValue></Command>"
+        "<IntConverter Name='C'><FormulaTo>FROM * 0xA5</FormulaTo><FormulaFrom>(TO = 300) ? 1 : 0</FormulaFrom>"
+        "<pValue>R</pValue></IntConverter><Integer Name='R'><Value>0</Value><Min>0</Min><Max>0xFF</Max></Integer>");
+    Command("Go")->Execute();
+    EXPECT_EQ(Integer("R")->GetValue(), 0xA5);
+}
+
 TEST_F(Converter, HasTheModeOfTheNodeBehind) {
     Load(
         "<Converter Name='C'><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>R</pValue></Converter>"
