@@ -13,6 +13,7 @@
 #include <mutex>
 #include <utility>
 
+#include "ActivityTeller.h"
 #include "CLProtocol/CLProtocolTypes.h"
 #include "CLProtocol/DeviceID.h"
 #include "CallThread.h"
@@ -128,6 +129,10 @@ public:
         const std::lock_guard lock(m_mutex);
         if (m_session)
             throw LOGICAL_ERROR_EXCEPTION("The port is already connected to '%s'", m_deviceId);
+        TellLook(portId, deviceId, [&] { return Look(portId, deviceId); });
+    }
+
+    LookResult Look(const GenICam::gcstring& portId, const GenICam::gcstring& deviceId) {
         const CDeviceID wanted = Parse(deviceId);
         auto thread = std::make_unique<CallThread>();
         const std::shared_ptr<Opening> opening = Open(*thread, portId, wanted, m_timeoutMs);
@@ -141,8 +146,9 @@ public:
         }
         m_session = std::move(opening->session);
         m_thread = std::move(thread);
-        m_deviceId = std::move(found);
+        m_deviceId = found;
         m_isConnected = true;
+        return {std::move(found), m_session->LineRate()};
     }
 
     void Disconnect() {
@@ -257,11 +263,14 @@ void CCLPort::GetDeviceIDTemplates(GenICam::gcstring_vector& templates) {
  */
 GenICam::gcstring CCLPort::ProbeDevice(const GenICam::gcstring& portId, const GenICam::gcstring& deviceIdTemplate,
                                        std::uint32_t timeoutMs) {
-    const CDeviceID wanted = Parse(deviceIdTemplate);
-    CallThread thread;
-    const std::shared_ptr<Opening> opening = Open(thread, portId, wanted, timeoutMs);
-    CloseQuietly(thread, std::exchange(opening->session, nullptr));
-    return opening->found.empty() ? GenICam::gcstring() : FullDeviceId(wanted, opening->found);
+    return TellLook(portId, deviceIdTemplate, [&]() -> LookResult {
+        const CDeviceID wanted = Parse(deviceIdTemplate);
+        CallThread thread;
+        const std::shared_ptr<Opening> opening = Open(thread, portId, wanted, timeoutMs);
+        const CLUINT32 rateFlag = opening->session->LineRate();
+        CloseQuietly(thread, std::exchange(opening->session, nullptr));
+        return {opening->found.empty() ? GenICam::gcstring() : FullDeviceId(wanted, opening->found), rateFlag};
+    });
 }
 
 /**

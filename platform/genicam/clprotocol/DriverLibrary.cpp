@@ -181,6 +181,16 @@ CLINT32 DriverLibrary::GetXml(ISerial& serial, CLUINT32 cookie, const std::strin
     return CL_ERR_BUFFER_TOO_SMALL;
 }
 
+/// The bytes of a description, without fetching it; 0 when the driver can't say it.
+std::size_t DriverLibrary::GetXmlSize(ISerial& serial, CLUINT32 cookie, const std::string& xmlId,
+                                      CLUINT32 timeoutMs) const {
+    char none = 0;
+    CLUINT32 size = 0;
+    const CLINT32 result =
+        Call("clpGetXMLDescription", m_getXml, &serial, cookie, xmlId.c_str(), &none, &size, timeoutMs);
+    return result == CL_ERR_BUFFER_TOO_SMALL && size <= kMaxXmlSize ? size : 0;
+}
+
 CLINT32 DriverLibrary::Read(ISerial& serial, CLUINT32 cookie, CLINT64 address, char* buffer, CLINT64 length,
                             CLUINT32 timeoutMs) const {
     return Call("clpReadRegister", m_readRegister, &serial, cookie, address, buffer, length, timeoutMs);

@@ -30,6 +30,7 @@ public:
     CLINT32 GetXmlIds(ISerial& serial, CLUINT32 cookie, std::string& ids, CLUINT32 timeoutMs) const;
     CLINT32 GetXml(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, std::string& xml,
                    CLUINT32 timeoutMs) const;
+    std::size_t GetXmlSize(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, CLUINT32 timeoutMs) const;
     CLINT32 Read(ISerial& serial, CLUINT32 cookie, CLINT64 address, char* buffer, CLINT64 length,
                  CLUINT32 timeoutMs) const;
     CLINT32 Write(ISerial& serial, CLUINT32 cookie, CLINT64 address, const char* buffer, CLINT64 length,

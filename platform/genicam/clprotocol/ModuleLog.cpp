@@ -8,11 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <condition_variable>
 #include <cstdio>
-#include <memory>
-#include <mutex>
 
+#include "CallbackHolder.h"
 #include "ForeignCall.h"
 #include "Immortal.h"
 
@@ -25,42 +23,7 @@ constexpr std::size_t kMaxMessage = 4096;
 
 std::atomic<CLINT32> g_level{kNothing};
 
-// How often this thread is inside a sink. A sink that logs would otherwise call itself for ever.
-thread_local int t_inSink = 0;
-
-class SinkHolder {
-public:
-    void Set(LogSink sink, CLINT32 level) {
-        std::shared_ptr<const LogSink> previous = sink ? std::make_shared<const LogSink>(std::move(sink)) : nullptr;
-        std::unique_lock lock(m_mutex);
-        g_level = previous ? level : kNothing;
-        m_sink.swap(previous);
-        const long own = t_inSink > 0 ? 2 : 1;
-        m_returned.wait(lock, [&] { return previous.use_count() <= own; });
-    }
-
-    void Write(CLINT32 level, const char* category, const char* message) {
-        std::unique_lock lock(m_mutex);
-        std::shared_ptr<const LogSink> sink = m_sink;
-        lock.unlock();
-        if (!sink)
-            return;
-        ++t_inSink;
-        try {
-            (*sink)(level, category, message);
-        } catch (...) {  // what a sink throws is no reason to fail
-        }
-        --t_inSink;
-        lock.lock();
-        sink.reset();
-        m_returned.notify_all();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_returned;
-    std::shared_ptr<const LogSink> m_sink;
-};
+using SinkHolder = CallbackHolder<CLINT32, const char*, const char*>;
 
 SinkHolder& Holder() {
     static Immortal<SinkHolder> holder;
@@ -70,11 +33,11 @@ SinkHolder& Holder() {
 }  // namespace
 
 void SetLogSink(LogSink sink, CLINT32 level) {
-    Holder().Set(std::move(sink), level);
+    Holder().Set(std::move(sink), [level](bool isThere) { g_level = isThere ? level : kNothing; });
 }
 
 bool IsLogged(CLINT32 level) noexcept {
-    return level <= g_level.load(std::memory_order_relaxed) && t_inSink == 0;
+    return level <= g_level.load(std::memory_order_relaxed) && !SinkHolder::IsInside();
 }
 
 CLINT32 GetLogLevel() noexcept {
@@ -83,7 +46,7 @@ CLINT32 GetLogLevel() noexcept {
 
 void WriteLog(CLINT32 level, const char* category, const std::string& message) noexcept {
     try {
-        Holder().Write(level, category, message.c_str());
+        Holder().Call(level, category, message.c_str());
     } catch (const std::exception&) {  // no memory, no message
     }
 }

@@ -7,8 +7,8 @@
 
 #include <utility>
 
+#include "ActivityTeller.h"
 #include "Immortal.h"
-#include "clser/ClSerial.h"
 
 namespace CLProtocol {
 
@@ -16,6 +16,33 @@ namespace CLProtocol {
 void PortLine::Attach(std::shared_ptr<ISerial> connection) noexcept {
     const std::lock_guard lock(m_mutex);
     m_connection.swap(connection);
+    m_rate = CL_BAUDRATE_9600;
+}
+
+PortLine::Task::Task(PortLine& line, std::function<void(std::size_t)> count) : m_line(line), m_count(std::move(count)) {
+    m_line.m_task = this;
+}
+
+PortLine::Task::~Task() {
+    const std::lock_guard lock(m_line.m_mutex);
+    m_line.m_task = nullptr;
+}
+
+// -10006 and no time-out, after which a driver would try again.
+bool PortLine::MustStop() const noexcept {
+    return m_task != nullptr && IsStopRequested();
+}
+
+// Under the lock, so that the task does not end meanwhile.
+void PortLine::Count(std::size_t bytes) noexcept {
+    const std::lock_guard lock(m_mutex);
+    const Task* const task = m_task;
+    if (task == nullptr || !task->m_count)
+        return;
+    try {
+        task->m_count(bytes);
+    } catch (const std::exception&) {  // what is counted is for the eye only
+    }
 }
 
 std::shared_ptr<ISerial> PortLine::Connection() const noexcept {
@@ -25,12 +52,19 @@ std::shared_ptr<ISerial> PortLine::Connection() const noexcept {
 
 CLINT32 PortLine::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
     const auto connection = Connection();
-    return connection ? connection->clSerialRead(buffer, bufferSize, serialTimeout) : CL_ERR_INVALID_REFERENCE;
+    if (!connection || MustStop())
+        return CL_ERR_INVALID_REFERENCE;
+    const CLINT32 result = connection->clSerialRead(buffer, bufferSize, serialTimeout);
+    if (result >= 0 && bufferSize != nullptr)
+        Count(*bufferSize);
+    return result;
 }
 
 CLINT32 PortLine::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
     const auto connection = Connection();
-    return connection ? connection->clSerialWrite(buffer, bufferSize, serialTimeout) : CL_ERR_INVALID_REFERENCE;
+    if (!connection || MustStop())
+        return CL_ERR_INVALID_REFERENCE;
+    return connection->clSerialWrite(buffer, bufferSize, serialTimeout);
 }
 
 CLINT32 PortLine::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
@@ -40,7 +74,10 @@ CLINT32 PortLine::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
 
 CLINT32 PortLine::clSetBaudRate(CLUINT32 baudRate) noexcept {
     const auto connection = Connection();
-    return connection ? connection->clSetBaudRate(baudRate) : CL_ERR_INVALID_REFERENCE;
+    const CLINT32 result = connection ? connection->clSetBaudRate(baudRate) : CL_ERR_INVALID_REFERENCE;
+    if (result >= 0)
+        m_rate = baudRate;
+    return result;
 }
 
 /**

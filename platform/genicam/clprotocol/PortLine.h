@@ -4,6 +4,8 @@
  */
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -11,6 +13,7 @@
 #include <vector>
 
 #include "CLProtocol/ISerial.h"
+#include "clser/ClSerial.h"
 
 namespace CLProtocol {
 
@@ -24,6 +27,24 @@ public:
 
     void Attach(std::shared_ptr<ISerial> connection) noexcept;
 
+    /// The rate that was set last, as a flag of the C interface; 9600 baud at the beginning.
+    CLUINT32 Rate() const noexcept { return m_rate; }
+
+    /// What is done on a line while one of these lives ends early when the host asks for it. Bytes that come in are
+    /// counted: \a count is called with their number, by the thread that reads.
+    class Task {
+    public:
+        explicit Task(PortLine& line, std::function<void(std::size_t bytes)> count = {});
+        ~Task();
+        Task(const Task&) = delete;
+        Task& operator=(const Task&) = delete;
+
+    private:
+        friend class PortLine;
+        PortLine& m_line;
+        std::function<void(std::size_t)> m_count;
+    };
+
     CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
     CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
     CLINT32 clGetSupportedBaudRates(CLUINT32* baudRates) noexcept override;
@@ -32,8 +53,13 @@ public:
 private:
     std::shared_ptr<ISerial> Connection() const noexcept;
 
-    mutable std::mutex m_mutex;  // not held during a call
+    bool MustStop() const noexcept;
+    void Count(std::size_t bytes) noexcept;
+
+    mutable std::mutex m_mutex;  // not held during a call on the connection
     std::shared_ptr<ISerial> m_connection;
+    std::atomic<const Task*> m_task{nullptr};
+    std::atomic<CLUINT32> m_rate{CL_BAUDRATE_9600};
 };
 
 /// The lines of all ports. Thread-safe.

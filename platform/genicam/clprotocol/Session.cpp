@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include "ActivityTeller.h"
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
 #include "ErrorCodes.h"
@@ -64,6 +65,7 @@ Session::~Session() {
  */
 std::string Session::Probe(const std::string& templateOrDeviceId, CLUINT32 timeoutMs) {
     std::string deviceId;
+    const PortLine::Task task(*m_line);
     const CLINT32 result = m_driver->Probe(*m_line, templateOrDeviceId, deviceId, m_cookie, timeoutMs);
     if (result < 0)
         m_cookie = 0;  // a driver that fails has nothing to disconnect
@@ -124,8 +126,22 @@ std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
 /// The bytes of a description, as the camera has them.
 std::string Session::GetXml(const std::string& xmlId, CLUINT32 timeoutMs) {
     std::string xml;
+    const PortLine::Task task = FetchTask(xmlId, timeoutMs);
     CheckSuccess("clpGetXMLDescription", m_driver->GetXml(*m_line, m_cookie, xmlId, xml, timeoutMs));
     return xml;
+}
+
+// Tells the host how a fetch goes on. The driver is asked for the size only where somebody wants to know it: not every
+// driver has it at hand.
+PortLine::Task Session::FetchTask(const std::string& xmlId, CLUINT32 timeoutMs) {
+    if (!IsActivityHeard())
+        return PortLine::Task(*m_line);
+    Activity activity{.kind = Activity::Kind::kFetching, .portId = m_portId, .baudRateFlag = m_line->Rate()};
+    activity.totalBytes = m_driver->GetXmlSize(*m_line, m_cookie, xmlId, timeoutMs);
+    return PortLine::Task(*m_line, [activity](std::size_t bytes) mutable {
+        activity.doneBytes += bytes;
+        Tell(activity);
+    });
 }
 
 /// The highest rate, as a flag, that camera and port both support; 0 when the driver can't tell.

@@ -31,6 +31,7 @@ public:
     std::string GetXml(const std::string& xmlId, CLUINT32 timeoutMs);
     CLUINT32 FastestCommonRate(CLUINT32 timeoutMs);
     CLUINT32 GetRate(CLUINT32 timeoutMs);
+    CLUINT32 LineRate() const noexcept { return m_line->Rate(); }
     void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);
 
     ISerial& Serial() { return *m_serial; }
@@ -39,6 +40,7 @@ public:
 
 private:
     void CheckSuccess(const char* function, CLINT32 result);
+    PortLine::Task FetchTask(const std::string& xmlId, CLUINT32 timeoutMs);
     [[noreturn]] void ThrowError(const char* function, CLINT32 result);
     std::string ErrorText(CLINT32 result) const;
     CLINT32 ContinuePendingWrite(CLUINT32 timeoutMs);

@@ -5,6 +5,7 @@
 
 #include "XmlFetch.h"
 
+#include "ActivityTeller.h"
 #include "CLProtocol/CLException.h"
 #include "DriverLocations.h"
 #include "ModuleLog.h"
@@ -69,6 +70,7 @@ std::string TextOf(std::string bytes) {
 std::string FetchFromCamera(Session& session, const std::string& xmlId, CLUINT32 timeoutMs) {
     std::string bytes;
     {
+        ThrowIfStopped(session.PortId());
         const RateBoost boost(session, timeoutMs);
         bytes = session.GetXml(xmlId, timeoutMs);
     }
