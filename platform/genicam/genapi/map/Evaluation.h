@@ -16,7 +16,21 @@ struct Evaluation {
     bool ignoreCache = false;  ///< ask the device although the value is known
     bool verify = false;       ///< check ranges on the way
     bool cacheable = true;     ///< cleared by whatever may not be kept
+    bool isPassing = false;    ///< what is written starts something and does not stay, as a command
     Frame* top = nullptr;      ///< the innermost node that is being evaluated
+};
+
+/// Sets a flag of an evaluation for a while.
+class FlagScope {
+public:
+    FlagScope(bool& flag, bool value) : m_flag(flag), m_before(flag) { m_flag = value; }
+    ~FlagScope() { m_flag = m_before; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& m_flag;
+    const bool m_before;
 };
 
 /// What of a node is being evaluated; a bit of its flags, so that a circle is noticed.

@@ -144,6 +144,7 @@ bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
         node->ConnectTo(port);
         if (port != nullptr)
             ports.push_back(node);
+        Self().m_registers.ForgetSettings();
         Self().EverythingChanged();
     });
     return true;

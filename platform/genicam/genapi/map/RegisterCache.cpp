@@ -133,6 +133,11 @@ void RegisterCache::InvalidateAll() {
         block.valid = false;
 }
 
+void RegisterCache::ForgetSettings() {
+    for (auto& [key, block] : m_blocks)
+        block.settings = {};
+}
+
 void RegisterCache::Attach(RegisterBlock& block, RegisterCore& core) noexcept {
     core.m_block = &block;
     core.m_previousUser = nullptr;

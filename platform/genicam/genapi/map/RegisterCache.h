@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -20,9 +21,10 @@ struct RegisterBlock {
     CPort* port = nullptr;
     std::int64_t address = 0;
     std::int64_t length = 0;
-    bool valid = false;       ///< the bytes are those of the device
-    bool hasData = false;     ///< the bytes were read or written at some time
-    std::uint64_t round = 0;  ///< when they were
+    bool valid = false;                      ///< the bytes are those of the device
+    bool hasData = false;                    ///< the bytes were read or written at some time
+    std::uint64_t round = 0;                 ///< when they were
+    std::array<std::uint8_t, 8> settings{};  ///< of an integer that can't be read: what was set last, 0 at first
     RegisterCore* users = nullptr;
     std::uint64_t overlapGeneration = 0;
     std::vector<RegisterBlock*> overlaps;
@@ -43,6 +45,8 @@ public:
     /// The other blocks that share a byte with this one.
     std::span<RegisterBlock* const> OverlapsOf(RegisterBlock& block);
     void InvalidateAll();
+    /// Another device was connected: it does not have what was set in registers that can't be read.
+    void ForgetSettings();
     void Attach(RegisterBlock& block, RegisterCore& core) noexcept;
     void Detach(RegisterCore& core) noexcept;
     /// What is read now is read in this round.

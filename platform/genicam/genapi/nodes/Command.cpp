@@ -27,6 +27,7 @@ std::int64_t CCommand::ReadInteger(Evaluation& evaluation) {
 }
 
 void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
+    const FlagScope isPassing(evaluation.isPassing, true);
     m_source->Write(*this, value, evaluation);
     // What has been written runs, whatever the error node says of it afterwards.
     m_isRunning = true;

@@ -90,6 +90,9 @@ std::int64_t CEnumeration::ReadInteger(Evaluation& evaluation) {
 }
 
 void CEnumeration::WriteInteger(std::int64_t value, Evaluation& evaluation) {
+    CEnumEntry* entry = BestEntryOf(value);
+    const FlagScope isPassing(evaluation.isPassing,
+                              evaluation.isPassing || (entry != nullptr && entry->IsSelfClearing()));
     m_source->Write(*this, value, evaluation);
 }
 

@@ -19,19 +19,6 @@ namespace {
 
 constexpr int kMaxSteps = 100;
 
-// Sets a flag of an evaluation for a while.
-class FlagScope {
-public:
-    FlagScope(bool& flag, bool value) : m_flag(flag), m_before(flag) { m_flag = value; }
-    ~FlagScope() { m_flag = m_before; }
-    FlagScope(const FlagScope&) = delete;
-    FlagScope& operator=(const FlagScope&) = delete;
-
-private:
-    bool& m_flag;
-    const bool m_before;
-};
-
 [[noreturn]] void ThrowStale(const CNode& node) {
     throw LOGICAL_ERROR_EXCEPTION("%s: the cached value differs from the device", node.Label());
 }

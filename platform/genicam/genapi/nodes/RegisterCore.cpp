@@ -5,6 +5,7 @@
 
 #include "nodes/RegisterCore.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
@@ -221,13 +222,21 @@ std::span<const std::uint8_t> RegisterCore::Read(Evaluation& evaluation) {
     return Fetch(block, evaluation, isKnown);
 }
 
-// What a write-only register holds can't be read: its change starts from what was written last.
+bool RegisterCore::IsWriteOnly() const noexcept {
+    return !IsReadable(Combine(m_access, m_port->Mode()));
+}
+
+// What a write-only register holds can't be read: its change starts from the settings that were written to it.
 std::span<const std::uint8_t> RegisterCore::ReadForChange(Evaluation& evaluation) {
-    if (m_access != WO)
+    if (!IsWriteOnly())
         return Read(evaluation);
-    RegisterBlock& block = Resolve(evaluation);
-    block.Prepare();
-    return {block.Data(), static_cast<std::size_t>(block.length)};
+    const RegisterBlock& block = Resolve(evaluation);
+    return std::span(block.settings).first(std::min(block.settings.size(), static_cast<std::size_t>(block.length)));
+}
+
+void RegisterCore::KeepSettings(std::span<const std::uint8_t> bytes) noexcept {
+    if (m_block != nullptr && IsWriteOnly() && bytes.size() <= m_block->settings.size())
+        std::copy(bytes.begin(), bytes.end(), m_block->settings.begin());
 }
 
 // compares: the block is said to hold these very bytes; the debug mode wants to see that it does.
@@ -268,6 +277,7 @@ void RegisterCore::Write(std::span<const std::uint8_t> bytes, Evaluation& evalua
         throw;
     }
     RequireAttached(block, bytes.size());
+    KeepSettings(bytes);
     block.Prepare();
     if (bytes.data() != block.Data())
         std::memcpy(block.Data(), bytes.data(), bytes.size());

@@ -43,8 +43,10 @@ public:
     std::int64_t Length(Evaluation& evaluation);
     /// The bytes, valid until the next operation on the node map.
     std::span<const std::uint8_t> Read(Evaluation& evaluation);
-    /// The bytes that a change of some bits starts from.
+    /// The bytes that a change of some bits of an integer starts from; at most 8.
     std::span<const std::uint8_t> ReadForChange(Evaluation& evaluation);
+    /// Says which bits of what was just written stay set, for the next change of a register that can't be read.
+    void KeepSettings(std::span<const std::uint8_t> bytes) noexcept;
     void Write(std::span<const std::uint8_t> bytes, Evaluation& evaluation);
     EAccessMode Access(Evaluation& evaluation);
     bool IsBigEndian() const noexcept;
@@ -71,6 +73,7 @@ private:
     void BindAddress();
     Term IndexTerm(std::span<const Property> rest) const;
     std::span<const std::uint8_t> Fetch(RegisterBlock& block, Evaluation& evaluation, bool compares);
+    bool IsWriteOnly() const noexcept;
     void RequireAttached(const RegisterBlock& block, std::size_t length) const;
 
     CNode& m_owner;

@@ -218,6 +218,11 @@ void CIntReg::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     }
     StoreInteger(whole, bytes, isBigEndian);
     Core().Write(bytes, evaluation);
+    if (!evaluation.isPassing)
+        return;
+    // What a command wrote must not be sent again with the next field of this register.
+    StoreInteger(whole & ~(MaskOf(bits.count) << bits.shift), bytes, isBigEndian);
+    Core().KeepSettings(bytes);
 }
 
 // Bits that do not exist can't be written, whether or not ranges are verified. All 64 bits are open: an unsigned
