@@ -137,6 +137,8 @@ CLSERTTY_EXPORT void clSerialClose(hSerRef ref) noexcept {
 
 /**
  * \brief Read exactly \a size bytes
+ *
+ * Keeps no other thread from anything but reading.
  * \param[in,out] size Bytes wanted; 0 afterwards when the call fails
  * \param[in] timeoutMs Bound of the wait, in ms
  * \return 0; CL_ERR_TIMEOUT (nothing is copied, what arrived is kept); CL_ERR_INVALID_REFERENCE for a foreign reference

@@ -6,6 +6,7 @@
 #include "SerialPort.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "BaudRates.h"
@@ -28,8 +29,9 @@ Deadline DeadlineIn(std::uint32_t timeoutMs) {
 SerialPort::SerialPort(std::string name, std::unique_ptr<SerialDevice> device)
     : m_name(std::move(name)), m_cancel(device.get()), m_device(std::move(device)) {}
 
+/// Refuses from the moment on at which Close begins, so that nobody who got his turn only then keeps it waiting.
 SerialDevice& SerialPort::Device() {
-    if (!m_device) {
+    if (m_cancel == nullptr) {
         throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port '" + m_name + "' was closed.");
     }
     return *m_device;
@@ -44,32 +46,43 @@ SerialDevice& SerialPort::Device() {
  */
 void SerialPort::Read(std::span<char> buffer, std::uint32_t timeoutMs) {
     const Deadline deadline = DeadlineIn(timeoutMs);
-    const std::lock_guard lock(m_mutex);
-    while (m_arrived.size() < buffer.size()) {
-        const std::size_t have = m_arrived.size();
-        const std::size_t wanted = std::min(buffer.size() - have, kChunk);
-        m_arrived.resize(have + wanted);
-        std::size_t count = 0;
-        try {
-            count = Device().ReadSome(std::span(m_arrived).subspan(have), deadline);
-        } catch (...) {
-            m_arrived.resize(have);
-            throw;
-        }
-        m_arrived.resize(have + count);
-        if (count == 0) {
-            throw SerialError(CL_ERR_TIMEOUT, "Only " + std::to_string(have) + " of " + std::to_string(buffer.size()) +
-                                                  " bytes arrived at the serial port '" + m_name + "' within " +
-                                                  std::to_string(timeoutMs) + " ms.");
+    const std::unique_lock turn(m_reading, deadline);
+    if (!turn) {
+        throw SerialError(CL_ERR_TIMEOUT, "The serial port '" + m_name +
+                                              "' was waited for by another read for all of " +
+                                              std::to_string(timeoutMs) + " ms.");
+    }
+    while (!TakeAll(buffer)) {
+        if (!Device().WaitForInput(deadline)) {
+            ThrowReadTimeout(buffer.size(), timeoutMs);
         }
     }
-    GiveBack(buffer);
 }
 
-void SerialPort::GiveBack(std::span<char> buffer) {
+/// Fills the buffer if enough has arrived; keeps what has if not.
+bool SerialPort::TakeAll(std::span<char> buffer) {
+    const std::lock_guard lock(m_mutex);
+    SerialDevice& device = Device();
+    while (m_arrived.size() < buffer.size()) {
+        std::array<char, kChunk> chunk;
+        const std::size_t wanted = std::min(buffer.size() - m_arrived.size(), kChunk);
+        const std::size_t count = device.TakeInput(std::span(chunk).first(wanted));
+        if (count == 0) {
+            return false;
+        }
+        m_arrived.insert(m_arrived.end(), chunk.begin(), chunk.begin() + count);
+    }
     const auto end = m_arrived.begin() + static_cast<std::ptrdiff_t>(buffer.size());
     std::copy(m_arrived.begin(), end, buffer.begin());
     m_arrived.erase(m_arrived.begin(), end);
+    return true;
+}
+
+void SerialPort::ThrowReadTimeout(std::size_t wanted, std::uint32_t timeoutMs) {
+    const std::lock_guard lock(m_mutex);
+    throw SerialError(CL_ERR_TIMEOUT, "Only " + std::to_string(m_arrived.size()) + " of " + std::to_string(wanted) +
+                                          " bytes arrived at the serial port '" + m_name + "' within " +
+                                          std::to_string(timeoutMs) + " ms.");
 }
 
 /**
@@ -80,16 +93,16 @@ void SerialPort::GiveBack(std::span<char> buffer) {
  */
 std::size_t SerialPort::Write(std::span<const char> bytes, std::uint32_t timeoutMs) {
     const Deadline deadline = DeadlineIn(timeoutMs);
-    const std::lock_guard lock(m_mutex);
-    SerialDevice& device = Device();
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const std::size_t count = device.WriteSome(bytes.subspan(done), deadline);
-        if (count == 0) {
-            break;
-        }
-        done += count;
+    const std::unique_lock turn(m_writing, deadline);
+    if (!turn || bytes.empty()) {
+        return 0;
     }
+    std::size_t done = 0;
+    std::size_t count = 0;
+    do {
+        count = Device().WriteSome(bytes.subspan(done), deadline);
+        done += count;
+    } while (count > 0 && done < bytes.size() && Clock::now() < deadline);
     return done;
 }
 
@@ -114,17 +127,17 @@ void SerialPort::Flush() {
  * \brief Give the flags of the rates that the line can do
  */
 std::uint32_t SerialPort::SupportedBaudRates() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard turn(m_writing);
     return Device().SupportedBaudRates();
 }
 
 /**
- * \brief Change the rate of the line
+ * \brief Change the rate of the line, after what is being written
  * \param[in] flag One flag, or CL_BAUDRATE_FASTEST for the highest that the line can do
  * \throw SerialError CL_ERR_BAUD_RATE_NOT_SUPPORTED for any other flag or a rate that the line refuses
  */
 void SerialPort::SetBaudRate(std::uint32_t flag) {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard turn(m_writing);
     SerialDevice& device = Device();
     const std::uint32_t supported = device.SupportedBaudRates();
     const std::uint32_t wanted = flag == CL_BAUDRATE_FASTEST ? FastestBaudRate(supported) : flag;
@@ -142,9 +155,11 @@ void SerialPort::SetBaudRate(std::uint32_t flag) {
  * The line is free when this returns.
  */
 void SerialPort::Close() noexcept {
-    // The device lives until the lock is had below, so that cancelling it here needs none.
+    // The device lives until the locks are had below, so that cancelling it here needs none.
     if (SerialDevice* device = m_cancel.exchange(nullptr)) {
         device->Cancel();
+        const std::lock_guard reading(m_reading);
+        const std::lock_guard writing(m_writing);
         const std::lock_guard lock(m_mutex);
         m_device.reset();
     }

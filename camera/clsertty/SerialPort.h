@@ -14,10 +14,12 @@
 #include <vector>
 
 #include "SerialDevice.h"
+#include "Turn.h"
 
 namespace ClSerTty {
 
-/// Thread-safe; operations on one port run one at a time, and Close ends one that waits.
+/// Thread-safe. A waiting read keeps nobody from anything but another read, a waiting write nobody but another write or
+/// a change of the rate; Close ends both.
 class SerialPort {
 public:
     SerialPort(std::string name, std::unique_ptr<SerialDevice> device);
@@ -32,13 +34,16 @@ public:
 
 private:
     SerialDevice& Device();
-    void GiveBack(std::span<char> buffer);
+    bool TakeAll(std::span<char> buffer);
+    [[noreturn]] void ThrowReadTimeout(std::size_t wanted, std::uint32_t timeoutMs);
 
     const std::string m_name;
-    std::mutex m_mutex;
+    Turn m_reading;      // of the thread that reads, while it waits as well; taken before m_mutex
+    Turn m_writing;      // of the thread that writes or is about the rate, likewise
+    std::mutex m_mutex;  // for what needs no wait
     std::atomic<SerialDevice*> m_cancel;
-    std::unique_ptr<SerialDevice> m_device;
-    std::vector<char> m_arrived;  // bytes taken from the system for a read that has not ended yet
+    std::unique_ptr<SerialDevice> m_device;  // used under any of the three mutexes, and changed under all
+    std::vector<char> m_arrived;             // under m_mutex: taken from the system for a read that has not ended yet
 };
 
 }  // namespace ClSerTty

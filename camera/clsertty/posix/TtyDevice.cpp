@@ -198,18 +198,17 @@ bool TtyDevice::WaitFor(short events, Deadline deadline) {
     }
 }
 
-std::size_t TtyDevice::ReadSome(std::span<char> buffer, Deadline deadline) {
-    do {
-        const ssize_t count = ::read(m_tty.Get(), buffer.data(), buffer.size());
-        if (count > 0) {
-            return static_cast<std::size_t>(count);
-        }
-        // With at least one byte to wait for, a tty answers 0 only after a hang-up.
-        if (count == 0 || !IsTryAgain(errno)) {
-            ThrowGone(count == 0 ? 0 : errno);
-        }
-    } while (WaitFor(POLLIN, deadline));
-    return 0;
+bool TtyDevice::WaitForInput(Deadline deadline) {
+    return WaitFor(POLLIN, deadline);
+}
+
+std::size_t TtyDevice::TakeInput(std::span<char> buffer) {
+    const ssize_t count = ::read(m_tty.Get(), buffer.data(), buffer.size());
+    // With at least one byte to wait for, a tty answers 0 only after a hang-up.
+    if (count == 0 || (count < 0 && !IsTryAgain(errno))) {
+        ThrowGone(count == 0 ? 0 : errno);
+    }
+    return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
 }
 
 std::size_t TtyDevice::WriteSome(std::span<const char> bytes, Deadline deadline) {

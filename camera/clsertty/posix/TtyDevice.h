@@ -18,7 +18,8 @@ public:
     explicit TtyDevice(const PortInfo& port);
     ~TtyDevice() override;
 
-    std::size_t ReadSome(std::span<char> buffer, Deadline deadline) override;
+    bool WaitForInput(Deadline deadline) override;
+    std::size_t TakeInput(std::span<char> buffer) override;
     std::size_t WriteSome(std::span<const char> bytes, Deadline deadline) override;
     std::size_t BytesAvailable() override;
     void DiscardInput() override;

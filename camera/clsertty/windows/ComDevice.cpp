@@ -6,6 +6,7 @@
 #include "ComDevice.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "BaudRates.h"
 #include "SerialError.h"
@@ -41,6 +42,15 @@ std::string Reason(DWORD error) {
     throw SerialError(CL_ERR_INVALID_INDEX, "The serial port " + title + " cannot be opened: " + Reason(error) + ".");
 }
 
+HANDLE OpenPort(const std::string& path, const std::string& title) {
+    const HANDLE port = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_OVERLAPPED, nullptr);
+    if (port == INVALID_HANDLE_VALUE) {
+        ThrowCannotOpen(title, GetLastError());
+    }
+    return port;
+}
+
 }  // namespace
 
 std::unique_ptr<SerialDevice> SerialDevice::Open(const PortInfo& port) {
@@ -49,83 +59,130 @@ std::unique_ptr<SerialDevice> SerialDevice::Open(const PortInfo& port) {
 
 ComDevice::ComDevice(const PortInfo& port)
     : m_title("'" + port.name + "' (" + port.path + ")"),
-      m_port(CreateFileA(port.path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
-    if (m_port == INVALID_HANDLE_VALUE) {
-        ThrowCannotOpen(m_title, GetLastError());
-    }
-    try {
-        SetupComm(m_port, kQueueSize, kQueueSize);
-        Apply(kFirstBaudRate);
-        PurgeComm(m_port, PURGE_RXCLEAR | PURGE_TXCLEAR);
-    } catch (...) {
-        CloseHandle(m_port);
-        throw;
-    }
+      m_port(OpenPort(port.path, m_title)),
+      m_cancel(NewEvent()),
+      m_wait(m_port.Get()),
+      m_take(m_port.Get()),
+      m_write(m_port.Get()) {
+    SetupComm(m_port.Get(), kQueueSize, kQueueSize);
+    Apply(kFirstBaudRate);
+    PurgeComm(m_port.Get(), PURGE_RXCLEAR | PURGE_TXCLEAR);
+    SetWriteTimeout(kLongestWait);
 }
 
-ComDevice::~ComDevice() {
-    CloseHandle(m_port);
+bool ComDevice::IsCancelled() const {
+    return WaitForSingleObject(m_cancel.Get(), 0) == WAIT_OBJECT_0;
 }
 
 void ComDevice::ThrowGone(DWORD error) const {
-    if (m_isCancelled) {
+    if (IsCancelled()) {
         throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port " + m_title + " was closed meanwhile.");
     }
     throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port " + m_title + " has gone: " + Reason(error) + ".");
 }
 
+void ComDevice::Check(DWORD error) const {
+    if (error != ERROR_SUCCESS) {
+        ThrowGone(error);
+    }
+}
+
 /// The time-out of the next piece of a wait, ms; 0 when the deadline has passed.
 DWORD ComDevice::NextWait(Deadline deadline) const {
-    if (m_isCancelled) {
+    if (IsCancelled()) {
         ThrowGone(ERROR_OPERATION_ABORTED);
     }
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
     return static_cast<DWORD>(std::clamp<std::int64_t>(left.count(), 0, kLongestWait));
 }
 
-/// A read with these settings gives what is there, else waits for the first byte.
-void ComDevice::SetWait(DWORD milliseconds) {
-    if (milliseconds == m_wait) {
+/// Reads end with their last byte only, which is why none is begun for more bytes than there are but one of one byte.
+void ComDevice::SetWriteTimeout(DWORD milliseconds) {
+    if (milliseconds == m_writeTimeout) {
         return;
     }
     COMMTIMEOUTS timeouts{};
-    timeouts.ReadIntervalTimeout = MAXDWORD;
-    timeouts.ReadTotalTimeoutMultiplier = milliseconds == 0 ? 0 : MAXDWORD;
-    timeouts.ReadTotalTimeoutConstant = milliseconds;
     timeouts.WriteTotalTimeoutConstant = std::max<DWORD>(milliseconds, 1);
-    if (SetCommTimeouts(m_port, &timeouts) == 0) {
+    if (SetCommTimeouts(m_port.Get(), &timeouts) == 0) {
         ThrowGone(GetLastError());
     }
-    m_wait = milliseconds;
+    m_writeTimeout = milliseconds;
 }
 
-std::size_t ComDevice::ReadSome(std::span<char> buffer, Deadline deadline) {
+/// Thread T waits here without the mutex; who discards input meanwhile ends T's read, and T finds nothing.
+bool ComDevice::WaitForInput(Deadline deadline) {
+    {
+        const std::lock_guard lock(m_inputMutex);
+        if (m_hasFirst) {
+            return true;
+        }
+        Check(m_wait.BeginRead(&m_first, 1));
+    }
+    try {
+        const bool hasCome = WaitForFirst(deadline);
+        const std::lock_guard lock(m_inputMutex);
+        CollectFirst();
+        return hasCome || m_hasFirst;
+    } catch (...) {
+        const std::lock_guard lock(m_inputMutex);
+        CollectFirst();
+        throw;
+    }
+}
+
+bool ComDevice::WaitForFirst(Deadline deadline) {
     for (;;) {
         const DWORD wait = NextWait(deadline);
-        SetWait(wait);
-        DWORD count = 0;
-        if (ReadFile(m_port, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) == 0) {
-            ThrowGone(GetLastError());
+        m_wait.Wait(m_cancel.Get(), wait);
+        {
+            const std::lock_guard lock(m_inputMutex);
+            if (!m_wait.IsUnderWay() || m_wait.IsDone()) {
+                return true;
+            }
         }
-        if (count > 0) {
-            return count;
-        }
-        Status();  // a port that has gone may let reads time out instead of refusing them
+        Status();  // a port that has gone may leave a read waiting instead of refusing it
         if (wait == 0) {
-            return 0;
+            return false;
         }
     }
+}
+
+/// Ends the read of the first byte, under the mutex.
+void ComDevice::CollectFirst() {
+    if (m_wait.IsUnderWay()) {
+        const auto [error, count] = m_wait.End();
+        m_hasFirst = m_hasFirst || count > 0;
+        Check(error);
+    }
+}
+
+std::size_t ComDevice::TakeInput(std::span<char> buffer) {
+    const std::lock_guard lock(m_inputMutex);
+    std::size_t first = 0;
+    if (m_hasFirst && !buffer.empty()) {
+        buffer[first++] = m_first;
+        m_hasFirst = false;
+    }
+    const auto rest = std::min<std::size_t>(Status().cbInQue, buffer.size() - first);
+    if (rest == 0) {
+        return first;
+    }
+    Check(m_take.BeginRead(buffer.data() + first, static_cast<DWORD>(rest)));
+    m_take.Wait(m_cancel.Get(), kLongestWait);
+    const auto [error, count] = m_take.End();
+    Check(error);
+    return first + count;
 }
 
 std::size_t ComDevice::WriteSome(std::span<const char> bytes, Deadline deadline) {
     constexpr std::size_t kPiece = 4096;
     for (;;) {
         const DWORD wait = NextWait(deadline);
-        SetWait(wait);
-        DWORD count = 0;
-        if (WriteFile(m_port, bytes.data(), static_cast<DWORD>(std::min(bytes.size(), kPiece)), &count, nullptr) == 0) {
-            ThrowGone(GetLastError());
-        }
+        SetWriteTimeout(wait);
+        Check(m_write.BeginWrite(bytes.data(), static_cast<DWORD>(std::min(bytes.size(), kPiece))));
+        m_write.Wait(m_cancel.Get(), INFINITE);  // no longer than the port's own time-out
+        const auto [error, count] = m_write.End();
+        Check(error);
         if (count > 0 || wait == 0) {
             return count;
         }
@@ -135,21 +192,28 @@ std::size_t ComDevice::WriteSome(std::span<const char> bytes, Deadline deadline)
 COMSTAT ComDevice::Status() {
     DWORD errors = 0;
     COMSTAT status{};
-    if (ClearCommError(m_port, &errors, &status) == 0) {
+    if (ClearCommError(m_port.Get(), &errors, &status) == 0) {
         ThrowGone(GetLastError());
     }
     return status;
 }
 
 std::size_t ComDevice::BytesAvailable() {
-    return Status().cbInQue;
+    const std::lock_guard lock(m_inputMutex);
+    if (m_wait.IsDone()) {
+        CollectFirst();
+    }
+    return (m_hasFirst ? 1U : 0U) + Status().cbInQue;
 }
 
 void ComDevice::DiscardInput() {
-    if (PurgeComm(m_port, PURGE_RXCLEAR) == 0) {
+    const std::lock_guard lock(m_inputMutex);
+    CollectFirst();
+    m_hasFirst = false;
+    if (PurgeComm(m_port.Get(), PURGE_RXCLEAR) == 0) {
         ThrowGone(GetLastError());
     }
-    Status();  // as in ReadSome
+    Status();  // as in WaitForFirst
 }
 
 std::uint32_t ComDevice::SupportedBaudRates() {
@@ -197,7 +261,7 @@ void ComDevice::WaitUntilSent() {
 void ComDevice::Apply(DWORD bitsPerSecond) {
     DCB settings{};
     settings.DCBlength = sizeof(settings);
-    if (GetCommState(m_port, &settings) == 0) {
+    if (GetCommState(m_port.Get(), &settings) == 0) {
         ThrowGone(GetLastError());
     }
     settings = DCB{};
@@ -212,7 +276,7 @@ void ComDevice::Apply(DWORD bitsPerSecond) {
     // Not used, but settings in which the two are the same are refused.
     settings.XonChar = kXon;
     settings.XoffChar = kXoff;
-    if (SetCommState(m_port, &settings) == 0) {
+    if (SetCommState(m_port.Get(), &settings) == 0) {
         throw SerialError(CL_ERR_BAUD_RATE_NOT_SUPPORTED,
                           "The serial port " + m_title + " refuses " + std::to_string(bitsPerSecond) + " baud.");
     }
@@ -225,8 +289,7 @@ void ComDevice::SetBaudRate(std::uint32_t bitsPerSecond) {
 }
 
 void ComDevice::Cancel() noexcept {
-    m_isCancelled = true;
-    CancelIoEx(m_port, nullptr);
+    SetEvent(m_cancel.Get());
 }
 
 }  // namespace ClSerTty

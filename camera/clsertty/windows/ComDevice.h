@@ -6,22 +6,21 @@
 
 #include <windows.h>
 
-#include <atomic>
+#include <mutex>
 #include <optional>
 #include <string>
 
 #include "SerialDevice.h"
+#include "Transfer.h"
 
 namespace ClSerTty {
 
 class ComDevice final : public SerialDevice {
 public:
     explicit ComDevice(const PortInfo& port);
-    ~ComDevice() override;
-    ComDevice(const ComDevice&) = delete;
-    ComDevice& operator=(const ComDevice&) = delete;
 
-    std::size_t ReadSome(std::span<char> buffer, Deadline deadline) override;
+    bool WaitForInput(Deadline deadline) override;
+    std::size_t TakeInput(std::span<char> buffer) override;
     std::size_t WriteSome(std::span<const char> bytes, Deadline deadline) override;
     std::size_t BytesAvailable() override;
     void DiscardInput() override;
@@ -33,15 +32,25 @@ private:
     void Apply(DWORD bitsPerSecond);
     std::uint32_t TryFastRates();
     void WaitUntilSent();
-    void SetWait(DWORD milliseconds);
+    void SetWriteTimeout(DWORD milliseconds);
     DWORD NextWait(Deadline deadline) const;
+    bool WaitForFirst(Deadline deadline);
+    void CollectFirst();
+    void Check(DWORD error) const;
+    bool IsCancelled() const;
     COMSTAT Status();
     [[noreturn]] void ThrowGone(DWORD error) const;
 
     const std::string m_title;  // name and path, for texts
-    HANDLE m_port = INVALID_HANDLE_VALUE;
-    std::atomic<bool> m_isCancelled{false};
-    DWORD m_wait = MAXDWORD;  // time-out that the port has at present
+    const Handle m_port;
+    const Handle m_cancel;
+    std::mutex m_inputMutex;  // for the three below; never held during a wait
+    Transfer m_wait;          // of m_first
+    char m_first = 0;         // a wait for input is a read of one byte
+    bool m_hasFirst = false;
+    Transfer m_take;
+    Transfer m_write;
+    DWORD m_writeTimeout = MAXDWORD;  // that the port has at present
     DWORD m_bitsPerSecond = 0;
     std::optional<std::uint32_t> m_triedRates;
 };
