@@ -46,8 +46,6 @@ std::string AccessOf(const DescriptionModel& model, const DescribedNode& start) 
     for (int link = 0; node != nullptr && link < kLongestChain; ++link) {
         if (node->kind == "Category")
             return "RO";
-        if (node->kind == "Command")
-            access = Combined(access, "WO");
         if (node->kind == "SwissKnife" || node->kind == "IntSwissKnife" || node->kind == "IntKey" ||
             node->kind == "TextDesc")
             access = Combined(access, "RO");

@@ -17,8 +17,10 @@ void CCommand::Bind() {
     m_command = BindOperand<std::int64_t>(*this, ETag::CommandValue, ETag::pCommandValue);
     if (!m_source->IsGiven())
         throw INVALID_ARGUMENT_EXCEPTION("has no value");
-    if (!m_command.isGiven)
-        throw INVALID_ARGUMENT_EXCEPTION("has no command value");
+    if (!m_command.isGiven) {
+        m_command.constant = 1;
+        Map().Warn(MakeWarning(wkBadValue, "has no command value; 1 is taken"));
+    }
 }
 
 // The number of a command, for rules and formulas, is what lies behind it.
@@ -34,12 +36,12 @@ void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     Map().Changed(*this);
 }
 
-// A command is executed, not read. What it depends on may be: the access of rules and formulas asks without locks.
+// A command that can be read can tell whether it is done.
 EAccessMode CCommand::ReadAccess(Evaluation& evaluation, bool withLocks) {
     EAccessMode mode = m_source->Access(evaluation, withLocks);
     if (m_command.node != nullptr && !IsReadable(m_command.node->Access(evaluation, false)))
         mode = Combine(mode, NA);
-    return withLocks ? Combine(mode, WO) : mode;
+    return mode;
 }
 
 /**
@@ -84,7 +86,8 @@ bool CCommand::IsDone(bool) {
     return done;
 }
 
-// What can't be read back is taken as done.
+// What was written is no longer there. What can't be read back is taken as done, and so is a command value of 0: it is
+// what a register shows that has nothing to do, so it can't tell that something runs.
 bool CCommand::ReadDone() {
     Evaluation evaluation;
     const EAccessMode mode = Access(evaluation, false);
@@ -92,11 +95,12 @@ bool CCommand::ReadDone() {
         ThrowAccess("available");
     if (!IsReadable(mode))
         return true;
-    evaluation.ignoreCache = true;
-    const std::int64_t value = Integer(evaluation);
-    evaluation.ignoreCache = false;
     // A constant behind the command is nothing that clears itself.
-    return m_source->Target(*this, evaluation) == nullptr || value != m_command.Read(evaluation);
+    const std::int64_t command = m_command.Read(evaluation);
+    if (command == 0 || m_source->Target(*this, evaluation) == nullptr)
+        return true;
+    evaluation.ignoreCache = true;
+    return Integer(evaluation) != command;
 }
 
 GenICam::gcstring CCommand::ToString(bool verify, bool) {

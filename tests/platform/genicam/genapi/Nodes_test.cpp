@@ -200,7 +200,6 @@ class CommandNode : public NodeMapTest {};
 
 TEST_F(CommandNode, WritesItsValue) {
     Load("<Command Name='C'><pValue>R</pValue><CommandValue>7</CommandValue></Command>" + Reg("R"));
-    EXPECT_EQ(Mode("C"), WO);
     Command("C")->Execute();
     EXPECT_EQ(port.Little(0, 4), 7U);
     EXPECT_FALSE(Command("C")->IsDone());
@@ -242,8 +241,30 @@ TEST_F(CommandNode, OfAConstantIsDoneAtOnce) {
 
 TEST_F(CommandNode, CannotBeExecutedWhenItsRegisterIsReadOnly) {
     Load("<Command Name='C'><pValue>R</pValue><CommandValue>7</CommandValue></Command>" + Reg("R", "RO"));
-    EXPECT_EQ(Mode("C"), NA);
+    EXPECT_EQ(Mode("C"), RO);
     EXPECT_THROW(Command("C")->Execute(), AccessException);
+    EXPECT_TRUE(Command("C")->IsDone());
+}
+
+TEST_F(CommandNode, HasTheModeOfTheRegisterBehind) {
+    const std::string command = "<Command Name='C'><pValue>R</pValue><CommandValue>7</CommandValue>";
+    Load(command + "</Command>" + Reg("R"));
+    EXPECT_EQ(Mode("C"), RW);
+    Load(command + "</Command>" + Reg("R", "WO"));
+    EXPECT_EQ(Mode("C"), WO);
+    Load(command + "<pIsLocked>L</pIsLocked></Command><Integer Name='L'><Value>1</Value></Integer>" + Reg("R"));
+    EXPECT_EQ(Mode("C"), RO);
+    EXPECT_THROW(Command("C")->Execute(), AccessException);
+    EXPECT_TRUE(Command("C")->IsDone());
+}
+
+// 0 is what a register shows that has nothing to do.
+TEST_F(CommandNode, OfValueZeroIsDoneAtOnce) {
+    Load("<Command Name='C'><pValue>R</pValue><CommandValue>0</CommandValue></Command>" + Reg("R"));
+    port.PutLittle(0, 5, 4);
+    Command("C")->Execute();
+    EXPECT_EQ(port.Little(0, 4), 0U);
+    EXPECT_TRUE(Command("C")->IsDone());
 }
 
 TEST_F(CommandNode, AnnouncesItselfWhenItStartsAndWhenItIsDone) {
@@ -270,9 +291,12 @@ TEST_F(CommandNode, HasTexts) {
     EXPECT_THROW(Command("C")->FromString("go"), InvalidArgumentException);
 }
 
-TEST_F(CommandNode, WithoutACommandValueIsNotImplemented) {
-    Load("<Command Name='C'><Value>0</Value></Command>");
-    EXPECT_EQ(Mode("C"), NI);
+TEST_F(CommandNode, WithoutACommandValueWritesOne) {
+    Load("<Command Name='C'><pValue>R</pValue></Command>" + Reg("R"));
+    Command("C")->Execute();
+    EXPECT_EQ(port.Little(0, 4), 1U);
+    EXPECT_FALSE(Command("C")->IsDone());
+    EXPECT_EQ(Warnings(wkBadValue), 1);
 }
 
 // --- String and StringReg ---
