@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "VantoCLSer/Log.h"
+#include "VantoCLSer/base/Log.h"
 
 namespace Vanto {
 

@@ -10,8 +10,8 @@
 #include <limits>
 #include <string_view>
 
-#include "VantoCLSer/Log.h"
-#include "VantoCLSer/VantoCLSerStreamGrabber.h"
+#include "VantoCLSer/base/Log.h"
+#include "VantoCLSer/stream/VantoCLSerStreamGrabber.h"
 #include "os/System.h"
 #include "vanto/internal/VantoException.h"
 

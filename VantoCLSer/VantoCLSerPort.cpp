@@ -12,7 +12,7 @@
 #include "CLProtocol/DeviceID.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/IValue.h"
-#include "VantoCLSer/Log.h"
+#include "VantoCLSer/base/Log.h"
 #include "vanto/internal/VantoException.h"
 
 namespace Vanto {

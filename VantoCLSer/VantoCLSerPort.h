@@ -12,7 +12,7 @@
 #include "CLProtocol/CLPort.h"
 #include "GenApi/IPort.h"
 #include "VantoCLSer/InactivityTimer.h"
-#include "VantoCLSer/LibraryLoader.h"
+#include "VantoCLSer/base/LibraryLoader.h"
 #include "vanto/VantoTypes.h"
 
 namespace GenApi {

@@ -10,10 +10,10 @@
 
 #include "CLProtocol/CLPort.h"
 #include "CLProtocol/DeviceID.h"
-#include "VantoCLSer/Log.h"
 #include "VantoCLSer/VantoCLSerDevice.h"
 #include "VantoCLSer/VantoCLSerTLInfo.h"
 #include "VantoCLSer/VantoCLSerTlDeviceInfoImpl.h"
+#include "VantoCLSer/base/Log.h"
 #include "os/File.h"
 #include "os/Path.h"
 #include "vanto/internal/VantoException.h"

@@ -8,8 +8,8 @@
 #include <memory>
 #include <mutex>
 
-#include "VantoCLSer/PortConfiguration.h"
 #include "VantoCLSer/VantoCLSerPort.h"
+#include "VantoCLSer/configuration/PortConfiguration.h"
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
 namespace Vanto {

@@ -6,8 +6,8 @@
 #include "VantoCLSer/VantoCLSerTlDeviceInfoImpl.h"
 
 #include "CLProtocol/DeviceID.h"
-#include "VantoCLSer/Log.h"
 #include "VantoCLSer/VantoCLSerTLInfo.h"
+#include "VantoCLSer/base/Log.h"
 
 namespace Vanto {
 

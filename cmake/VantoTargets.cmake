@@ -31,11 +31,11 @@ function(vanto_sources result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# vanto_gtest(<name> [FOLDER <folder>] [LINK <targets>...] [LABELS <labels>...] [TIMEOUT <seconds>]): one test program
+# vanto_gtest(<name> [FOLDER <folders>...] [LINK <targets>...] [LABELS <labels>...] [TIMEOUT <seconds>]): one test program
 # of all *_test.cpp and support files of a folder below tests/, known to CTest case by case. The label simulator says that
 # it has cameras on serial lines.
 function(vanto_gtest name)
-    cmake_parse_arguments(arg "" "FOLDER;TIMEOUT" "LINK;LABELS;DEPENDS" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT" "FOLDER;LINK;LABELS;DEPENDS" ${ARGN})
     if(NOT arg_FOLDER)
         set(arg_FOLDER ".")
     endif()

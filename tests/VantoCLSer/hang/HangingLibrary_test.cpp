@@ -7,8 +7,8 @@
 #include <thread>
 
 #include "CLProtocol/Diagnostics.h"
-#include "VantoCLSer/LibraryLoader.h"
 #include "VantoCLSer/VantoCLSerPort.h"
+#include "VantoCLSer/base/LibraryLoader.h"
 #include "tests/VantoCLSer/Fixture.h"
 #include "vanto/VantoFolders.h"
 

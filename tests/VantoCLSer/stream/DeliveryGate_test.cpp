@@ -3,7 +3,7 @@
  * The gate of the frame deliveries
  */
 
-#include "VantoCLSer/DeliveryGate.h"
+#include "VantoCLSer/stream/DeliveryGate.h"
 
 #include <gtest/gtest.h>
 

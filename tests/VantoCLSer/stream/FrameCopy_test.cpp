@@ -4,7 +4,7 @@
  * test needs, so that an address sanitizer sees each byte too much.
  */
 
-#include "VantoCLSer/FrameCopy.h"
+#include "VantoCLSer/stream/FrameCopy.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
  * Choosing, loading and unloading a frame-grabber plug-in
  */
 
-#include "VantoCLSer/FrameGrabberPlugin.h"
+#include "VantoCLSer/stream/FrameGrabberPlugin.h"
 
 #include <future>
 #include <optional>

@@ -3,7 +3,7 @@
  * What a stream grabber takes over from the camera's node map
  */
 
-#include "VantoCLSer/GrabberNodes.h"
+#include "VantoCLSer/stream/GrabberNodes.h"
 
 #include "StreamTest.h"
 

@@ -3,7 +3,7 @@
  * The queue of buffer handles
  */
 
-#include "VantoCLSer/HandleQueue.h"
+#include "VantoCLSer/stream/HandleQueue.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
  * Watching nodes, through the operations that a plug-in calls
  */
 
-#include "VantoCLSer/NodeCallbackTable.h"
+#include "VantoCLSer/stream/NodeCallbackTable.h"
 
 #include <future>
 

@@ -3,7 +3,7 @@
  * Registering, queueing and retrieving buffers
  */
 
-#include "VantoCLSer/StreamBuffers.h"
+#include "VantoCLSer/stream/StreamBuffers.h"
 
 #include <fmt/format.h>
 

@@ -3,7 +3,7 @@
  * The camera's parameters that are locked during a grab
  */
 
-#include "VantoCLSer/TLParamsLock.h"
+#include "VantoCLSer/stream/TLParamsLock.h"
 
 #include "StreamTest.h"
 

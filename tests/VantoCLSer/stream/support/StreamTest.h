@@ -19,7 +19,7 @@
 #include "PluginScript.h"
 #include "VantoCLSer/VantoCLSerDevice.h"
 #include "VantoCLSer/VantoCLSerPort.h"
-#include "VantoCLSer/VantoCLSerStreamGrabber.h"
+#include "VantoCLSer/stream/VantoCLSerStreamGrabber.h"
 #include "os/Library.h"
 #include "scripted/Scripted.h"
 #include "vanto/LogListener.h"

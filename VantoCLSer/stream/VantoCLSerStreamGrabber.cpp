@@ -1,0 +1,565 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The stream grabber of a Camera Link device
+ */
+
+#include "VantoCLSer/stream/VantoCLSerStreamGrabber.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
+#include "VantoCLSer/VantoCLSerDevice.h"
+#include "VantoCLSer/base/Log.h"
+#include "VantoCLSer/stream/FrameCopy.h"
+#include "VantoCLSer/stream/GrabberRegisters.h"
+#include "VantoCLSer/stream/NodeMapLocks.h"
+#include "VantoCLSer/stream/TLParamsLock.h"
+#include "vanto/internal/VantoException.h"
+
+extern const char kStreamGrabberDescription[];
+
+namespace Vanto {
+
+using GenICam::GenericException;
+
+namespace {
+
+constexpr char kSource[] = "VantoCLSer/VantoCLSerStreamGrabber";
+constexpr std::size_t kReservedCallbacks = 10;
+constexpr std::uint32_t kUnreadableResult = 0xFFFFFFFF;
+
+// Kinds of the own node callbacks.
+constexpr std::uint32_t kAreaOfInterest = 1;
+constexpr std::uint32_t kPixelSize = 2;
+
+// Long enough for a copy into the largest buffer on a busy machine.
+constexpr std::chrono::seconds kDeliveryTime{5};
+
+// How long a register waits for a plug-in that is being stopped.
+constexpr std::chrono::seconds kStopTime{2};
+
+// How long a delivery waits for the camera's node map once the plug-in is being stopped.
+constexpr std::chrono::seconds kNodeMapTime{1};
+
+}  // namespace
+
+/**
+ * \class CVantoCLSerStreamGrabber
+ * \brief Moves frames from a frame-grabber plug-in into an application's buffers
+ *
+ * A buffer's handle goes round: QueueBuffer puts it into the queue of empty buffers, a delivered frame takes it out,
+ * fills the buffer and puts it into the queue of filled ones, RetrieveResult takes it from there.
+ */
+
+CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, CVantoCLSerDevice* device)
+    : GenApi::CNodeMapRef("Device"),
+      m_device(device),
+      m_nodes(CameraMap()),
+      m_plugin(deviceSpecific),
+      m_nodeCallbacks([this](GenApi::INode* node) {
+          return GenApi::make_NodeCallback(node, *this, &CVantoCLSerStreamGrabber::OnNodeChanged);
+      }) {}
+
+CVantoCLSerStreamGrabber::~CVantoCLSerStreamGrabber() {
+    if (IsOpen()) {
+        LogTrace(StreamLog(), tracelog::kWarning, "Stream still open on destruction");
+        Close();
+    }
+    m_nodeCallbacks.DeregisterAll();
+    // From here on a plug-in's thread that delivers a frame is sent back at once. So it never waits for the lock that
+    // is held while the plug-in waits for it.
+    m_deliveries.Shut();
+    const Lock lock(m_lock);
+    m_plugin.Release();
+}
+
+GenApi::INodeMap* CVantoCLSerStreamGrabber::CameraMap() const {
+    return m_device != nullptr ? m_device->GetNodeMap() : nullptr;
+}
+
+/**
+ * \brief Build the node map, bind the nodes and load the plug-in
+ * \throw InvalidArgumentException There is no device
+ * \throw RuntimeException The device-specific string names no plug-in, a node is missing, or the plug-in can't be
+ *        loaded or refuses; what it says itself is the whole message
+ * \throw GenericException The node maps can't be used
+ */
+void CVantoCLSerStreamGrabber::Initialize() {
+    if (m_device == nullptr)
+        throw VANTO_EXCEPTION(InvalidArgumentException, kSource)("Invalid device passed to streamgrabber.");
+    m_plugin.CheckParameters();
+    LoadDescription();
+    AccessNodes();
+    LoadPlugin();
+}
+
+void CVantoCLSerStreamGrabber::LoadDescription() {
+    try {
+        _LoadXMLFromString(kStreamGrabberDescription);
+        _Connect(this);
+    } catch (const std::exception& error) {
+        LogTrace(StreamLog(), tracelog::kError, "Error parsing stream grabber XML (%s)", error.what());
+        throw;
+    }
+}
+
+void CVantoCLSerStreamGrabber::AccessNodes() {
+    try {
+        m_nodes.Bind(GetNodeMap());
+        m_nodeCallbacks.Reserve(kReservedCallbacks);
+        RegisterNodeCallback(CameraMap(), "Width", &OnCameraChanged, this, kAreaOfInterest);
+        RegisterNodeCallback(CameraMap(), "Height", &OnCameraChanged, this, kAreaOfInterest);
+        RegisterNodeCallback(CameraMap(), "PixelSize", &OnCameraChanged, this, kPixelSize);
+        m_nodes.SetMaxBufferSize();
+    } catch (const std::exception& error) {
+        LogTrace(StreamLog(), tracelog::kError, "Error accessing stream grabber or device XML nodes (%s)",
+                 error.what());
+        throw;
+    }
+}
+
+// Without the lock: nobody else knows the stream grabber yet, and the plug-in's Init uses the node maps.
+void CVantoCLSerStreamGrabber::LoadPlugin() {
+    m_plugin.Load();
+    m_plugin.Init(this);
+}
+
+void CVantoCLSerStreamGrabber::CheckState(std::initializer_list<State> accepted, const char* operation) const {
+    if (std::find(accepted.begin(), accepted.end(), m_state) == accepted.end())
+        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid streamgrabber state (%i) in %s", m_state,
+                                                              operation);
+}
+
+/**
+ * \brief Make ready for buffers; the device must be open
+ * \throw LogicalErrorException The stream grabber is not closed
+ * \throw RuntimeException The device is not open
+ */
+void CVantoCLSerStreamGrabber::Open() {
+    const Lock lock(m_lock);
+    if (m_state != kClosed)
+        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid stream grabber state (%i) in %s", m_state,
+                                                              "Open");
+    LogTrace(StreamLog(), tracelog::kDebug, "Opening StreamGrabber");
+    if (m_device == nullptr || !m_device->IsOpen()) {
+        static constexpr char kText[] = "Device not open when opening stream grabber.";
+        LogTrace(StreamLog(), tracelog::kError, kText);
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(kText);
+    }
+    m_state = kOpen;
+    LogTrace(StreamLog(), tracelog::kDebug, "StreamGrabber opened successfully");
+}
+
+/**
+ * \brief Forget all buffers, in any state
+ *
+ * Buffers that wait for a frame stay queued, though nobody knows them any more, and the plug-in is not stopped. When it
+ * returns no frame is being written into a buffer any more, unless a copy took several seconds.
+ */
+void CVantoCLSerStreamGrabber::Close() {
+    {
+        const Lock lock(m_lock);
+        LogTrace(StreamLog(), tracelog::kDebug, "Closing StreamGrabber");
+        WarnAboutLeftBuffers();
+        m_buffers.ClearFilled();
+        m_buffers.Clear();
+        m_state = kClosed;
+        m_waitObject.Reset();
+    }
+    m_deliveries.WaitUntilIdle(kDeliveryTime);
+}
+
+// Queued empty buffers hide the filled ones that they make Close forget: each message is only about what is still
+// there.
+void CVantoCLSerStreamGrabber::WarnAboutLeftBuffers() {
+    if (m_state != kOpen)
+        LogTrace(StreamLog(), tracelog::kWarning, "Invalid streamgrabber state (%i) in %s", m_buffers.Count(), "Close");
+    if (!m_buffers.Empty().IsEmpty()) {
+        LogTrace(StreamLog(), tracelog::kWarning, "Still %u empty bufferers in queue when calling Close().",
+                 m_buffers.Empty().Size());
+        m_buffers.ClearFilled();
+    }
+    if (!m_buffers.Filled().IsEmpty()) {
+        LogTrace(StreamLog(), tracelog::kWarning,
+                 "Still %u filled, unretrieved bufferers in queue when calling Close(). Use RetrieveResult() to remove "
+                 "them before calling Close() to avoid this message.",
+                 m_buffers.Filled().Size());
+    }
+    if (m_buffers.Count() != 0) {
+        LogTrace(StreamLog(), tracelog::kWarning,
+                 "Still %u bufferers registred when calling Close(). Use DeregisterBuffer() to avoid this message.",
+                 m_buffers.Count());
+    }
+}
+
+bool CVantoCLSerStreamGrabber::IsOpen() const {
+    const Lock lock(m_lock);
+    return m_state != kClosed;
+}
+
+/**
+ * \brief Make a buffer known
+ * \param[in] buffer The application's; must stand until it is deregistered or the stream grabber is closed
+ * \param[in] size Bytes
+ * \return The handle, unique in the process; the first one is 1
+ * \throw RuntimeException The address is null
+ * \throw LogicalErrorException The stream grabber is not open
+ */
+StreamBufferHandle CVantoCLSerStreamGrabber::RegisterBuffer(void* buffer, std::uint64_t size) {
+    if (buffer == nullptr)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Buffer passed to RegisterBuffer");
+    const Lock lock(m_lock);
+    CheckState({kOpen, kPrepared, kReserved}, "RegisterBuffer");
+    const StreamBufferHandle handle = m_buffers.Register(buffer, size).result.handle;
+    LogTrace(StreamLog(), tracelog::kTrace, "Registereing Buffer (handle=%#x; Addr=%p; size=%u (%#x))", handle,
+             static_cast<const void*>(buffer), size, size);
+    return handle;
+}
+
+/**
+ * \brief Forget a buffer that is in no queue; not to be used while frames are delivered
+ * \return The buffer's address
+ * \throw RuntimeException The handle is unknown or queued
+ * \throw LogicalErrorException The stream grabber is not open
+ */
+void* CVantoCLSerStreamGrabber::DeregisterBuffer(StreamBufferHandle handle) {
+    const Lock lock(m_lock);
+    CheckState({kOpen, kPrepared, kReserved}, "DeregisterBuffer");
+    const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+    if (!buffer)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Bufferhandle %p passed", handle);
+    if (m_buffers.Empty().Contains(handle))
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(
+            "Buffer h=%p waiting to be filled and cannot be deregistred now.", handle);
+    if (m_buffers.Filled().Contains(handle))
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(
+            "Buffer h=%p currently waiting to be retrieved and cannot be deregistred now", handle);
+    void* const address = buffer->result.buffer;
+    LogTrace(StreamLog(), tracelog::kTrace, "Deregistering Buffer (handle=%#x; Addr=%p; size=%u (%#x))", handle,
+             static_cast<const void*>(address), buffer->size, buffer->size);
+    m_buffers.Erase(handle);
+    return address;
+}
+
+/**
+ * \brief Lock the camera's parameters; the first queued buffer starts the acquisition
+ * \throw LogicalErrorException The stream grabber is not in the open state
+ * \throw GenericException The camera's parameters can't be locked
+ */
+void CVantoCLSerStreamGrabber::PrepareGrab() {
+    const CNodeMapLocks nodeMaps(CameraMap(), GetNodeMap());
+    const Lock lock(m_lock);
+    CheckState({kOpen}, "PrepareGrab");
+    SetTLParamsLocked(CameraMap(), true);
+    m_state = kPrepared;
+}
+
+/**
+ * \brief Queue a buffer for a frame; the first one starts the acquisition
+ * \param[in] context Arrives in the result
+ * \throw RuntimeException The handle is unknown, or the plug-in can't start: the message is the plug-in's, and the
+ *        buffer stays queued
+ * \throw LogicalErrorException The grab is not prepared
+ */
+void CVantoCLSerStreamGrabber::QueueBuffer(StreamBufferHandle handle, const void* context) {
+    const Lock lock(m_lock);
+    CheckState({kPrepared, kReserved}, "QueueBuffer");
+    // To whom queues a buffer while another thread is in FinishGrab, the grab is finished.
+    if (m_finishing != 0)
+        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid streamgrabber state (%i) in %s", kOpen,
+                                                              "QueueBuffer");
+    const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+    if (!buffer)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Bufferhandle %p passed", handle);
+    buffer->result.status = Queued;
+    buffer->result.context = context;
+    m_buffers.Queue(handle);
+    // A plug-in that is being stopped is not started: it may wait for a delivery, which waits for the lock held here.
+    // Whoever stops it cancels this buffer, too.
+    if (m_grabStarted || m_stopping != 0)
+        return;
+    m_plugin.StartGrab();
+    m_grabStarted = true;
+}
+
+/**
+ * \brief Stop the acquisition and give the buffers that wait for a frame back as cancelled results
+ *
+ * The grab stays prepared. The plug-in is stopped without the lock, so that a delivery can end.
+ *
+ * \throw LogicalErrorException The grab is not prepared
+ */
+void CVantoCLSerStreamGrabber::CancelGrab() {
+    {
+        const Lock lock(m_lock);
+        CheckState({kPrepared, kReserved}, "CancelGrab");
+        BeginStop();
+    }
+    m_plugin.StopGrab();
+    const Lock lock(m_lock);
+    EndStop();
+    if (m_buffers.CancelEmpty())
+        m_waitObject.Signal();
+}
+
+/**
+ * \brief Stop the acquisition, cancel what waits for a frame and unlock the camera's parameters
+ *
+ * Results are still there to be retrieved; retrieving the last one makes the grab count as prepared again.
+ *
+ * \throw LogicalErrorException The grab is not prepared
+ * \throw GenericException The camera's parameters can't be unlocked; the grab is finished all the same
+ */
+void CVantoCLSerStreamGrabber::FinishGrab() {
+    {
+        const Lock lock(m_lock);
+        CheckState({kPrepared}, "FinishGrab");
+        BeginStop();
+    }
+    m_plugin.StopGrab();
+    CancelGrabForFinish();
+    const CNodeMapLocks nodeMaps(CameraMap(), GetNodeMap());
+    const Lock lock(m_lock);
+    --m_finishing;
+    m_state = kOpen;
+    SetTLParamsLocked(CameraMap(), false);
+}
+
+// The plug-in is stopped once more, without the lock, as a delivery may wait for that. Until the state changes,
+// m_finishing keeps others from queueing buffers.
+void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
+    {
+        const Lock lock(m_lock);
+        EndStop();
+        ++m_finishing;
+    }
+    try {
+        CancelGrab();
+    } catch (const GenericException& error) {
+        LogTrace(StreamLog(), tracelog::kWarning,
+                 "Exception while calling CancelGrab from FinishGrab will be ignored (%s).", error.GetDescription());
+    } catch (...) {
+        const Lock lock(m_lock);
+        --m_finishing;
+        throw;
+    }
+}
+
+void CVantoCLSerStreamGrabber::BeginStop() {
+    m_grabStarted = false;
+    ++m_stopping;
+}
+
+void CVantoCLSerStreamGrabber::EndStop() {
+    --m_stopping;
+    m_stopEnded.notify_all();
+}
+
+/**
+ * \brief Take the oldest result
+ * \param[out] result Left as it was when there is none
+ * \return false when there is none
+ * \throw RuntimeException The result's buffer is not known any more
+ * \throw LogicalErrorException The stream grabber is not open
+ */
+bool CVantoCLSerStreamGrabber::RetrieveResult(GrabResult& result) {
+    const Lock lock(m_lock);
+    CheckState({kOpen, kPrepared, kReserved}, "RetrieveResult");
+    if (m_buffers.Filled().IsEmpty()) {
+        m_waitObject.Reset();
+        return false;
+    }
+    const StreamBufferHandle handle = m_buffers.TakeFilled();
+    const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+    if (!buffer)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Buffer with handle %p not found", handle);
+    result = buffer->result;
+    if (m_buffers.Filled().IsEmpty()) {
+        m_waitObject.Reset();
+        m_state = kPrepared;
+    }
+    return true;
+}
+
+/**
+ * \brief Copy a frame into the buffer that waits longest
+ * \param[in] frame The plug-in's; used until the operation returns
+ * \return Always false
+ * \context Any thread of the plug-in; several at once
+ */
+bool CVantoCLSerStreamGrabber::FrameDelivered(const FgFrame* frame) noexcept {
+    try {
+        const CDeliveryGate::Pass pass(m_deliveries);
+        if (!pass)
+            return false;
+        if (frame != nullptr)
+            Deliver(*frame);
+        else
+            LogTrace(StreamLog(), tracelog::kError, "Invalid frame descriptor passed.");
+    } catch (const std::exception& error) {
+        LogTrace(StreamLog(), tracelog::kError, "Exception while delivering a frame (%s)", error.what());
+    }
+    return false;
+}
+
+// The image is copied without the grabber lock: nobody waits for a large copy.
+void CVantoCLSerStreamGrabber::Deliver(const FgFrame& frame) {
+    StreamBufferHandle handle = 0;
+    const CStreamBuffers::BufferPtr buffer = TakeEmptyBuffer(handle);
+    if (!buffer)
+        return;
+    GrabResult filled;
+    const bool isComplete = ReadFrameData(filled, frame, *buffer);
+    // Only now: reading from the camera may call the application, which may wait for another delivery.
+    const std::lock_guard filling(buffer->filling);
+    if (isComplete)
+        Fill(filled, frame, *buffer);
+    PutFilledBuffer(handle, *buffer, std::move(filled));
+}
+
+CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBufferHandle& handle) {
+    const Lock lock(m_lock);
+    if (m_state == kCancelled) {
+        LogTrace(StreamLog(), tracelog::kError, "State is cancelled!");
+        return nullptr;
+    }
+    if (m_buffers.Empty().IsEmpty()) {
+        LogTrace(StreamLog(), tracelog::kTrace, "Buffer underrun*!");
+        return nullptr;
+    }
+    handle = m_buffers.TakeEmpty();
+    CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+    if (!buffer) {
+        m_buffers.ForgetTaken();
+        LogTrace(StreamLog(), tracelog::kError, "Invalid Bufferhandle %p encountered", handle);
+    }
+    return buffer;
+}
+
+bool CVantoCLSerStreamGrabber::ReadFrameData(GrabResult& result, const FgFrame& frame,
+                                             const StreamBuffer& buffer) const {
+    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
+    if (hasData && ReadResultData(result, buffer))
+        return true;
+    result.status = GrabFailed;
+    result.errorCode = kUnreadableResult;
+    result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
+                                      : "The frame grabber plug-in delivered a frame without data.";
+    return false;
+}
+
+// Reading from the camera takes its time, and who is told there that it is gone may close the stream grabber: then the
+// buffer's memory is not touched. A copy that has begun is waited for by Close.
+void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) {
+    if (buffer.isForgotten)
+        return;
+    result.payloadSize = CopyFrame(frame, buffer.result.buffer, buffer.size);
+    result.width = static_cast<std::int32_t>(frame.width);
+    result.height = frame.lineCount;
+    result.offsetX = std::max(result.offsetX, 0);
+    result.offsetY = std::max(result.offsetY, 0);
+    result.status = Grabbed;
+    result.reservedX = 0;
+    result.reservedY = 0;
+    result.kind = 0;
+    result.frameTag = frame.frameTag;
+}
+
+// Who stops the plug-in, which waits for its deliveries, may hold the lock of the camera's node map: so does everybody
+// who is told, in a node's callback or by a failed access, that the camera is gone.
+bool CVantoCLSerStreamGrabber::ReadResultData(GrabResult& result, const StreamBuffer& buffer) const {
+    GenApi::INodeMap* const camera = CameraMap();
+    if (camera == nullptr)
+        return false;
+    std::optional<std::chrono::steady_clock::time_point> deadline;
+    const CImpatientLock lock(camera->GetLock(), [&] {
+        if (!deadline && m_stopping != 0)
+            deadline = std::chrono::steady_clock::now() + kNodeMapTime;
+        return buffer.isForgotten || (deadline && std::chrono::steady_clock::now() >= *deadline);
+    });
+    if (lock)
+        return m_nodes.ReadResultData(result);
+    LogTrace(StreamLog(), tracelog::kError, "Could not read values from device nodemap (%s)",
+             "It is locked by who ends the grab.");
+    return false;
+}
+
+void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled) {
+    {
+        const Lock lock(m_lock);
+        filled.context = buffer.result.context;
+        filled.handle = buffer.result.handle;
+        filled.buffer = buffer.result.buffer;
+        buffer.result = std::move(filled);
+        if (m_state == kCancelled) {
+            m_buffers.ForgetTaken();
+            return;
+        }
+        m_buffers.PutFilled(handle);
+    }
+    m_waitObject.Signal();
+}
+
+/**
+ * \brief Have a function called when a node changes
+ * \see CNodeCallbackTable::Register
+ */
+void CVantoCLSerStreamGrabber::RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName,
+                                                    FgNodeCallback function, void* context, std::uint32_t kind) {
+    m_nodeCallbacks.Register(map, nodeName, function, context, kind);
+}
+
+FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterDeviceNodeCallback(const char* nodeName, FgNodeCallback function,
+                                                                          void* context, std::uint32_t kind) noexcept {
+    if (m_device == nullptr) {
+        LogTrace(StreamLog(), tracelog::kError, "Invalid device pointer.");
+        return 0;
+    }
+    return m_nodeCallbacks.Register(CameraMap(), nodeName, function, context, kind);
+}
+
+FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterStreamNodeCallback(const char* nodeName, FgNodeCallback function,
+                                                                          void* context, std::uint32_t kind) noexcept {
+    return m_nodeCallbacks.Register(GetNodeMap(), nodeName, function, context, kind);
+}
+
+bool CVantoCLSerStreamGrabber::DeregisterNodeCallback(FgNodeCallbackHandle handle) noexcept {
+    return m_nodeCallbacks.Deregister(handle);
+}
+
+// GenApi calls this with the lock of the node's map held.
+void CVantoCLSerStreamGrabber::OnNodeChanged(GenApi::INode* node) {
+    m_nodeCallbacks.Dispatch(node, GetNodeMap());
+}
+
+void CVantoCLSerStreamGrabber::OnCameraChanged(std::int64_t value, void* grabber, std::uint32_t kind) {
+    CGrabberNodes& nodes = static_cast<CVantoCLSerStreamGrabber*>(grabber)->m_nodes;
+    if (kind == kAreaOfInterest)
+        nodes.CopyAreaOfInterest();
+    else if (kind == kPixelSize)
+        nodes.SetPixelSize(value);
+}
+
+/**
+ * \brief Serve the registers of the own node map; a read that can't be served leaves the buffer as it is
+ */
+void CVantoCLSerStreamGrabber::Read(void* buffer, std::int64_t address, std::int64_t length) {
+    const Lock lock = LockForRegisters();
+    ReadGrabberRegister(m_plugin, buffer, address, length);
+}
+
+void CVantoCLSerStreamGrabber::Write(const void* buffer, std::int64_t address, std::int64_t length) {
+    const Lock lock = LockForRegisters();
+    WriteGrabberRegister(m_plugin, buffer, address, length);
+}
+
+// A plug-in that lets one in at a time would keep the caller waiting, with the lock held, for a stop that waits for a
+// delivery that waits for the lock.
+CVantoCLSerStreamGrabber::Lock CVantoCLSerStreamGrabber::LockForRegisters() {
+    Lock lock(m_lock);
+    m_stopEnded.wait_for(lock, kStopTime, [this] { return m_stopping == 0; });
+    return lock;
+}
+
+}  // namespace Vanto

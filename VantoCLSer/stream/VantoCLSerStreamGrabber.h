@@ -1,0 +1,113 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The stream grabber of a Camera Link device
+ */
+#pragma once
+
+#include <atomic>
+#include <boost/thread/recursive_mutex.hpp>
+#include <condition_variable>
+#include <initializer_list>
+
+#include "GenApi/GenApi.h"
+#include "VantoCLSer/stream/DeliveryGate.h"
+#include "VantoCLSer/stream/FrameGrabberPlugin.h"
+#include "VantoCLSer/stream/GrabberNodes.h"
+#include "VantoCLSer/stream/NodeCallbackTable.h"
+#include "VantoCLSer/stream/StreamBuffers.h"
+#include "vanto/FgPlugin.h"
+#include "vanto/StreamGrabber.h"
+
+namespace Vanto {
+
+class CVantoCLSerDevice;
+
+/// Moves frames from a frame-grabber plug-in into an application's buffers. Initialize comes first, from one thread;
+/// then everything is thread-safe. Locks are taken in this order: the camera's node map, the own node map, then the
+/// grabber lock or that of the node callbacks. No node map is used while the grabber lock is held, unless the locks of
+/// both node maps are held, too.
+class CVantoCLSerStreamGrabber : public IStreamGrabber,
+                                 public GenApi::CNodeMapRef,
+                                 public GenApi::IPort,
+                                 public FgCallee {
+public:
+    CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, CVantoCLSerDevice* device);
+    ~CVantoCLSerStreamGrabber() override;
+
+    void Initialize();
+
+    // IStreamGrabber
+    void Open() override;
+    void Close() override;
+    bool IsOpen() const override;
+    StreamBufferHandle RegisterBuffer(void* buffer, std::uint64_t size) override;
+    void* DeregisterBuffer(StreamBufferHandle handle) override;
+    void PrepareGrab() override;
+    void FinishGrab() override;
+    void QueueBuffer(StreamBufferHandle handle, const void* context) override;
+    void CancelGrab() override;
+    bool RetrieveResult(GrabResult& result) override;
+    WaitObject& GetWaitObject() override { return m_waitObject; }
+    GenApi::INodeMap* GetNodeMap() override { return _GetNodeMap(); }
+
+    virtual void RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
+                                      void* context, std::uint32_t kind);
+
+    // GenApi::IPort
+    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
+    void Read(void* buffer, std::int64_t address, std::int64_t length) override;
+    void Write(const void* buffer, std::int64_t address, std::int64_t length) override;
+
+    // FgCallee
+    bool FrameDelivered(const FgFrame* frame) noexcept override;
+    FgNodeCallbackHandle RegisterDeviceNodeCallback(const char* nodeName, FgNodeCallback function, void* context,
+                                                    std::uint32_t kind) noexcept override;
+    bool DeregisterNodeCallback(FgNodeCallbackHandle handle) noexcept override;
+    FgNodeCallbackHandle RegisterStreamNodeCallback(const char* nodeName, FgNodeCallback function, void* context,
+                                                    std::uint32_t kind) noexcept override;
+
+    void OnNodeChanged(GenApi::INode* node);
+
+private:
+    // The numbers show in messages. Nothing enters the last two, which are checked for all the same.
+    enum State : std::int32_t { kClosed = 0, kOpen = 1, kPrepared = 2, kReserved = 3, kCancelled = 4 };
+    using Lock = boost::unique_lock<boost::recursive_mutex>;
+
+    static void OnCameraChanged(std::int64_t value, void* grabber, std::uint32_t kind);
+
+    void LoadDescription();
+    void AccessNodes();
+    void LoadPlugin();
+    GenApi::INodeMap* CameraMap() const;
+
+    void CheckState(std::initializer_list<State> accepted, const char* operation) const;
+    void WarnAboutLeftBuffers();
+    void BeginStop();
+    void EndStop();
+    void CancelGrabForFinish();
+    Lock LockForRegisters();
+    void Deliver(const FgFrame& frame);
+    CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
+    bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
+    static void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
+    bool ReadResultData(GrabResult& result, const StreamBuffer& buffer) const;
+    void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
+
+    CVantoCLSerDevice* const m_device;
+    CGrabberNodes m_nodes;
+    CFrameGrabberPlugin m_plugin;
+    AlertableWaitObject m_waitObject{true, false};
+
+    mutable boost::recursive_mutex m_lock;  // the grabber lock; guards the following
+    std::int32_t m_state = kClosed;
+    bool m_grabStarted = false;
+    std::atomic<unsigned> m_stopping{0};  // threads that stop the plug-in; read without the lock, too
+    unsigned m_finishing = 0;             // threads that are about to leave the prepared state
+    std::condition_variable_any m_stopEnded;
+    CStreamBuffers m_buffers;
+
+    CNodeCallbackTable m_nodeCallbacks;
+    CDeliveryGate m_deliveries;
+};
+
+}  // namespace Vanto

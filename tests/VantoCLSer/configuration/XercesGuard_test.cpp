@@ -1,0 +1,87 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of what becomes of the XML library's exceptions
+ */
+
+#include "VantoCLSer/configuration/XercesGuard.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/RuntimeException.hpp>
+
+#include "tests/VantoCLSer/Fixture.h"
+
+namespace Vanto {
+namespace {
+
+using namespace clser_test;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+constexpr char kTlSource[] = "VantoCLSer/VantoCLSerTL";
+
+class XercesGuard : public PluginTest {
+protected:
+    template <class Exception>
+    static Thrown Passing(const Exception& exception) {
+        return ThrownBy([&] { Guarded("Failed to parse CL binding file", [&] { throw exception; }); });
+    }
+
+    XercesSession m_session;
+};
+
+TEST_F(XercesGuard, PassesResultsOn) {
+    EXPECT_EQ(Guarded("text", [] { return 3; }), 3);
+}
+
+TEST_F(XercesGuard, PutsItsTextBeforeTheLibrarysMessage) {
+    const Thrown thrown =
+        Passing(xercesc::RuntimeException(__FILE__, __LINE__, xercesc::XMLExcepts::CPtr_PointerIsZero));
+    EXPECT_EQ(thrown.type, "RuntimeException");
+    EXPECT_EQ(thrown.source, kTlSource);
+    EXPECT_THAT(thrown.description, StartsWith("Failed to parse CL binding file: "));
+    EXPECT_GT(thrown.description.size(), std::string("Failed to parse CL binding file: ").size());
+    EXPECT_THAT(Passing(xercesc::DOMException(xercesc::DOMException::SYNTAX_ERR, 0)).description,
+                StartsWith("Failed to parse CL binding file: "));
+    EXPECT_EQ(Passing(xercesc::SAXException("of the reader")),
+              (Thrown{"RuntimeException", "Failed to parse CL binding file: of the reader", kTlSource}));
+}
+
+TEST_F(XercesGuard, PassesOtherExceptionsOn) {
+    EXPECT_THROW(Guarded("text", [] { throw std::logic_error("other"); }), std::logic_error);
+}
+
+TEST_F(XercesGuard, TellsOfWhatIsNoException) {
+    EXPECT_EQ(Passing(42), (Thrown{"RuntimeException",
+                                   "Failed to parse CL binding file: Unspecified exception occurred", kTlSource}));
+}
+
+TEST_F(XercesGuard, NeedsADocumentWithARoot) {
+    EXPECT_EQ(ThrownBy([] { CheckedDocument(nullptr); }),
+              (Thrown{"RuntimeException", "Failed to get document of CL binding file.", kTlSource}));
+    xercesc::DOMDocument* const document = xercesc::DOMImplementation::getImplementation()->createDocument();
+    EXPECT_EQ(ThrownBy([&] { CheckedDocument(document); }),
+              (Thrown{"RuntimeException", "Failed to get root node of CL binding doc.", kTlSource}));
+    document->release();
+}
+
+TEST_F(XercesGuard, TellsWhyTheLibraryCanNotBeInitialised) {
+    EXPECT_EQ(ThrownBy([] { const XercesSession session([] { throw xercesc::SAXException("no room"); }, [] {}); }),
+              (Thrown{"RuntimeException", "Failed to initialize Xerces: no room", kTlSource}));
+}
+
+class LibraryOfXml : public PluginTest {};
+
+TEST_F(LibraryOfXml, ThatCanNotBeInitialised) {
+    EXPECT_EQ(ThrownBy([] { const XercesSession session([] { throw 42; }, [] {}); }),
+              (Thrown{"RuntimeException", "Failed to initialize Xerces: Unspecified exception occurred", kTlSource}));
+}
+
+TEST_F(LibraryOfXml, ThatCanNotBeEndedIsLogged) {
+    {
+        const XercesSession session([] {}, [] { throw 42; });
+    }
+    EXPECT_THAT(LoggedIn(kTl), ElementsAre(Logged{kError, "Exception while deinitializing xerces", {}}));
+}
+
+}  // namespace
+}  // namespace Vanto
