@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-#include "SampleRows.h"
+#include "image/SampleRows.h"
 
 namespace Vanto {
 

@@ -11,7 +11,7 @@
 #include <system_error>
 
 #include "Base/GCException.h"
-#include "ImageEncoders.h"
+#include "image/ImageEncoders.h"
 #include "os/Path.h"
 
 namespace Vanto {

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <vector>
 
-#include "ImageEncoders.h"
+#include "image/ImageEncoders.h"
 
 namespace Vanto {
 

@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-#include "ImageEncoders.h"
+#include "image/ImageEncoders.h"
 
 namespace Vanto {
 

@@ -3,7 +3,7 @@
  * SampleRows: an image of any writable pixel type as rows of samples
  */
 
-#include "SampleRows.h"
+#include "image/SampleRows.h"
 
 #include <string_view>
 #include <utility>

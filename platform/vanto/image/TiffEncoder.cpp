@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "ImageEncoders.h"
+#include "image/ImageEncoders.h"
 
 namespace Vanto {
 

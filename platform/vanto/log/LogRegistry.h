@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "LogSinks.h"
-#include "LogSubscriber.h"
+#include "log/LogSinks.h"
+#include "log/LogSubscriber.h"
 #include "vanto/TraceLog.h"
 
 namespace Vanto::tracelog {

@@ -3,7 +3,7 @@
  * Subscriber: one listener and the calls that run in it
  */
 
-#include "LogSubscriber.h"
+#include "log/LogSubscriber.h"
 
 namespace Vanto::tracelog {
 

@@ -3,7 +3,7 @@
  * Texts of exceptions that come out of other libraries
  */
 
-#include "ExceptionText.h"
+#include "factory/ExceptionText.h"
 
 #include <exception>
 

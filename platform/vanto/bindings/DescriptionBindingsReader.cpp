@@ -3,7 +3,7 @@
  * DescriptionBindingsReader: from the text of a registry file to its entries
  */
 
-#include "DescriptionBindingsReader.h"
+#include "bindings/DescriptionBindingsReader.h"
 
 #include <algorithm>
 #include <filesystem>

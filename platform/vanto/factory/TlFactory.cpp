@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
-#include "TlFactoryImpl.h"
+#include "factory/TlFactoryImpl.h"
 
 namespace Vanto {
 

@@ -3,7 +3,7 @@
  * TlCatalogue: the libraries in the folder of transport layers
  */
 
-#include "TlCatalogue.h"
+#include "factory/TlCatalogue.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -11,8 +11,8 @@
 #include <system_error>
 
 #include "Base/GCException.h"
-#include "ExceptionText.h"
-#include "FactoryLog.h"
+#include "factory/ExceptionText.h"
+#include "factory/FactoryLog.h"
 #include "os/Path.h"
 
 namespace Vanto {

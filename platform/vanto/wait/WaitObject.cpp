@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
-#include "WaitObjectState.h"
+#include "wait/WaitObjectState.h"
 
 namespace Vanto {
 

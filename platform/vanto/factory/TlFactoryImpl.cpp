@@ -3,14 +3,14 @@
  * CTlFactory::Impl: the factory's work over all transport layers
  */
 
-#include "TlFactoryImpl.h"
+#include "factory/TlFactoryImpl.h"
 
 #include <algorithm>
 #include <exception>
 
 #include "Base/GCException.h"
-#include "ExceptionText.h"
-#include "FactoryLog.h"
+#include "factory/ExceptionText.h"
+#include "factory/FactoryLog.h"
 #include "vanto/VantoFolders.h"
 
 namespace Vanto {

@@ -6,8 +6,8 @@
 
 #include <optional>
 
+#include "../TestSupport.h"
 #include "Base/GCException.h"
-#include "TestSupport.h"
 
 namespace {
 

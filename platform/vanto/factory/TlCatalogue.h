@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "TlModule.h"
+#include "factory/TlModule.h"
 #include "os/Library.h"
 
 namespace Vanto {

@@ -3,13 +3,13 @@
  * DescriptionBindings: the registry file that binds description and merge files to cameras
  */
 
-#include "DescriptionBindings.h"
+#include "bindings/DescriptionBindings.h"
 
 #include <algorithm>
 
 #include "Base/GCException.h"
-#include "DescriptionBindingsReader.h"
-#include "Wildcard.h"
+#include "bindings/DescriptionBindingsReader.h"
+#include "log/Wildcard.h"
 
 namespace Vanto {
 

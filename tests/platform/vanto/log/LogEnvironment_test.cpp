@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "TestSupport.h"
+#include "../TestSupport.h"
 
 namespace {
 

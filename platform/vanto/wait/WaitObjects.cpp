@@ -7,8 +7,8 @@
 #include <functional>
 
 #include "Base/GCException.h"
-#include "WaitObjectState.h"
 #include "vanto/WaitObject.h"
+#include "wait/WaitObjectState.h"
 
 namespace Vanto {
 

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-#include "LogRegistry.h"
-#include "LogSubscriber.h"
+#include "log/LogRegistry.h"
+#include "log/LogSubscriber.h"
 
 namespace Vanto::tracelog {
 

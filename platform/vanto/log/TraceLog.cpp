@@ -5,7 +5,7 @@
 
 #include "vanto/TraceLog.h"
 
-#include "LogRegistry.h"
+#include "log/LogRegistry.h"
 
 namespace Vanto::tracelog {
 

@@ -3,13 +3,13 @@
  * LogSinks: where log lines go
  */
 
-#include "LogSinks.h"
+#include "log/LogSinks.h"
 
 #include <fmt/format.h>
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
-#include "EscapeText.h"
+#include "log/EscapeText.h"
 #include "os/Environment.h"
 #include "vanto/TraceLog.h"
 

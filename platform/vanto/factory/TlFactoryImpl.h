@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-#include "TlCatalogue.h"
+#include "factory/TlCatalogue.h"
 #include "vanto/TlFactory.h"
 
 namespace Vanto {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "DescriptionBindings.h"
+#include "bindings/DescriptionBindings.h"
 
 namespace pugi {
 class xml_document;

@@ -6,7 +6,7 @@
 #include "vanto/ConfigFileRegistry.h"
 
 #include "Base/GCException.h"
-#include "DescriptionBindings.h"
+#include "bindings/DescriptionBindings.h"
 #include "os/Environment.h"
 #include "os/File.h"
 #include "os/Path.h"

@@ -3,14 +3,14 @@
  * TlModule: one library with transport layers, and the transport layers that it has made
  */
 
-#include "TlModule.h"
+#include "factory/TlModule.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "Base/GCException.h"
-#include "ExceptionText.h"
-#include "FactoryLog.h"
+#include "factory/ExceptionText.h"
+#include "factory/FactoryLog.h"
 #include "os/Library.h"
 
 namespace Vanto {

@@ -10,7 +10,7 @@
 #include <cctype>
 #include <optional>
 
-#include "Wildcard.h"
+#include "log/Wildcard.h"
 #include "vanto/TraceLog.h"
 
 namespace Vanto::tracelog {

@@ -3,7 +3,7 @@
  * Patterns with * and ?
  */
 
-#include "Wildcard.h"
+#include "log/Wildcard.h"
 
 namespace Vanto {
 

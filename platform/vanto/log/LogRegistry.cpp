@@ -3,7 +3,7 @@
  * LogRegistry: the process's log categories, sinks and subscribers
  */
 
-#include "LogRegistry.h"
+#include "log/LogRegistry.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
  * Texts from anywhere as one printable line
  */
 
-#include "EscapeText.h"
+#include "log/EscapeText.h"
 
 #include <fmt/format.h>
 

@@ -8,8 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "../TestSupport.h"
 #include "Base/GCException.h"
-#include "TestSupport.h"
 #include "os/Library.h"
 #include "scripted/ScriptedControl.h"
 #include "vanto/LogListener.h"
