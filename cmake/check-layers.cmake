@@ -14,7 +14,7 @@ set(table
     "camera/gencp|gencp/"
     "camera/clsertty|clser/ os/"
     "camera/driver|gencp/ CLProtocol/CLProtocolC.h clser/ os/"
-    "camera/simulator|gencp/ os/"
+    "camera/simulator|gencp/ os/ camera/"
     "camera/grabber|vanto/FgPlugin.h"
     "tools|vanto/ Base/ GenApi/ CLProtocol/ tools/"
     "examples|vanto/ Base/ GenApi/")

@@ -6,7 +6,7 @@
 #include <exception>
 #include <iostream>
 
-#include "LineServer.h"
+#include "line/LineServer.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "CameraModel.h"
-#include "ControlCommand.h"
-#include "ControlServer.h"
-#include "Description.h"
-#include "EndSignal.h"
+#include "camera/CameraModel.h"
+#include "camera/Description.h"
 #include "simulator/Simulator.h"
+#include "stage/ControlCommand.h"
+#include "stage/ControlServer.h"
+#include "stage/EndSignal.h"
 
 namespace {
 

@@ -8,7 +8,7 @@ get_filename_component(file "${INPUT}" NAME)
 file(
     WRITE "${OUTPUT}"
     "/* Made from ${file} by the build */
-#include \"EmbeddedDescriptions.h\"
+#include \"camera/EmbeddedDescriptions.h\"
 
 namespace MarlowSim {
 

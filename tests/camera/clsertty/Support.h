@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "Line.h"
 #include "clser/ClSerial.h"
+#include "line/Line.h"
 #include "os/Library.h"
 
 namespace ClSerTtyTest {

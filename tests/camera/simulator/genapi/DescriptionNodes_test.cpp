@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "Base/GCException.h"
-#include "Firmware.h"
 #include "GenApi/GenApi.h"
+#include "camera/Firmware.h"
 #include "gencp/BaudRate.h"
 #include "gencp/Protocol.h"
 

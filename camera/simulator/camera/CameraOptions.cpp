@@ -1,0 +1,188 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Options of a simulated camera from texts such as model=H4096,loss=0.02
+ */
+
+#include "simulator/CameraOptions.h"
+
+#include <array>
+#include <bit>
+#include <stdexcept>
+
+#include "camera/CameraModel.h"
+#include "camera/TextValues.h"
+#include "gencp/BaudRate.h"
+
+namespace MarlowSim {
+
+namespace {
+
+template <typename Target>
+struct Key {
+    std::string_view name;
+    std::string_view help;
+    void (*set)(Target&, std::string_view);
+};
+
+constexpr std::size_t kMaxText = 64;  // bytes of a bootstrap register
+constexpr std::size_t kMaxDescription = 64 * 1024 * 1024;
+
+std::string RegisterText(std::string_view text) {
+    if (text.size() > kMaxText) {
+        throw std::invalid_argument("'" + std::string(text) + "' is longer than " + std::to_string(kMaxText) +
+                                    " bytes");
+    }
+    return std::string(text);
+}
+
+std::uint32_t ParseRates(std::string_view text) {
+    const auto flags = static_cast<std::uint32_t>(ParseCount(text, gencp::kAllBaudRateFlags));
+    return flags | gencp::kStartBaudRate.flag;
+}
+
+std::uint32_t ParseBaud(std::string_view text) {
+    const auto baud = static_cast<std::uint32_t>(ParseCount(text, UINT32_MAX));
+    if (gencp::FindBaudRateBySpeed(baud) == nullptr) {
+        throw std::invalid_argument("'" + std::string(text) + "' is no baud rate of a camera");
+    }
+    return baud;
+}
+
+std::uint16_t ParseGenCp(std::string_view text) {
+    if (!text.starts_with("1.")) {
+        throw std::invalid_argument("'" + std::string(text) + "' is no version 1.0 to 1.3");
+    }
+    return static_cast<std::uint16_t>(ParseCount(text.substr(2), 3));
+}
+
+using Options = CameraOptions;
+using Text = std::string_view;
+
+constexpr std::array<Key<Options>, 15> kOptionKeys{{
+    {"model", "H2048, H4096 or H8192L (line-scan)",
+     [](Options& o, Text v) { o.model = std::string(FindModel(v).name); }},
+    {"serial", "serial number", [](Options& o, Text v) { o.serial = RegisterText(v); }},
+    {"user-name", "name that a user gave", [](Options& o, Text v) { o.userName = RegisterText(v); }},
+    {"manufacturer", "name of the maker (Marlow)", [](Options& o, Text v) { o.manufacturer = RegisterText(v); }},
+    {"family", "name of the family (Heron); empty: no such register",
+     [](Options& o, Text v) { o.family = RegisterText(v); }},
+    {"gencp", "version of the protocol, 1.0 to 1.3", [](Options& o, Text v) { o.genCpMinor = ParseGenCp(v); }},
+    {"stacked", "on|off: has stacked commands", [](Options& o, Text v) { o.stacked = ParseSwitch(v); }},
+    {"written-length", "on|off: tells the length written",
+     [](Options& o, Text v) { o.writtenLength = ParseSwitch(v); }},
+    {"rates", "baud rates that it can do, Camera Link flags (0xFF)",
+     [](Options& o, Text v) { o.rates = ParseRates(v); }},
+    {"baud", "baud rate when switched on (9600)", [](Options& o, Text v) { o.baud = ParseBaud(v); }},
+    {"paced", "on|off: bytes take the time of a real line", [](Options& o, Text v) { o.paced = ParseSwitch(v); }},
+    {"zip", "on|off: the description is zipped", [](Options& o, Text v) { o.zip = ParseSwitch(v); }},
+    {"description-size", "pads the description to so many bytes",
+     [](Options& o, Text v) { o.descriptionSize = static_cast<std::size_t>(ParseCount(v, kMaxDescription)); }},
+    {"description", "file to use as description", [](Options& o, Text v) { o.descriptionFile = std::string(v); }},
+    {"seed", "of all random choices", [](Options& o, Text v) { o.seed = ParseCount(v); }},
+}};
+
+using Faults = FaultSettings;
+
+constexpr std::array<Key<Faults>, 11> kFaultKeys{{
+    {"loss", "probability that a packet gets lost, 0 to 1", [](Faults& f, Text v) { f.loss = ParseProbability(v); }},
+    {"damage", "probability that a packet is damaged", [](Faults& f, Text v) { f.damage = ParseProbability(v); }},
+    {"repeat", "probability that a packet comes twice", [](Faults& f, Text v) { f.repeat = ParseProbability(v); }},
+    {"late", "probability that an acknowledge is late", [](Faults& f, Text v) { f.late = ParseProbability(v); }},
+    {"late-time", "ms by which it is late (100)", [](Faults& f, Text v) { f.lateTime = ParseMilliseconds(v); }},
+    {"delay", "ms from each command to its acknowledge", [](Faults& f, Text v) { f.delay = ParseMilliseconds(v); }},
+    {"pending", "ms that loading and saving user sets and a reset take",
+     [](Faults& f, Text v) { f.pending = ParseMilliseconds(v); }},
+    {"silent", "on|off: hears and says nothing", [](Faults& f, Text v) { f.silent = ParseSwitch(v); }},
+    {"fail-at", "N: the packet after N more gets lost", [](Faults& f, Text v) { f.failAt = ParseCount(v); }},
+    {"drop-after", "N: the cable is pulled after N more packets",
+     [](Faults& f, Text v) { f.dropAfter = ParseCount(v); }},
+    {"silent-after", "N: falls silent after N more packets", [](Faults& f, Text v) { f.silentAfter = ParseCount(v); }},
+}};
+
+template <typename Target, std::size_t kSize>
+bool Set(const std::array<Key<Target>, kSize>& keys, Target& target, Text name, Text value) {
+    for (const Key<Target>& key : keys) {
+        if (key.name == name) {
+            try {
+                key.set(target, value);
+            } catch (const std::invalid_argument& error) {
+                throw std::invalid_argument(std::string(name) + ": " + error.what());
+            }
+            return true;
+        }
+    }
+    return false;
+}
+
+template <typename Target, std::size_t kSize>
+void AppendHelp(const std::array<Key<Target>, kSize>& keys, std::string& text) {
+    constexpr std::size_t kColumn = 20;
+    for (const Key<Target>& key : keys) {
+        std::string line = "  " + std::string(key.name) + "=";
+        line.resize(std::max(line.size() + 1, kColumn), ' ');
+        text += line + std::string(key.help) + "\n";
+    }
+}
+
+}  // namespace
+
+/**
+ * \brief Set one fault
+ * \param[in] key For example "loss"
+ * \return False when there is no such key
+ * \throw std::invalid_argument The value has no meaning for the key
+ */
+bool SetFault(FaultSettings& faults, std::string_view key, std::string_view value) {
+    return Set(kFaultKeys, faults, key, value);
+}
+
+/**
+ * \brief Set one option, faults among them
+ * \throw std::invalid_argument There is no such key, or the value has no meaning for it
+ */
+void SetOption(CameraOptions& options, std::string_view key, std::string_view value) {
+    if (!Set(kOptionKeys, options, key, value) && !SetFault(options.faults, key, value)) {
+        throw std::invalid_argument("a camera has no option '" + std::string(key) + "'");
+    }
+}
+
+/**
+ * \brief Set options from a list such as "model=H4096,zip=on"
+ * \throw std::invalid_argument As SetOption, or a part is not key=value
+ */
+void SetOptions(CameraOptions& options, std::string_view list) {
+    for (const std::string_view part : Split(list, ',')) {
+        const std::size_t equals = part.find('=');
+        if (equals == std::string_view::npos) {
+            throw std::invalid_argument("'" + std::string(part) + "' is not key=value");
+        }
+        SetOption(options, part.substr(0, equals), part.substr(equals + 1));
+    }
+}
+
+/**
+ * \brief Read a camera from a text such as "cam0,model=H4096,zip=on"
+ * \throw std::invalid_argument As SetOptions, or the name is missing or no file name
+ */
+NamedCamera ParseCamera(std::string_view text) {
+    NamedCamera camera;
+    camera.name = std::string(text.substr(0, text.find(',')));
+    if (camera.name.empty() || camera.name == "." || camera.name == ".." ||
+        camera.name.find_first_of("/=") != std::string::npos) {
+        throw std::invalid_argument("'" + camera.name + "' is no name for a camera");
+    }
+    SetOptions(camera.options, text.substr(camera.name.size()));
+    return camera;
+}
+
+/**
+ * \brief List all keys with a line about each
+ */
+std::string OptionsHelp() {
+    std::string text;
+    AppendHelp(kOptionKeys, text);
+    AppendHelp(kFaultKeys, text);
+    return text;
+}
+
+}  // namespace MarlowSim
