@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "Base/GCException.h"
-#include "app/Command.h"
-#include "app/Options.h"
 #include "cameras/Simulation.h"
+#include "commands/Command.h"
+#include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Text.h"
 

@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 
 namespace tools {
 

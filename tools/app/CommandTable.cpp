@@ -2,7 +2,7 @@
 /*
  * The commands of vanto-cl, in the order of the help
  */
-#include "app/Command.h"
+#include "commands/Command.h"
 #include "commands/CompleteCommand.h"
 #include "commands/ConfigCheckCommand.h"
 #include "commands/ConfigInitCommand.h"

@@ -10,8 +10,8 @@
 #include <charconv>
 #include <optional>
 
-#include "app/ExitCode.h"
 #include "cameras/Reasons.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 
 namespace tools {

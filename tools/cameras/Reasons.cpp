@@ -7,11 +7,11 @@
 #include <fmt/format.h>
 
 #include "CLProtocol/Diagnostics.h"
-#include "app/ExitCode.h"
 #include "cameras/LogTexts.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 #include "system/Environment.h"
 #include "vanto/VantoFolders.h"

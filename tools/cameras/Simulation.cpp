@@ -8,8 +8,8 @@
 
 #include <array>
 
-#include "app/ExitCode.h"
 #include "configuration/ConfigurationWriter.h"
+#include "error/ExitCode.h"
 #include "system/Environment.h"
 #include "system/Files.h"
 

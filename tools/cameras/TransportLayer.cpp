@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "CLProtocol/CLPort.h"
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "vanto/VantoFolders.h"
 
 namespace tools {

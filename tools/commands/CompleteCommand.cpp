@@ -6,8 +6,8 @@
 
 #include <set>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "description/FeatureTree.h"
 #include "output/Output.h"
 #include "output/Text.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Command.h"
+#include "commands/Command.h"
 
 namespace tools {
 

@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
-#include "app/Options.h"
 #include "cameras/TransportLayer.h"
+#include "commands/Options.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"

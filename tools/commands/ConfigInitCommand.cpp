@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "app/Options.h"
 #include "cameras/TransportLayer.h"
+#include "commands/Options.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationWriter.h"
 #include "output/Output.h"

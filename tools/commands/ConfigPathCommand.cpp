@@ -4,7 +4,7 @@
  */
 #include "commands/ConfigPathCommand.h"
 
-#include "app/Options.h"
+#include "commands/Options.h"
 #include "configuration/ConfigurationPath.h"
 #include "output/Json.h"
 #include "output/Output.h"

@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "app/Options.h"
+#include "commands/Options.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"

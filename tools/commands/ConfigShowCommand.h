@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "app/Command.h"
+#include "commands/Command.h"
 
 namespace tools {
 

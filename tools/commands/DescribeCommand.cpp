@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "app/Options.h"
+#include "commands/Options.h"
 #include "description/FeatureTree.h"
 #include "description/Linter.h"
 #include "findings/FindingPrinter.h"

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "app/Options.h"
+#include "commands/Options.h"
 #include "doctor/Examinations.h"
 #include "output/Output.h"
 #include "output/Progress.h"

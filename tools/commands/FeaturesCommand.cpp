@@ -4,8 +4,8 @@
  */
 #include "commands/FeaturesCommand.h"
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/FeatureTable.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

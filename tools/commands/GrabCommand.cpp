@@ -9,8 +9,8 @@
 #include <limits>
 #include <optional>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
 #include "features/OptionNumbers.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Command.h"
+#include "commands/Command.h"
 
 namespace tools {
 

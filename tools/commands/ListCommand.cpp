@@ -8,8 +8,8 @@
 
 #include <optional>
 
-#include "app/Options.h"
 #include "cameras/Reasons.h"
+#include "commands/Options.h"
 #include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"

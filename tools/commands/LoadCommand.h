@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "app/Command.h"
+#include "commands/Command.h"
 
 namespace tools {
 

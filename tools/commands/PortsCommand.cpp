@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include "CLProtocol/Diagnostics.h"
-#include "app/Options.h"
 #include "cameras/TransportLayer.h"
+#include "commands/Options.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"

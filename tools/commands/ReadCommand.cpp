@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/OptionNumbers.h"
 #include "features/RegisterPort.h"
 #include "features/ValueWords.h"

@@ -4,8 +4,8 @@
  */
 #include "commands/SetCommand.h"
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
 

@@ -8,8 +8,8 @@
 
 #include <limits>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "features/RegisterPort.h"
 #include "features/ValueWords.h"
 

@@ -8,8 +8,8 @@
 
 #include <optional>
 
-#include "app/Options.h"
 #include "cameras/DeviceChoice.h"
+#include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Sha1.h"

@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 #include "system/Environment.h"
 #include "system/Files.h"

@@ -17,7 +17,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 #include "system/FileAccess.h"
 

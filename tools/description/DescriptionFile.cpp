@@ -11,8 +11,8 @@
 #include <memory>
 #include <system_error>
 
-#include "app/ExitCode.h"
 #include "description/DescriptionModel.h"
+#include "error/ExitCode.h"
 #include "system/FileAccess.h"
 
 namespace tools {

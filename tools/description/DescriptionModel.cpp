@@ -10,7 +10,7 @@
 #include <array>
 #include <pugixml.hpp>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 
 namespace tools {

@@ -8,8 +8,8 @@
 
 #include <set>
 
-#include "app/ExitCode.h"
 #include "description/FeatureFacts.h"
+#include "error/ExitCode.h"
 #include "output/Table.h"
 
 namespace tools {

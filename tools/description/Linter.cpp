@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 
 namespace tools {

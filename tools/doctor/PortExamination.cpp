@@ -6,11 +6,11 @@
 
 #include <algorithm>
 
-#include "app/ExitCode.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationReader.h"
 #include "doctor/Examinations.h"
+#include "error/ExitCode.h"
 #include "system/FileAccess.h"
 
 namespace tools {

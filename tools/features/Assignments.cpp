@@ -8,7 +8,7 @@
 
 #include <set>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

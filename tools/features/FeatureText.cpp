@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/ValueWords.h"
 #include "output/Text.h"
 

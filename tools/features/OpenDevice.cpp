@@ -10,8 +10,8 @@
 #include <optional>
 #include <thread>
 
-#include "app/ExitCode.h"
 #include "cameras/DeviceChoice.h"
+#include "error/ExitCode.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"

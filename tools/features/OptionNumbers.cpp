@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/ValueWords.h"
 
 namespace tools {

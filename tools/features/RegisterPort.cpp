@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/ValueWords.h"
 
 namespace tools {

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

@@ -9,7 +9,7 @@
 #include <charconv>
 #include <optional>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "output/Text.h"
 
 namespace tools {

@@ -11,7 +11,7 @@
 #include <optional>
 
 #include "Base/GCException.h"
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

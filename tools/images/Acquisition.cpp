@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "GenApi/GenApi.h"
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "features/OpenDevice.h"
 #include "output/Text.h"
 #include "vanto/LogListener.h"

@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "images/FrameCounts.h"
 #include "output/Text.h"
 #include "vanto/PixelTypeMapper.h"

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <system_error>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 
 namespace tools {
 

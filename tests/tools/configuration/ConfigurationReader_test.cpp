@@ -9,7 +9,7 @@
 #include <ostream>
 
 #include "TemporaryFile.h"
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include <cstring>
 
-#include "app/ExitCode.h"
 #include "description/FeatureFacts.h"
+#include "error/ExitCode.h"
 #include "system/Files.h"
 #include "system/Folders.h"
 

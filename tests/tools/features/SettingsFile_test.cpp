@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <fstream>
 
 #include "Base/GCException.h"
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "system/Folders.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 #include "system/ChildProcess.h"
 #include "system/Environment.h"
 #include "system/FileAccess.h"

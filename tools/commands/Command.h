@@ -7,7 +7,7 @@
 #include <memory>
 #include <span>
 
-#include "app/ExitCode.h"
+#include "error/ExitCode.h"
 
 namespace tools {
 

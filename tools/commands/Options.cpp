@@ -2,7 +2,7 @@
 /*
  * Options: what a command declares of its command line
  */
-#include "app/Options.h"
+#include "commands/Options.h"
 
 #include <CLI/CLI.hpp>
 
