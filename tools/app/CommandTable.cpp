@@ -2,58 +2,33 @@
 /*
  * The commands of vanto-cl, in the order of the help
  */
-#include "commands/Command.h"
-#include "commands/CompleteCommand.h"
-#include "commands/ConfigCheckCommand.h"
-#include "commands/ConfigInitCommand.h"
-#include "commands/ConfigPathCommand.h"
-#include "commands/ConfigShowCommand.h"
-#include "commands/DescribeCommand.h"
-#include "commands/DoctorCommand.h"
-#include "commands/ExecCommand.h"
-#include "commands/FeaturesCommand.h"
-#include "commands/GetCommand.h"
-#include "commands/GrabCommand.h"
-#include "commands/ListCommand.h"
-#include "commands/LoadCommand.h"
-#include "commands/PortsCommand.h"
-#include "commands/ReadCommand.h"
-#include "commands/SaveCommand.h"
-#include "commands/SetCommand.h"
-#include "commands/WatchCommand.h"
-#include "commands/WriteCommand.h"
-#include "commands/XmlCommand.h"
+#include "commands/Commands.h"
 
 namespace tools {
 
 namespace {
 
-template <class Made>
-std::unique_ptr<Command> Make() {
-    return std::make_unique<Made>();
-}
-
 constexpr CommandEntry kCommands[] = {
-    {"list", "List the cameras, or say why there are none", &Make<ListCommand>},
-    {"ports", "List the serial ports of this machine and their configuration", &Make<PortsCommand>},
-    {"xml", "Fetch a camera's own description", &Make<XmlCommand>},
-    {"features", "List a camera's features with their values", &Make<FeaturesCommand>},
-    {"get", "Print the values of features", &Make<GetCommand>},
-    {"set", "Change features, all or none", &Make<SetCommand>},
-    {"exec", "Execute a command of a camera", &Make<ExecCommand>},
-    {"grab", "Take images and save them", &Make<GrabCommand>},
-    {"watch", "Print features whenever they change", &Make<WatchCommand>},
-    {"save", "Save a camera's settings in a file", &Make<SaveCommand>},
-    {"load", "Set a camera as a file says", &Make<LoadCommand>},
-    {"read", "Read a camera's registers", &Make<ReadCommand>},
-    {"write", "Write a camera's registers", &Make<WriteCommand>},
-    {"config path", "Say where the file is looked for, and why there", &Make<ConfigPathCommand>},
-    {"config show", "Show what the file says", &Make<ConfigShowCommand>},
-    {"config check", "Say what is wrong with the file, with line and column", &Make<ConfigCheckCommand>},
-    {"config init", "Write a new file for the ports of this machine", &Make<ConfigInitCommand>},
-    {"describe", "Show or check a camera description from a file", &Make<DescribeCommand>},
-    {"doctor", "Look for what keeps cameras from being found", &Make<DoctorCommand>},
-    {"complete", "", &Make<CompleteCommand>},
+    {"list", "List the cameras, or say why there are none", &MakeListCommand},
+    {"ports", "List the serial ports of this machine and their configuration", &MakePortsCommand},
+    {"xml", "Fetch a camera's own description", &MakeXmlCommand},
+    {"features", "List a camera's features with their values", &MakeFeaturesCommand},
+    {"get", "Print the values of features", &MakeGetCommand},
+    {"set", "Change features, all or none", &MakeSetCommand},
+    {"exec", "Execute a command of a camera", &MakeExecCommand},
+    {"grab", "Take images and save them", &MakeGrabCommand},
+    {"watch", "Print features whenever they change", &MakeWatchCommand},
+    {"save", "Save a camera's settings in a file", &MakeSaveCommand},
+    {"load", "Set a camera as a file says", &MakeLoadCommand},
+    {"read", "Read a camera's registers", &MakeReadCommand},
+    {"write", "Write a camera's registers", &MakeWriteCommand},
+    {"config path", "Say where the file is looked for, and why there", &MakeConfigPathCommand},
+    {"config show", "Show what the file says", &MakeConfigShowCommand},
+    {"config check", "Say what is wrong with the file, with line and column", &MakeConfigCheckCommand},
+    {"config init", "Write a new file for the ports of this machine", &MakeConfigInitCommand},
+    {"describe", "Show or check a camera description from a file", &MakeDescribeCommand},
+    {"doctor", "Look for what keeps cameras from being found", &MakeDoctorCommand},
+    {"complete", "", &MakeCompleteCommand},
 };
 
 constexpr CommandGroup kGroups[] = {

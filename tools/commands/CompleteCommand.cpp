@@ -2,11 +2,13 @@
 /*
  * vanto-cl complete: words for the completion of shells
  */
-#include "commands/CompleteCommand.h"
-
+#include <memory>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "description/FeatureTree.h"
 #include "output/Output.h"
@@ -15,6 +17,15 @@
 namespace tools {
 
 namespace {
+
+class CompleteCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::vector<std::string> m_words;
+};
 
 /// A word that a shell can take as it stands; an empty line would be none.
 void PrintWord(Output& output, const std::string& word) {
@@ -104,6 +115,10 @@ ExitCode CompleteCommand::Run(Output& output) {
     else
         throw ToolError("nothing is known about completing '" + kind + "'", {}, ExitCode::kUsage);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeCompleteCommand() {
+    return std::make_unique<CompleteCommand>();
 }
 
 }  // namespace tools

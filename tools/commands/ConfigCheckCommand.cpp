@@ -2,13 +2,13 @@
 /*
  * vanto-cl config check: what is wrong with the port configuration file
  */
-#include "commands/ConfigCheckCommand.h"
-
 #include <fmt/format.h>
-
 #include <algorithm>
+#include <memory>
+#include <string>
 
 #include "cameras/TransportLayer.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "configuration/ConfigurationChecker.h"
 #include "configuration/ConfigurationPath.h"
@@ -19,6 +19,16 @@
 namespace tools {
 
 namespace {
+
+class ConfigCheckCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+    std::string m_file;
+};
 
 std::string Summary(const PortConfiguration& configuration) {
     const auto enabled = std::count_if(configuration.entries.begin(), configuration.entries.end(),
@@ -45,6 +55,10 @@ ExitCode ConfigCheckCommand::Run(Output& output) {
     else
         PrintFindings(output, path.string(), configuration.findings, Summary(configuration));
     return configuration.findings.HasErrors() ? ExitCode::kFailed : ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeConfigCheckCommand() {
+    return std::make_unique<ConfigCheckCommand>();
 }
 
 }  // namespace tools

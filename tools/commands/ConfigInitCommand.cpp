@@ -2,11 +2,11 @@
 /*
  * vanto-cl config init: a new port configuration file for the ports of the machine
  */
-#include "commands/ConfigInitCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
 
 #include "cameras/TransportLayer.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "configuration/ConfigurationPath.h"
 #include "configuration/ConfigurationWriter.h"
@@ -17,6 +17,15 @@
 namespace tools {
 
 namespace {
+
+class ConfigInitCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_force = false;
+};
 
 constexpr const char* kOtherFolder =
     "Run it as an administrator, or set VANTO_CL_BINDINGS to a folder of yours here and for your applications.";
@@ -59,6 +68,10 @@ ExitCode ConfigInitCommand::Run(Output& output) {
         output.Line("  " + Printable(port));
     output.Line("'vanto-cl list' looks for cameras now. Take out the ports that have something else behind them.");
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeConfigInitCommand() {
+    return std::make_unique<ConfigInitCommand>();
 }
 
 }  // namespace tools

@@ -2,8 +2,9 @@
 /*
  * vanto-cl config path: where the port configuration file is looked for
  */
-#include "commands/ConfigPathCommand.h"
+#include <memory>
 
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "configuration/ConfigurationPath.h"
 #include "output/Json.h"
@@ -12,6 +13,19 @@
 #include "system/FileAccess.h"
 
 namespace tools {
+
+namespace {
+
+class ConfigPathCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+};
+
+}  // namespace
 
 void ConfigPathCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
@@ -40,6 +54,10 @@ ExitCode ConfigPathCommand::Run(Output& output) {
     else if (!refused.empty())
         output.Warn("the file can't be read: " + refused);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeConfigPathCommand() {
+    return std::make_unique<ConfigPathCommand>();
 }
 
 }  // namespace tools

@@ -2,10 +2,10 @@
 /*
  * vanto-cl config show: what the port configuration file says
  */
-#include "commands/ConfigShowCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
 
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"
@@ -15,6 +15,19 @@
 #include "output/Text.h"
 
 namespace tools {
+
+namespace {
+
+class ConfigShowCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+};
+
+}  // namespace
 
 void ConfigShowCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
@@ -48,6 +61,10 @@ ExitCode ConfigShowCommand::Run(Output& output) {
                       entry.family.text, entry.model.text, entry.baudRate.text, entry.deviceSpecificString.text});
     table.PrintTo(output);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeConfigShowCommand() {
+    return std::make_unique<ConfigShowCommand>();
 }
 
 }  // namespace tools

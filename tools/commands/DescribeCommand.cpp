@@ -2,10 +2,11 @@
 /*
  * vanto-cl describe: a camera description from a file
  */
-#include "commands/DescribeCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
 
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "description/FeatureTree.h"
 #include "description/Linter.h"
@@ -14,6 +15,22 @@
 #include "system/Files.h"
 
 namespace tools {
+
+namespace {
+
+class DescribeCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_file;
+    bool m_tree = false;
+    bool m_json = false;
+    bool m_check = false;
+};
+
+}  // namespace
 
 void DescribeCommand::Declare(Options& options) {
     options.Argument("FILE", m_file, "A camera description: XML, or a ZIP file that holds one");
@@ -47,6 +64,10 @@ ExitCode DescribeCommand::Run(Output& output) {
         throw ToolError(fmt::format("{}: {}", m_file, failure.what()), failure.Hint());
     }
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeDescribeCommand() {
+    return std::make_unique<DescribeCommand>();
 }
 
 }  // namespace tools

@@ -2,16 +2,29 @@
 /*
  * vanto-cl doctor: what a stuck user needs to know
  */
-#include "commands/DoctorCommand.h"
-
+#include <memory>
 #include <optional>
 
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "doctor/Examinations.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 
 namespace tools {
+
+namespace {
+
+class DoctorCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+};
+
+}  // namespace
 
 void DoctorCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
@@ -27,6 +40,10 @@ ExitCode DoctorCommand::Run(Output& output) {
     else
         Print(output, report);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeDoctorCommand() {
+    return std::make_unique<DoctorCommand>();
 }
 
 }  // namespace tools

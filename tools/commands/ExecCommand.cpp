@@ -2,11 +2,12 @@
 /*
  * vanto-cl exec: executes a command of the camera
  */
-#include "commands/ExecCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
@@ -16,6 +17,21 @@
 #include "output/Progress.h"
 
 namespace tools {
+
+namespace {
+
+class ExecCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_command;
+    std::string m_timeout = "10";
+};
+
+}  // namespace
 
 void ExecCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -43,6 +59,10 @@ ExitCode ExecCommand::Run(Output& output) {
         ThrowIfInterrupted();
     }
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeExecCommand() {
+    return std::make_unique<ExecCommand>();
 }
 
 }  // namespace tools

@@ -2,15 +2,33 @@
 /*
  * vanto-cl features: a camera's features and their values
  */
-#include "commands/FeaturesCommand.h"
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/FeatureTable.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
 
 namespace tools {
+
+namespace {
+
+class FeaturesCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_visibility = "guru";
+    bool m_tree = false;
+    bool m_json = false;
+};
+
+}  // namespace
 
 void FeaturesCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -29,6 +47,10 @@ ExitCode FeaturesCommand::Run(Output& output) {
     else
         PrintFeatures(output, device, visibility, m_tree);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeFeaturesCommand() {
+    return std::make_unique<FeaturesCommand>();
 }
 
 }  // namespace tools

@@ -2,11 +2,13 @@
 /*
  * vanto-cl get: values of features
  */
-#include "commands/GetCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
@@ -15,6 +17,21 @@
 #include "output/Text.h"
 
 namespace tools {
+
+namespace {
+
+class GetCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::vector<std::string> m_names;
+    bool m_json = false;
+};
+
+}  // namespace
 
 void GetCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -43,6 +60,10 @@ ExitCode GetCommand::Run(Output& output) {
     }
     output.Print(m_json ? ToText(json) + "\n" : text);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeGetCommand() {
+    return std::make_unique<GetCommand>();
 }
 
 }  // namespace tools

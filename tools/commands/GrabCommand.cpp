@@ -2,14 +2,17 @@
 /*
  * vanto-cl grab: takes images and saves them
  */
-#include "commands/GrabCommand.h"
-
 #include <fmt/format.h>
-
+#include <chrono>
+#include <cstdint>
 #include <limits>
+#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
@@ -28,6 +31,27 @@
 namespace tools {
 
 namespace {
+
+class GrabCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    void Grab(Acquisition& acquisition, FrameCounts& counts, FrameFiles& files, GrabProgress& progress) const;
+    void PrintSummary(Output& output, const FrameCounts& counts, const FrameFiles& files, double seconds) const;
+
+    std::string m_device;
+    std::string m_countText = "1";
+    std::string m_folder = ".";
+    std::string m_format = "png";
+    std::string m_timeoutText = "5";
+    std::string m_buffersText = "8";
+    std::vector<std::string> m_settings;
+    bool m_json = false;
+    std::int64_t m_count = 0;
+    std::chrono::milliseconds m_timeout{0};
+};
 
 constexpr std::int64_t kMostBuffers = 4096;
 
@@ -138,6 +162,10 @@ void GrabCommand::PrintSummary(Output& output, const FrameCounts& counts, const 
                             DurationText(std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000.0))),
                             RateText(counts, seconds)));
     PrintFiles(output, files);
+}
+
+std::unique_ptr<Command> MakeGrabCommand() {
+    return std::make_unique<GrabCommand>();
 }
 
 }  // namespace tools

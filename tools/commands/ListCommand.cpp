@@ -2,13 +2,12 @@
 /*
  * vanto-cl list: the cameras, or why there are none
  */
-#include "commands/ListCommand.h"
-
 #include <fmt/format.h>
-
+#include <memory>
 #include <optional>
 
 #include "cameras/Reasons.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "output/Json.h"
 #include "output/Output.h"
@@ -19,6 +18,15 @@
 namespace tools {
 
 namespace {
+
+class ListCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+};
 
 void PrintJson(Output& output, const Vanto::DeviceInfoList& cameras) {
     Json json = Json::array();
@@ -92,6 +100,10 @@ ExitCode ListCommand::Run(Output& output) {
     for (const SilentPort& port : enumeration.SilentPorts(false))
         output.Warn(fmt::format("port '{}': {}", Printable(port.portId), Printable(port.reason)));
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeListCommand() {
+    return std::make_unique<ListCommand>();
 }
 
 }  // namespace tools

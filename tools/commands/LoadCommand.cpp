@@ -2,11 +2,12 @@
 /*
  * vanto-cl load: the settings of a file into a camera
  */
-#include "commands/LoadCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
 #include "features/StreamableSettings.h"
@@ -18,6 +19,20 @@
 #include "vanto/VantoFolders.h"
 
 namespace tools {
+
+namespace {
+
+class LoadCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_file;
+};
+
+}  // namespace
 
 void LoadCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -46,6 +61,10 @@ ExitCode LoadCommand::Run(Output& output) {
     output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
                             settings.size() - refusals.size(), settings.size()));
     return refusals.empty() ? ExitCode::kDone : ExitCode::kFailed;
+}
+
+std::unique_ptr<Command> MakeLoadCommand() {
+    return std::make_unique<LoadCommand>();
 }
 
 }  // namespace tools

@@ -2,12 +2,12 @@
 /*
  * vanto-cl ports: the serial ports of the machine
  */
-#include "commands/PortsCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
 
 #include "CLProtocol/Diagnostics.h"
 #include "cameras/TransportLayer.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "configuration/ConfigurationJson.h"
 #include "configuration/ConfigurationPath.h"
@@ -20,6 +20,15 @@
 namespace tools {
 
 namespace {
+
+class PortsCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    bool m_json = false;
+};
 
 /// The entries of the configuration; none when there is no file. What is wrong with the file goes to \a problem.
 std::vector<PortEntry> ConfiguredEntries(std::string& problem) {
@@ -109,6 +118,10 @@ ExitCode PortsCommand::Run(Output& output) {
     if (!problem.empty())
         output.Warn(Printable(problem));
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakePortsCommand() {
+    return std::make_unique<PortsCommand>();
 }
 
 }  // namespace tools

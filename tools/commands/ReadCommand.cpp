@@ -2,13 +2,13 @@
 /*
  * vanto-cl read: registers of the camera
  */
-#include "commands/ReadCommand.h"
-
 #include <fmt/format.h>
-
 #include <algorithm>
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OptionNumbers.h"
 #include "features/RegisterPort.h"
@@ -20,6 +20,19 @@
 namespace tools {
 
 namespace {
+
+class ReadCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_address;
+    std::string m_length;
+    std::string m_file;
+    bool m_dump = false;
+};
 
 constexpr std::int64_t kMostBytes = 64 << 20;
 
@@ -65,6 +78,10 @@ ExitCode ReadCommand::Run(Output& output) {
     else
         output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : HexText(bytes) + "\n");
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeReadCommand() {
+    return std::make_unique<ReadCommand>();
 }
 
 }  // namespace tools

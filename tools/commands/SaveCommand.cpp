@@ -2,11 +2,12 @@
 /*
  * vanto-cl save: the settings of a camera into a file
  */
-#include "commands/SaveCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
 #include "features/StreamableSettings.h"
@@ -16,6 +17,20 @@
 #include "system/Files.h"
 
 namespace tools {
+
+namespace {
+
+class SaveCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_file;
+};
+
+}  // namespace
 
 void SaveCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -38,6 +53,10 @@ ExitCode SaveCommand::Run(Output& output) {
     WriteFile(PathOf(m_file), text);
     output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeSaveCommand() {
+    return std::make_unique<SaveCommand>();
 }
 
 }  // namespace tools

@@ -2,14 +2,31 @@
 /*
  * vanto-cl set: changes features, all or none
  */
-#include "commands/SetCommand.h"
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
 
 namespace tools {
+
+namespace {
+
+class SetCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::vector<std::string> m_assignments;
+};
+
+}  // namespace
 
 void SetCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -29,6 +46,10 @@ ExitCode SetCommand::Run(Output& output) {
     assignments.Check();
     assignments.Apply();
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeSetCommand() {
+    return std::make_unique<SetCommand>();
 }
 
 }  // namespace tools

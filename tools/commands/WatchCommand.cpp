@@ -2,13 +2,14 @@
 /*
  * vanto-cl watch: prints features when they change
  */
-#include "commands/WatchCommand.h"
-
 #include <fmt/format.h>
-
 #include <limits>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
@@ -20,6 +21,19 @@
 namespace tools {
 
 namespace {
+
+class WatchCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::vector<std::string> m_names;
+    std::string m_interval = "0.5";
+    std::string m_count;
+    bool m_json = false;
+};
 
 /// One feature and what was printed of it last.
 class Watched {
@@ -84,6 +98,10 @@ ExitCode WatchCommand::Run(Output& output) {
             break;
     }
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeWatchCommand() {
+    return std::make_unique<WatchCommand>();
 }
 
 }  // namespace tools

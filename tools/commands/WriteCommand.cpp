@@ -2,16 +2,32 @@
 /*
  * vanto-cl write: registers of the camera
  */
-#include "commands/WriteCommand.h"
-
 #include <fmt/format.h>
+#include <memory>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/RegisterPort.h"
 #include "features/ValueWords.h"
 
 namespace tools {
+
+namespace {
+
+class WriteCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_address;
+    std::string m_bytes;
+};
+
+}  // namespace
 
 void WriteCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -28,6 +44,10 @@ ExitCode WriteCommand::Run(Output& output) {
     const OpenDevice device(m_device, output);
     WriteRegisters(device, address, *bytes);
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeWriteCommand() {
+    return std::make_unique<WriteCommand>();
 }
 
 }  // namespace tools

@@ -2,13 +2,13 @@
 /*
  * vanto-cl xml: a camera's own description
  */
-#include "commands/XmlCommand.h"
-
 #include <fmt/format.h>
-
+#include <memory>
 #include <optional>
+#include <string>
 
 #include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
 #include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Progress.h"
@@ -17,6 +17,20 @@
 #include "system/Files.h"
 
 namespace tools {
+
+namespace {
+
+class XmlCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_file;
+};
+
+}  // namespace
 
 void XmlCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
@@ -49,6 +63,10 @@ ExitCode XmlCommand::Run(Output& output) {
     output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
                             Sha1(xml.view())));
     return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeXmlCommand() {
+    return std::make_unique<XmlCommand>();
 }
 
 }  // namespace tools
