@@ -11,7 +11,7 @@
 #include <thread>
 #include <utility>
 
-#include "CommandLine.h"
+#include "system/windows/CommandLine.h"
 
 namespace tools {
 

@@ -2,7 +2,7 @@
 /*
  * Command lines of child processes
  */
-#include "CommandLine.h"
+#include "system/windows/CommandLine.h"
 
 #include "system/Files.h"
 
