@@ -3,6 +3,7 @@
 #
 # Each line of the table: folder | include prefixes of ours that its files may use besides their own folder's.
 # (Prefixes: os/ Base/ GenApi/ CLProtocol/ vanto/ gencp/ clser/ ; "-" is none.)
+cmake_minimum_required(VERSION 3.25)
 set(table
     "platform/os|os/"
     "platform/genicam/gcbase|Base/"
@@ -20,6 +21,34 @@ set(table
     "examples|vanto/ Base/ GenApi/")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")
+
+# The rooms of a wing: wing/room | the other rooms of the wing that its files may include. A room that has no line here is
+# free; the files that lie in the wing itself see every room.
+set(rooms
+    "VantoCLSer/base|"
+    "VantoCLSer/configuration|base"
+    "VantoCLSer/stream|base"
+    "VantoCLSer/module|"
+    "platform/vanto/log|"
+    "platform/vanto/factory|"
+    "platform/vanto/bindings|log"
+    "platform/vanto/wait|"
+    "platform/vanto/image|"
+    "camera/simulator/camera|"
+    "camera/simulator/line|"
+    "camera/simulator/stage|camera line"
+    "tools/error|"
+    "tools/system|error"
+    "tools/output|system"
+    "tools/findings|output"
+    "tools/configuration|error findings output system"
+    "tools/cameras|configuration error output system"
+    "tools/description|error findings output system"
+    "tools/doctor|cameras configuration error output system"
+    "tools/features|cameras error output system"
+    "tools/images|error features output system"
+    "tools/commands|cameras configuration description doctor error features findings images output system"
+    "tools/app|cameras commands error output")
 
 set(failures 0)
 foreach(line IN LISTS table)
@@ -51,6 +80,34 @@ foreach(line IN LISTS table)
                     message(SEND_ERROR "${name}: ${folder} may not include ${header}")
                     math(EXPR failures "${failures} + 1")
                 endif()
+            endif()
+        endforeach()
+    endforeach()
+endforeach()
+foreach(line IN LISTS rooms)
+    string(REGEX REPLACE "[|].*" "" folder "${line}")
+    string(REGEX REPLACE ".*[|]" "" allowed "${line}")
+    string(REPLACE " " ";" allowed "${allowed}")
+    get_filename_component(wing "${folder}" DIRECTORY)
+    get_filename_component(room "${folder}" NAME)
+    if(NOT IS_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}/${folder}")
+        message(SEND_ERROR "cmake/check-layers.cmake: there is no folder ${folder}")
+        math(EXPR failures "${failures} + 1")
+    endif()
+    file(GLOB_RECURSE files "${folder}/*.h" "${folder}/*.cpp")
+    foreach(path IN LISTS files)
+        file(RELATIVE_PATH name "${CMAKE_CURRENT_SOURCE_DIR}" "${path}")
+        file(STRINGS "${path}" includes REGEX "^[ ]*#[ ]*include[ ]*\"")
+        foreach(include IN LISTS includes)
+            string(REGEX REPLACE "^[^\"]*\"([^\"]*)\".*" "\\1" header "${include}")
+            # The plug-in's files name their wing, those of the other wings begin with the room.
+            string(REGEX REPLACE "^${wing}/" "" header "${header}")
+            string(REGEX MATCH "^[^/]+/" other "${header}")
+            string(REPLACE "/" "" other "${other}")
+            if(other AND NOT other STREQUAL room AND IS_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}/${wing}/${other}"
+               AND NOT other IN_LIST allowed)
+                message(SEND_ERROR "${name}: ${folder} may not include ${header}")
+                math(EXPR failures "${failures} + 1")
             endif()
         endforeach()
     endforeach()
