@@ -11,7 +11,7 @@ function(vanto_runpath target folder)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "${runpath}")
 endfunction()
 
-foreach(library GCBase GenApi CLProtocol VantoBase)
+foreach(library GCBase GenApi CLProtocol VantoBase VantoApplication)
     vanto_runpath(${library} ${VANTO_DIR_LIBRARIES})
     install(TARGETS ${library} LIBRARY DESTINATION ${VANTO_DIR_LIBRARIES} RUNTIME DESTINATION ${VANTO_DIR_LIBRARIES}
             ARCHIVE DESTINATION lib)
@@ -25,6 +25,7 @@ vanto_runpath(marlow-sim bin)
 
 install(
     DIRECTORY include/
+              application/include/
               platform/vanto/include/
               platform/genicam/gcbase/include/
               platform/genicam/genapi/include/

@@ -17,6 +17,7 @@ set(table
     "camera/driver|gencp/ CLProtocol/CLProtocolC.h clser/ os/"
     "camera/simulator|gencp/ os/ camera/"
     "camera/grabber|vanto/FgPlugin.h"
+    "application|vanto/ Base/ GenApi/"
     "tools|vanto/ Base/ GenApi/ CLProtocol/ tools/"
     "examples|vanto/ Base/ GenApi/")
 set(system_headers

@@ -3,6 +3,7 @@
  * Tests of the examples: each is run as a program, and says what it should
  */
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <utility>
@@ -33,6 +34,9 @@ int ClosePipe(std::FILE* pipe) {
     return status >= 0 && (status & 0x7F) == 0 ? status >> 8 : -1;
 }
 #endif
+
+constexpr const char* kGrabber =
+    "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>";
 
 // A run of an example, whose output and errors come line by line.
 class Example {
@@ -72,6 +76,22 @@ protected:
 
     void ExpectClosed(const std::string& name = "cam0") const { EXPECT_EQ(simulator.BitsPerSecond(name), 9600u); }
 };
+
+TEST_F(Examples, SaveFiveImagesWithTheFirstProgram) {
+    Add("cam1", Camera("22"), kGrabber);
+    simulator.Unplug("cam0");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path());
+    Example run("five_images");
+    EXPECT_EQ(run.ReadAll(), "");
+    EXPECT_EQ(run.ExitCode(), 0);
+    std::filesystem::current_path(before);
+    const auto folder = std::filesystem::path(m_folder.Path());
+    EXPECT_TRUE(std::filesystem::exists(folder / "image1.png"));
+    const auto isImage = [](const auto& entry) { return entry.path().extension() == ".png"; };
+    EXPECT_EQ(std::count_if(std::filesystem::directory_iterator(folder), {}, isImage), 5);
+    ExpectClosed("cam1");
+}
 
 TEST_F(Examples, ListsCameras) {
     Add("cam1", Camera("22", "H4096"));
@@ -120,8 +140,7 @@ TEST_F(Examples, ClosesThePortMeanwhile) {
 }
 
 TEST_F(Examples, TakesImages) {
-    Add("cam1", Camera("22"),
-        "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>");
+    Add("cam1", Camera("22"), kGrabber);
     simulator.Unplug("cam0");
     Example run("grab 3");
     for (int image = 0; image < 3; ++image)

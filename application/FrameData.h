@@ -1,0 +1,44 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * FrameData: one result of a stream grabber, and the memory that it is in
+ */
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+
+#include "vanto/Frame.h"
+#include "vanto/GrabResult.h"
+
+namespace Vanto {
+
+class StreamCore;
+
+/// A registered piece of memory.
+struct FrameBuffer {
+    StreamBufferHandle handle = 0;
+    std::unique_ptr<std::uint8_t[]> memory;
+    std::size_t size = 0;
+};
+
+/// What a frame holds. When it goes, its buffer goes back to the stream, or away where the stream is gone.
+class FrameData {
+public:
+    FrameData(const GrabResult& grabbed, FrameBuffer own, std::weak_ptr<StreamCore> from);
+    ~FrameData();
+    FrameData(const FrameData&) = delete;
+    FrameData& operator=(const FrameData&) = delete;
+
+    const GrabResult result;
+    const FrameStatus status;
+    const std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
+    FrameBuffer buffer;
+    std::uint64_t number = 0;
+    std::uint64_t missed = 0;
+
+private:
+    std::weak_ptr<StreamCore> m_stream;
+};
+
+}  // namespace Vanto

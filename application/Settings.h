@@ -1,0 +1,22 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A camera's streamable features: collected, and set again
+ */
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "SettingsFile.h"
+#include "vanto/FeatureMap.h"
+
+namespace Vanto {
+
+/// Called between two accesses; what it throws ends the work.
+using Pause = std::function<void()>;
+
+std::vector<Setting> CollectSettings(const FeatureMap& features, const Pause& pause, std::vector<SettingFault>& faults);
+std::vector<SettingFault> ApplySettings(const FeatureMap& features, const Pause& pause,
+                                        const std::vector<Setting>& settings);
+
+}  // namespace Vanto
