@@ -10,6 +10,7 @@
 #include "ErrorCodes.h"
 #include "ForeignCall.h"
 #include "ModuleLog.h"
+#include "ShortForm.h"
 #include "Texts.h"
 #include "clser/ClSerial.h"
 
@@ -120,6 +121,8 @@ std::vector<std::string> DriverLibrary::ShortTemplates() const {
     CheckSuccess("clpGetShortDeviceIDTemplates", templates.result);
     std::vector<std::string> result = SplitWithoutEmpty(templates.text, '\t');
     std::erase_if(result, [](const std::string& text) { return HasControlCharacters(text); });
+    for (std::string& text : result)
+        text = std::string(ShortForm(text));
     return result;
 }
 
@@ -139,7 +142,7 @@ CLINT32 DriverLibrary::Probe(ISerial& serial, const std::string& templateOrDevic
                         timeoutMs);
         },
         kFirstTextSize, kMaxTextSize);
-    deviceId = WithoutControlCharacters(found.text);
+    deviceId = ShortForm(WithoutControlCharacters(found.text));
     return found.result;
 }
 

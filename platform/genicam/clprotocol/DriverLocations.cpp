@@ -6,6 +6,7 @@
 #include "DriverLocations.h"
 
 #include <algorithm>
+#include <set>
 
 #include "Base/GCUtilities.h"
 #include "ModuleLog.h"
@@ -48,8 +49,22 @@ bool IsTwin(const std::string& name, const std::vector<std::string>& names) {
     return std::ranges::find(names, other, os::FoldedFileName) != names.end();
 }
 
+// A location's folder as the system knows it, without separators at its end.
+std::string FolderOfLocation(const std::string& location) {
+    std::string folder = ExpandLocation(location);
+    while (folder.size() > 1 && os::IsPathSeparator(folder.back()))
+        folder.pop_back();
+    return folder;
+}
+
+bool IsSystemFolder(const std::string& folder) {
+    return os::FoldedFileName(os::FileNameOf(folder)) == os::FoldedFileName(kSystemFolder);
+}
+
+// Some name the system's folder itself as the location.
 std::string SystemFolderOf(const std::string& location) {
-    return ExpandLocation(location) + os::kPathSeparator + kSystemFolder;
+    const std::string folder = FolderOfLocation(location);
+    return IsSystemFolder(folder) ? folder : folder + os::kPathSeparator + kSystemFolder;
 }
 
 }  // namespace
@@ -85,16 +100,24 @@ std::string DriverPathIn(const std::string& location, const std::string& fileNam
     return SystemFolderOf(location) + os::kPathSeparator + fileName;
 }
 
-/// The driver files of all locations, in order, without debug twins of others.
+/// The folders in which a location's descriptions lie: its own, and that of the drivers, where makers put them as well.
+std::vector<std::string> DescriptionFolders(const std::string& location) {
+    const std::string system = SystemFolderOf(location);
+    const std::string parent = os::FolderOf(system);
+    return {parent.empty() ? "." : parent, system};
+}
+
+/// The driver files of all locations, in order, each once, without debug twins of others.
 std::vector<DriverFile> FindDriverFiles() {
     std::vector<DriverFile> files;
+    std::set<std::string> seen;
     for (const std::string& location : DriverLocations()) {
         std::vector<std::string> names = os::ListFiles(SystemFolderOf(location));
         std::erase_if(names, [](const std::string& name) {
             return !IsDriverName(name) || HasControlCharacters(name) || name.find('#') != name.npos;
         });
         for (const std::string& name : names)
-            if (!IsTwin(name, names))
+            if (!IsTwin(name, names) && seen.insert(CanonicalPath(DriverPathIn(location, name))).second)
                 files.push_back({location, name});
     }
     return files;

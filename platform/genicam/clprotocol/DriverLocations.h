@@ -18,6 +18,7 @@ struct DriverFile {
 std::vector<std::string> DriverLocations();
 std::string ExpandLocation(const std::string& location);
 std::string DriverPathIn(const std::string& location, const std::string& fileName);
+std::vector<std::string> DescriptionFolders(const std::string& location);
 std::vector<DriverFile> FindDriverFiles();
 
 }  // namespace CLProtocol

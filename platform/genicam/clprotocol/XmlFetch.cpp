@@ -97,6 +97,14 @@ void AddCandidate(std::vector<XmlCandidate>& candidates, std::string_view text, 
         Log(CLP_LOG_WARN, "The camera's XML ID '%s' is of no use", text);
 }
 
+void AddFilesOf(const std::string& folder, const CDeviceID& deviceId, std::vector<XmlCandidate>& candidates) {
+    const std::string start = folder + os::kPathSeparator;
+    for (const std::string& name : os::ListFiles(folder))
+        if (os::FoldedFileName(name).ends_with(kXmlSuffix))
+            AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()), start + name,
+                         deviceId);
+}
+
 }  // namespace
 
 /**
@@ -108,12 +116,8 @@ std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& de
     std::vector<XmlCandidate> candidates;
     for (const std::string& text : session.GetXmlIds(timeoutMs))
         AddCandidate(candidates, text, {}, deviceId);
-    const std::string folder = deviceId.GetDriverDirectory(true).str();
-    const std::string start = folder + os::kPathSeparator;
-    for (const std::string& name : os::ListFiles(folder))
-        if (name.ends_with(kXmlSuffix))
-            AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()), start + name,
-                         deviceId);
+    for (const std::string& folder : DescriptionFolders(deviceId.GetDriverDirectory().str()))
+        AddFilesOf(folder, deviceId, candidates);
     SortBestFirst(candidates);
     return candidates;
 }

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <tuple>
 
+#include "ShortForm.h"
 #include "Texts.h"
 
 namespace CLProtocol {
@@ -52,7 +53,8 @@ std::optional<XmlId> XmlId::Parse(std::string_view text) {
     const std::optional<Version> version = ParseVersion(text.substr(last + 1), "XMLVersion", 1);
     if (!schema || !version)
         return std::nullopt;
-    return XmlId{std::string(text), *schema, std::string(text.substr(first + 1, last - first - 1)), *version};
+    return XmlId{std::string(text), *schema, std::string(ShortForm(text.substr(first + 1, last - first - 1))),
+                 *version};
 }
 
 /// Whether a description is for that camera and of a schema that can be read.

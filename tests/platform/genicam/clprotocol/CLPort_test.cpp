@@ -12,6 +12,7 @@
 #include <future>
 #include <thread>
 
+#include "CLProtocol/DeviceID.h"
 #include "CLProtocol/Diagnostics.h"
 #include "CLProtocol/Log.h"
 #include "scripted/Scripted.h"
@@ -277,6 +278,49 @@ TEST_F(Port, ConnectsWhereOnlyOneSideNamesTheVersion) {
     CCLPort port;
     Connect(port);
     EXPECT_EQ(port.GetDeviceID(), scripted::FullDeviceId("Marlow#Heron#H2048#V2#1"));
+}
+
+// A driver that answers with driver's folder and file name in front, as hosts write DeviceIDs.
+void AnswerInFull(scripted::DriverScript& driver, const std::string& deviceId) {
+    driver.cookies[0xfffffffe] = "";
+    driver.onProbe = [deviceId](ISerial*, const char*, char* id, std::uint32_t* size, std::uint32_t* cookie,
+                                std::uint32_t) {
+        *size = static_cast<std::uint32_t>(deviceId.size() + 1);
+        std::memcpy(id, deviceId.c_str(), *size);
+        *cookie = 0xfffffffe;
+        return 0;
+    };
+}
+
+TEST_F(Port, TakesAFullDeviceIdOfADriver) {
+    AnswerInFull(driver, "/elsewhere#libOther.so#Marlow#Heron#H2048#V2#1");
+    EXPECT_EQ(Probe(), scripted::FullDeviceId("Marlow#Heron#H2048#V2#1"));
+    AnswerInFull(driver, "/elsewhere#libOther.so#Marlow#Heron#H2048#V2#1");
+    CCLPort port;
+    Connect(port, "Marlow#Heron#H2048#V2#1");
+    EXPECT_EQ(port.GetDeviceID(), scripted::FullDeviceId("Marlow#Heron#H2048#V2#1"));
+    EXPECT_EQ(driver.CountConnections(), 1u);
+}
+
+TEST_F(Port, KeepsSerialNumbersThatAreNoNames) {
+    for (const std::string serialNumber : {"17-A/3", "4711.so", "%s 1", "\xc3\xa4", "0x1;:@$(PATH)"}) {
+        const std::string camera = "Marlow#Heron#H2048#1.0.3-rc#" + serialNumber;
+        serial.SetCamera(0, camera);
+        ASSERT_EQ(Probe(), scripted::FullDeviceId(camera));
+        CCLPort port;
+        port.Connect(kPort, Probe());
+        EXPECT_EQ(driver.probedFor, camera);
+        EXPECT_EQ(port.GetDeviceID(), scripted::FullDeviceId(camera));
+        EXPECT_EQ(CLProtocol::CDeviceID(port.GetDeviceID()).GetCameraSerialNumber(), serialNumber);
+    }
+}
+
+TEST_F(Port, ConnectsThroughALocationThatNamesTheSystemsFolder) {
+    const std::string folder = scripted::DriverLocation() + "/" + scripted::SystemFolder();
+    const std::string full = folder + "#" + scripted::DriverFileName() + "#" + kCamera;
+    CCLPort port;
+    port.Connect(kPort, full);
+    EXPECT_EQ(port.GetDeviceID(), full);
 }
 
 TEST_F(Port, IsNotConnectedAfterAFailure) {

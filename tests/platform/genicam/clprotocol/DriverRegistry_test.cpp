@@ -68,8 +68,13 @@ TEST_F(Drivers, OfferTemplatesInTheirFullForm) {
                                   scripted::FullDeviceId("Other")}));
 }
 
+TEST_F(Drivers, MayNameThemselvesInTheirTemplates) {
+    script.templates = "/elsewhere#libOther.so#Marlow#Heron\tEgret";
+    EXPECT_EQ(Templates(), (Texts{scripted::FullDeviceId("Marlow#Heron"), scripted::FullDeviceId("Egret")}));
+}
+
 TEST_F(Drivers, ThatOfferNonsenseOfferNothing) {
-    script.templates = "a#b#c#d#e#f\tM\nx\tMarlow";
+    script.templates = "a#b#c#d#e#f#g#h\tM\nx\tMarlow";
     EXPECT_EQ(Templates(), (Texts{scripted::FullDeviceId("Marlow")}));
     script.onGetTemplates = [](char* text, std::uint32_t* size) {
         std::memset(text, 'x', *size);
@@ -130,6 +135,24 @@ TEST_F(Drivers, LieInTheListedLocations) {
     ASSERT_EQ(Templates(), (Texts{"$(DRIVER_TEST)#" + DriverName("Other") + "#Other"}));
     EXPECT_EQ(CLProtocol::CDeviceID(Templates()[0]).GetDriverPath(),
               folder / (scripted::SystemFolder() + os::kPathSeparator + DriverName("Other")));
+}
+
+TEST_F(Drivers, LieInAListedFolderOfTheSystemAsWell) {
+    Copy(DriverName("Other")).templates = "Other";
+    const std::string inside = folder / scripted::SystemFolder();
+    const scripted::ScopedVariable location("GENICAM_CLPROTOCOL", inside + "/");
+    ASSERT_EQ(Templates(), (Texts{inside + "#" + DriverName("Other") + "#Other"}));
+    for (const std::string end : {"", "/", "//"})
+        EXPECT_EQ(CLProtocol::CDeviceID(inside + end + "#" + DriverName("Other") + "#Other").GetDriverPath(),
+                  inside + os::kPathSeparator + DriverName("Other"));
+}
+
+TEST_F(Drivers, AreFoundOnceOnWhateverWay) {
+    Copy(DriverName("Other")).templates = "Other";
+    const scripted::ScopedVariable location("GENICAM_CLPROTOCOL",
+                                            folder.Path() + os::kPathListSeparator + folder / scripted::SystemFolder());
+    EXPECT_EQ(Templates(), (Texts{folder.Path() + "#" + DriverName("Other") + "#Other"}));
+    EXPECT_EQ(CLProtocol::GetDrivers().size(), 1u);
 }
 
 TEST_F(Drivers, OfLocationsThatCannotBeTokensAreLeftOut) {

@@ -116,6 +116,13 @@ TEST_F(Description, IsTheBestThatTheCameraOffers) {
     EXPECT_EQ(ids[1], kId);
 }
 
+TEST_F(Description, OfAFullDeviceIdIsFetched) {
+    const std::string full = "SchemaVersion.1.1@" + scripted::FullDeviceId(kCamera) + "@XMLVersion.1.2.0";
+    driver.xmlIds = full;
+    driver.xml = {{full, kXml}};
+    EXPECT_EQ(port.GetXML(true), kXml);
+}
+
 TEST_F(Description, IsUnpacked) {
     const std::string archive = MakeZip({{"camera.xml", kXml}});
     driver.onGetXml = [&](const char*, char* buffer, std::uint32_t* size) {
@@ -258,11 +265,9 @@ TEST_F(Description, FromTheCacheLeavesTheRateAlone) {
 class DescriptionFile : public testing::Test {
 public:
     DescriptionFile() {
-        const std::string target =
-            folder / (scripted::SystemFolder() + os::kPathSeparator + scripted::DriverName("Copy"));
-        std::filesystem::create_directories(os::FolderOf(target));
-        std::filesystem::copy_file(scripted::DriverPath(), target);
-        scripted::DriverScript& driver = scripted::DriverScriptOf(target);
+        std::filesystem::create_directories(os::FolderOf(DriverPath()));
+        std::filesystem::copy_file(scripted::DriverPath(), DriverPath());
+        scripted::DriverScript& driver = scripted::DriverScriptOf(DriverPath());
         driver.asksLine = false;
         driver.deviceId = kCamera;
         driver.xmlIds = kId;
@@ -272,6 +277,10 @@ public:
     ~DescriptionFile() noexcept override {}
 
 protected:
+    std::string DriverPath() const {
+        return folder / (scripted::SystemFolder() + os::kPathSeparator + scripted::DriverName("Copy"));
+    }
+
     scripted::Environment environment;
     scripted::TemporaryFolder folder;
     CCLPort port;
@@ -288,6 +297,36 @@ TEST_F(DescriptionFile, IsTakenWhenItIsTheSame) {
     GenICam::gcstring_vector ids;
     port.GetXMLIDs(ids);
     EXPECT_EQ(ids.size(), 1u);
+}
+
+TEST_F(DescriptionFile, MayLieBesideTheDriver) {
+    folder.Write(scripted::SystemFolder() + "/" + kId + ".xml", "<File/>");
+    EXPECT_EQ(port.GetXML(true), "<File/>");
+    folder.Write(std::string(kId) + ".xml", "<First/>");
+    EXPECT_EQ(port.GetXML(true), "<First/>");
+}
+
+TEST_F(DescriptionFile, IsFoundThroughTheSystemsFolderAsWell) {
+    port.Disconnect();
+    port.Connect("Scripted#Port0",
+                 folder / scripted::SystemFolder() + "#" + scripted::DriverName("Copy") + "#" + kCamera);
+    folder.Write(std::string(kId) + ".xml", "<File/>");
+    EXPECT_EQ(port.GetXML(true), "<File/>");
+}
+
+TEST_F(DescriptionFile, HelpsACameraThatHasNone) {
+    scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20102; };
+    EXPECT_THROW(port.GetXML(true), CLErrException);
+    folder.Write(std::string(kId) + ".xml", "<File/>");
+    EXPECT_EQ(port.GetXML(true), "<File/>");
+    scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20103; };
+    EXPECT_THROW(port.GetXML(true), CLErrException);
+}
+
+TEST_F(DescriptionFile, MayBeLong) {
+    const std::string xml = "<File>" + std::string(3 << 20, ' ') + "</File>";
+    folder.Write(std::string(kId) + ".xml", xml);
+    EXPECT_EQ(port.GetXML(true), xml);
 }
 
 TEST_F(DescriptionFile, IsLeftWhenItIsWorseOrOfNoUse) {

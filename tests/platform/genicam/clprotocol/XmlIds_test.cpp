@@ -43,6 +43,16 @@ TEST(XmlIds, KeepsSignsOfTheDevicePart) {
     EXPECT_EQ(id->device, "a@b");
 }
 
+TEST(XmlIds, MayNameTheDriverAsWell) {
+    const auto id = XmlId::Parse("SchemaVersion.1.1@$(X)/a@b#libX.so#Marlow#Heron@XMLVersion.1.2.0");
+    ASSERT_TRUE(id);
+    EXPECT_EQ(id->device, "Marlow#Heron");
+    EXPECT_EQ(id->text, "SchemaVersion.1.1@$(X)/a@b#libX.so#Marlow#Heron@XMLVersion.1.2.0");
+    EXPECT_TRUE(CanUse(id->text));
+    const std::string more = "SchemaVersion.1.1@Marlow#Heron#H2048@XMLVersion.1.0.0";
+    EXPECT_EQ(BestOf({id->text, more}), more);
+}
+
 TEST(XmlIds, RefusesWhatIsNone) {
     for (const char* text : {"", "@", "@@", "SchemaVersion.1.1@Marlow", "SchemaVersion.1@M@XMLVersion.1.0",
                              "Schema.1.1@M@XMLVersion.1.0", "SchemaVersion.1.x@M@XMLVersion.1.0",
