@@ -9,10 +9,12 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "load/SourceText.h"
 #include "map/NodeMap.h"
+#include "map/Text.h"
 
 namespace GenApi {
 
@@ -68,6 +70,8 @@ private:
     std::string_view TextOf(pugi::xml_node element);
     void Resolve(CNode& node, Property& property);
     void MarkFeatures();
+    template <class Use>
+    void ForEachAttribute(pugi::xml_node element, Use&& use);
     void Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
     [[noreturn]] void Refuse(std::size_t position, const std::string& message);
     std::size_t PositionOf(pugi::xml_node element) const;
@@ -79,9 +83,25 @@ private:
     std::size_t m_injectedFrom = 0;                      // the first property of what is injected
     std::uint32_t m_firstNode = 0;                       // of the description that is being read
     bool m_isInjected = false;
-    std::string m_joined;   // the text of an element that comes in several pieces
-    std::string m_decoded;  // a text without character references
+    std::unordered_set<std::string_view> m_attributeNames;  // of the element that is being read
+    std::string m_joined;                                   // the text of an element that comes in several pieces
+    std::string m_decoded;                                  // a text without character references
     std::unordered_map<std::uint32_t, std::int64_t> m_priorities;
 };
+
+// XML allows an attribute once; of several the first counts.
+template <class Use>
+void Loader::ForEachAttribute(pugi::xml_node element, Use&& use) {
+    m_attributeNames.clear();
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        const std::string_view name = attribute.name();
+        const bool isOnly = attribute == element.first_attribute() && !attribute.next_attribute();
+        if (isOnly || m_attributeNames.insert(name).second)
+            use(attribute, name);
+        else
+            Warn(wkSyntax, m_source->PositionOf(attribute.name()), "",
+                 Shortened(element.name()) + " has two attributes " + Shortened(name));
+    }
+}
 
 }  // namespace GenApi

@@ -118,18 +118,17 @@ pugi::xml_node Loader::RootOf(const pugi::xml_document& document) {
 void Loader::ReadRoot(pugi::xml_node root) {
     ReadSchema(root);
     CheckNameSpace(root);
-    for (const pugi::xml_attribute attribute : root.attributes()) {
-        const std::string_view name = attribute.name();
+    ForEachAttribute(root, [&](pugi::xml_attribute attribute, std::string_view name) {
         const std::size_t position = m_source->PositionOf(attribute.name());
         if (name == "xmlns" || name.find(':') != std::string_view::npos)
-            continue;
+            return;
         m_decoded.clear();
         const std::string_view raw = Trimmed(attribute.value());
         Decode(raw, m_source->PositionOf(raw.data()));
         Repair(position);
         if (!ReadRootAttribute(name, m_decoded))
             Warn(wkUnknownAttribute, position, "", "RegisterDescription has an unknown attribute " + Shortened(name));
-    }
+    });
 }
 
 // What an injected description says about itself is not what the whole is.

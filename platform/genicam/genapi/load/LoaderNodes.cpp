@@ -64,9 +64,10 @@ void Loader::LoadNodes(pugi::xml_node parent, int depth) {
             continue;
         const std::string_view name = LocalName(element.name());
         const ENodeKind kind = KindOf(name);
-        if (name == "Group")
+        if (name == "Group") {
+            ForEachAttribute(element, [](pugi::xml_attribute, std::string_view) {});
             LoadNodes(element, depth + 1);
-        else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry)
+        } else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry)
             Warn(wkUnknownElement, PositionOf(element), "", "Unknown element " + Shortened(name));
         else
             LoadNode(element, kind);
@@ -142,8 +143,7 @@ void Loader::LoadNested(const Nested& inner, const CNode& outer) {
 }
 
 void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
-    for (const pugi::xml_attribute attribute : element.attributes()) {
-        const std::string_view name = attribute.name();
+    ForEachAttribute(element, [&](pugi::xml_attribute attribute, std::string_view name) {
         const std::string_view raw = attribute.value();
         const std::size_t position = m_source->PositionOf(attribute.name());
         if (name == "Name") {
@@ -163,7 +163,7 @@ void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
             Warn(wkUnknownAttribute, position, node.Name(),
                  std::string(NameOf(node.Kind())) + " has an unknown attribute " + Shortened(name));
         }
-    }
+    });
 }
 
 void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
@@ -209,8 +209,7 @@ void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, const C
 }
 
 void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node) {
-    for (const pugi::xml_attribute attribute : element.attributes()) {
-        const std::string_view name = attribute.name();
+    ForEachAttribute(element, [&](pugi::xml_attribute attribute, std::string_view name) {
         const std::size_t position = m_source->PositionOf(attribute.value());
         const bool isNamed = tag == ETag::pVariable || tag == ETag::Constant || tag == ETag::Expression;
         const std::string_view value = attribute.value();
@@ -226,7 +225,7 @@ void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNod
             Warn(wkUnknownAttribute, m_source->PositionOf(attribute.name()), node.Name(),
                  std::string(NameOf(tag)) + " has an unknown attribute " + Shortened(name));
         WarnAboutBlanks(value, m_source->PositionOf(attribute.name()), node, name == "Name" ? "The name" : name);
-    }
+    });
 }
 
 // False when the node gives way to another one of its name.

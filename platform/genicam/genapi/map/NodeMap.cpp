@@ -6,6 +6,7 @@
 #include "map/NodeMap.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 
 #include "Base/GCException.h"
@@ -40,6 +41,11 @@ bool IsCacheCheckWanted() {
     return !value.empty() && value != "0";
 }
 
+// Structures and formulas within a node may have no name: nobody can ask for them.
+bool IsListed(const CNode* node) {
+    return !node->Is(kReplaced) && !node->Name().empty();
+}
+
 }  // namespace
 
 void SetWarningSink(WarningSink_t sink) {
@@ -58,15 +64,11 @@ CNodeMap::~CNodeMap() = default;
 void CNodeMap::GetNodes(NodeList_t& nodes) const {
     nodes.clear();
     nodes.reserve(m_nodes.size());
-    for (CNode* node : m_nodes) {
-        if (!node->Is(kReplaced))
-            nodes.push_back(node);
-    }
+    std::copy_if(m_nodes.begin(), m_nodes.end(), std::back_inserter(nodes), IsListed);
 }
 
 std::uint64_t CNodeMap::GetNumNodes() const {
-    return static_cast<std::uint64_t>(
-        std::count_if(m_nodes.begin(), m_nodes.end(), [](const CNode* node) { return !node->Is(kReplaced); }));
+    return static_cast<std::uint64_t>(std::count_if(m_nodes.begin(), m_nodes.end(), IsListed));
 }
 
 INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {

@@ -230,6 +230,36 @@ TEST_F(Loading, ForgivesUnknownElementsAndAttributes) {
     EXPECT_EQ(FirstWarning(), "3,19 Integer has an unknown attribute Colour");
 }
 
+TEST_F(Loading, OfTwoAttributesOfOneNameTheFirstCounts) {
+    Load(
+        "<Integer Name='A' NameSpace='Standard' Name='B'><Value>1</Value></Integer>"
+        "<IntSwissKnife Name='K'><pVariable Name='X' Name='Y'>A</pVariable><Formula>X</Formula></IntSwissKnife>\n"
+        "<Group Comment='a' Comment='b'></Group>");
+    EXPECT_EQ(Integer("K")->GetValue(), 1);
+    EXPECT_EQ(map._GetNode("B"), nullptr);
+    EXPECT_EQ(Warnings(wkSyntax), 3);
+    EXPECT_EQ(FirstWarning(), "3,40 Integer has two attributes Name");
+}
+
+TEST_F(Loading, OfTwoAttributesOfTheRootTheFirstCounts) {
+    map._LoadXMLFromString(
+        "<RegisterDescription ModelName='A' ModelName='B' SchemaMajorVersion='1' "
+        "xmlns='http://www.genicam.org/GenApi/Version_1_1'/>");
+    EXPECT_EQ(map._GetModelName(), "A");
+    EXPECT_EQ(FirstWarning(), "1,36 RegisterDescription has two attributes ModelName");
+}
+
+TEST_F(Loading, ListsOnlyWhatHasAName) {
+    Load(
+        "<StructReg Comment='S'><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+        "<IntSwissKnife><Formula>8</Formula></IntSwissKnife><StructEntry Name='E'><Bit>0</Bit></StructEntry>"
+        "</StructReg>");
+    NodeList_t nodes;
+    map._GetNodes(nodes);
+    EXPECT_EQ(nodes, (NodeList_t{Node("E"), Node("Device")}));
+    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 2U);
+}
+
 TEST_F(Loading, ForgivesReferencesToNothing) {
     Load("<Integer Name='A'><pValue>Nothing</pValue></Integer>\n<Integer Name='B'><Value>3</Value></Integer>");
     EXPECT_EQ(Mode("A"), NI);
