@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::uint16_t kLastNumberedStatus = 0x3F;
 
-constexpr std::array<std::pair<CLINT32, std::string_view>, 23> kTexts{{
+constexpr std::array<std::pair<CLINT32, std::string_view>, 24> kTexts{{
     {CLProtocol::CLP_PENDING_WRITE, "The write is still pending."},
     {CLProtocol::CLP_INVALID_DEVICEID, "Not a DeviceID or template of this driver."},
     {CLProtocol::CLP_NO_DEVICE_FOUND, "The device was not found."},
@@ -41,6 +41,7 @@ constexpr std::array<std::pair<CLINT32, std::string_view>, 23> kTexts{{
     {kBaudRateChangeFailed, "The baud rate could not be changed."},
     {kBadRange, "The address or the length is out of bounds."},
     {kNoSerialRegisters, "The camera can't change its baud rate."},
+    {kStaysPending, "The camera says again and again that it is not done."},
     {kSerialNonsense, "The serial library reports more bytes than were asked for."},
     {kProbeStopped, "Probing was stopped."},
 }};

@@ -13,24 +13,25 @@
 
 namespace marlow {
 
-/// Codes of this driver, within the range that CLProtocol leaves to drivers (-30000 to -30999).
+/// Codes of this driver, by which a host tells what was refused from what was not answered.
 enum DriverCode : CLINT32 {
-    kStatusCodes = -30100,       ///< minus the code of a GenCP status 0x8001 to 0x803F
-    kUnknownStatus = -30180,     ///< a GenCP error status that the standard does not name
-    kTechnologyStatus = -30181,  ///< an error status of the technology's own
-    kDeviceStatus = -30182,      ///< an error status of the device's own
-    kGenericStatus = -30199,     ///< GenCP status 0x8FFF
+    kStatusCodes = CLProtocol::CLP_DRIVER_STATUS,
+    kUnknownStatus = CLProtocol::CLP_DRIVER_STATUS_UNKNOWN,
+    kTechnologyStatus = CLProtocol::CLP_DRIVER_STATUS_TECHNOLOGY,
+    kDeviceStatus = CLProtocol::CLP_DRIVER_STATUS_DEVICE,
+    kGenericStatus = CLProtocol::CLP_DRIVER_STATUS_GENERIC,
     kNoAnswer = CLProtocol::CLP_DRIVER_NO_ANSWER,
-    kBadAcknowledge = -30210,        ///< a whole, intact acknowledge that does not fit its command
-    kDamagedFile = -30211,           ///< a description whose SHA-1 is another than the camera says
-    kWriteStillPending = -30212,     ///< an access while a write waits to be continued
-    kNoWritePending = -30213,        ///< nothing to continue
-    kBaudRateChangeFailed = -30214,  ///< camera and host are back at the old rate
-    kBadRange = -30215,              ///< address or length out of bounds
-    kNoSerialRegisters = -30216,     ///< the camera can't change its baud rate
-    kSerialNonsense = -30218,        ///< the serial library says that it moved more bytes than asked for
-    kProbeStopped = -30219,
-    kInternalError = -30299
+    kBadAcknowledge = CLProtocol::CLP_DRIVER_BAD_ACKNOWLEDGE,
+    kDamagedFile = CLProtocol::CLP_DRIVER_DAMAGED_FILE,
+    kWriteStillPending = CLProtocol::CLP_DRIVER_WRITE_PENDING,
+    kNoWritePending = CLProtocol::CLP_DRIVER_NO_WRITE_PENDING,
+    kBaudRateChangeFailed = CLProtocol::CLP_DRIVER_RATE_CHANGE_FAILED,
+    kBadRange = CLProtocol::CLP_DRIVER_BAD_RANGE,
+    kNoSerialRegisters = CLProtocol::CLP_DRIVER_NO_SERIAL_REGISTERS,
+    kStaysPending = CLProtocol::CLP_DRIVER_STAYS_PENDING,
+    kSerialNonsense = CLProtocol::CLP_DRIVER_SERIAL_NONSENSE,
+    kProbeStopped = CLProtocol::CLP_DRIVER_PROBE_STOPPED,
+    kInternalError = CLProtocol::CLP_DRIVER_INTERNAL_ERROR
 };
 
 /// A failure with the code that the C function returns for it.

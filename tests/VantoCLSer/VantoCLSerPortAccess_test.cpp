@@ -120,8 +120,33 @@ TEST_P(PortAccessCode, FiresRemoval) {
     EXPECT_EQ(CountLogged(kPort, RemovalMessage()), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Any, PortAccessCode, testing::Values(-10001, -10003, -10004, -20106, -30000, -30209, -30999),
+INSTANTIATE_TEST_SUITE_P(Any, PortAccessCode, testing::Values(-10003, -10004, -10006, -20103, -30000, -30209, -30999),
                          [](const auto& test) { return "Code" + std::to_string(-test.param); });
+
+class PortAccessRefusal : public PortAccess, public testing::WithParamInterface<std::int32_t> {};
+
+TEST_P(PortAccessRefusal, LeavesTheDeviceThere) {
+    const auto owner = SetOwner();
+    scripted::Driver().onWrite = [](auto...) { return GetParam(); };
+    EXPECT_THROW(WriteByte(1), GenICam::GenericException);
+    EXPECT_EQ(owner->removals, 0);
+    EXPECT_EQ(CountLogged(kPort, RemovalMessage()), 0u);
+    scripted::Driver().onWrite = nullptr;
+    EXPECT_NO_THROW(WriteByte(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(Any, PortAccessRefusal,
+                         testing::Values(-10008, -20106, -20108, -30102, -30104, -30106, -30107, -30199, -30214),
+                         [](const auto& test) { return "Code" + std::to_string(-test.param); });
+
+TEST_F(PortAccess, LogsARefusalWithoutACode) {
+    scripted::Driver().onWrite = [](auto...) { return -30104; };
+    const Thrown thrown = ThrownBy<GenICam::AccessException>([&] { WriteByte(1); });
+    EXPECT_EQ(
+        m_log.CountText("Could not write from CLSer port 'Scripted#Port0'. GenICam Error: '" + thrown.description + "'",
+                        kError),
+        1u);
+}
 
 TEST_F(PortAccess, LogsBeforeItFiresRemoval) {
     SetOwner();
@@ -294,7 +319,7 @@ TEST_F(PortXml, IsFetchedOnceForHasAndGet) {
 
 TEST_F(PortXml, ThatFailsIsAnExceptionOfHas) {
     RemoveXml();
-    EXPECT_THROW(m_port.HasXML(m_deviceId), CLErrException);
+    EXPECT_THROW(m_port.HasXML(m_deviceId), GenICam::AccessException);
     EXPECT_FALSE(m_port.IsConnected());
     EXPECT_TRUE(m_port.Connect(m_deviceId));
 }

@@ -314,7 +314,9 @@ GenICam::gcstring CCLPort::GetDeviceID() const {
  * While the camera is read from, the line runs at the highest baud rate that camera and port both support.
  *
  * \return The XML text, unpacked
- * \throw CLErrException There is none (-20102), or the driver failed
+ * \throw CLErrException Nobody answers any more
+ * \throw GenICam::AccessException There is none (-20102)
+ * \throw GenICam::GenericException The camera refuses, as for Read
  * \throw GenICam::RuntimeException Not connected, the description can't be unpacked, or a library threw
  */
 GenICam::gcstring CCLPort::GetXML(bool useCache) {
@@ -329,7 +331,8 @@ GenICam::gcstring CCLPort::GetXML(bool useCache) {
 /**
  * \brief The XML IDs of the descriptions for the camera, best first
  * \param[out] xmlIds Those that the camera offers and those of files; each once
- * \throw CLErrException The driver failed
+ * \throw CLErrException Nobody answers any more
+ * \throw GenICam::GenericException The camera refuses, as for Read
  * \throw GenICam::RuntimeException Not connected, or a library threw
  */
 void CCLPort::GetXMLIDs(GenICam::gcstring_vector& xmlIds) {
@@ -360,7 +363,10 @@ GenApi::EAccessMode CCLPort::GetAccessMode() const {
  * \param[out] buffer Takes the bytes; unchanged on failure
  * \param[in] address Address of the first byte
  * \param[in] length Number of bytes, 1 to 64 MiB
- * \throw CLErrException The driver failed, with its code
+ * \throw CLErrException Nobody answers any more, or the line is broken; with the driver's code
+ * \throw GenICam::AccessException, OutOfRangeException, InvalidArgumentException The camera or its driver refuses
+ * while the line works; docs/error-codes.md says which code leads to which
+ * \throw GenICam::TimeoutException The camera answers that it is busy, and stays so
  * \throw GenICam::InvalidArgumentException No buffer, or a length out of range
  * \throw GenICam::RuntimeException Not connected, or a library threw
  */
@@ -378,10 +384,8 @@ void CCLPort::Read(void* buffer, std::int64_t address, std::int64_t length) {
  * \param[in] buffer The bytes
  * \param[in] address Address of the first byte
  * \param[in] length Number of bytes, 1 to 64 MiB
- * \throw CLErrException The driver failed, with its code; -10004 when the camera is still not done after the time
- * that Patience::pendingWriteMs says
- * \throw GenICam::InvalidArgumentException No buffer, or a length out of range
- * \throw GenICam::RuntimeException Not connected, or a library threw
+ * \throw GenICam::TimeoutException The camera is still not done after the time that Patience::pendingWriteMs says
+ * \throw GenICam::GenericException As for Read
  */
 void CCLPort::Write(const void* buffer, std::int64_t address, std::int64_t length) {
     CheckAccess(buffer, length);

@@ -92,13 +92,30 @@ std::string SerialConnection::TakeException() {
     return std::exchange(m_lastException, {});
 }
 
+/// Forgets what the line has shown so far.
+void SerialConnection::WatchAnew() {
+    const std::lock_guard lock(m_mutex);
+    m_evidence = LineEvidence::kUnused;
+}
+
+/// What the line has shown since WatchAnew.
+LineEvidence SerialConnection::Evidence() {
+    const std::lock_guard lock(m_mutex);
+    return m_evidence;
+}
+
+// A time-out is no failure of the library's, and neither is a rate that it does not have.
 template <class Operation>
 CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
     try {
         const std::lock_guard lock(m_mutex);
         try {
-            return operation();
+            const CLINT32 result = operation();
+            if (result < 0 && result != CL_ERR_TIMEOUT && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
+                m_evidence = LineEvidence::kFailed;
+            return result;
         } catch (const GenICam::GenericException& error) {
+            m_evidence = LineEvidence::kFailed;
             m_lastException = error.GetDescription();
             Log(CLP_LOG_ERROR, "%s", m_lastException);
             return CL_ERR_INVALID_REFERENCE;
@@ -120,7 +137,12 @@ CLINT32 SerialConnection::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLU
         return CL_ERR_INVALID_PTR;
     return Guarded([&]() -> CLINT32 {
         const std::size_t wanted = std::exchange(*bufferSize, 0);
-        if (const CLINT32 result = FillBuffer(wanted, serialTimeout); result < 0)
+        const CLINT32 result = FillBuffer(wanted, serialTimeout);
+        if (!m_received.empty())
+            m_evidence = LineEvidence::kAnswered;
+        else if (m_evidence == LineEvidence::kUnused)
+            m_evidence = LineEvidence::kSilent;
+        if (result < 0)
             return result;
         const auto end = m_received.begin() + static_cast<std::ptrdiff_t>(wanted);
         std::copy(m_received.begin(), end, buffer);
@@ -170,24 +192,29 @@ CLINT32 SerialConnection::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CL
         return CL_ERR_INVALID_PTR;
     return Guarded([&]() -> CLINT32 {
         const CLUINT32 wanted = std::exchange(*bufferSize, 0);
-        const Deadline deadline(serialTimeout);
-        for (CLUINT32 remaining = serialTimeout; *bufferSize < wanted; remaining = deadline.Remaining()) {
-            const CLUINT32 rest = wanted - *bufferSize;
-            CLUINT32 count = rest;
-            const CLINT32 result = m_library->Write(m_port, buffer + *bufferSize, &count, remaining);
-            // Some libraries say how many bytes a write took that timed out: those must not be sent again.
-            const bool isPartial = result == CL_ERR_TIMEOUT && count < rest;
-            if (result < 0 && !isPartial)
-                return result;
-            *bufferSize += std::min(count, rest);
-            const CLUINT32 left = deadline.Remaining();
-            if (*bufferSize < wanted && (left == 0 || (isPartial && left <= kEarlyMs)))
-                return CL_ERR_TIMEOUT;
-            if (count == 0)
-                std::this_thread::sleep_for(kPause);
-        }
-        return CL_ERR_NO_ERR;
+        m_evidence = LineEvidence::kSilent;
+        return WriteAll(buffer, wanted, *bufferSize, serialTimeout);
     });
+}
+
+CLINT32 SerialConnection::WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& written, CLUINT32 timeoutMs) {
+    const Deadline deadline(timeoutMs);
+    for (CLUINT32 remaining = timeoutMs; written < wanted; remaining = deadline.Remaining()) {
+        const CLUINT32 rest = wanted - written;
+        CLUINT32 count = rest;
+        const CLINT32 result = m_library->Write(m_port, buffer + written, &count, remaining);
+        // Some libraries say how many bytes a write took that timed out: those must not be sent again.
+        const bool isPartial = result == CL_ERR_TIMEOUT && count < rest;
+        if (result < 0 && !isPartial)
+            return result;
+        written += std::min(count, rest);
+        const CLUINT32 left = deadline.Remaining();
+        if (written < wanted && (left == 0 || (isPartial && left <= kEarlyMs)))
+            return CL_ERR_TIMEOUT;
+        if (count == 0)
+            std::this_thread::sleep_for(kPause);
+    }
+    return CL_ERR_NO_ERR;
 }
 
 CLINT32 SerialConnection::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "CLProtocol/ISerial.h"
+#include "Failures.h"
 #include "SerialLibrary.h"
 
 namespace CLProtocol {
@@ -26,18 +27,22 @@ public:
 
     const SerialLibrary& Library() const noexcept { return *m_library; }
     std::string TakeException();
+    void WatchAnew();
+    LineEvidence Evidence();
 
 private:
     template <class Operation>
     CLINT32 Guarded(Operation operation) noexcept;
     CLINT32 FillBuffer(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
+    CLINT32 WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& written, CLUINT32 timeoutMs);
 
     const std::shared_ptr<const SerialLibrary> m_library;
     std::mutex m_mutex;
     std::vector<char> m_received;  // what has come in and was not asked for completely yet
     std::vector<char> m_piece;
     std::string m_lastException;
+    LineEvidence m_evidence = LineEvidence::kUnused;
     hSerRef m_port = nullptr;
 };
 

@@ -13,7 +13,7 @@
 #include "ActivityTeller.h"
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
-#include "ErrorCodes.h"
+#include "Failures.h"
 #include "ModuleLog.h"
 #include "Texts.h"
 
@@ -32,9 +32,10 @@ constexpr auto kPendingPause = std::chrono::milliseconds(1);
  * \class Session
  * \brief An open serial port with a driver on it, and the driver's connection once a probe has found a camera
  *
- * Every operation throws CLErrException with the code that the driver or the serial library gave; its text names
- * function, library, port and code and explains the code: the driver is asked first, then the serial library, then
- * the standard. What a library throws arrives as GenICam::RuntimeException.
+ * While the connection is made and ended, a failure is CLErrException with the code that the driver or the serial
+ * library gave: there is no camera yet that could refuse. From then on ThrowFailure says which exception stands for a
+ * code. The text names function, library, port and code and explains the code: the driver is asked first, then the
+ * serial library, then the standard. What a library throws arrives as GenICam::RuntimeException.
  *
  * \context One thread at a time.
  */
@@ -71,7 +72,7 @@ std::string Session::Probe(const std::string& templateOrDeviceId, CLUINT32 timeo
         m_cookie = 0;  // a driver that fails has nothing to disconnect
     CheckSuccess("clpProbeDevice", result);
     if (!deviceId.empty() && m_cookie == 0)
-        ThrowError("clpProbeDevice", CLP_INVALID_COOKIE);
+        CheckSuccess("clpProbeDevice", CLP_INVALID_COOKIE);
     return deviceId;
 }
 
@@ -83,18 +84,22 @@ void Session::Disconnect() {
 
 /// Reads as many bytes as \a bytes has.
 void Session::Read(CLINT64 address, std::vector<char>& bytes, CLUINT32 timeoutMs) {
-    CheckSuccess("clpReadRegister", m_driver->Read(*m_line, m_cookie, address, bytes.data(),
-                                                   static_cast<CLINT64>(bytes.size()), timeoutMs));
+    Ask("clpReadRegister", [&] {
+        return m_driver->Read(*m_line, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
+    });
 }
 
 /// Writes \a bytes and waits until the camera is done with it.
 void Session::Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs) {
-    const CLINT32 result =
-        m_driver->Write(*m_line, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
-    if (result == CLP_PENDING_WRITE)
-        CheckSuccess("clpContinueWriteRegister", ContinuePendingWrite(timeoutMs));
-    else
-        CheckSuccess("clpWriteRegister", result);
+    bool isPending = false;
+    Ask("clpWriteRegister", [&] {
+        const CLINT32 result =
+            m_driver->Write(*m_line, m_cookie, address, bytes.data(), static_cast<CLINT64>(bytes.size()), timeoutMs);
+        isPending = result == CLP_PENDING_WRITE;
+        return result;
+    });
+    if (isPending)
+        Ask("clpContinueWriteRegister", [&] { return ContinuePendingWrite(timeoutMs); });
 }
 
 CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
@@ -110,16 +115,19 @@ CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
     }
     // That the driver has left off is no success of the write.
     const CLINT32 result = m_driver->ContinueWrite(*m_line, m_cookie, false, timeoutMs);
-    return result < 0 ? result : static_cast<CLINT32>(CL_ERR_TIMEOUT);
+    if (result < 0)
+        return result;
+    throw TIMEOUT_EXCEPTION("Port '%s': the camera calls a write pending for more than %u ms", m_portId,
+                            GetPatience().pendingWriteMs);
 }
 
 /// The XML IDs that the camera offers; none when it says that it has no description.
 std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
     std::string ids;
-    const CLINT32 result = m_driver->GetXmlIds(*m_line, m_cookie, ids, timeoutMs);
-    if (result == CLP_NO_XMLDESCRIPTION_FOUND)
-        return {};
-    CheckSuccess("clpGetXMLIDs", result);
+    Ask("clpGetXMLIDs", [&] {
+        const CLINT32 result = m_driver->GetXmlIds(*m_line, m_cookie, ids, timeoutMs);
+        return result == CLP_NO_XMLDESCRIPTION_FOUND ? static_cast<CLINT32>(CL_ERR_NO_ERR) : result;
+    });
     return SplitWithoutEmpty(ids, '\t');
 }
 
@@ -127,7 +135,7 @@ std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
 std::string Session::GetXml(const std::string& xmlId, CLUINT32 timeoutMs) {
     std::string xml;
     const PortLine::Task task = FetchTask(xmlId, timeoutMs);
-    CheckSuccess("clpGetXMLDescription", m_driver->GetXml(*m_line, m_cookie, xmlId, xml, timeoutMs));
+    Ask("clpGetXMLDescription", [&] { return m_driver->GetXml(*m_line, m_cookie, xmlId, xml, timeoutMs); });
     return xml;
 }
 
@@ -159,29 +167,45 @@ CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
 /// The camera's present rate, as a flag.
 CLUINT32 Session::GetRate(CLUINT32 timeoutMs) {
     CLUINT32 rate = 0;
-    CheckSuccess("clpGetParam", m_driver->GetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, rate, timeoutMs));
+    Ask("clpGetParam",
+        [&] { return m_driver->GetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, rate, timeoutMs); });
     return rate;
 }
 
 /// Changes the rate of camera and port.
 void Session::SetRate(CLUINT32 flag, CLUINT32 timeoutMs) {
-    CheckSuccess("clpSetParam", m_driver->SetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs));
+    Ask("clpSetParam",
+        [&] { return m_driver->SetParameter(*m_line, CLP_DEVICE_BAUDERATE, m_cookie, flag, timeoutMs); });
+}
+
+// Asks the connected camera for something, and watches the line meanwhile.
+template <class Operation>
+void Session::Ask(const char* function, Operation operation) {
+    m_serial->WatchAnew();
+    const CLINT32 result = operation();
+    if (result < 0)
+        ThrowFailure(Describe(function, result), result, m_serial->Evidence());
+    NoteRemark(function, result);
 }
 
 void Session::CheckSuccess(const char* function, CLINT32 result) {
     if (result < 0)
-        ThrowError(function, result);
+        throw CLErrException(Describe(function, result).c_str(), __FILE__, __LINE__, result);
+    NoteRemark(function, result);
+}
+
+void Session::NoteRemark(const char* function, CLINT32 result) const {
     if (result > 0)
         Log(CLP_LOG_DEBUG, "Port '%s': function '%s' of '%s' succeeded with %d", m_portId, function, m_driver->Path(),
             result);
 }
 
-void Session::ThrowError(const char* function, CLINT32 result) {
+std::string Session::Describe(const char* function, CLINT32 result) {
     std::string text = GenICam::FormatText("Port '%s': function '%s' of '%s' failed: %s (%d)", m_portId, function,
                                            m_driver->Path(), ErrorText(result), result);
     if (const std::string cause = m_serial->TakeException(); !cause.empty())
         text += ". " + cause;
-    throw CLErrException(text.c_str(), __FILE__, __LINE__, result);
+    return text;
 }
 
 std::string Session::ErrorText(CLINT32 result) const {

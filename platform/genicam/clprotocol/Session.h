@@ -39,9 +39,12 @@ public:
     const std::string& DriverPath() const noexcept { return m_driver->Path(); }
 
 private:
+    template <class Operation>
+    void Ask(const char* function, Operation operation);
     void CheckSuccess(const char* function, CLINT32 result);
     PortLine::Task FetchTask(const std::string& xmlId, CLUINT32 timeoutMs);
-    [[noreturn]] void ThrowError(const char* function, CLINT32 result);
+    void NoteRemark(const char* function, CLINT32 result) const;
+    std::string Describe(const char* function, CLINT32 result);
     std::string ErrorText(CLINT32 result) const;
     CLINT32 ContinuePendingWrite(CLUINT32 timeoutMs);
 

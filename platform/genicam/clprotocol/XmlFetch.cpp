@@ -125,16 +125,15 @@ std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& de
 /**
  * \brief The best description for a camera
  * \param[in] useCache Whether one that was fetched before may be used, and this one be kept
- * \throw CLErrException There is none (-20102), or it can't be fetched
+ * \throw GenICam::AccessException There is none (-20102)
  * \throw GenICam::RuntimeException It can't be unpacked or its file not be read
+ * \throw GenICam::GenericException It can't be fetched, as CCLPort::Read
  */
 std::string FetchDescription(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs, bool useCache) {
     const std::vector<XmlCandidate> candidates = FindDescriptions(session, deviceId, timeoutMs);
     if (candidates.empty())
-        throw CLErrException(GenICam::FormatText("There is no XML description for '%s' (%d)", deviceId.ToString(),
-                                                 static_cast<int>(CLP_NO_XMLDESCRIPTION_FOUND))
-                                 .c_str(),
-                             __FILE__, __LINE__, CLP_NO_XMLDESCRIPTION_FOUND);
+        throw ACCESS_EXCEPTION("There is no XML description for '%s' (%d)", deviceId.ToString(),
+                               static_cast<int>(CLP_NO_XMLDESCRIPTION_FOUND));
     const XmlCandidate& best = candidates.front();
     if (!best.file.empty()) {
         Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", best.id.text, best.file);

@@ -406,6 +406,52 @@ TEST_F(Port, NoticesAPulledCable) {
     EXPECT_EQ(CodeOf([&] { ReadBytes(port, 0, 1); }), 0);
 }
 
+TEST_F(Port, RefusalIsNoCameraLinkError) {
+    CCLPort port;
+    Connect(port);
+    driver.onWrite = [](ISerial*, std::int64_t, const char*, std::int64_t, std::uint32_t) { return -30104; };
+    EXPECT_THROW(port.Write("x", 0, 1), GenICam::AccessException);
+    EXPECT_NE(TextOf([&] { port.Write("x", 0, 1); }).find("function 'clpWriteRegister' of '"), std::string::npos);
+    EXPECT_NE(TextOf([&] { port.Write("x", 0, 1); }).find("(-30104)"), std::string::npos);
+    driver.onRead = [](ISerial*, std::int64_t, char*, std::int64_t, std::uint32_t) { return -30107; };
+    EXPECT_THROW(ReadBytes(port, 0, 1), GenICam::TimeoutException);
+    driver.onRead = nullptr;
+    EXPECT_EQ(CodeOf([&] { ReadBytes(port, 0, 1); }), 0);
+}
+
+TEST_F(Port, RefusalAfterAPendingWriteIsOneAsWell) {
+    CCLPort port;
+    Connect(port);
+    driver.pendingWrites = 2;
+    driver.writeResult = -30106;
+    EXPECT_THROW(port.Write("x", 0, 1), GenICam::AccessException);
+}
+
+TEST_F(Port, UnknownCodeIsARefusalWhereTheCameraAnswered) {
+    CCLPort port;
+    Connect(port);
+    driver.onRead = [](ISerial* line, std::int64_t, char*, std::int64_t, std::uint32_t timeoutMs) {
+        char bytes[128] = {'?'};
+        std::uint32_t size = 1;
+        line->clSerialWrite(bytes, &size, timeoutMs);
+        size = sizeof bytes;
+        line->clSerialRead(bytes, &size, 2);
+        return -30001;
+    };
+    EXPECT_THROW(ReadBytes(port, 0, 1), GenICam::AccessException);
+    serial.SetCamera(0, "");
+    EXPECT_EQ(CodeOf([&] { ReadBytes(port, 0, 1); }), -30001);
+    driver.onRead = [](ISerial*, std::int64_t, char*, std::int64_t, std::uint32_t) { return -30001; };
+    EXPECT_EQ(CodeOf([&] { ReadBytes(port, 0, 1); }), -30001);
+}
+
+TEST_F(Port, RefusalWhileAProbeRunsKeepsItsCode) {
+    driver.onProbe = [](ISerial*, const char*, char*, std::uint32_t*, std::uint32_t*, std::uint32_t) { return -30107; };
+    EXPECT_EQ(CodeOf([] { Probe(); }), -30107);
+    CCLPort port;
+    EXPECT_EQ(CodeOf([&] { Connect(port); }), -30107);
+}
+
 TEST_F(Port, TellsWhatTheSerialLibraryThrew) {
     CCLPort port;
     Connect(port);
@@ -440,7 +486,7 @@ TEST_F(Port, GivesUpOnWritesThatStayPending) {
         ended += continueWaiting ? 0 : 1;
         return 20101;
     };
-    EXPECT_EQ(CodeOf([&] { port.Write("x", 0, 1); }), -10004);
+    EXPECT_THROW(port.Write("x", 0, 1), GenICam::TimeoutException);
     EXPECT_EQ(ended, 1);
 }
 
@@ -449,10 +495,12 @@ TEST_F(Port, WriteThatWasGivenUpIsAFailureWhateverTheDriverSaysToIt) {
     CCLPort port;
     Connect(port);
     driver.onWrite = [](ISerial*, std::int64_t, const char*, std::int64_t, std::uint32_t) { return 20101; };
-    for (const auto& [answer, expected] : {std::pair(0, -10004), std::pair(5, -10004), std::pair(-30007, -30007)}) {
-        driver.onContinueWrite = [answer = answer](bool continueWaiting) { return continueWaiting ? 20101 : answer; };
-        EXPECT_EQ(CodeOf([&] { port.Write("x", 0, 1); }), expected);
-    }
+    std::int32_t answer = 0;
+    driver.onContinueWrite = [&](bool continueWaiting) { return continueWaiting ? 20101 : answer; };
+    for (answer = 0; answer <= 5; answer += 5)
+        EXPECT_THROW(port.Write("x", 0, 1), GenICam::TimeoutException);
+    answer = -30007;
+    EXPECT_EQ(CodeOf([&] { port.Write("x", 0, 1); }), -30007);
 }
 
 TEST_F(Port, ThrowsFromItsDestructorAndFreesAll) {

@@ -182,12 +182,12 @@ TEST_F(Description, OfNonsenseSizeIsAnError) {
         *size = 0xfffffff0;
         return -10001;
     };
-    EXPECT_EQ(CodeOfFetching(), -10001);
+    EXPECT_THROW(port.GetXML(true), GenICam::InvalidArgumentException);
     driver.onGetXml = [](const char*, char*, std::uint32_t* size) {
         *size += 1;
         return -10001;
     };
-    EXPECT_EQ(CodeOfFetching(), -10001);
+    EXPECT_THROW(port.GetXML(true), GenICam::InvalidArgumentException);
     driver.onGetXml = [](const char*, char* buffer, std::uint32_t* size) {
         std::memset(buffer, 'x', *size);
         *size = 0xffffffff;
@@ -198,9 +198,9 @@ TEST_F(Description, OfNonsenseSizeIsAnError) {
 
 TEST_F(Description, IsMissing) {
     driver.xmlIds = "";
-    EXPECT_EQ(CodeOfFetching(), -20102);
+    EXPECT_THROW(port.GetXML(true), GenICam::AccessException);
     driver.onGetXmlIds = [](char*, std::uint32_t*) { return -20102; };
-    EXPECT_EQ(CodeOfFetching(), -20102);
+    EXPECT_THROW(port.GetXML(true), GenICam::AccessException);
     driver.onGetXmlIds = [](char*, std::uint32_t*) { return -30001; };
     EXPECT_EQ(CodeOfFetching(), -30001);
     driver.onGetXmlIds = [](char*, std::uint32_t*) -> std::int32_t { throw 1; };

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "CLProtocol/CLProtocolTypes.h"
+#include "CLProtocol/DriverCodes.h"
 #include "CLProtocol/ISerial.h"
 
 namespace CLProtocol {
