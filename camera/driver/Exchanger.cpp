@@ -105,7 +105,7 @@ std::optional<gencp::Bytes> Exchanger::Await(Time limit) {
         }
         const Time now = m_line.GetClock().Now();
         if (m_inFlight->isPending && now >= m_inFlight->giveUp)
-            FailWithoutAnswer();
+            FailPending();
         if (m_inFlight->isPending && now >= limit)
             return std::nullopt;
         SendAgain();
@@ -142,7 +142,7 @@ void Exchanger::NoteDelay(const gencp::Packet& packet) {
         return;
     const Time now = m_line.GetClock().Now();
     if (now >= m_inFlight->giveUp)
-        FailWithoutAnswer();
+        FailPending();
     m_inFlight->isPending = true;
     m_inFlight->sent = 1;
     m_inFlight->deadline = std::min(now + milliseconds(*delay) + m_inFlight->timing.margin, m_inFlight->giveUp);
@@ -219,6 +219,11 @@ Duration Exchanger::AttemptTime() const {
     const bool isLast = m_inFlight->sent > timing.resends;
     const Duration wait = timing.impatience && !isLast ? *timing.impatience : timing.response + timing.margin;
     return std::min(timing.limit, transfer + wait);
+}
+
+void Exchanger::FailPending() const {
+    throw DriverError(kStaysPending, fmt::format("The camera calls {} pending for more than {} ms.",
+                                                 m_inFlight->command.operation, kMaxPendingTime.count()));
 }
 
 void Exchanger::FailWithoutAnswer() const {

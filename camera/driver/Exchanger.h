@@ -69,6 +69,7 @@ private:
     void SendAgain();
     bool WasRefusedForNow(std::uint16_t status);
     Duration AttemptTime() const;
+    [[noreturn]] void FailPending() const;
     [[noreturn]] void FailWithoutAnswer() const;
 
     SerialLine& m_line;
