@@ -45,11 +45,11 @@ set(rooms
     "tools/configuration|error findings output system"
     "tools/cameras|configuration error output system"
     "tools/description|error findings output system"
-    "tools/doctor|cameras configuration error output system"
+    "tools/doctor|cameras configuration error features output system"
     "tools/features|cameras error output system"
     "tools/images|error features output system"
     "tools/commands|cameras configuration description doctor error features findings images output system"
-    "tools/app|cameras commands error output")
+    "tools/app|cameras commands error output system")
 
 set(failures 0)
 foreach(line IN LISTS table)

@@ -4,6 +4,7 @@
  */
 #include <cstdio>
 
+#include "CLProtocol/Activity.h"
 #include "app/Application.h"
 #include "output/Output.h"
 #include "system/Interruption.h"
@@ -11,7 +12,8 @@
 
 int main(int argumentCount, char** arguments) {
     tools::PrepareStreams();
-    const tools::Interruption interruption;
+    // A fetch of minutes ends within its next packet, and leaves the camera at the rate that it had.
+    const tools::Interruption interruption([] { CLProtocol::SetStopRequested(true); });
     tools::Output output(stdout, stderr);
     return static_cast<int>(tools::RunApplication(argumentCount, arguments, output));
 }

@@ -76,7 +76,7 @@ _vanto_cl() {
     fi
     case "$command:$arguments" in
         config:0) _vanto_cl_reply "$(_vanto_cl_words subcommands config)" "$cur" ;;
-        xml:0 | features:0 | grab:0 | get:0 | set:0 | exec:0 | watch:0 | save:0 | load:0 | read:0 | write:0)
+        xml:0 | features:0 | grab:0 | get:0 | set:0 | exec:0 | watch:0 | save:0 | load:0 | rate:0 | read:0 | write:0)
             _vanto_cl_reply "$(_vanto_cl_words devices)" "$cur" ;;
         get:* | watch:*) _vanto_cl_reply "$(_vanto_cl_words features "$device")" "$cur" ;;
         exec:1) _vanto_cl_reply "$(_vanto_cl_words executables "$device")" "$cur" ;;

@@ -20,6 +20,7 @@
 #include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Text.h"
+#include "system/Interruption.h"
 
 namespace tools {
 
@@ -148,6 +149,12 @@ ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, cons
     return ExitCode::kUsage;
 }
 
+/// A failure that the user has asked for is none of its own.
+ExitCode ReportFailure(const char* text, Output& output) {
+    output.Error(Interruption::Requested() ? "interrupted" : text);
+    return Interruption::Requested() ? ExitCode::kInterrupted : ExitCode::kFailed;
+}
+
 ExitCode RunChosen(CommandLine& line, Output& output) {
     std::optional<Simulation> simulation;
     if (line.Simulates())
@@ -178,9 +185,9 @@ ExitCode RunApplication(int argumentCount, const char* const* arguments, Output&
         output.Error(error.what(), error.Hint());
         code = error.Code();
     } catch (const GenICam::GenericException& error) {
-        output.Error(error.GetDescription());
+        code = ReportFailure(error.GetDescription(), output);
     } catch (const std::exception& error) {
-        output.Error(error.what());
+        code = ReportFailure(error.what(), output);
     }
     if (!output.Flush() && code == ExitCode::kDone) {
         output.Error("the output could not be written");

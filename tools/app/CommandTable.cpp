@@ -20,6 +20,7 @@ constexpr CommandEntry kCommands[] = {
     {"watch", "Print features whenever they change", &MakeWatchCommand},
     {"save", "Save a camera's settings in a file", &MakeSaveCommand},
     {"load", "Set a camera as a file says", &MakeLoadCommand},
+    {"rate", "Show a camera's baud rate, or bring it to one to stay", &MakeRateCommand},
     {"read", "Read a camera's registers", &MakeReadCommand},
     {"write", "Write a camera's registers", &MakeWriteCommand},
     {"config path", "Say where the file is looked for, and why there", &MakeConfigPathCommand},

@@ -20,4 +20,13 @@ inline constexpr std::string_view kOtherError = "Port '%s': Generic Exceptiopn! 
 inline constexpr std::string_view kEnumerationFailed = "Exception in %s while enumerating devices. '%s'";
 inline constexpr std::string_view kFileNotReadable = "CLBindings file '%s' does not exist or could not be read.";
 
+/// Rules for a recorder that hears what follows.
+inline constexpr std::string_view kDeviceWarnings = "Vanto.CLSer.Device:warning";
+
+/// Whether the message tells that a camera did not take the baud rate that was configured, or the highest.
+constexpr bool IsRefusedRate(std::string_view format) noexcept {
+    return format == "Could not set initial baud rate to '%hs' for device '%hs' Error='%hs'." ||
+           format == "Could not set initial baud rate to %I64i for device '%hs' Error='%hs'.";
+}
+
 }  // namespace tools::log_texts

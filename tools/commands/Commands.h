@@ -21,6 +21,7 @@ std::unique_ptr<Command> MakeGrabCommand();
 std::unique_ptr<Command> MakeWatchCommand();
 std::unique_ptr<Command> MakeSaveCommand();
 std::unique_ptr<Command> MakeLoadCommand();
+std::unique_ptr<Command> MakeRateCommand();
 std::unique_ptr<Command> MakeReadCommand();
 std::unique_ptr<Command> MakeWriteCommand();
 std::unique_ptr<Command> MakeConfigPathCommand();

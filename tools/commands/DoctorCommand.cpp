@@ -3,13 +3,11 @@
  * vanto-cl doctor: what a stuck user needs to know
  */
 #include <memory>
-#include <optional>
 
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "doctor/Examinations.h"
 #include "output/Output.h"
-#include "output/Progress.h"
 
 namespace tools {
 
@@ -28,13 +26,13 @@ private:
 
 void DoctorCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
-    options.Footer("Ends with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
+    options.Footer(
+        "Each camera is opened once; its description is fetched for that where it is not known yet.\n"
+        "Ends with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
 }
 
 ExitCode DoctorCommand::Run(Output& output) {
-    std::optional<Progress> progress(std::in_place, output, "Examining");
-    const Report report = Examine();
-    progress.reset();
+    const Report report = Examine(output);
     if (m_json)
         output.Line(ToText(ToJson(report)));
     else

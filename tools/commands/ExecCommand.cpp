@@ -15,6 +15,7 @@
 #include "features/OptionNumbers.h"
 #include "output/Output.h"
 #include "output/Progress.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

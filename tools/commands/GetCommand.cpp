@@ -15,6 +15,7 @@
 #include "features/OpenDevice.h"
 #include "output/Output.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

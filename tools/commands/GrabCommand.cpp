@@ -26,6 +26,7 @@
 #include "output/Progress.h"
 #include "output/Text.h"
 #include "system/Files.h"
+#include "system/Interruptible.h"
 #include "vanto/PixelTypeMapper.h"
 
 namespace tools {

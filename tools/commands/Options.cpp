@@ -34,6 +34,10 @@ void Options::Argument(const std::string& name, std::string& target, const std::
     m_app.add_option(name, target, help)->required()->type_name("");
 }
 
+void Options::OptionalArgument(const std::string& name, std::string& target, const std::string& help) {
+    m_app.add_option(name, target, help)->type_name("");
+}
+
 void Options::Arguments(const std::string& name, std::vector<std::string>& target, const std::string& help) {
     m_app.add_option(name, target, help)->required()->type_name("")->expected(1, -1);
 }

@@ -30,6 +30,8 @@ public:
                 const std::string& help);
     /// A required argument without a dash.
     void Argument(const std::string& name, std::string& target, const std::string& help);
+    /// An argument without a dash that may be missing; after all others.
+    void OptionalArgument(const std::string& name, std::string& target, const std::string& help);
     /// One or more required arguments without a dash.
     void Arguments(const std::string& name, std::vector<std::string>& target, const std::string& help);
     /// Two switches that can't be given together.

@@ -17,6 +17,7 @@
 #include "features/OptionNumbers.h"
 #include "output/Output.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

@@ -15,6 +15,7 @@
 #include "output/Sha1.h"
 #include "output/Text.h"
 #include "system/Files.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 
@@ -45,9 +46,11 @@ ExitCode XmlCommand::Run(Output& output) {
     Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
     if (provider == nullptr)
         throw ToolError("the transport layer can't read descriptions from cameras");
+    std::optional<Interruption::Watch> watch(std::in_place);
     std::optional<Progress> looking(std::in_place, output, "Looking for cameras");
     const Vanto::CDeviceInfo camera = FindDevice(layer, m_device);
     looking.reset();
+    ThrowIfInterrupted();
     const std::string name = Printable(PropertyOf(camera, "FriendlyName"));
     std::optional<Progress> fetching(std::in_place, output, "Fetching the description of " + name);
     GenICam::gcstring source;
@@ -55,6 +58,7 @@ ExitCode XmlCommand::Run(Output& output) {
     provider->ProvideXMLFile(camera, source, xml);
     const auto elapsed = fetching->Elapsed();
     fetching.reset();
+    watch.reset();
     if (m_file.empty() || m_file == "-") {
         output.Print(xml.view());
         return ExitCode::kDone;

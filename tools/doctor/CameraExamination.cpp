@@ -5,8 +5,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "doctor/Examinations.h"
+#include "output/Progress.h"
 #include "vanto/LogRules.h"
 
 namespace tools {
@@ -74,8 +76,9 @@ Section ExamineLog(const Enumeration& enumeration) {
 }
 
 /// Looks at everything, then for cameras. Nothing that is broken keeps the rest from being looked at.
-Report Examine() {
+Report Examine(Output& output) {
     Report report;
+    std::optional<Progress> progress(std::in_place, output, "Examining");
     const TransportLayer layer;
     report.sections.push_back(Guarded("Environment variables", ExamineEnvironment));
     report.sections.push_back(Guarded("Folders", ExamineFolders));
@@ -87,6 +90,9 @@ Report Examine() {
     const Enumeration enumeration = Enumerate(layer);
     const std::vector<SilentPort> silentPorts = enumeration.SilentPorts(true);
     report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration, silentPorts); }));
+    progress.reset();
+    report.sections.push_back(
+        Guarded("Opening the cameras", [&] { return ExamineOpening(layer, enumeration, output); }));
     report.sections.push_back(Guarded("Last warnings and errors", [&] { return ExamineLog(enumeration); }));
     Judge(report, layer, enumeration, silentPorts);
     return report;

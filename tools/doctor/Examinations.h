@@ -17,9 +17,12 @@ Section ExamineDrivers();
 Section ExaminePorts();
 Section ExamineConfiguration();
 Section ExamineCameras(const Enumeration& enumeration, const std::vector<SilentPort>& silentPorts);
+/// Opens each camera, as an application does, and looks at its description and its baud rates.
+Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumeration, Output& output);
 /// The libraries' own complaints during the look for cameras, the last ones last.
 Section ExamineLog(const Enumeration& enumeration);
 
-Report Examine();
+/// \param[in] output For progress
+Report Examine(Output& output);
 
 }  // namespace tools

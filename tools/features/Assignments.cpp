@@ -13,6 +13,7 @@
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

@@ -14,6 +14,7 @@
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Table.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

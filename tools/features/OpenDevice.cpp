@@ -6,42 +6,67 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <optional>
-#include <thread>
 
+#include "cameras/BaudRates.h"
 #include "cameras/DeviceChoice.h"
+#include "cameras/LogTexts.h"
 #include "error/ExitCode.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 #include "vanto/DeviceRemovalCallback.h"
+#include "vanto/LogListener.h"
 
 namespace tools {
 
 /**
  * \brief Find and open a camera
  * \param[in] device What the user calls it
- * \param[in] output For progress, and for a warning when the camera can't be closed
+ * \param[in] output For progress, and for warnings about the camera's baud rate and about a close that failed
+ * \param[in] use What becomes of the camera's baud rate
  * \throw ToolError There is no such camera (kNoDevice), or the user asked to end meanwhile
  * \throw GenericException It can't be opened
  */
-OpenDevice::OpenDevice(const std::string& device, Output& output) : m_output(output) {
+OpenDevice::OpenDevice(const std::string& device, Output& output, Use use)
+    : m_output(output), m_ownLayer(std::in_place), m_layer(*m_ownLayer) {
     std::optional<Progress> progress(std::in_place, output, "Looking for cameras");
     const Vanto::CDeviceInfo camera = FindDevice(m_layer, device);
-    m_name = Printable(PropertyOf(camera, "FriendlyName"));
     progress.reset();
     ThrowIfInterrupted();
-    progress.emplace(output, "Opening " + m_name);
+    Create(camera, use);
+}
+
+/**
+ * \brief Open a camera that was found
+ * \param[in] layer Must outlive this
+ * \param[in] camera Its record
+ */
+OpenDevice::OpenDevice(const TransportLayer& layer, const Vanto::CDeviceInfo& camera, Output& output, Use use)
+    : m_output(output), m_layer(layer) {
+    Create(camera, use);
+}
+
+void OpenDevice::Create(const Vanto::CDeviceInfo& camera, Use use) {
+    m_name = Printable(PropertyOf(camera, "FriendlyName"));
+    m_portId = PropertyOf(camera, "PortID");
+    std::optional<Progress> progress(std::in_place, m_output, "Opening " + m_name);
     m_device = m_layer.Require().CreateDevice(camera);
     try {
-        Open();
+        if (m_device->GetNodeMap() == nullptr)
+            throw ToolError(m_name + " has no features");
+        if (use != Use::kConnect)
+            Open();
         ThrowIfInterrupted();
     } catch (...) {
         progress.reset();
         Release();
         throw;
     }
+    progress.reset();
+    if (use == Use::kOpen)
+        WarnOfRate();
 }
 
 OpenDevice::~OpenDevice() {
@@ -55,10 +80,27 @@ void OpenDevice::ThrowIfGone() const {
 }
 
 void OpenDevice::Open() {
+    const Vanto::tracelog::LogRecorder log(log_texts::kDeviceWarnings);
     m_device->Open();
+    for (const auto& message : log.GetMessages())
+        if (log_texts::IsRefusedRate(message.format) && !message.arguments.empty())
+            m_rateRefusal = message.arguments.back();
     Vanto::RegisterRemovalCallback(*m_device, [this](Vanto::IVantoDevice*) { m_gone = true; });
-    if (m_device->GetNodeMap() == nullptr)
-        throw ToolError(m_name + " has no features");
+}
+
+std::uint32_t OpenDevice::FoundBaudRate() const {
+    const auto news = m_layer.Ports().Of(m_portId);
+    return news ? news->baudRate : 0;
+}
+
+// An application that ends without closing its camera leaves it at the rate that it used, and each one that comes after
+// gives that rate back.
+void OpenDevice::WarnOfRate() const {
+    if (FoundBaudRate() > kFirstBaudRate)
+        m_output.Warn(StrandedText(m_name, m_portId, FoundBaudRate()));
+    if (m_rateRefusal)
+        m_output.Warn(fmt::format("{} does not take its baud rate: {} 'vanto-cl doctor' says which one works.", m_name,
+                                  *m_rateRefusal));
 }
 
 void OpenDevice::Release() noexcept {
@@ -74,24 +116,6 @@ void OpenDevice::Release() noexcept {
     } catch (const std::exception& error) {
         m_output.Warn(error.what());
     }
-}
-
-/// Ends the command when somebody asked for it: throws a ToolError with kInterrupted.
-void ThrowIfInterrupted() {
-    if (Interruption::Requested())
-        throw ToolError("interrupted", {}, ExitCode::kInterrupted);
-}
-
-bool SleepUninterrupted(std::chrono::milliseconds duration) {
-    constexpr std::chrono::milliseconds kStep{20};
-    const auto end = std::chrono::steady_clock::now() + duration;
-    while (!Interruption::Requested()) {
-        const auto now = std::chrono::steady_clock::now();
-        if (now >= end)
-            return true;
-        std::this_thread::sleep_for(std::min<std::chrono::steady_clock::duration>(kStep, end - now));
-    }
-    return false;
 }
 
 }  // namespace tools

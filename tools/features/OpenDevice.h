@@ -5,7 +5,8 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "GenApi/GenApi.h"
@@ -20,7 +21,14 @@ class Output;
 /// lives, Ctrl-C only sets a flag: ThrowIfInterrupted() between two accesses turns it into an end. Thread-bound.
 class OpenDevice {
 public:
-    OpenDevice(const std::string& device, Output& output);
+    enum class Use {
+        kOpen,     ///< as applications do: at the configured rate or the highest, and back to the rate from before
+        kExamine,  ///< so, too, without warnings about the rate
+        kConnect   ///< leaves the camera at its rate, and where the command brings it
+    };
+
+    OpenDevice(const std::string& device, Output& output, Use use = Use::kOpen);
+    OpenDevice(const TransportLayer& layer, const Vanto::CDeviceInfo& camera, Output& output, Use use);
     ~OpenDevice();
     OpenDevice(const OpenDevice&) = delete;
     OpenDevice& operator=(const OpenDevice&) = delete;
@@ -32,21 +40,26 @@ public:
     /// Whether the camera went away since it was opened.
     bool IsGone() const noexcept { return m_gone; }
     void ThrowIfGone() const;
+    /// Bit/s at which the camera was found; 0 when unknown.
+    std::uint32_t FoundBaudRate() const;
+    /// Why the configured baud rate, or the highest, was refused; nothing when it was not.
+    const std::optional<std::string>& RateRefusal() const noexcept { return m_rateRefusal; }
 
 private:
+    void Create(const Vanto::CDeviceInfo& camera, Use use);
     void Open();
+    void WarnOfRate() const;
     void Release() noexcept;
 
     Output& m_output;
-    TransportLayer m_layer;
+    std::optional<TransportLayer> m_ownLayer;
+    const TransportLayer& m_layer;
     Interruption::Watch m_watch;
     std::atomic<bool> m_gone{false};
     std::string m_name;
+    std::string m_portId;
+    std::optional<std::string> m_rateRefusal;
     Vanto::IVantoDevice* m_device = nullptr;
 };
-
-void ThrowIfInterrupted();
-/// Sleeps; false when somebody asked to end meanwhile.
-bool SleepUninterrupted(std::chrono::milliseconds duration);
 
 }  // namespace tools

@@ -10,6 +10,7 @@
 
 #include "error/ExitCode.h"
 #include "features/ValueWords.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

@@ -12,6 +12,7 @@
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

@@ -18,6 +18,7 @@
 #include "features/Selectors.h"
 #include "features/ValueWords.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 

@@ -15,7 +15,8 @@ namespace tools {
 /// clean-ups run, newest first, and the process ends as the signal would have ended it. So does a second request.
 class Interruption {
 public:
-    Interruption();
+    /// \param[in] onRequest Called at the first request, by another thread
+    explicit Interruption(std::function<void()> onRequest = {});
     ~Interruption();
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;

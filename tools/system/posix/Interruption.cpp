@@ -60,7 +60,7 @@ sigset_t Requests() {
 
 class Interruption::Impl {
 public:
-    Impl() {
+    explicit Impl(std::function<void()> onRequest) : m_onRequest(std::move(onRequest)) {
         // A reader that went away shows as a failed write, so that the clean-ups run then, too.
         ::signal(SIGPIPE, SIG_IGN);
         const sigset_t requests = Requests();
@@ -84,16 +84,20 @@ private:
                 continue;
             if (m_ending)
                 return;
-            if (requested.exchange(true) || watches == 0)
+            const bool isFirst = !requested.exchange(true);
+            if (isFirst && m_onRequest)
+                m_onRequest();
+            if (!isFirst || watches == 0)
                 EndBy(signal);
         }
     }
 
+    std::function<void()> m_onRequest;
     std::atomic<bool> m_ending{false};
     std::thread m_thread;
 };
 
-Interruption::Interruption() : m_impl(std::make_unique<Impl>()) {}
+Interruption::Interruption(std::function<void()> onRequest) : m_impl(std::make_unique<Impl>(std::move(onRequest))) {}
 Interruption::~Interruption() = default;
 
 bool Interruption::Requested() noexcept {

@@ -18,6 +18,7 @@ namespace {
 
 std::atomic<bool> requested{false};
 std::atomic<int> watches{0};
+std::function<void()> onFirstRequest;
 
 /// The clean-ups that are due; locked while they run, so that none goes away under its own feet.
 struct CleanUps {
@@ -43,7 +44,10 @@ void WaitForWatches() {
 // closed or the user leaves, it does so in any case.
 BOOL WINAPI OnRequest(DWORD event) {
     const bool mayGoOn = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
-    if (!requested.exchange(true) && watches > 0 && mayGoOn)
+    const bool isFirst = !requested.exchange(true);
+    if (isFirst && onFirstRequest)
+        onFirstRequest();
+    if (isFirst && watches > 0 && mayGoOn)
         return TRUE;
     if (!mayGoOn)
         WaitForWatches();
@@ -59,13 +63,16 @@ BOOL WINAPI OnRequest(DWORD event) {
 
 class Interruption::Impl {
 public:
-    Impl() { ::SetConsoleCtrlHandler(OnRequest, TRUE); }
+    explicit Impl(std::function<void()> onRequest) {
+        onFirstRequest = std::move(onRequest);
+        ::SetConsoleCtrlHandler(OnRequest, TRUE);
+    }
     ~Impl() { ::SetConsoleCtrlHandler(OnRequest, FALSE); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 };
 
-Interruption::Interruption() : m_impl(std::make_unique<Impl>()) {}
+Interruption::Interruption(std::function<void()> onRequest) : m_impl(std::make_unique<Impl>(std::move(onRequest))) {}
 Interruption::~Interruption() = default;
 
 bool Interruption::Requested() noexcept {

@@ -1,0 +1,61 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl rate: the baud rate that a camera stands at
+ */
+#include <fmt/format.h>
+
+#include <memory>
+#include <string>
+
+#include "cameras/BaudRates.h"
+#include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "features/BaudRateFeature.h"
+#include "features/OpenDevice.h"
+#include "output/Output.h"
+
+namespace tools {
+
+namespace {
+
+class RateCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::string m_rate;
+};
+
+}  // namespace
+
+void RateCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.OptionalArgument("RATE", m_rate, "The new baud rate, for example 9600");
+    options.Footer(
+        "Without RATE the present one is printed. The other commands and all applications leave a camera at\n"
+        "the rate at which they found it: one that a program left at 921600 baud stays there until 'rate' or\n"
+        "a power cycle brings it back.");
+}
+
+ExitCode RateCommand::Run(Output& output) {
+    const BaudRate* const wanted = m_rate.empty() ? nullptr : &BaudRateFromWord(m_rate);
+    const OpenDevice device(m_device, output, OpenDevice::Use::kConnect);
+    BaudRateFeature feature(device.Nodes(), device.Name());
+    const std::uint32_t before = feature.Get();
+    if (wanted == nullptr) {
+        output.Line(std::to_string(before));
+        return ExitCode::kDone;
+    }
+    feature.Set(*wanted);
+    output.Line(fmt::format("{} stands at {} baud now; it was {}.", device.Name(), feature.Get(), before));
+    return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeRateCommand() {
+    return std::make_unique<RateCommand>();
+}
+
+}  // namespace tools

@@ -1,0 +1,81 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The doctor's look at cameras that are open
+ */
+#include <fmt/format.h>
+
+#include <optional>
+#include <ranges>
+
+#include "doctor/Examinations.h"
+#include "features/BaudRateFeature.h"
+#include "features/OpenDevice.h"
+#include "output/Progress.h"
+#include "output/Text.h"
+#include "system/Interruptible.h"
+
+namespace tools {
+
+namespace {
+
+/// The highest rate that camera, port and line really carry; nothing when all but the present one fail.
+std::optional<BaudRate> HighestThatWorks(BaudRateFeature& feature, const OpenDevice& device, Output& output) {
+    for (const BaudRate& rate : feature.Offered() | std::views::reverse) {
+        ThrowIfInterrupted();
+        const Progress progress(output, fmt::format("Trying {} baud with {}", rate.bitsPerSecond, device.Name()));
+        try {
+            feature.Set(rate);
+            return rate;
+        } catch (const GenICam::GenericException&) {
+            device.ThrowIfGone();
+        }
+    }
+    return std::nullopt;
+}
+
+Observation RateThatWorks(const OpenDevice& device, const std::string& portId, Output& output) {
+    BaudRateFeature feature(device.Nodes(), device.Name());
+    const std::optional<BaudRate> rate = HighestThatWorks(feature, device, output);
+    const std::string entry = rate ? feature.EntryName(*rate).value_or("") : std::string();
+    return {Health::kWarning, portId,
+            fmt::format("{} does not take its baud rate: {}", device.Name(), *device.RateRefusal()),
+            entry.empty()
+                ? "Leave BaudRate out of the port configuration file."
+                : fmt::format("Write <BaudRate>{}</BaudRate> for {} into the port configuration file.", entry, portId)};
+}
+
+Section ExamineCamera(const TransportLayer& layer, const Vanto::CDeviceInfo& camera, Output& output) {
+    const std::string portId = PropertyOf(camera, "PortID");
+    const OpenDevice device(layer, camera, output, OpenDevice::Use::kExamine);
+    Section section;
+    section.observations.push_back({Health::kFine, portId, device.Name() + " can be opened", {}});
+    if (device.FoundBaudRate() > kFirstBaudRate)
+        section.observations.push_back(
+            {Health::kWarning, portId, StrandedText(device.Name(), portId, device.FoundBaudRate()), {}});
+    if (device.RateRefusal())
+        section.observations.push_back(RateThatWorks(device, portId, output));
+    return section;
+}
+
+}  // namespace
+
+Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumeration, Output& output) {
+    Section section{"Opening the cameras", {}};
+    for (const Vanto::CDeviceInfo& camera : enumeration.cameras) {
+        try {
+            for (Observation& observation : ExamineCamera(layer, camera, output).observations)
+                section.observations.push_back(std::move(observation));
+        } catch (const std::exception& failure) {
+            ThrowIfInterrupted();
+            section.observations.push_back({Health::kBad,
+                                            PropertyOf(camera, "PortID"),
+                                            PropertyOf(camera, "FriendlyName") + " can't be opened: " + failure.what(),
+                                            {}});
+        }
+    }
+    if (section.observations.empty())
+        section.observations.push_back({Health::kRemark, "none", "no camera was found that could be opened", {}});
+    return section;
+}
+
+}  // namespace tools
