@@ -49,22 +49,34 @@ bool CRemovalCallbacks::Deregister(DeviceCallbackHandle handle) {
     return true;
 }
 
-void CRemovalCallbacks::SetDevice(IVantoDevice* device) {
+/**
+ * \brief Let the next removal of an opening call the callbacks
+ * \param[in] device What callbacks receive
+ * \param[in] opening The number of this opening; a removal of an earlier one, which comes late, calls nobody
+ * \context Any thread
+ */
+void CRemovalCallbacks::Arm(IVantoDevice* device, std::uint64_t opening) noexcept {
     const GenApi::AutoLock lock(m_lock);
     m_device = device;
+    m_opening = opening;
+}
+
+void CRemovalCallbacks::Disarm() noexcept {
+    const GenApi::AutoLock lock(m_lock);
+    m_device = nullptr;
 }
 
 /**
- * \brief Call every callback in the order of registration, at most once for each SetDevice
+ * \brief Call every callback in the order of registration, at most once for each Arm
  *
  * An exception of one callback does not keep the others from running.
  */
-void CRemovalCallbacks::Fire() {
+void CRemovalCallbacks::Fire(std::uint64_t opening) {
     std::vector<Entry> entries;
     IVantoDevice* device = nullptr;
     {
         const GenApi::AutoLock lock(m_lock);
-        if (m_device == nullptr)
+        if (m_device == nullptr || m_opening != opening)
             return;
         entries = m_entries;
         std::swap(device, m_device);

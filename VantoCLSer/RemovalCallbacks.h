@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -18,9 +19,9 @@ public:
     DeviceCallbackHandle Register(const CDeviceRemovalCallback& callback);
     bool Deregister(DeviceCallbackHandle handle);
 
-    /// The pointer that callbacks receive; null disarms.
-    void SetDevice(IVantoDevice* device);
-    void Fire();
+    void Arm(IVantoDevice* device, std::uint64_t opening) noexcept;
+    void Disarm() noexcept;
+    void Fire(std::uint64_t opening);
 
 private:
     struct Entry {
@@ -29,7 +30,8 @@ private:
     };
 
     GenApi::CLock m_lock;
-    IVantoDevice* m_device = nullptr;
+    IVantoDevice* m_device = nullptr;  // null while there is nobody to tell
+    std::uint64_t m_opening = 0;
     std::vector<Entry> m_entries;
 };
 

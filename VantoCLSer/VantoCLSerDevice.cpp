@@ -9,6 +9,7 @@
 #include <exception>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "VantoCLSer/base/Log.h"
 #include "VantoCLSer/stream/VantoCLSerStreamGrabber.h"
@@ -25,6 +26,7 @@ namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerDevice";
 constexpr char kBaudRateNode[] = "ClSerialPortBaudRate";
+constexpr char kAutoCloseNode[] = "AutoCloseTimeout";
 constexpr std::int64_t kLargestBaudRateEntry = 255;
 constexpr std::chrono::seconds kMakingTime{10};
 
@@ -113,16 +115,19 @@ void CVantoCLSerDevice::Open(AccessModeSet) {
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not open CLPort '%hs' for device '%hs'.", portId, name);
     }
     m_port.SetDeviceName(name);
-    m_port.SetOwner(std::shared_ptr<IPortOwner>(m_self, this));
-    m_removalCallbacks.SetDevice(this);
     m_deviceName = name;
+    m_removalCallbacks.Arm(this, m_port.SetOwner(std::shared_ptr<IPortOwner>(m_self, this)));
     m_open = true;
+    // Whoever gets an exception, which is one of memory then, has a device that is as closed as before.
+    const auto end = [](CVantoCLSerDevice* device) { device->EndOpening(); };
+    std::unique_ptr<CVantoCLSerDevice, decltype(end)> opening(this, end);
     try {
         NegotiateBaudRate(name);
     } catch (const GenericException& error) {
         LogTrace(DeviceLog(), tracelog::kWarning, "Error modifying baud rate node for device '%hs' Error='%hs'.", name,
                  error.GetDescription());
     }
+    static_cast<void>(opening.release());
     LogTrace(DeviceLog(), tracelog::kInfo, "Device '%hs' opened", name);
 }
 
@@ -204,6 +209,10 @@ void CVantoCLSerDevice::Close() {
         throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Device '%hs' is not open and cannot be closed.",
                                                               m_deviceName);
     }
+    EndOpening();
+}
+
+void CVantoCLSerDevice::EndOpening() noexcept {
     if (m_oldBaudRate != 0 && !os::IsShiftKeyDown())
         RestoreBaudRate();
     DeregisterAutoCloseCallback();
@@ -212,11 +221,11 @@ void CVantoCLSerDevice::Close() {
     m_port.SetOwner(nullptr);
     if (m_port.IsConnected())
         m_port.Close(false);
-    m_removalCallbacks.SetDevice(nullptr);
+    m_removalCallbacks.Disarm();
     m_open = false;
 }
 
-void CVantoCLSerDevice::RestoreBaudRate() {
+void CVantoCLSerDevice::RestoreBaudRate() noexcept {
     try {
         const GenApi::CEnumerationPtr node = _GetNode(kBaudRateNode);
         node->SetIntValue(m_oldBaudRate, true);
@@ -243,26 +252,41 @@ void CVantoCLSerDevice::CreateNodeMapFromString(const gcstring& xml, const gcstr
  * \context Any thread
  */
 GenApi::INodeMap* CVantoCLSerDevice::GetTLNodeMap() {
-    const std::lock_guard lock(m_tlParamsLock);
-    if (m_tlParams._GetNodeMap() == nullptr)
-        LoadTLNodeMap();
-    return m_tlParams._GetNodeMap();
-}
-
-void CVantoCLSerDevice::LoadTLNodeMap() {
     try {
-        m_tlParams._LoadXMLFromString(kTransportLayerDescription);
-        GenApi::INode* node = m_tlParams._GetNode("AutoCloseTimeout");
-        if (node == nullptr)
-            return;
-        m_autoCloseCallback =
-            GenApi::Register(node, *this, &CVantoCLSerDevice::OnAutoCloseTimeoutChanged, GenApi::cbPostInsideLock);
-        node->InvalidateNode();
+        if (LoadTLNodeMap())
+            FollowAutoCloseTimeout();
     } catch (const GenericException& error) {
         LogTrace(DeviceLog(), tracelog::kError, "Could not load TL nodemap. Error: '%hs'", error.GetDescription());
     } catch (const std::exception& error) {
         LogTrace(DeviceLog(), tracelog::kError, "Unknown error while loading TL nodemap. Error: '%hs'", error.what());
     }
+    const std::lock_guard lock(m_tlParamsLock);
+    return m_tlParams._GetNodeMap();
+}
+
+// Returns whether this call has loaded it. Nobody else has the map yet, so that nobody holds its lock.
+bool CVantoCLSerDevice::LoadTLNodeMap() {
+    const std::lock_guard lock(m_tlParamsLock);
+    if (m_tlParams._GetNodeMap() != nullptr)
+        return false;
+    m_tlParams._LoadXMLFromString(kTransportLayerDescription);
+    return true;
+}
+
+// Without m_tlParamsLock: thread T may be in a callback of the application that holds the map's own lock and calls
+// GetTLNodeMap, while this thread waits for the map's lock. A value that T has set meanwhile takes effect when the node
+// is invalidated.
+void CVantoCLSerDevice::FollowAutoCloseTimeout() {
+    GenApi::INode* node = m_tlParams._GetNode(kAutoCloseNode);
+    if (node == nullptr)
+        return;
+    const GenApi::CallbackHandleType handle =
+        GenApi::Register(node, *this, &CVantoCLSerDevice::OnAutoCloseTimeoutChanged, GenApi::cbPostInsideLock);
+    {
+        const std::lock_guard lock(m_tlParamsLock);
+        m_autoCloseCallback = handle;
+    }
+    node->InvalidateNode();
 }
 
 void CVantoCLSerDevice::OnAutoCloseTimeoutChanged(GenApi::INode* node) {
@@ -274,13 +298,22 @@ void CVantoCLSerDevice::OnAutoCloseTimeoutChanged(GenApi::INode* node) {
         m_port.SetAutoCloseTimeout(static_cast<std::uint32_t>(milliseconds));
 }
 
-void CVantoCLSerDevice::DeregisterAutoCloseCallback() {
-    const std::lock_guard lock(m_tlParamsLock);
-    if (m_autoCloseCallback == 0)
+// Without m_tlParamsLock, as above: thread T may hold the map's lock and wait for m_tlParamsLock in GetTLNodeMap.
+void CVantoCLSerDevice::DeregisterAutoCloseCallback() noexcept {
+    GenApi::CallbackHandleType handle = 0;
+    {
+        const std::lock_guard lock(m_tlParamsLock);
+        std::swap(handle, m_autoCloseCallback);
+    }
+    if (handle == 0)
         return;
-    if (GenApi::INode* node = m_tlParams._GetNode("AutoCloseTimeout"))
-        node->DeregisterCallback(m_autoCloseCallback);
-    m_autoCloseCallback = 0;
+    try {
+        if (GenApi::INode* node = m_tlParams._GetNode(kAutoCloseNode))
+            node->DeregisterCallback(handle);
+    } catch (const std::exception& error) {
+        LogTrace(DeviceLog(), tracelog::kWarning, "The auto-close timeout of device '%hs' is still followed: '%hs'.",
+                 m_deviceName, error.what());
+    }
 }
 
 /**
@@ -403,10 +436,10 @@ bool CVantoCLSerDevice::DeregisterRemovalCallback(DeviceCallbackHandle handle) {
 }
 
 // The port tells that the camera is gone.
-void CVantoCLSerDevice::OnRemoval() noexcept {
+void CVantoCLSerDevice::OnRemoval(std::uint64_t opening) noexcept {
     LogTrace(DeviceLog(), tracelog::kDebug, "Removal detected. Calling registered removal callbacks.");
     try {
-        m_removalCallbacks.Fire();
+        m_removalCallbacks.Fire(opening);
     } catch (const std::exception& error) {
         LogTrace(DeviceLog(), tracelog::kError, "Error during execution of removal callbacks. '%hs'", error.what());
     }

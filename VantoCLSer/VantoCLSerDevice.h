@@ -57,16 +57,18 @@ private:
     ~CVantoCLSerDevice() override;
 
     // IPortOwner
-    void OnRemoval() noexcept override;
+    void OnRemoval(std::uint64_t opening) noexcept override;
 
     void CheckOpen() const;
     void NegotiateBaudRate(const gcstring& name);
     std::int64_t DisableUnsupportedRates(GenApi::IEnumeration& node, const gcstring& name);
     void SetInitialBaudRate(GenApi::IEnumeration& node, const gcstring& name, const gcstring& text);
     void SetFastestBaudRate(GenApi::IEnumeration& node, const gcstring& name, std::int64_t fastest);
-    void RestoreBaudRate();
-    void DeregisterAutoCloseCallback();
-    void LoadTLNodeMap();
+    void EndOpening() noexcept;
+    void RestoreBaudRate() noexcept;
+    bool LoadTLNodeMap();
+    void FollowAutoCloseTimeout();
+    void DeregisterAutoCloseCallback() noexcept;
     void OnAutoCloseTimeoutChanged(GenApi::INode* node);
     void MakeStreamGrabber(std::unique_lock<std::mutex>& lock);
     std::int32_t CountStreamGrabberChannels();
@@ -86,8 +88,8 @@ private:
     std::int32_t m_channelCount = -1;  // not known yet
     std::int64_t m_oldBaudRate = 0;    // an entry's value; 0 is nothing to restore
 
-    std::recursive_mutex m_tlParamsLock;  // guards the loading of m_tlParams, and m_autoCloseCallback
-    std::mutex m_streamGrabberLock;       // guards m_streamGrabber, m_channelCount and m_streamGrabberMaker
+    std::mutex m_tlParamsLock;       // guards the loading of m_tlParams, and m_autoCloseCallback
+    std::mutex m_streamGrabberLock;  // guards m_streamGrabber, m_channelCount and m_streamGrabberMaker
     std::condition_variable m_streamGrabberMade;
     std::thread::id m_streamGrabberMaker;       // nobody's unless the stream grabber is being made
     std::shared_ptr<CVantoCLSerDevice> m_self;  // what keeps the device alive until DestroySelf

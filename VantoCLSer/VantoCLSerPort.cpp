@@ -7,6 +7,7 @@
 
 #include <boost/chrono/duration.hpp>
 #include <thread>
+#include <utility>
 
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/DeviceID.h"
@@ -63,19 +64,17 @@ bool CVantoCLSerPort::Connect(const gcstring& deviceId) {
     if (m_clPort || !m_deviceId.empty())
         return false;
     try {
-        ConnectLocked(deviceId);
+        // What needs memory comes first: there is no connection then that nobody asked for.
         CDeviceID id;
-        if (!id.FromString(deviceId)) {
+        const bool isParsed = id.FromString(deviceId);
+        const gcstring driver = isParsed ? id.GetDriverPath() : gcstring();
+        MakeHelpers();
+        ConnectLocked(deviceId);
+        if (!isParsed) {
             LogTrace(PortLog(), tracelog::kError, "Could not parse DeviceID '%s'", deviceId);
             return false;
         }
-        if (!m_driverLibrary)
-            m_driverLibrary = std::make_unique<CLibraryLoader>();
-        m_driverLibrary->Load(id.GetDriverPath());
-        if (!m_timerOwner) {
-            m_timerOwner = std::make_unique<CInactivityTimer>();
-            m_timer = m_timerOwner.get();
-        }
+        m_driverLibrary->Load(driver);
         RestartTimer();
         return true;
     } catch (const GenericException& error) {
@@ -85,12 +84,21 @@ bool CVantoCLSerPort::Connect(const gcstring& deviceId) {
     }
 }
 
+void CVantoCLSerPort::MakeHelpers() {
+    if (!m_driverLibrary)
+        m_driverLibrary = std::make_unique<CLibraryLoader>();
+    if (!m_timerOwner)
+        m_timerOwner = std::make_unique<CInactivityTimer>();
+}
+
 void CVantoCLSerPort::ConnectLocked(const gcstring& deviceId) {
+    gcstring known(deviceId);
     CLPortPtr port(new CCLPort);
     port->SetSerialTimeOut(kSerialTimeout);
     port->Connect(m_portId, deviceId);
     StoreConnection(std::move(port));
-    m_deviceId = deviceId;
+    m_deviceId = std::move(known);
+    m_timer = m_timerOwner.get();
     LogTrace(PortLog(), tracelog::kDebug, "Successfully created/connected deviceID '%s' on '%s'.", m_deviceId,
              m_portId);
 }
@@ -108,12 +116,12 @@ void CVantoCLSerPort::StoreConnection(CLPortPtr port) {
 bool CVantoCLSerPort::Reopen() {
     bool gone = false;
     Lock lock(m_lock);
-    const std::shared_ptr<IPortOwner> owner = GetOwner();
+    const std::uint64_t opening = GetOpening();
     const bool reopened = ReopenLocked(gone);
     const gcstring deviceId = m_deviceId;
     lock.unlock();
     if (gone)
-        FireRemoval(deviceId, owner);
+        FireRemoval(deviceId, opening);
     return reopened;
 }
 
@@ -144,10 +152,10 @@ bool CVantoCLSerPort::ReopenLocked(bool& gone) {
  * \return false when there was no connection, or its timer could not be stopped
  * \context Any thread
  */
-bool CVantoCLSerPort::Close(bool temporary) {
+bool CVantoCLSerPort::Close(bool temporary) noexcept {
     if (!m_connected) {
         if (!temporary)
-            m_removed = false;
+            ClearRemoval();
         return false;
     }
     // Before the lock is taken: an access that holds it may be long.
@@ -158,40 +166,38 @@ bool CVantoCLSerPort::Close(bool temporary) {
     m_connected = m_clPort != nullptr;
     if (!temporary) {
         m_deviceId = gcstring();
-        m_removed = false;
+        ClearRemoval();
         LogTrace(PortLog(), tracelog::kDebug, "Closed CLPort '%s'", m_portId);
     }
     return true;
 }
 
-void CVantoCLSerPort::DisconnectLocked() {
+void CVantoCLSerPort::DisconnectLocked() noexcept {
+    const auto log = [this](const char* text) {
+        LogTrace(PortLog(), tracelog::kError, "Could not remove CLPort '%s' DeviceID '%s' Error: '%s'", m_portId,
+                 m_deviceId, text);
+    };
     try {
         // Apart from the destruction, so that a connection that can't be ended stays an object that can be used.
         if (m_clPort)
             m_clPort->Disconnect();
         m_clPort.reset();
     } catch (const GenericException& error) {
-        LogTrace(PortLog(), tracelog::kError, "Could not remove CLPort '%s' DeviceID '%s' Error: '%s'", m_portId,
-                 m_deviceId, error.GetDescription());
+        log(error.GetDescription());
+    } catch (const std::exception& error) {
+        log(error.what());
     }
 }
 
 // Runs an operation on a connection that is made for it alone where there is none.
 template <class Operation>
 auto CVantoCLSerPort::WithConnection(const gcstring& deviceId, const Operation& operation) {
-    struct Closer {
-        CVantoCLSerPort* port = nullptr;
-        ~Closer() {
-            if (port != nullptr)
-                port->Close(false);
-        }
-    };
     const Lock lock(m_lock);
-    Closer closer;
+    PortConnection ownConnection;
     if (!m_clPort) {
         if (!Connect(deviceId))
             throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not open port '%s'", deviceId);
-        closer.port = this;
+        ownConnection.reset(this);
     }
     return operation();
 }
@@ -260,12 +266,12 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     if (m_removed)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Device '%s' already removed/disconnected.", m_portId);
     Lock lock(m_lock);
+    const std::uint64_t opening = GetOpening();
     const gcstring deviceId = m_deviceId;
     bool gone = false;
     if (!m_clPort && !ReopenLocked(gone)) {
-        const std::shared_ptr<IPortOwner> owner = GetOwner();
         lock.unlock();
-        FireRemoval(deviceId, owner);
+        FireRemoval(deviceId, opening);
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not reopen CLPort '%s'", m_portId);
     }
     try {
@@ -274,9 +280,8 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     } catch (const CLErrException& error) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. CL Error: %i '%s'", verb, m_portId,
                  error.GetErrorCode(), error.GetDescription());
-        const std::shared_ptr<IPortOwner> owner = GetOwner();
         lock.unlock();
-        FireRemoval(deviceId, owner);
+        FireRemoval(deviceId, opening);
         throw;
     } catch (const GenericException& error) {
         LogTrace(PortLog(), tracelog::kError, "Could not %s from CLSer port '%s'. GenICam Error: '%s'", verb, m_portId,
@@ -298,10 +303,10 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
  */
 gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
     // Without the port's lock: the node map of the open device has a lock of its own, which comes first.
-    const std::shared_ptr<IPortOwner> owner = GetOwner();
+    const Use use = GetUse();
     const gcstring deviceId = GetDeviceID();
-    if (owner && owner->IsOpen() && !deviceId.empty()) {
-        const QuickCheck result = CheckOpenDevice(owner, deviceId);
+    if (use.owner && use.owner->IsOpen() && !deviceId.empty()) {
+        const QuickCheck result = CheckOpenDevice(use, deviceId);
         if (result == QuickCheck::kSame)
             return deviceId;
         if (result == QuickCheck::kGone)
@@ -313,25 +318,40 @@ gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
         templates = &all;
     }
     Lock lock(m_lock);
-    // To others the port stays connected meanwhile: a device that is opened or closed waits for the end of the probe.
-    const bool wasConnected = m_clPort != nullptr;
-    DisconnectLocked();
-    const gcstring found = ProbeLocked(*templates);
+    const std::uint64_t opening = GetOpening();
     bool gone = false;
-    if (wasConnected)
-        ReopenLocked(gone);
-    m_connected = m_clPort != nullptr;
-    const std::shared_ptr<IPortOwner> present = GetOwner();
+    const gcstring found = ProbeDisconnected(*templates, gone);
     lock.unlock();
     if (gone)
-        FireRemoval(deviceId, present);
+        FireRemoval(deviceId, opening);
     return found;
 }
 
-CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(const std::shared_ptr<IPortOwner>& owner,
-                                                             const gcstring& deviceId) {
+// To others the port stays connected meanwhile: a device that is opened or closed waits for the end of the probe.
+// Whatever ends it, the connection that there was is opened again, or the port says that there is none.
+gcstring CVantoCLSerPort::ProbeDisconnected(const gcstring_vector& templates, bool& gone) {
+    struct Restorer {
+        CVantoCLSerPort& port;
+        bool& gone;
+        const bool wasConnected = port.m_clPort != nullptr;
+        ~Restorer() {
+            try {
+                if (wasConnected)
+                    port.ReopenLocked(gone);
+            } catch (...) {
+                // No memory for it: the next access opens it.
+            }
+            port.m_connected = port.m_clPort != nullptr;
+        }
+    };
+    const Restorer restorer{*this, gone};
+    DisconnectLocked();
+    return ProbeLocked(templates);
+}
+
+CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(const Use& use, const gcstring& deviceId) {
     try {
-        GenApi::INodeMap* nodeMap = owner->GetNodeMap();
+        GenApi::INodeMap* nodeMap = use.owner->GetNodeMap();
         auto* value = dynamic_cast<GenApi::IValue*>(nodeMap != nullptr ? nodeMap->GetNode("DeviceID") : nullptr);
         if (value == nullptr) {
             LogTrace(PortLog(), tracelog::kWarning,
@@ -344,7 +364,7 @@ CVantoCLSerPort::QuickCheck CVantoCLSerPort::CheckOpenDevice(const std::shared_p
             return QuickCheck::kUnknown;
         if (serialNumber == id.GetCameraSerialNumber())
             return QuickCheck::kSame;
-        FireRemoval(deviceId, owner);
+        FireRemoval(deviceId, use.opening);
         return QuickCheck::kGone;
     } catch (const GenericException&) {
         return QuickCheck::kGone;
@@ -400,14 +420,26 @@ void CVantoCLSerPort::SetDeviceName(const char* name) {
     m_deviceName = gcstring(name);
 }
 
-void CVantoCLSerPort::SetOwner(std::shared_ptr<IPortOwner> owner) {
+/**
+ * \brief Choose the device that is told when the camera is gone
+ * \param[in] owner Kept alive by a use in progress; null for none
+ * \return A number for this opening, which the owner's OnRemoval gets
+ * \context Any thread
+ */
+std::uint64_t CVantoCLSerPort::SetOwner(std::shared_ptr<IPortOwner> owner) {
     const std::lock_guard lock(m_ownerLock);
-    m_owner.swap(owner);
+    m_use.owner.swap(owner);
+    return ++m_use.opening;
 }
 
-std::shared_ptr<IPortOwner> CVantoCLSerPort::GetOwner() const {
+CVantoCLSerPort::Use CVantoCLSerPort::GetUse() const {
     const std::lock_guard lock(m_ownerLock);
-    return m_owner;
+    return m_use;
+}
+
+std::uint64_t CVantoCLSerPort::GetOpening() const {
+    const std::lock_guard lock(m_ownerLock);
+    return m_use.opening;
 }
 
 gcstring CVantoCLSerPort::GetDeviceID() const {
@@ -428,17 +460,36 @@ std::uint32_t CVantoCLSerPort::GetSupportedBaudRates() {
     return mask;
 }
 
-// At most once until a full close, whoever finds out first. Not with the port's lock: see Access. Another device that
-// has come to the port meanwhile has not lost its camera, and no device has when the owner has closed itself.
-void CVantoCLSerPort::FireRemoval(const gcstring& deviceId, const std::shared_ptr<IPortOwner>& owner) {
-    {
-        const std::lock_guard lock(m_ownerLock);
-        if (!owner || m_owner != owner || m_removed.exchange(true))
-            return;
-    }
+// At most once until a full close, whoever finds out first. Not with the port's lock: see Access.
+void CVantoCLSerPort::FireRemoval(const gcstring& deviceId, std::uint64_t opening) {
+    const std::shared_ptr<IPortOwner> owner = ClaimRemoval(opening);
+    if (!owner)
+        return;
     LogTrace(PortLog(), tracelog::kDebug,
              "Device removal for PortID '%s' DeviceID '%s' detected. Firing removal callbacks.", m_portId, deviceId);
-    owner->OnRemoval();
+    MarkRemoved(opening);
+    owner->OnRemoval(opening);
+}
+
+// Whom to tell; null when somebody else does. A device that has come to the port meanwhile has not lost its camera, and
+// none has when the owner was closed, not even the owner itself that was opened again.
+std::shared_ptr<IPortOwner> CVantoCLSerPort::ClaimRemoval(std::uint64_t opening) {
+    const std::lock_guard lock(m_ownerLock);
+    if (!m_use.owner || m_use.opening != opening || std::exchange(m_removalClaimed, true))
+        return nullptr;
+    return m_use.owner;
+}
+
+void CVantoCLSerPort::MarkRemoved(std::uint64_t opening) {
+    const std::lock_guard lock(m_ownerLock);
+    if (m_use.opening == opening && m_removalClaimed)
+        m_removed = true;
+}
+
+void CVantoCLSerPort::ClearRemoval() noexcept {
+    const std::lock_guard lock(m_ownerLock);
+    m_removalClaimed = false;
+    m_removed = false;
 }
 
 bool CVantoCLSerPort::RestartTimer() {

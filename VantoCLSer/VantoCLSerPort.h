@@ -26,7 +26,9 @@ class IPortOwner {
 public:
     virtual bool IsOpen() const = 0;
     virtual GenApi::INodeMap* GetNodeMap() = 0;
-    virtual void OnRemoval() noexcept = 0;
+    /// The camera is gone. \a opening is the number that SetOwner gave: the owner may have been closed meanwhile, and
+    /// even opened again, and then has not lost anything.
+    virtual void OnRemoval(std::uint64_t opening) noexcept = 0;
 
 protected:
     virtual ~IPortOwner() = default;
@@ -43,15 +45,14 @@ public:
 
     bool Connect(const gcstring& deviceId);
     bool Reopen();
-    bool Close(bool temporary);
+    bool Close(bool temporary) noexcept;
     bool HasXML(const gcstring& deviceId);
     gcstring GetXML(const gcstring& deviceId);
     gcstring Probe(const gcstring_vector* templates = nullptr);
     bool SetAutoCloseTimeout(std::uint32_t milliseconds);
     void SetDeviceName(const char* name);
 
-    /// The device that is told when the camera is gone; null for none. A use in progress keeps the device alive.
-    void SetOwner(std::shared_ptr<IPortOwner> owner);
+    std::uint64_t SetOwner(std::shared_ptr<IPortOwner> owner);
     bool IsConnected() const noexcept { return m_connected; }
     std::uint32_t GetSupportedBaudRates();
 
@@ -69,6 +70,12 @@ private:
 
     enum class QuickCheck { kSame, kGone, kUnknown };
 
+    // Who used the port at a moment: the same device opened again is another opening.
+    struct Use {
+        std::shared_ptr<IPortOwner> owner;
+        std::uint64_t opening = 0;
+    };
+
     static void AutoClose(void* first, void* port);
 
     void CloseDueToInactivity();
@@ -76,28 +83,35 @@ private:
     void Access(const char* verb, const Operation& operation);
     template <class Operation>
     auto WithConnection(const gcstring& deviceId, const Operation& operation);
+    void MakeHelpers();
     void ConnectLocked(const gcstring& deviceId);
     bool ReopenLocked(bool& gone);
     bool HasXMLLocked();
     gcstring GetXMLLocked();
-    QuickCheck CheckOpenDevice(const std::shared_ptr<IPortOwner>& owner, const gcstring& deviceId);
+    QuickCheck CheckOpenDevice(const Use& use, const gcstring& deviceId);
+    gcstring ProbeDisconnected(const gcstring_vector& templates, bool& gone);
     gcstring ProbeLocked(const gcstring_vector& templates);
     gcstring ProbeTemplate(const gcstring& deviceIdTemplate, bool& stop);
     bool RestartTimer();
     bool StopTimer();
     void StoreConnection(CLPortPtr port);
-    void DisconnectLocked();
-    void FireRemoval(const gcstring& deviceId, const std::shared_ptr<IPortOwner>& owner);
+    void DisconnectLocked() noexcept;
+    void FireRemoval(const gcstring& deviceId, std::uint64_t opening);
+    std::shared_ptr<IPortOwner> ClaimRemoval(std::uint64_t opening);
+    void MarkRemoved(std::uint64_t opening);
+    void ClearRemoval() noexcept;
     gcstring GetDeviceID() const;
-    std::shared_ptr<IPortOwner> GetOwner() const;
+    Use GetUse() const;
+    std::uint64_t GetOpening() const;
 
     const GenApi::EAccessMode m_accessMode = GenApi::RW;
     mutable boost::recursive_timed_mutex m_lock;
     CLPortPtr m_clPort;  // null while the connection is closed
     std::atomic<bool> m_connected{
         false};                      // whether it is not null but for a probe, for those who can't wait for m_lock
-    mutable std::mutex m_ownerLock;  // guards the pointer, never held while the owner is used
-    std::shared_ptr<IPortOwner> m_owner;
+    mutable std::mutex m_ownerLock;  // guards the following, never held while the owner is used
+    Use m_use;
+    bool m_removalClaimed = false;  // somebody fires, or has fired, the removal of m_use
     std::unique_ptr<CLibraryLoader> m_driverLibrary;
     std::unique_ptr<CInactivityTimer> m_timerOwner;
     std::atomic<CInactivityTimer*> m_timer{nullptr};  // m_timerOwner's, for those who do not hold the lock
@@ -108,5 +122,12 @@ private:
     std::atomic<std::uint32_t> m_autoCloseTimeout{0};
     std::atomic<bool> m_removed{false};
 };
+
+struct PortCloser {
+    void operator()(CVantoCLSerPort* port) const noexcept { port->Close(false); }
+};
+
+/// A connection of a port that is closed, not temporarily, where it is not released.
+using PortConnection = std::unique_ptr<CVantoCLSerPort, PortCloser>;
 
 }  // namespace Vanto

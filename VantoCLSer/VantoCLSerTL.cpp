@@ -321,7 +321,11 @@ IVantoDevice* CVantoCLSerTl::InternalCreateDevice(const CDeviceInfo& info) {
                     "Could not open CLPort with PortID '%s' and DeviceID '%s'.", portId, deviceId);
     LogTrace(TlLog(), tracelog::kDebug, "Successfully opend CLPort with PortID '%s' and DeviceID '%s'.", portId,
              deviceId);
-    return CVantoCLSerDevice::Create(info, port);
+    // Without a device the connection ends: it would keep the camera from being opened again.
+    PortConnection connection(&port);
+    CVantoCLSerDevice* const device = CVantoCLSerDevice::Create(info, port);
+    static_cast<void>(connection.release());
+    return device;
 }
 
 /**

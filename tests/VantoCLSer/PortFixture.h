@@ -60,7 +60,7 @@ public:
             onGetNodeMap();
         return hasNodeMap ? m_nodeMap._GetNodeMap() : nullptr;
     }
-    void OnRemoval() noexcept override {
+    void OnRemoval(std::uint64_t) noexcept override {
         ++removals;
         if (onRemoval)
             onRemoval();

@@ -159,6 +159,39 @@ TEST_F(PortAccess, LogsBeforeItFiresRemoval) {
     EXPECT_EQ(logged[1], RemovalMessage());
 }
 
+TEST_F(PortAccess, IsRemovedBehindTheLineThatSaysSo) {
+    const auto owner = SetOwner();
+    Unplug();
+    int accesses = 0;
+    const tracelog::LogSubscription reader(
+        [&](const tracelog::LogMessage& message) {
+            if (message.text.starts_with("Device removal for PortID")) {
+                ++accesses;
+                EXPECT_THROW(ReadByte(), CLErrException);
+            }
+        },
+        "Vanto.CLSer.Port:debug");
+    EXPECT_THROW(ReadByte(), CLErrException);
+    EXPECT_EQ(ThrownBy([&] { ReadByte(); }), (Thrown{"RuntimeException", kRemoved, kPortSource}));
+    EXPECT_EQ(accesses, 1);
+    EXPECT_EQ(owner->removals, 1);
+}
+
+TEST_F(PortAccess, IsNotMarkedByARemovalThatComesBehindAFullClose) {
+    const auto owner = SetOwner();
+    Unplug();
+    const tracelog::LogSubscription closer(
+        [&](const tracelog::LogMessage& message) {
+            if (message.text.starts_with("Device removal for PortID"))
+                m_port.Close(false);
+        },
+        "Vanto.CLSer.Port:debug");
+    EXPECT_THROW(ReadByte(), CLErrException);
+    Plug();
+    ConnectPort();
+    EXPECT_NO_THROW(ReadByte());
+}
+
 TEST_F(PortAccess, ThrowsAtOnceAfterRemoval) {
     const auto owner = SetOwner();
     Unplug();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "DeviceFixture.h"
@@ -38,6 +39,26 @@ protected:
 
     GenApi::CIntegerPtr Parameter(const char* name) { return m_device->GetTLNodeMap()->GetNode(name); }
 
+    Vanto::IVantoDevice* CreateOther() {
+        scripted::Serial().SetCamera(1, "Marlow#Heron#H2048#2");
+        return m_tl->CreateDevice(
+            Vanto::CVantoCLSerTlDeviceInfoImpl("Scripted#Port1", scripted::FullDeviceId("Marlow#Heron#H2048#2")));
+    }
+
+    /// Whether the port stays open for longer than another one that closes itself after a time that begins now.
+    bool OutlastsAPortWithTimeout(std::int64_t milliseconds) {
+        m_log.Clear();
+        Integer(m_device, "Width")->GetValue(false, true);
+        Vanto::IVantoDevice* const other = CreateOther();
+        other->Open();
+        const GenApi::CIntegerPtr timeout = other->GetTLNodeMap()->GetNode("AutoCloseTimeout");
+        timeout->SetValue(milliseconds);
+        EXPECT_TRUE(
+            m_log.WaitForText("AutoClosing CLPort 'Scripted#Port1' due to inactivity.", std::chrono::seconds(60)));
+        m_tl->DestroyDevice(other);
+        return Logged(kDebug, "AutoClosing CLPort 'Scripted#Port0' due to inactivity.") == 0;
+    }
+
     Vanto::IVantoDevice* m_device = nullptr;
 };
 
@@ -66,7 +87,35 @@ TEST_F(DeviceNodeMaps, FollowsTheParameterOnlyUntilClose) {
     m_device->Close();
     m_device->Open();
     Parameter("AutoCloseTimeout")->SetValue(1);
-    EXPECT_FALSE(m_log.WaitForText("AutoClosing CLPort", std::chrono::milliseconds(100)));
+    EXPECT_TRUE(OutlastsAPortWithTimeout(20));
+}
+
+TEST_F(DeviceNodeMaps, ForgetsTheTimeoutWhenItIsClosed) {
+    Parameter("AutoCloseTimeout")->SetValue(500);
+    m_device->Close();
+    m_device->Open();
+    EXPECT_TRUE(OutlastsAPortWithTimeout(600));
+}
+
+// Thread T is in a callback of the application, with the lock of the parameters' node map, and asks for that map.
+TEST_F(DeviceNodeMaps, AreGivenOutInACallbackWhileTheDeviceIsClosed) {
+    std::thread closer;
+    const auto ask = [&](GenApi::INode*) {
+        if (closer.joinable())
+            return;
+        closer = std::thread([this] { m_device->Close(); });
+        EXPECT_TRUE(
+            m_log.WaitForText("Restored old baud rate for device 'Marlow H2048 (1234)'.", std::chrono::seconds(60)));
+        for (int count = 0; count < 100; ++count) {  // the other thread now waits for the lock that this one has
+            EXPECT_NE(m_device->GetTLNodeMap(), nullptr);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    };
+    GenApi::INode* const node = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
+    GenApi::Register(node, ask, GenApi::cbPostInsideLock);
+    Parameter("AutoCloseTimeout")->SetValue(0);
+    closer.join();
+    EXPECT_FALSE(m_device->IsOpen());
 }
 
 TEST_F(DeviceNodeMaps, CountsCallbackHandlesAcrossDevices) {
@@ -77,9 +126,7 @@ TEST_F(DeviceNodeMaps, CountsCallbackHandlesAcrossDevices) {
     EXPECT_EQ(second, first + 1);
     EXPECT_EQ(Logged(kDebug, "Registered removal callback with handle " + std::to_string(first)), 1u);
 
-    scripted::Serial().SetCamera(1, "Marlow#Heron#H2048#2");
-    Vanto::CVantoCLSerTlDeviceInfoImpl info("Scripted#Port1", scripted::FullDeviceId("Marlow#Heron#H2048#2"));
-    Vanto::IVantoDevice* other = m_tl->CreateDevice(info);
+    Vanto::IVantoDevice* other = CreateOther();
     other->Open();
     EXPECT_EQ(other->RegisterRemovalCallback(callback), second + 1);
     m_tl->DestroyDevice(other);
@@ -152,6 +199,43 @@ TEST_F(DeviceNodeMaps, LetsACallbackCloseTheDeviceAndOpenItLater) {
     m_device->Open();
     FailOnce();  // registrations survive closing, and opening arms them again
     EXPECT_EQ(calls, 2);
+}
+
+// What a read has found out comes so late that the device was closed and opened again meanwhile.
+TEST_F(DeviceNodeMaps, LosesNothingByARemovalFromBeforeItWasOpened) {
+    int calls = 0;
+    Vanto::RegisterRemovalCallback(*m_device, [&calls](Vanto::IVantoDevice*) { ++calls; });
+    {
+        const LogSubscription late(
+            [this](const LogMessage& message) {
+                if (message.text.starts_with("Device removal for PortID")) {
+                    scripted::Driver().onRead = nullptr;
+                    m_device->Close();
+                    m_device->Open();
+                }
+            },
+            "Vanto.CLSer.Port:debug");
+        FailOnce();
+    }
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(Integer(m_device, "Width")->GetValue(false, true), 0);
+    FailOnce();
+    EXPECT_EQ(calls, 1);
+}
+
+// The port is one for all devices of its identifier, whoever destroys what.
+TEST_F(DeviceNodeMaps, EndWithTheConnectionWhenAnotherDeviceOfThePortIsDestroyed) {
+    m_device->Close();
+    Vanto::IVantoDevice* const second = CreateDevice();
+    second->Open();
+    int calls = 0;
+    Vanto::RegisterRemovalCallback(*second, [&calls](Vanto::IVantoDevice*) { ++calls; });
+    m_tl->DestroyDevice(std::exchange(m_device, nullptr));
+    EXPECT_EQ(scripted::Driver().CountConnections(), 0u);
+    EXPECT_EQ(DescriptionOf<GenICam::RuntimeException>([&] { Integer(second, "Width")->GetValue(false, true); }),
+              "Could not reopen CLPort 'Scripted#Port0'");
+    EXPECT_EQ(calls, 1);
+    m_tl->DestroyDevice(second);
 }
 
 TEST_F(DeviceNodeMaps, HasNoChannelWithoutDeviceSpecificString) {
