@@ -8,8 +8,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <pugixml.hpp>
 
+#include "Base/GCException.h"
+#include "GenApi/NodeMapRef.h"
 #include "error/ExitCode.h"
 #include "output/Text.h"
 
@@ -73,6 +76,28 @@ bool IsGroup(std::string_view element) {
 std::string_view PlainName(std::string_view name) {
     const std::size_t colons = name.find("::");
     return colons == std::string_view::npos ? name : name.substr(colons + 2);
+}
+
+/**
+ * \brief Let the node-map engine decide whether a text is a description
+ * \throw ToolError It is none; says line and column
+ *
+ * What no camera could be opened with is no description here either, however much of it could be read.
+ */
+void RequireLoadable(const std::string& text) {
+    try {
+        GenApi::CNodeMapRef("")._LoadXMLFromString(GenICam::gcstring(text));
+    } catch (const GenICam::GenericException& failure) {
+        unsigned line = 0;
+        unsigned column = 0;
+        int place = 0;
+        const std::string reason = failure.GetDescription();
+        std::sscanf(reason.c_str(), "(%u,%u): %n", &line, &column, &place);
+        if (place == 0)
+            throw ToolError(reason);
+        throw ToolError(
+            fmt::format("line {}, column {}: {}", line, column, reason.substr(static_cast<std::size_t>(place))));
+    }
 }
 
 }  // namespace
@@ -201,6 +226,7 @@ std::string DescribedNode::Text(std::string_view element) const {
  * \throw ToolError The text is no XML or no camera description; says line and column
  */
 DescriptionModel::DescriptionModel(const std::string& text) {
+    RequireLoadable(text);
     pugi::xml_document document;
     const pugi::xml_parse_result result =
         document.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_trim_pcdata);
@@ -208,8 +234,6 @@ DescriptionModel::DescriptionModel(const std::string& text) {
         const Place place = Places(text).At(result.offset);
         throw ToolError(fmt::format("line {}, column {}: {}", place.line, place.column, result.description()));
     }
-    if (LocalName(document.document_element().name()) != "RegisterDescription")
-        throw ToolError("this is no camera description: its root is not RegisterDescription");
     DescriptionReader(*this, text).Read(document);
 }
 

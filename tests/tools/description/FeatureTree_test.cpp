@@ -57,8 +57,33 @@ TEST(DescriptionModel, ThrowsWithThePlaceOfAFault) {
         const DescriptionModel model("<RegisterDescription>\n <Integer Name='A>\n</RegisterDescription>");
         FAIL();
     } catch (const ToolError& error) {
-        EXPECT_THAT(error.what(), testing::StartsWith("line "));
+        EXPECT_THAT(error.what(), testing::StartsWith("line 2, column "));
     }
+}
+
+// No camera could be opened with it, so it is no description here either.
+TEST(DescriptionModel, RefusesWhatTheEngineRefuses) {
+    const std::string bomb = "<!DOCTYPE r [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;&a;'>]>";
+    const std::string outside = "<!DOCTYPE r [<!ENTITY a SYSTEM 'file:///etc/passwd'>]>";
+    const std::string root = "<RegisterDescription><Integer Name='A'><Value>1</Value></Integer></RegisterDescription>";
+    std::string groups;
+    for (const char* tag : {"<Group>", "</Group>"})
+        for (int i = 0; i < 100'000; ++i)
+            groups += tag;
+    EXPECT_THROW(DescriptionModel{bomb + root}, ToolError);
+    EXPECT_THROW(DescriptionModel{outside + root}, ToolError);
+    EXPECT_THROW(Model(groups), ToolError);
+    EXPECT_THROW(DescriptionModel("<RegisterDescription SchemaMajorVersion='2'/>"), ToolError);
+}
+
+TEST(DescriptionModel, TakesWhatTheEngineTakes) {
+    const std::string root = "<RegisterDescription><Integer Name='A'><Value>1</Value></Integer></RegisterDescription>";
+    EXPECT_NE(DescriptionModel("camera speaking: <?xml version='1.0'?>" + root).Find("A"), nullptr);
+    EXPECT_NE(DescriptionModel("<?xml version='1.0' encoding='iso-8859-1'?><!--\xE4-->" + root).Find("A"), nullptr);
+    std::string wide = "\xFF\xFE";
+    for (const char character : root)
+        wide.append({character, '\0'});
+    EXPECT_NE(DescriptionModel(wide).Find("A"), nullptr);
 }
 
 TEST(FeatureFacts, TakesAccessFromTheRegisterBehind) {

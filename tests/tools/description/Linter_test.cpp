@@ -115,7 +115,7 @@ TEST(Linter, ReportsWhatIsNoXmlWithItsPlace) {
 }
 
 TEST(Linter, ReportsWhatIsNoDescription) {
-    EXPECT_THAT(LintDescription("<html/>")[0].text, HasSubstr("root is not RegisterDescription"));
+    EXPECT_THAT(LintDescription("<html/>")[0].text, HasSubstr("'html', not RegisterDescription"));
 }
 
 /// A register whose address is a formula within it.
