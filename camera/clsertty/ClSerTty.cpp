@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The twelve exported functions of the Camera Link serial library, API version 2.1
+ * The exported functions of the Camera Link serial library: the twelve of API version 2.1, and one that hosts call
+ * without asking whether it is there
  */
 
 #include <cstddef>
@@ -139,7 +140,7 @@ CLSERTTY_EXPORT void clSerialClose(hSerRef ref) noexcept {
  * \brief Read exactly \a size bytes
  *
  * Keeps no other thread from anything but reading.
- * \param[in,out] size Bytes wanted; 0 afterwards when the call fails
+ * \param[in] size Bytes wanted, and copied when the call succeeds; stays what it is, for those who ask again with it
  * \param[in] timeoutMs Bound of the wait, in ms
  * \return 0; CL_ERR_TIMEOUT (nothing is copied, what arrived is kept); CL_ERR_INVALID_REFERENCE for a foreign reference
  * or a port that has gone
@@ -148,13 +149,10 @@ CLSERTTY_EXPORT std::int32_t clSerialRead(hSerRef ref, char* buffer, std::uint32
                                           std::uint32_t timeoutMs) noexcept {
     return Guard([&] {
         RequireNotNull(size, "size");
-        const std::uint32_t wanted = *size;
-        *size = 0;
-        if (wanted > 0) {
+        if (*size > 0) {
             RequireNotNull(buffer, "buffer");
         }
-        Ports().Get(ref)->Read({buffer, wanted}, timeoutMs);
-        *size = wanted;
+        Ports().Get(ref)->Read({buffer, *size}, timeoutMs);
     });
 }
 
@@ -217,6 +215,18 @@ CLSERTTY_EXPORT std::int32_t clGetSupportedBaudRates(hSerRef ref, std::uint32_t*
  */
 CLSERTTY_EXPORT std::int32_t clSetBaudRate(hSerRef ref, std::uint32_t flag) noexcept {
     return Guard([&] { Ports().Get(ref)->SetBaudRate(flag); });
+}
+
+/**
+ * \brief Does nothing
+ *
+ * No function of the standard, whose lines have 8 data bits and no parity always. There are libraries that have it, and
+ * hosts that call it after opening a port without asking whether it is there.
+ *
+ * \return 0; CL_ERR_INVALID_REFERENCE for a foreign reference
+ */
+CLSERTTY_EXPORT std::int32_t clSetParity(hSerRef ref, std::uint32_t /* parity */) noexcept {
+    return Guard([&] { static_cast<void>(Ports().Get(ref)); });
 }
 
 /**

@@ -39,7 +39,8 @@ expect_exports $driver clpCloseLib clpContinueWriteRegister clpDisconnect clpGet
     clpGetEventData clpGetParam clpGetShortDeviceIDTemplates clpGetXMLDescription clpGetXMLIDs clpInitLib \
     clpIsParamSupported clpProbeDevice clpReadRegister clpSetParam clpWriteRegister
 expect_exports clsertty.dll clFlushPort clGetErrorText clGetManufacturerInfo clGetNumBytesAvail clGetNumSerialPorts \
-    clGetSerialPortIdentifier clGetSupportedBaudRates clSerialClose clSerialInit clSerialRead clSerialWrite clSetBaudRate
+    clGetSerialPortIdentifier clGetSupportedBaudRates clSerialClose clSerialInit clSerialRead clSerialWrite clSetBaudRate \
+    clSetParity
 
 # Plain names of the plug-in; its class has its own, which begin with _Z.
 plain=$($objdump -p $tl | sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/p' | sed -n 's/^\t\[ *[0-9]*\] //p' | grep -v '^_Z' |

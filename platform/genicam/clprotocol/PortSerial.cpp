@@ -42,7 +42,7 @@ CLINT32 PortSerial::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 
         return CL_ERR_INVALID_PTR;
     try {
         const auto transfer = std::make_shared<Transfer>();
-        transfer->bytes.resize(std::exchange(*bufferSize, 0));
+        transfer->bytes.resize(*bufferSize);
         transfer->number = static_cast<CLUINT32>(transfer->bytes.size());
         const CLINT32 result = Run(
             [transfer, serialTimeout](ISerial& serial) {

@@ -128,7 +128,8 @@ CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
 /**
  * \brief Reads bytes
  * \param[out] buffer Takes the bytes
- * \param[in,out] bufferSize Number of bytes that are wanted; afterwards of those that were copied: all or none
+ * \param[in] bufferSize Number of bytes that are wanted, and copied if the call succeeds. It stays what it is, so that
+ * a driver can repeat the call with the same variable.
  * \param[in] serialTimeout Milliseconds until they must have come
  * \return 0, -10004 when they have not come in time, or another error of the library
  */
@@ -136,7 +137,7 @@ CLINT32 SerialConnection::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLU
     if (bufferSize == nullptr || (buffer == nullptr && *bufferSize != 0))
         return CL_ERR_INVALID_PTR;
     return Guarded([&]() -> CLINT32 {
-        const std::size_t wanted = std::exchange(*bufferSize, 0);
+        const std::size_t wanted = *bufferSize;
         const CLINT32 result = FillBuffer(wanted, serialTimeout);
         if (!m_received.empty())
             m_evidence = LineEvidence::kAnswered;
@@ -147,7 +148,6 @@ CLINT32 SerialConnection::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLU
         const auto end = m_received.begin() + static_cast<std::ptrdiff_t>(wanted);
         std::copy(m_received.begin(), end, buffer);
         m_received.erase(m_received.begin(), end);
-        *bufferSize = static_cast<CLUINT32>(wanted);
         return CL_ERR_NO_ERR;
     });
 }

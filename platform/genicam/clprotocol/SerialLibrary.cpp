@@ -11,6 +11,7 @@
 #include "ErrorCodes.h"
 #include "ForeignCall.h"
 #include "ModuleLog.h"
+#include "SerialErrorText.h"
 #include "Texts.h"
 #include "os/Path.h"
 
@@ -87,7 +88,7 @@ std::string SerialLibrary::AskForMaker(std::uint32_t& version) const {
 void SerialLibrary::CheckVersion() {
     if (m_getManufacturerInfo == nullptr)
         return;
-    AskForMaker(m_version);
+    m_maker = AskForMaker(m_version);
     if (m_version < CL_DLL_VERSION_1_0 || m_version > CL_DLL_VERSION_2_1)
         throw RUNTIME_EXCEPTION("'%s' is no Camera Link library of version 1.0 to 2.1: it reports version number %u",
                                 m_path, m_version);
@@ -217,16 +218,12 @@ void SerialLibrary::Flush(hSerRef port) const {
 std::string SerialLibrary::ErrorText(std::int32_t code) const {
     try {
         if (m_getErrorText != nullptr) {
-            const ForeignText text = AskForText(
-                [&](char* buffer, std::uint32_t* size) {
-                    return Call("clGetErrorText", m_getErrorText, code, buffer, size);
-                },
-                kFirstTextSize, kMaxTextSize);
+            const ForeignText text = AskForErrorText(m_path, m_maker, m_getErrorText, code);
             if (text.result >= 0 && !text.text.empty())
                 return WithoutControlCharacters(text.text);
         }
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_WARN, "%s", error.GetDescription());
+    } catch (const std::exception& error) {
+        Log(CLP_LOG_WARN, "No text for error %d of '%s': %s", code, m_path, error.what());
     }
     return StandardErrorText(code);
 }

@@ -48,6 +48,7 @@ private:
     const std::string m_path;
     os::Library m_library;
     std::uint32_t m_version = CL_DLL_VERSION_1_0;
+    std::string m_maker;  // when it was loaded
     std::uint32_t m_oldPorts = 0;
 
     PclSerialInit m_serialInit = nullptr;

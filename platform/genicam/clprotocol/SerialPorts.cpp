@@ -27,11 +27,12 @@ constexpr std::string_view kSuffix = ".dll";
 constexpr std::string_view kSuffix = ".so";
 #endif
 
-// clser???.so or libclser???.so, three characters standing for the maker.
+// clser???.so or libclser???.so, three characters standing for the maker; in whatever case, for makers write clSerXyz
+// as well.
 bool IsSerialLibraryName(const std::string& fileName) {
     constexpr std::string_view kPrefix = "clser";
     constexpr std::size_t kMakerSize = 3;
-    const std::string name = os::FoldedFileName(fileName);
+    const std::string name = LowerCase(fileName);
     const std::size_t from = name.starts_with("lib") ? 3 : 0;
     return name.size() == from + kPrefix.size() + kMakerSize + kSuffix.size() &&
            std::string_view(name).substr(from).starts_with(kPrefix) && name.ends_with(kSuffix) &&

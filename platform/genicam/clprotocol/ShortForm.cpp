@@ -6,8 +6,9 @@
 #include "ShortForm.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
+
+#include "Texts.h"
 
 namespace CLProtocol {
 
@@ -19,8 +20,7 @@ constexpr std::ptrdiff_t kMostSeparators = 6;       // those with directory and 
 
 // Of any system; all other tokens but the serial number are names, which have no dot.
 bool IsLibraryName(std::string_view token) {
-    std::string name(token);
-    std::ranges::transform(name, name.begin(), [](unsigned char character) { return std::tolower(character); });
+    const std::string name = LowerCase(token);
     const auto hasSuffix = [&](std::string_view suffix) {
         return name.size() > suffix.size() && name.ends_with(suffix);
     };

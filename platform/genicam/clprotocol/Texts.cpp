@@ -58,6 +58,15 @@ bool BeginsWithTokens(std::string_view text, std::string_view start, char separa
     return text.starts_with(start) && (text.size() == start.size() || text[start.size()] == separator);
 }
 
+/// The text with the capitals of ASCII as small letters.
+std::string LowerCase(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+    });
+    return result;
+}
+
 /// Whether a text has any control character of ASCII.
 bool HasControlCharacters(std::string_view text) {
     return std::any_of(text.begin(), text.end(), IsControl);

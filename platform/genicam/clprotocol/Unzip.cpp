@@ -8,10 +8,10 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cctype>
 #include <memory>
 
 #include "Base/GCException.h"
+#include "Texts.h"
 
 namespace CLProtocol {
 
@@ -49,11 +49,8 @@ Archive Open(const std::string& bytes) {
     return archive;
 }
 
-bool IsXmlName(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(), [](char character) {
-        return static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-    });
-    return name.ends_with(".xml");
+bool IsXmlName(const std::string& name) {
+    return LowerCase(name).ends_with(".xml");
 }
 
 // The first XML file, or else the first file.

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The twelve functions of the built library, against serial lines
+ * The functions of the built library, against serial lines
  */
 
 #include <gmock/gmock.h>
@@ -155,6 +155,25 @@ TEST_F(ClSerTtyTest, AReadThatTimesOutLosesNothing) {
     EXPECT_EQ(Read(ref, four), CL_ERR_NO_ERR);
     EXPECT_EQ(four, "abcd");
     m_library.SerialClose(ref);
+}
+
+TEST_F(ClSerTtyTest, AReadCanBeRepeatedWithTheSameVariables) {
+    const hSerRef ref = Open();
+    char bytes[4] = "...";
+    std::uint32_t size = 3;
+    EXPECT_EQ(m_library.SerialRead(ref, bytes, &size, 10), CL_ERR_TIMEOUT);
+    m_end->Send("abc");
+    EXPECT_EQ(m_library.SerialRead(ref, bytes, &size, 10000), CL_ERR_NO_ERR);
+    EXPECT_EQ(size, 3U);
+    EXPECT_STREQ(bytes, "abc");
+    m_library.SerialClose(ref);
+}
+
+TEST_F(ClSerTtyTest, HostsMaySetAParityThatThereIsNot) {
+    const hSerRef ref = Open();
+    EXPECT_EQ(m_library.SetParity(ref, 0), CL_ERR_NO_ERR);
+    m_library.SerialClose(ref);
+    EXPECT_EQ(m_library.SetParity(ref, 0), CL_ERR_INVALID_REFERENCE);
 }
 
 TEST_F(ClSerTtyTest, ATimeOutIsNeverEarly) {

@@ -44,6 +44,7 @@ SerialLibrary::SerialLibrary() : m_library(CLSERTTY_FILE) {
     Find(GetSupportedBaudRates, "clGetSupportedBaudRates");
     Find(SetBaudRate, "clSetBaudRate");
     Find(GetErrorText, "clGetErrorText");
+    Find(SetParity, "clSetParity");
 }
 
 template <typename Function>

@@ -33,7 +33,7 @@ private:
     std::unique_ptr<MarlowSim::LineWaiter> m_waiter;
 };
 
-/// The twelve functions as a host gets them.
+/// The functions as a host gets them.
 class SerialLibrary {
 public:
     SerialLibrary();
@@ -50,6 +50,7 @@ public:
     PclGetSupportedBaudRates GetSupportedBaudRates;
     PclSetBaudRate SetBaudRate;
     PclGetErrorText GetErrorText;
+    std::int32_t (*SetParity)(hSerRef ref, std::uint32_t parity);  ///< of no standard
 
     std::string TextOf(std::int32_t code) const;
     /// The index of a port's name, after a new look for ports.

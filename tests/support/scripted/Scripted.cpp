@@ -61,6 +61,9 @@ std::string LackingSerialFolder() {
 std::string UnreadableSerialFolder() {
     return InRoot("serial_unreadable");
 }
+std::string MakerSerialFolder() {
+    return InRoot("serial_maker");
+}
 std::string HangingSerialPath() {
     return InRoot("serial_hanging") + os::kPathSeparator + "clserhng" + kSuffix;
 }
@@ -102,6 +105,9 @@ SerialScript& SecondSerial() {
 }
 SerialScript& OldSerial() {
     return SerialScriptOf(OldSerialFolder() + os::kPathSeparator + "clserold" + kSuffix);
+}
+SerialScript& MakerSerial() {
+    return SerialScriptOf(MakerSerialFolder() + os::kPathSeparator + "clsermkr" + kSuffix);
 }
 DriverScript& Driver() {
     return DriverScriptOf(DriverPath());

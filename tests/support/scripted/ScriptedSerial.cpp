@@ -225,11 +225,20 @@ SCRIPTED_EXPORT std::int32_t clSetBaudRate(hSerRef ref, std::uint32_t flag) {
 }
 #endif
 
+#ifdef SCRIPTED_NAMES_THE_MAKER
+// The form of a module above several makers' libraries.
+SCRIPTED_EXPORT std::int32_t clGetErrorText(const char* maker, std::int32_t code, char* text, std::uint32_t* size) {
+    SerialScript& script = Script();
+    const std::lock_guard lock(script.mutex);
+    if (script.maker != maker)
+        return CL_ERR_MANU_DOES_NOT_EXIST;
+#else
 SCRIPTED_EXPORT std::int32_t clGetErrorText(std::int32_t code, char* text, std::uint32_t* size) {
     if (const auto hook = Enter(&SerialScript::onGetErrorText))
         return hook(code, text, size);
     SerialScript& script = Script();
     const std::lock_guard lock(script.mutex);
+#endif
     const auto found = script.errorTexts.find(code);
     return found != script.errorTexts.end() ? CopyText(found->second, text, size) : CL_ERR_ERROR_NOT_FOUND;
 }

@@ -73,6 +73,20 @@ TEST_F(Ports, OfSeveralFoldersAreFoundOnce) {
     EXPECT_EQ(PortIds(), (Texts{"Scripted#Port0", "Scripted Two#Port0"}));
 }
 
+TEST_F(Ports, MayBeOfLibrariesInAnyCase) {
+    const scripted::TemporaryFolder folder;
+    for (const std::string name : {"clSerAbc", "CLSERDEF", "libClSerGhI"})
+        std::filesystem::copy_file(scripted::SerialPath(), folder / scripted::LibraryName(name));
+    folder.Write(scripted::LibraryName("CLSERAB"), "one letter short");
+    const scripted::ScopedVariable path("CLSERIALPATH", folder.Path());
+    Texts names;
+    for (const LibraryReport& report : CLProtocol::GetSerialLibraries())
+        if (report.maker == "Scripted")
+            names.push_back(os::FileNameOf(report.path.str()));
+    EXPECT_EQ(names, (Texts{scripted::LibraryName("CLSERDEF"), scripted::LibraryName("clSerAbc"),
+                            scripted::LibraryName("libClSerGhI")}));
+}
+
 TEST_F(Ports, WithEqualNamesStayApart) {
     const scripted::ScopedVariable path(
         "CLSERIALPATH", scripted::SerialFolder() + os::kPathListSeparator + scripted::SecondSerialFolder());
@@ -222,9 +236,6 @@ TEST_F(ModuleFiles, AreThoseWithTheRightNames) {
     const std::string suffix = std::filesystem::path(scripted::SerialPath()).extension().string();
     for (const char* name : {"clser", "clserab", "clserabcd", "xclserabc", "clserabc.old", "clser.so"})
         folder.Write(name + suffix, "no library");
-    // Windows does not tell upper from lower case.
-    if (os::kPathSeparator == '/')
-        folder.Write("CLSERabc" + suffix, "no library");
     folder.Write("clserabc", "no library");
     folder.Write("clserdir" + suffix + "/file", "");
     Copy("clserone" + suffix);

@@ -36,7 +36,8 @@ std::string SecondSerialFolder();      ///< clsertwn: a second such library, wit
 std::string OldSerialFolder();         ///< clserold: has only the four functions of version 1.0
 std::string LackingSerialFolder();     ///< clserlck: lacks clSetBaudRate
 std::string UnreadableSerialFolder();  ///< clserunr: lacks clSerialRead
-std::string HangingSerialPath();       ///< clserhng: see HangingLibrary
+std::string MakerSerialFolder();      ///< clsermkr: its clGetErrorText has four parameters, the maker before the others
+std::string HangingSerialPath();      ///< clserhng: see HangingLibrary
 std::string DriverLocation();         ///< a location as in GENICAM_CLPROTOCOL; the driver is in its system's sub-folder
 std::string LackingDriverLocation();  ///< its driver lacks clpReadRegister
 std::string TwinDriverLocation();     ///< Twin, Twin.debug and Lonely.debug
@@ -51,6 +52,7 @@ std::string SerialPath();
 SerialScript& Serial();
 SerialScript& SecondSerial();
 SerialScript& OldSerial();
+SerialScript& MakerSerial();
 DriverScript& Driver();
 SerialScript& SerialScriptOf(const std::string& libraryPath);
 DriverScript& DriverScriptOf(const std::string& libraryPath);
