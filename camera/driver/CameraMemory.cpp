@@ -16,7 +16,9 @@ namespace {
 
 // An exchange is cut so that it ends so long before its time-out.
 constexpr std::chrono::milliseconds kBlockMargin{10};
-constexpr std::size_t kAlignment = 4;  // of registers; devices may refuse blocks that cut one
+constexpr std::chrono::seconds kLongestWork{30};      // of a write, such as saving a user set
+constexpr std::chrono::milliseconds kLookMargin{30};  // silent rates and ports cost it
+constexpr std::size_t kAlignment = 4;                 // of registers; devices may refuse blocks that cut one
 
 constexpr std::size_t kReadOverhead = 2 * gencp::kHeaderSize + gencp::kRangeSize;
 constexpr std::size_t kWriteOverhead = 2 * gencp::kHeaderSize + gencp::kAddressSize + gencp::kWrittenLengthSize;
@@ -61,6 +63,16 @@ Timing CameraMemory::UsualTiming() const {
     Timing timing;
     timing.limit = m_limit;
     timing.response = m_response;
+    return timing;
+}
+
+/// For one look whether a camera is there: one that is answers a read of its response time within 50 ms (GenCP).
+Timing CameraMemory::LookTiming() const {
+    Timing timing;
+    timing.limit = m_limit;
+    timing.response = std::chrono::milliseconds(gencp::kFirstReadTimeoutMs);
+    timing.margin = kLookMargin;
+    timing.resends = 0;
     return timing;
 }
 
@@ -204,7 +216,9 @@ bool CameraMemory::WriteRest() {
     while (done < m_writeRest.size()) {
         const auto rest = gencp::ByteView(m_writeRest).subspan(done);
         m_writeInFlight = std::min(rest.size(), DataPerExchange(kWriteOverhead, gencp::kMaxWriteData));
-        const auto answer = m_exchanger.Start(WriteCommand(m_writeAddress, rest.first(m_writeInFlight)), UsualTiming(),
+        auto timing = UsualTiming();
+        timing.pending = kLongestWork;
+        const auto answer = m_exchanger.Start(WriteCommand(m_writeAddress, rest.first(m_writeInFlight)), timing,
                                               m_line.GetClock().Now() + m_limit);
         if (!answer) {
             m_writeRest.erase(m_writeRest.begin(), m_writeRest.begin() + static_cast<std::ptrdiff_t>(done));

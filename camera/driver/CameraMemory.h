@@ -34,6 +34,7 @@ public:
     void AbandonWrite();
     void WriteOnce(std::uint64_t address, gencp::ByteView data, const Timing& timing);
     Timing UsualTiming() const;
+    Timing LookTiming() const;
     void CheckNothingPends() const;
 
 private:

@@ -19,8 +19,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kMaxPendingTime{30'000};  // a camera that is pending for ever does not hold the host for ever
-constexpr milliseconds kBusyPause{20};
+constexpr milliseconds kMaxSilence{1100};  // all attempts together, while nothing is heard of the camera
+// A command that was refused for the moment is asked for again so often, and after such a pause.
+constexpr unsigned kMaxRefusals = 3;
+constexpr milliseconds kRefusalPause{20};
 
 constexpr auto kDebug = CLProtocol::CLP_LOG_DEBUG;
 constexpr auto kNotice = CLProtocol::CLP_LOG_NOTICE;
@@ -65,7 +67,7 @@ std::optional<gencp::Bytes> Exchanger::Start(Command command, const Timing& timi
     InFlight inFlight;
     inFlight.command = std::move(command);
     inFlight.timing = timing;
-    inFlight.giveUp = m_line.GetClock().Now() + kMaxPendingTime;
+    inFlight.giveUp = m_line.GetClock().Now() + timing.pending;
     m_inFlight = std::move(inFlight);
     Assign();
     try {
@@ -123,7 +125,7 @@ std::optional<gencp::Bytes> Exchanger::Handle(const gencp::Packet& packet) {
         return packet.scd;
     if (!WasRefusedForNow(status))
         throw StatusError(status, m_inFlight->command.operation);
-    m_line.GetClock().Sleep(kBusyPause);
+    m_line.GetClock().Sleep(kRefusalPause);
     Assign();
     Send();
     return std::nullopt;
@@ -133,7 +135,7 @@ std::optional<gencp::Bytes> Exchanger::Handle(const gencp::Packet& packet) {
 // same request id the device would only repeat its refusal.
 bool Exchanger::WasRefusedForNow(std::uint16_t status) {
     constexpr std::array kForNow{gencp::kStatusBusy, gencp::kStatusMessageTimeout, gencp::kStatusInvalidHeader};
-    return std::ranges::find(kForNow, status) != kForNow.end() && m_inFlight->refusals++ < gencp::kMaxResends;
+    return std::ranges::find(kForNow, status) != kForNow.end() && m_inFlight->refusals++ < kMaxRefusals;
 }
 
 void Exchanger::NoteDelay(const gencp::Packet& packet) {
@@ -146,6 +148,7 @@ void Exchanger::NoteDelay(const gencp::Packet& packet) {
     m_inFlight->isPending = true;
     m_inFlight->sent = 1;
     m_inFlight->deadline = std::min(now + milliseconds(*delay) + m_inFlight->timing.margin, m_inFlight->giveUp);
+    m_inFlight->silentSince = m_inFlight->deadline;  // the time that it asked for is no silence
     m_logger.Log(kDebug, "{}: pending for {} ms", m_inFlight->command.operation, *delay);
 }
 
@@ -186,6 +189,7 @@ bool Exchanger::IsForCommand(const gencp::PacketHeader& header) const {
 
 void Exchanger::Assign() {
     m_inFlight->requestId = m_nextId;
+    m_inFlight->silentSince = m_line.GetClock().Now();
     m_inFlight->sent = 0;
     m_inFlight->wasSent = false;
     m_inFlight->isPending = false;
@@ -197,18 +201,29 @@ void Exchanger::Send() {
     const auto& command = m_inFlight->command;
     const auto packet = gencp::BuildCommand(command.id, m_inFlight->requestId, command.scd, m_inFlight->wasSent);
     m_inFlight->wasSent = true;
-    m_inFlight->deadline = m_line.GetClock().Now() + AttemptTime();
+    const Time end = m_line.GetClock().Now() + AttemptTime();
+    m_inFlight->deadline = std::min(end, m_inFlight->silentSince + LongestSilence());
     m_line.Write(packet, m_inFlight->deadline);
 }
 
 void Exchanger::SendAgain() {
-    if (m_inFlight->sent > m_inFlight->timing.resends)
+    if (!IsTimeForAnother())
         FailWithoutAnswer();
     m_logger.Log(kNotice, "{}: no intact acknowledge at {} baud, sending again", m_inFlight->command.operation,
                  m_line.Rate().bitsPerSecond);
     m_line.TakeWaiting();
     m_parser.Clear();
     Send();
+}
+
+// An attempt that is cut to less than half its time is of no use.
+bool Exchanger::IsTimeForAnother() const {
+    const Time end = m_inFlight->silentSince + LongestSilence();
+    return m_inFlight->sent <= m_inFlight->timing.resends && m_line.GetClock().Now() + AttemptTime() / 2 <= end;
+}
+
+Duration Exchanger::LongestSilence() const {
+    return std::max<Duration>(kMaxSilence, 2 * AttemptTime());
 }
 
 Duration Exchanger::AttemptTime() const {
@@ -222,8 +237,9 @@ Duration Exchanger::AttemptTime() const {
 }
 
 void Exchanger::FailPending() const {
-    throw DriverError(kStaysPending, fmt::format("The camera calls {} pending for more than {} ms.",
-                                                 m_inFlight->command.operation, kMaxPendingTime.count()));
+    throw DriverError(kStaysPending,
+                      fmt::format("The camera calls {} pending for more than {} ms.", m_inFlight->command.operation,
+                                  std::chrono::duration_cast<milliseconds>(m_inFlight->timing.pending).count()));
 }
 
 void Exchanger::FailWithoutAnswer() const {

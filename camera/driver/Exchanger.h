@@ -23,7 +23,8 @@ struct Command {
     std::string operation;           ///< for messages, "reading 4 bytes at 0x1CC"
 };
 
-/// How long to wait for an acknowledge.
+/// How long to wait for an acknowledge. However slow a device may be, all attempts together end 1.1 s after its last
+/// sign of life, or with the second attempt where that is later: who waits for a camera that is gone is to hear of it.
 struct Timing {
     Duration limit{};     ///< of one attempt, whatever else is computed
     Duration response{};  ///< the device's, at most
@@ -31,6 +32,8 @@ struct Timing {
     Duration margin = std::chrono::milliseconds(100);
     unsigned resends = gencp::kMaxResends;
     std::optional<Duration> impatience;  ///< all attempts but the last wait for the device no longer than that
+    /// How long a device may call one command pending. A write may be a long work, nothing else is.
+    Duration pending = std::chrono::seconds(1);
 };
 
 /// Thread-bound. A command is in flight from Start until it ends with an acknowledge, an exception or Abandon.
@@ -54,6 +57,7 @@ private:
         bool wasSent = false;  // with this request id
         bool isPending = false;
         unsigned refusals = 0;
+        Time silentSince{};
         Time deadline{};
         Time giveUp{};
     };
@@ -68,6 +72,8 @@ private:
     void Send();
     void SendAgain();
     bool WasRefusedForNow(std::uint16_t status);
+    bool IsTimeForAnother() const;
+    Duration LongestSilence() const;
     Duration AttemptTime() const;
     [[noreturn]] void FailPending() const;
     [[noreturn]] void FailWithoutAnswer() const;

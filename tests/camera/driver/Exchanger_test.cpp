@@ -75,6 +75,86 @@ TEST_F(ExchangerTest, GivesUpAfterThreeResends) {
     EXPECT_FALSE(exchanger.IsInFlight());
 }
 
+TEST_F(ExchangerTest, SilenceEndsWithinThePromisedTimeWhateverTheCameraClaims) {
+    camera.isSilent = true;
+    for (const unsigned response : {1u, 50u, 120u, 200u, 250u, 300u}) {
+        for (const unsigned limit : {400u, 500u}) {
+            memory.SetResponseTime(milliseconds(response));
+            memory.SetTimeout(milliseconds(limit));
+            camera.commandPackets = 0;
+            const Time begin = clock.Now();
+            EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+            EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << response << ", " << limit;
+            EXPECT_GE(camera.commandPackets, 2u) << response << ", " << limit;
+        }
+    }
+}
+
+TEST_F(ExchangerTest, SlowestCameraIsAskedThreeTimes) {
+    memory.SetResponseTime(milliseconds(300));
+    camera.responseDelay = milliseconds(250);
+    camera.commandFate = [](std::size_t i) { return i < 2 ? Fate::Lost : Fate::Arrives; };
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+}
+
+TEST_F(ExchangerTest, LongExchangeIsAskedForTwice) {
+    memory.SetTimeout(std::chrono::seconds(5));
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    Bytes data(kScratchSize / 4);
+    memory.Read(kScratchAddress, data);
+    EXPECT_EQ(camera.received.size(), 2u);
+}
+
+TEST_F(ExchangerTest, TimeThatAPendingAcknowledgeAskedForIsNoSilence) {
+    camera.pendingAcks = 1;
+    camera.pendingMs = 2000;
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    auto timing = memory.UsualTiming();
+    timing.pending = std::chrono::seconds(30);
+    memory.WriteOnce(kScratchAddress, Bytes(4), timing);
+    EXPECT_EQ(camera.writes.size(), 1u);
+}
+
+TEST_F(ExchangerTest, PendingAcknowledgeBeginsTheAttemptsAnew) {
+    camera.pendingAcks = 1;
+    camera.commandFate = [](std::size_t i) { return i < 3 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    memory.WriteOnce(kScratchAddress, Bytes(4), memory.UsualTiming());
+    EXPECT_EQ(camera.writes.size(), 1u);
+}
+
+TEST_F(ExchangerTest, CutAcknowledgeCostsOneResend) {
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Cut : Fate::Arrives; };
+    ReadVersion();
+    EXPECT_EQ(camera.commandPackets, 2u);
+}
+
+TEST_F(ExchangerTest, RestartForgetsWhatWasReceivedOfAPacket) {
+    const Bytes stray = gencp::BuildAcknowledge(0x0801, 0, 0, Bytes{0, 9, 0, 9});
+    serial.AddStray(stray);
+    exchanger.Restart();
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+    EXPECT_EQ(camera.commandPackets, 1u);
+}
+
+TEST_F(ExchangerTest, RestartForgetsTheBeginningOfAnAcknowledge) {
+    camera.acknowledgeFate = [](std::size_t) { return Fate::Cut; };
+    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+    camera.acknowledgeFate = nullptr;
+    exchanger.Restart();
+    camera.commandPackets = 0;
+    EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
+    EXPECT_EQ(camera.commandPackets, 1u);
+}
+
+TEST_F(ExchangerTest, RestartForgetsACommandInFlight) {
+    camera.pendingAcks = 1;
+    camera.pendingMs = 2000;
+    ASSERT_FALSE(memory.Write(kScratchAddress, Bytes(4)));
+    exchanger.Restart();
+    EXPECT_FALSE(exchanger.IsInFlight());
+}
+
 TEST_F(ExchangerTest, FailureNamesRateOperationAndAttempts) {
     camera.isSilent = true;
     EXPECT_EQ(TextOf([&] { ReadVersion(); }),
@@ -161,6 +241,34 @@ TEST_F(ExchangerTest, CameraThatStaysBusyIsAFailure) {
     EXPECT_EQ(camera.received.size(), 4u);
 }
 
+TEST_F(ExchangerTest, CameraThatRefusesForNowGetsAMoment) {
+    for (const std::uint16_t status : {gencp::kStatusBusy, gencp::kStatusMessageTimeout, gencp::kStatusInvalidHeader}) {
+        std::vector<Time> asked;
+        camera.responseDelay = {};
+        camera.answer = [&](const gencp::Packet& command) {
+            asked.push_back(clock.Now());
+            return gencp::BuildAcknowledge(0x0801, status, command.header.requestId, {});
+        };
+        EXPECT_EQ(CodeOf([&] { ReadVersion(); }), kStatusCodes - (status & 0xFFF));
+        ASSERT_EQ(asked.size(), 4u);
+        const Duration onLine = gencp::TransferTime(28 + 16, 9600);
+        for (std::size_t i = 1; i < asked.size(); ++i)
+            EXPECT_GE(asked[i] - asked[i - 1], onLine + milliseconds(20));
+    }
+}
+
+TEST_F(ExchangerTest, RefusalForGoodIsNotAskedForAgain) {
+    for (const std::uint16_t status : {gencp::kStatusInvalidParameter, gencp::kStatusWriteProtected,
+                                       gencp::kStatusAccessDenied, gencp::kStatusGenericError}) {
+        camera.received.clear();
+        camera.answer = [&](const gencp::Packet& command) {
+            return gencp::BuildAcknowledge(0x0801, status, command.header.requestId, {});
+        };
+        EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CodeOfStatus(status));
+        EXPECT_EQ(camera.received.size(), 1u);
+    }
+}
+
 TEST_F(ExchangerTest, PendingAcknowledgesExtendTheTime) {
     camera.pendingAcks = 5;
     camera.pendingMs = 60;
@@ -190,8 +298,18 @@ TEST_F(ExchangerTest, CameraThatIsPendingForEverIsAFailure) {
         return gencp::BuildAcknowledge(gencp::kPendingAck, 0, command.header.requestId,
                                        gencp::EncodePendingAck(0xFFFF));
     };
-    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), kStaysPending);
-    EXPECT_LE(Elapsed(), std::chrono::seconds(40));
+    const Time begin = clock.Now();
+    EXPECT_EQ(TextOf([&] { ReadVersion(); }), "The camera calls reading 4 bytes at 0x0 pending for more than 1000 ms.");
+    EXPECT_GE(clock.Now() - begin, milliseconds(1000));
+    EXPECT_LE(clock.Now() - begin, milliseconds(1100));
+    EXPECT_EQ(CodeOf([&] {
+                  if (!memory.Write(kScratchAddress, Bytes(4)))
+                      while (!memory.ContinueWrite())
+                          continue;
+              }),
+              kStaysPending);
+    EXPECT_GE(clock.Now() - begin, std::chrono::seconds(31));
+    EXPECT_LE(clock.Now() - begin, std::chrono::seconds(32));
 }
 
 TEST_F(ExchangerTest, PendingAcknowledgeOfWrongSizeIsIgnored) {

@@ -130,7 +130,7 @@ std::vector<SentPacket> ModelCamera::Take(Bytes packet, std::uint32_t rateFlag, 
 std::vector<ModelCamera::Answer> ModelCamera::Execute(const gencp::Packet& command, Time end) {
     const std::uint16_t id = command.header.requestId;
     if (id != gencp::kFirstRequestId && id == m_lastId)
-        return m_lastAnswers.empty() ? m_lastAnswers : std::vector{m_lastAnswers.back()};
+        return m_lastAnswers.empty() ? m_lastAnswers : std::vector{Answer{m_lastAnswers.back().packet}};
     m_lastId = id;
     if (answer) {
         if (const auto packet = answer(command)) {

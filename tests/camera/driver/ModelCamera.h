@@ -51,7 +51,10 @@ public:
     Bytes GetBytes(std::uint64_t address, std::size_t size) const;
     void SetCapability(std::uint64_t capability);
     void SetFiles(const std::vector<std::pair<gencp::ManifestEntry, Bytes>>& files);
-    void SetRate(std::uint32_t flag) { m_rate = flag; }
+    void SetRate(std::uint32_t flag) {
+        m_rate = flag;
+        m_revertAt.reset();
+    }
     std::uint32_t Rate();
 
     // What the tests look at.
