@@ -5,7 +5,7 @@
 
 #include "RateChanger.h"
 
-#include <vector>
+#include <algorithm>
 
 #include "DriverError.h"
 #include "clser/ClSerial.h"
@@ -16,14 +16,18 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr unsigned kRounds = 3;  // lost packets spoil one
+constexpr unsigned kRounds = 2;  // lost packets spoil one
+// A camera without confirmation goes back 250 ms after its acknowledge; by then it may be looked for, by the host's own
+// time it is there.
+constexpr milliseconds kEarliestLook{gencp::kBaudRateConfirmMs + 50};
 constexpr milliseconds kRevert{gencp::kBaudRateRevertMs};
 // Three confirming writes reach the camera within the 250 ms that it waits, at 9600 baud as well.
 constexpr milliseconds kConfirmAgainAfter{60};
+constexpr milliseconds kConfirmPatience{150};  // of the last of them; the look afterwards finds what came later
 constexpr unsigned kConfirmResends = 2;
-constexpr unsigned kLookResends = 1;
 
-constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp::abrm::kGenCpVersion.length};
+constexpr gencp::MemoryRange kResponseTime{gencp::abrm::kMaxDeviceResponseTime.address,
+                                           gencp::abrm::kMaxDeviceResponseTime.length};
 
 gencp::Bytes FlagBytes(const gencp::BaudRate& rate) {
     gencp::Bytes bytes(gencp::sbrm::kCurrentBaudRate.length);
@@ -48,9 +52,11 @@ std::uint32_t RateChanger::SupportedByBoth() {
  * \param[in] target One of gencp::kBaudRates
  *
  * The camera gets the rate at the old one and acknowledges at the old one, both switch, and the same write at the new
- * rate confirms it (GenCP). A camera without confirmation goes back after 250 ms; the host waits 500 ms and does so,
- * too. The confirmation may have been received and only its acknowledge lost, so the host then looks where the camera
- * really is. On return and after any exception both are at SerialLine::Rate() if the camera answers at all.
+ * rate confirms it (GenCP). Any of these packets may be lost, and a line may not carry a rate that both sides claim: a
+ * camera without confirmation goes back to the old rate, so the host looks where it really is, at the old rate first.
+ * On return and after any exception both are at SerialLine::Rate() if the camera answers at all.
+ *
+ * A change that fails ends within 1.2 s after the last acknowledge, with both at the old rate, if the camera is there.
  *
  * \throw DriverError CL_ERR_BAUD_RATE_NOT_SUPPORTED, kNoSerialRegisters, kBaudRateChangeFailed
  * \throw NoAnswerError The camera is lost
@@ -76,54 +82,85 @@ void RateChanger::Change(const gencp::BaudRate& target) {
 
 // False when both are back at the old rate.
 bool RateChanger::TryChange(const gencp::BaudRate& target) {
-    const gencp::BaudRate old = m_line.Rate();
-    const auto flag = FlagBytes(target);
+    Attempt attempt{m_line.Rate(), target};
     try {
-        m_memory.WriteOnce(CurrentRateAddress(), flag, m_memory.UsualTiming());
-        m_line.SetRate(target);
-        auto timing = m_memory.UsualTiming();
-        timing.resends = kConfirmResends;
-        timing.impatience = kConfirmAgainAfter;
-        m_memory.WriteOnce(CurrentRateAddress(), flag, timing);
-        m_logger.Log(CLProtocol::CLP_LOG_INFO, "Changed the baud rate from {} to {}", old.bitsPerSecond,
+        Announce(attempt);
+        Confirm(attempt);
+        m_logger.Log(CLProtocol::CLP_LOG_INFO, "Changed the baud rate from {} to {}", attempt.old.bitsPerSecond,
                      target.bitsPerSecond);
         return true;
     } catch (const StatusError&) {
-        if (m_line.Rate().flag == old.flag)
+        if (m_line.Rate().flag == attempt.old.flag)
             throw;  // refused before anything was changed
     } catch (const NoAnswerError& error) {
         m_logger.Log(CLProtocol::CLP_LOG_WARN, "Changing the baud rate to {}: {}", target.bitsPerSecond, error.what());
     } catch (const DriverError&) {
-        FindAgain(old, target);
+        FindAgain(attempt);
         throw;
     }
-    FindAgain(old, target);
+    FindAgain(attempt);
     return m_line.Rate().flag == target.flag;
 }
 
-// Waits until the camera has made up its mind, and leaves the line at the rate where it answers.
-void RateChanger::FindAgain(const gencp::BaudRate& old, const gencp::BaudRate& target) {
-    m_line.GetClock().Sleep(kRevert);
-    std::vector<gencp::BaudRate> candidates{old, target, gencp::kStartBaudRate};
-    candidates.insert(candidates.end(), gencp::kBaudRates.rbegin(), gencp::kBaudRates.rend());
-    for (const auto& rate : candidates) {
-        if ((m_line.SupportedRates() & rate.flag) != 0 && IsCameraAt(rate))
-            return;
+// Sent once only: a camera that has carried it out is not at the old rate any more, and would acknowledge a repeated
+// one only when it has given up. A lost acknowledge shows at the new rate.
+void RateChanger::Announce(Attempt& attempt) {
+    auto timing = m_memory.UsualTiming();
+    timing.resends = 0;
+    const std::uint64_t address = CurrentRateAddress();
+    try {
+        m_memory.WriteOnce(address, FlagBytes(attempt.target), timing);
+        attempt.isAcknowledged = true;
+    } catch (const NoAnswerError&) {
+        m_logger.Log(CLProtocol::CLP_LOG_NOTICE, "The change to {} baud was not acknowledged at {}",
+                     attempt.target.bitsPerSecond, attempt.old.bitsPerSecond);
     }
-    m_line.SetRate(old);
-    throw NoAnswerError(fmt::format("The camera was lost while its baud rate was changed from {} to {}.",
-                                    old.bitsPerSecond, target.bitsPerSecond));
+    attempt.sent = m_line.GetClock().Now();
 }
 
-bool RateChanger::IsCameraAt(const gencp::BaudRate& rate) {
+void RateChanger::Confirm(const Attempt& attempt) {
+    m_line.SetRate(attempt.target);
+    auto timing = m_memory.UsualTiming();
+    timing.response = std::min<Duration>(timing.response, kConfirmPatience - timing.margin);
+    timing.resends = attempt.isAcknowledged ? kConfirmResends : 0;
+    timing.impatience = kConfirmAgainAfter;
+    m_memory.WriteOnce(CurrentRateAddress(), FlagBytes(attempt.target), timing);
+}
+
+// Waits until the camera has made up its mind, and leaves the line at the rate where it answers. A camera that has
+// not heard of the change is at the old rate all the time.
+void RateChanger::FindAgain(const Attempt& attempt) {
+    if (attempt.isAcknowledged)
+        SleepUntil(attempt.sent + kEarliestLook);
+    if (IsCameraAt(attempt.old, 0))
+        return;
+    SleepUntil(attempt.sent + (attempt.isAcknowledged ? kRevert : kEarliestLook));
+    const bool isStartElsewhere = attempt.old.flag != gencp::kStartBaudRate.flag;
+    if (IsCameraAt(attempt.old, 0) || IsCameraAt(attempt.target, 1) ||
+        (isStartElsewhere && IsCameraAt(gencp::kStartBaudRate, 0)))
+        return;
+    m_line.SetRate(attempt.old);
+    throw NoAnswerError(fmt::format("The camera was lost while its baud rate was changed from {} to {}.",
+                                    attempt.old.bitsPerSecond, attempt.target.bitsPerSecond));
+}
+
+void RateChanger::SleepUntil(Time time) {
+    const Time now = m_line.GetClock().Now();
+    if (now < time)
+        m_line.GetClock().Sleep(time - now);
+}
+
+bool RateChanger::IsCameraAt(const gencp::BaudRate& rate, unsigned resends) {
     try {
         m_line.SetRate(rate);
-        auto timing = m_memory.UsualTiming();
-        timing.resends = kLookResends;
-        m_memory.ReadOnce(kVersion, timing);
+        auto timing = m_memory.LookTiming();
+        timing.resends = resends;
+        m_memory.ReadOnce(kResponseTime, timing);
         return true;
     } catch (const NoAnswerError&) {
         return false;
+    } catch (const StatusError&) {
+        return true;
     } catch (const DriverError& error) {
         if (error.Code() != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
             throw;
@@ -140,6 +177,10 @@ void RateChanger::ReadRegisters() {
     if (!m_hasRegisters || m_address)
         return;
     const std::uint64_t address = gencp::Load64(m_memory.Read(gencp::abrm::kSbrmAddress), 0);
+    if (address == 0) {
+        m_hasRegisters = false;  // whatever the capability says
+        return;
+    }
     const auto supported = m_memory.Read(gencp::sbrm::kSupportedBaudRates.At(address));
     m_supportedByCamera = gencp::Load32(supported, 0) & gencp::kAllBaudRateFlags;
     m_address = address;

@@ -24,9 +24,20 @@ public:
     void Change(const gencp::BaudRate& target);
 
 private:
+    /// How far a change has come, and when the camera has surely left a rate that was not confirmed.
+    struct Attempt {
+        gencp::BaudRate old;
+        gencp::BaudRate target;
+        bool isAcknowledged = false;
+        Time sent{};
+    };
+
     bool TryChange(const gencp::BaudRate& target);
-    void FindAgain(const gencp::BaudRate& old, const gencp::BaudRate& target);
-    bool IsCameraAt(const gencp::BaudRate& rate);
+    void Announce(Attempt& attempt);
+    void Confirm(const Attempt& attempt);
+    void FindAgain(const Attempt& attempt);
+    void SleepUntil(Time time);
+    bool IsCameraAt(const gencp::BaudRate& rate, unsigned resends);
     std::uint64_t CurrentRateAddress();
     void ReadRegisters();
 

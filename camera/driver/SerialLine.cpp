@@ -107,7 +107,7 @@ gencp::Bytes SerialLine::TakeWaiting() {
 }
 
 /**
- * \brief The rates that the host's side can do, as Camera Link flags
+ * \brief The rates that the host's side can do, as Camera Link flags; without those that it has refused nevertheless
  *
  * A library without the function (Camera Link 1.0) has a fixed rate of 9600 baud.
  */
@@ -133,8 +133,10 @@ void SerialLine::SetRate(const gencp::BaudRate& rate) {
     if ((SupportedRates() & rate.flag) == 0)
         throw DriverError(CL_ERR_BAUD_RATE_NOT_SUPPORTED,
                           fmt::format("The host's serial port can't do {} baud.", rate.bitsPerSecond));
-    if (!m_hasFixedRate)
-        CheckCode(m_serial->clSetBaudRate(rate.flag), "clSetBaudRate");
+    const CLINT32 code = m_hasFixedRate ? CLINT32{CL_ERR_NO_ERR} : m_serial->clSetBaudRate(rate.flag);
+    if (code == CL_ERR_BAUD_RATE_NOT_SUPPORTED)
+        *m_supported &= ~rate.flag;
+    CheckCode(code, "clSetBaudRate");
     m_rate = rate;
 }
 

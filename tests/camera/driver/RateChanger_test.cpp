@@ -98,6 +98,25 @@ TEST_F(RateChangerTest, LostFirstAcknowledgeStillChangesTheRate) {
     EXPECT_TRUE(AgreesAt(k115200));
 }
 
+TEST_F(RateChangerTest, LostFirstAcknowledgeCostsNoRound) {
+    for (const auto& [from, to] : {std::pair(k9600, k115200), {k115200, k9600}, {k9600, k921600}, {k921600, k115200}}) {
+        SetRate(from.flag);
+        camera.acknowledgePackets = 0;
+        camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+        const Time begin = clock.Now();
+        changer.Change(to);
+        EXPECT_TRUE(AgreesAt(to));
+        EXPECT_LE(clock.Now() - begin, milliseconds(450));
+    }
+}
+
+TEST_F(RateChangerTest, ChangeIsNeverAnnouncedTwiceWithOneId) {
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    changer.Change(k115200);
+    for (const auto& command : camera.received)
+        EXPECT_FALSE(command.header.IsResend());
+}
+
 TEST_F(RateChangerTest, LostConfirmationsAreRepeatedInTime) {
     for (const auto& rate : {k115200, k9600}) {
         camera.commandPackets = 0;
@@ -122,18 +141,58 @@ TEST_F(RateChangerTest, CameraThatNeverGetsTheConfirmationIsLeftAtTheOldRate) {
     EXPECT_TRUE(AgreesAt(k9600));
 }
 
-TEST_F(RateChangerTest, WaitsHalfASecondBeforeItGoesBack) {
-    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
-    Time lastAtNewRate{};
+TEST_F(RateChangerTest, LooksAtTheOldRateWhenTheCameraHasSurelyGoneBack) {
+    camera.confirmsRate = false;
+    Time acknowledged{};
     Duration pause{};
     serial.onRead = [&](CLUINT32) {
-        if (line.Rate().flag == 0x80)
-            lastAtNewRate = clock.Now();
-        else if (pause == Duration{} && lastAtNewRate != Time{})
-            pause = clock.Now() - lastAtNewRate;
+        if (line.Rate().flag == 0x80 && acknowledged == Time{})
+            acknowledged = clock.Now();
+        else if (line.Rate().flag == 0x01 && acknowledged != Time{} && pause == Duration{})
+            pause = clock.Now() - acknowledged;
     };
+    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), kBaudRateChangeFailed);
-    EXPECT_GE(pause, milliseconds(500));
+    EXPECT_GE(pause, milliseconds(gencp::kBaudRateConfirmMs));
+    EXPECT_LE(pause, milliseconds(400));
+}
+
+TEST_F(RateChangerTest, LineThatDoesNotCarryTheRateIsFoundOutWithinASecond) {
+    for (const unsigned response : {50u, 300u}) {
+        memory.SetResponseTime(milliseconds(response));
+        camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
+        const Time begin = clock.Now();
+        const auto change = [&] { changer.Change(k921600); };
+        EXPECT_EQ(TextOf(change), "The baud rate could not be changed to 921600; it is 9600 again.");
+        EXPECT_LE(clock.Now() - begin, milliseconds(1100)) << response;
+        EXPECT_TRUE(AgreesAt(k9600));
+    }
+}
+
+TEST_F(RateChangerTest, CameraThatDiesAtAnyPacketIsLostSoon) {
+    for (const auto& [from, to] : {std::pair(k9600, k921600), {k921600, k9600}, {k19200, k115200}, {k9600, k19200}}) {
+        for (const unsigned response : {50u, 300u}) {
+            for (std::size_t last = 0; last < 3; ++last) {
+                camera.commandFate = nullptr;
+                SetRate(from.flag);
+                memory.SetResponseTime(milliseconds(response));
+                Time died = clock.Now();
+                camera.commandPackets = 0;
+                camera.commandFate = [&, last = last](std::size_t i) {
+                    if (i <= last)
+                        died = clock.Now();
+                    return i < last ? Fate::Arrives : Fate::Lost;
+                };
+                try {
+                    changer.Change(to);
+                    memory.Read(gencp::abrm::kGenCpVersion);
+                    ADD_FAILURE() << "the camera still answers";
+                } catch (const NoAnswerError&) {
+                    EXPECT_LT(clock.Now() - died, milliseconds(1200)) << from.flag << to.flag << response << last;
+                }
+            }
+        }
+    }
 }
 
 TEST_F(RateChangerTest, LostAcknowledgesOfTheConfirmationAreFoundOut) {
@@ -159,6 +218,32 @@ TEST_F(RateChangerTest, HostThatCannotSwitchGoesBack) {
     EXPECT_TRUE(AgreesAt(k9600));
 }
 
+TEST_F(RateChangerTest, RateThatTheHostRefusedIsNotTriedAgain) {
+    serial.refusedRates = 0x10;
+    EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), CL_ERR_BAUD_RATE_NOT_SUPPORTED);
+    EXPECT_EQ(changer.SupportedByBoth(), 0xEFu);
+    camera.received.clear();
+    EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), CL_ERR_BAUD_RATE_NOT_SUPPORTED);
+    EXPECT_TRUE(camera.received.empty());
+}
+
+TEST_F(RateChangerTest, NoAddressOfTheRegistersIsNoRegisters) {
+    camera.SetNumber(gencp::abrm::kSbrmAddress, 0);
+    RateChanger other(line, memory, logger);
+    other.SetHasRegisters(true);
+    EXPECT_EQ(CodeOf([&] { other.Change(k115200); }), kNoSerialRegisters);
+    EXPECT_EQ(other.SupportedByBoth(), 0x01u);
+    EXPECT_TRUE(camera.writes.empty());
+}
+
+TEST_F(RateChangerTest, BadAddressOfTheRegistersIsARefusal) {
+    camera.SetNumber(gencp::abrm::kSbrmAddress, 0x7000000);
+    RateChanger other(line, memory, logger);
+    other.SetHasRegisters(true);
+    EXPECT_EQ(CodeOf([&] { other.Change(k115200); }), kStatusCodes - 3);
+    EXPECT_TRUE(AgreesAt(k9600));
+}
+
 TEST_F(RateChangerTest, PendingWriteKeepsTheRateAsItIs) {
     camera.pendingAcks = 1;
     camera.pendingMs = 1000;
@@ -174,6 +259,25 @@ TEST_F(RateChangerTest, CameraThatVanishesIsAFailure) {
     camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::Lost : Fate::Arrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), CL_ERR_TIMEOUT);
     EXPECT_EQ(line.Rate().flag, 0x01u);
+}
+
+TEST_F(RateChangerTest, CameraThatVanishesLeavesTheHostAtTheOldRate) {
+    SetRate(k115200.flag);
+    camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::Lost : Fate::Arrives; };
+    EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), CL_ERR_TIMEOUT);
+    EXPECT_EQ(line.Rate().flag, k115200.flag);
+    EXPECT_EQ(serial.ratesSet.back(), k115200.flag);
+}
+
+TEST_F(RateChangerTest, CameraThatFellBackTo9600MeanwhileIsFound) {
+    SetRate(k115200.flag);
+    camera.commandFate = [&](std::size_t i) {
+        if (i == 1)
+            camera.SetRate(k9600.flag);
+        return i >= 1 && line.Rate().flag != k9600.flag ? Fate::Lost : Fate::Arrives;
+    };
+    EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), kBaudRateChangeFailed);
+    EXPECT_TRUE(AgreesAt(k9600));
 }
 
 TEST_F(RateChangerTest, AnyFateOfAnyPacketEndsInAgreement) {
