@@ -18,16 +18,15 @@ namespace {
 using std::chrono::milliseconds;
 
 // Most names are short: their beginnings are read first, the rest only where there is more.
-constexpr std::uint16_t kBeginning = 16;
+constexpr std::uint32_t kBeginning = 16;
 
-// The standard's bound for reading the response time, and what the machine adds.
-constexpr milliseconds kFirstPatience{gencp::kFirstReadTimeoutMs + 50};
+// Any minor version of GenCP 1 will do.
+constexpr std::uint32_t kGenCpMajor = 1;
+constexpr unsigned kMajorShift = 16;
 
-constexpr gencp::MemoryRange kCapabilityAndResponseTime{
+constexpr gencp::MemoryRange kLimits{
     gencp::abrm::kDeviceCapability.address,
     static_cast<std::uint16_t>(gencp::abrm::kMaxDeviceResponseTime.End() - gencp::abrm::kDeviceCapability.address)};
-
-constexpr milliseconds kShortMargin{30};
 constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp::abrm::kGenCpVersion.length};
 
 gencp::MemoryRange ModelOf(const CameraFacts& facts) {
@@ -38,28 +37,36 @@ gencp::MemoryRange SerialOf(const CameraFacts& facts) {
     return {gencp::abrm::kSerialNumber.address, static_cast<std::uint16_t>(facts.serial.size())};
 }
 
-void ReadCapability(CameraMemory& memory, CameraFacts& facts) {
-    auto timing = memory.UsualTiming();
-    timing.response = milliseconds(gencp::kFirstCommandTimeoutMs);
-    timing.impatience = kFirstPatience;
-    const auto bytes = memory.ReadOnce(kCapabilityAndResponseTime, timing);
-    facts.capability = gencp::Load64(bytes, 0);
+CameraLimits LimitsFrom(gencp::ByteView bytes) {
     // The standard's bound also stands for a camera that says nothing.
     const std::uint32_t said = gencp::Load32(bytes, gencp::abrm::kDeviceCapability.length);
     const bool isUsable = said > 0 && said <= gencp::kMaxDeviceResponseTimeMs;
-    facts.responseTime = milliseconds(isUsable ? said : gencp::kMaxDeviceResponseTimeMs);
+    return {gencp::Load64(bytes, 0), milliseconds(isUsable ? said : gencp::kMaxDeviceResponseTimeMs)};
 }
 
-std::vector<gencp::Bytes> ReadTexts(CameraMemory& memory, std::span<const gencp::Register> registers,
+// Time and stack the exchanges as the camera can.
+void Apply(CameraMemory& memory, const CameraLimits& limits) {
+    memory.SetResponseTime(limits.responseTime);
+    memory.SetCanStack((limits.capability & gencp::capability::kStackedCommands) != 0);
+}
+
+void CheckVersion(std::uint32_t version) {
+    if (version >> kMajorShift != kGenCpMajor)
+        throw DriverError(CLProtocol::CLP_NO_DEVICE_FOUND,
+                          fmt::format("A device answers, but its GenCP version is 0x{:08X}.", version));
+}
+
+// Registers as they are, those with texts up to their terminators at least.
+std::vector<gencp::Bytes> ReadShort(CameraMemory& memory, std::span<const gencp::Register> registers,
                                     TextEncoding encoding) {
     std::vector<gencp::MemoryRange> beginnings;
     for (const auto& reg : registers)
-        beginnings.push_back({reg.address, kBeginning});
+        beginnings.push_back({reg.address, static_cast<std::uint16_t>(std::min(reg.length, kBeginning))});
     auto texts = memory.ReadAll(beginnings);
     std::vector<gencp::MemoryRange> rests;
     std::vector<gencp::Bytes*> owners;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (TerminatedLength(texts[i], encoding) < texts[i].size())
+        if (registers[i].length <= kBeginning || TerminatedLength(texts[i], encoding) < texts[i].size())
             continue;
         rests.push_back(
             {registers[i].address + kBeginning, static_cast<std::uint16_t>(registers[i].length - kBeginning)});
@@ -81,85 +88,89 @@ gencp::Bytes Shortest(gencp::Bytes text, TextEncoding encoding) {
 
 }  // namespace
 
+/// One exchange, which leaves the memory set to what the camera can.
+CameraLimits ReadLimits(CameraMemory& memory, const Timing& timing) {
+    const auto limits = LimitsFrom(memory.ReadOnce(kLimits, timing));
+    Apply(memory, limits);
+    return limits;
+}
+
 /**
- * \brief Read who the camera is, and what it can
- * \param[in] memory Of a camera that answers; leaves it set to what the camera can
+ * \brief Read who the camera is
+ * \param[in] memory Of a camera that answers
+ * \param[in] limits What ReadLimits has said
  *
  * A camera without a family register (capability bit 8), or with an empty one, gets its model as family.
  *
- * \throw DriverError The camera does not answer or refuses
+ * \throw DriverError CLP_NO_DEVICE_FOUND for another version of GenCP; the camera does not answer or refuses
  */
-CameraFacts Identify(CameraMemory& memory) {
+CameraFacts Identify(CameraMemory& memory, const CameraLimits& limits) {
     CameraFacts facts;
-    ReadCapability(memory, facts);
-    ApplyFacts(memory, facts);
-    const auto encoding = EncodingOf(facts.capability);
-    std::vector<gencp::Register> registers{gencp::abrm::kManufacturerName, gencp::abrm::kModelName,
-                                           gencp::abrm::kSerialNumber};
+    facts.limits = limits;
+    const auto encoding = EncodingOf(limits.capability);
+    std::vector<gencp::Register> registers{gencp::abrm::kGenCpVersion, gencp::abrm::kManufacturerName,
+                                           gencp::abrm::kModelName, gencp::abrm::kSerialNumber};
     if (facts.Has(gencp::capability::kFamilyName))
         registers.push_back(gencp::abrm::kFamilyName);
-    const auto texts = ReadTexts(memory, registers, encoding);
-    facts.name.manufacturer = DecodeToken(texts[0], encoding);
-    facts.name.model = DecodeToken(texts[1], encoding);
-    facts.name.serial = DecodeToken(texts[2], encoding);
-    if (texts.size() > 3)
-        facts.name.family = DecodeToken(texts[3], encoding);
+    const auto values = ReadShort(memory, registers, encoding);
+    facts.version = gencp::Load32(values[0], 0);
+    CheckVersion(facts.version);
+    facts.name.manufacturer = DecodeToken(values[1], encoding);
+    facts.name.model = DecodeToken(values[2], encoding);
+    facts.name.serial = DecodeToken(values[3], encoding);
+    if (values.size() > 4)
+        facts.name.family = DecodeToken(values[4], encoding);
     if (facts.name.family.empty())
         facts.name.family = facts.name.model;
-    facts.model = Shortest(texts[1], encoding);
-    facts.serial = Shortest(texts[2], encoding);
+    facts.model = Shortest(values[2], encoding);
+    facts.serial = Shortest(values[3], encoding);
     return facts;
 }
 
 /**
- * \brief Whether a camera that was identified before is there, asked in one exchange
+ * \brief Whether a camera that was identified before is there as it was, asked in one exchange
  * \param[in] memory Of a connection that begins; set to what the known camera can, if it is there
  * \param[in] known From Identify
  *
  * This is what an application waits for when a connection is opened again, so it is asked once, with short patience.
  *
- * \return False when another camera answers, none, or a known one that can't do that: it is to be looked for
+ * REQUIRES: the known camera can stack commands.
+ *
+ * \return kAnother also for a camera that is not as it was
  * \throw DriverError The serial library failed
  */
-bool AnswersAsBefore(CameraMemory& memory, const CameraFacts& known) {
-    if (!known.Has(gencp::capability::kStackedCommands))
-        return false;
-    const Timing timing{memory.Timeout(), milliseconds(gencp::kFirstReadTimeoutMs), kShortMargin, 0, std::nullopt};
-    const std::array ranges{kVersion, ModelOf(known), SerialOf(known)};
+Presence AskFor(CameraMemory& memory, const CameraFacts& known) {
+    const std::array ranges{kVersion, kLimits, ModelOf(known), SerialOf(known)};
     try {
-        const auto blocks = memory.ReadStackOnce(ranges, timing);
-        const bool isKnown = gencp::Load32(blocks[0], 0) >> kMajorShift == kGenCpMajor && blocks[1] == known.model &&
-                             blocks[2] == known.serial;
+        const auto blocks = memory.ReadStackOnce(ranges, memory.LookTiming());
+        const bool isKnown = gencp::Load32(blocks[0], 0) == known.version && LimitsFrom(blocks[1]) == known.limits &&
+                             blocks[2] == known.model && blocks[3] == known.serial;
         if (isKnown)
-            ApplyFacts(memory, known);
-        return isKnown;
+            Apply(memory, known.limits);
+        return isKnown ? Presence::kSame : Presence::kAnother;
     } catch (const NoAnswerError&) {
-        return false;
+        return Presence::kNobody;
     } catch (const StatusError&) {
-        return false;
+        return Presence::kAnother;
     }
 }
 
 /**
- * \brief Whether it is a camera that was identified before
- * \param[in] memory Of a camera that answers; set to what the known one can, if it is that
+ * \brief Whether it is a camera that was identified before, and is as it was
+ * \param[in] memory Of a camera that answers
  * \param[in] known From Identify
+ * \param[in] limits What ReadLimits has said now
  */
-bool IsSameCamera(CameraMemory& memory, const CameraFacts& known) {
-    ApplyFacts(memory, known);
-    const std::array ranges{ModelOf(known), SerialOf(known)};
+bool IsSameCamera(CameraMemory& memory, const CameraFacts& known, const CameraLimits& limits) {
+    if (limits != known.limits)
+        return false;
+    const std::array ranges{kVersion, ModelOf(known), SerialOf(known)};
     try {
         const auto blocks = memory.ReadAll(ranges);
-        return blocks[0] == known.model && blocks[1] == known.serial;
+        return gencp::Load32(blocks[0], 0) == known.version && blocks[1] == known.model && blocks[2] == known.serial;
     } catch (const StatusError&) {
         return false;  // another camera may refuse what the known one can
     }
-}
-
-/// Time and stack the exchanges as the camera can.
-void ApplyFacts(CameraMemory& memory, const CameraFacts& facts) {
-    memory.SetResponseTime(facts.responseTime);
-    memory.SetCanStack(facts.Has(gencp::capability::kStackedCommands));
 }
 
 }  // namespace marlow

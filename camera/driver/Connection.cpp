@@ -59,10 +59,13 @@ void Connection::Open(const DeviceRequest& request, Duration timeout, std::funct
     m_line.SetStopCheck(std::move(stopCheck));
     const auto known = m_known.Find(request);
     RateFinder finder(m_line, m_exchanger, m_memory, m_logger);
-    if (known && finder.GoTo(known->rateFlag) && AnswersAsBefore(m_memory, known->facts))
+    std::optional<Presence> presence;
+    if (known && known->facts.Has(gencp::capability::kStackedCommands) && finder.GoTo(known->rateFlag))
+        presence = AskFor(m_memory, known->facts);
+    if (presence == Presence::kSame)
         m_facts = known->facts;
     else
-        Search(finder, known, request);
+        Search(finder, known, presence == Presence::kNobody, request);
     m_changer.SetHasRegisters(m_facts.Has(gencp::capability::kSbrm));
     m_line.SetStopCheck(nullptr);
     m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
@@ -71,17 +74,16 @@ void Connection::Open(const DeviceRequest& request, Duration timeout, std::funct
 }
 
 // The camera at any rate.
-void Connection::Search(RateFinder& finder, const std::optional<KnownCameras::Camera>& known,
+void Connection::Search(RateFinder& finder, const std::optional<KnownCameras::Camera>& known, bool wasJustAsked,
                         const DeviceRequest& request) {
-    const RateHints hints{known ? std::optional(known->rateFlag) : std::nullopt, m_known.RateOf(m_serial)};
-    const std::uint32_t version = finder.Find(hints);
-    if (version >> kMajorShift != kGenCpMajor)
-        throw DriverError(CLProtocol::CLP_NO_DEVICE_FOUND,
-                          fmt::format("A device answers, but its GenCP version is 0x{:08X}.", version));
-    if (known && IsSameCamera(m_memory, known->facts)) {
+    RateHints hints{known ? std::optional(known->rateFlag) : std::nullopt, m_known.RateOf(m_serial), std::nullopt};
+    if (wasJustAsked)
+        hints.justAsked = hints.ofCamera;
+    const CameraLimits limits = finder.Find(hints);
+    if (known && IsSameCamera(m_memory, known->facts, limits)) {
         m_facts = known->facts;
     } else {
-        m_facts = Identify(m_memory);
+        m_facts = Identify(m_memory, limits);
         CheckManufacturerAndRequest(request);
     }
 }

@@ -45,7 +45,8 @@ public:
 
 private:
     [[nodiscard]] std::unique_lock<std::mutex> Begin(CLProtocol::ISerial& serial, Duration timeout);
-    void Search(RateFinder& finder, const std::optional<KnownCameras::Camera>& known, const DeviceRequest& request);
+    void Search(RateFinder& finder, const std::optional<KnownCameras::Camera>& known, bool wasJustAsked,
+                const DeviceRequest& request);
     void CheckManufacturerAndRequest(const DeviceRequest& request) const;
     void ChangeRate(const gencp::BaudRate& rate);
     const DescriptionFile& FindFile(const std::string& xmlId);

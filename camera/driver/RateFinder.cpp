@@ -8,6 +8,8 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 
 #include "DriverError.h"
 #include "clser/ClSerial.h"
@@ -18,12 +20,9 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// The standard gives a device 300 ms for its first answer; nearly all need far less.
+// The standard gives a device that has not said otherwise so long for an answer.
 constexpr milliseconds kPatience{gencp::kFirstCommandTimeoutMs};
-constexpr milliseconds kImpatience{gencp::kFirstReadTimeoutMs};
-constexpr milliseconds kMargin{30};  // each silent rate costs it
-
-constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp::abrm::kGenCpVersion.length};
+constexpr std::uint32_t kOftenConfigured = gencp::kBaudRates[4].flag;  // 115200
 
 }  // namespace
 
@@ -31,70 +30,86 @@ constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp:
  * \brief Find the camera's baud rate, and leave the line at it
  * \param[in] hints Rates to try first
  *
- * Each attempt reads the version register with request id 0. Two rounds go quickly over the rates, so that a lost
- * packet does not hide a camera. A slow camera that is asked at the right rate answers late, into attempts at other
- * rates: when anything at all was received, a round follows that waits as long as the standard allows. Last of all
- * comes 9600 baud again: some cameras fall back to it when they receive nothing but framing errors.
+ * Each attempt reads, with request id 0, the registers that hold the response time, for which the standard gives a
+ * device only 50 ms: a rate at which nobody is costs little more. The round over all rates is followed by one over
+ * the likely ones, so that a lost packet does not hide a camera; it ends at 9600 baud, to which some cameras fall back
+ * when they receive nothing but framing errors. A slow camera that is asked at the right rate answers late, into
+ * attempts at other rates: when anything at all was received, all rates are asked once more, and waited for as long
+ * as the standard allows for any command.
  *
- * \return The version register
+ * \return What the camera says of itself
  * \throw DriverError kNoAnswer, with the rates that were tried; else what the camera or the serial library said
  */
-std::uint32_t RateFinder::Find(const RateHints& hints) {
-    const auto before = m_line.ReceivedBytes();
-    const auto wasAnythingReceived = [&] {
-        m_line.TakeWaiting();
-        return m_line.ReceivedBytes() != before;
-    };
-    const auto first = FirstRound(hints);
-    auto version = TryAll(first);
-    if (!version && !wasAnythingReceived())
-        version = TryAll(RoundOfOthers(first, false));
-    if (!version && wasAnythingReceived())
-        version = TryAll(RoundOfOthers(first, true));
-    if (!version)
-        version = TryAll({{LastResort(first), true}});
-    if (!version)
+CameraLimits RateFinder::Find(const RateHints& hints) {
+    const auto now = [&] { return m_line.GetClock().Now(); };
+    auto limits = TryAll(AllRates(hints));
+    const Time slowest = now() + kPatience;
+    if (!limits && !WasAnythingReceived(now()))
+        limits = TryAll(LikelyRates(hints));
+    if (!limits && WasAnythingReceived(slowest))
+        limits = TryAll(Patiently(AllRates({hints.ofCamera, hints.ofPort, std::nullopt})));
+    if (!limits)
         throw DriverError(kNoAnswer, fmt::format("No camera answers. Baud rates tried: {}.{}", TriedRates(),
-                                                 wasAnythingReceived() ? " Something was received." : ""));
-    return *version;
+                                                 WasAnythingReceived(now()) ? " Something was received." : ""));
+    return *limits;
 }
 
-// The rates of both hints, 9600, then from the fastest down: an application leaves a camera at the fastest it can.
-std::vector<RateFinder::Attempt> RateFinder::FirstRound(const RateHints& hints) const {
+// Waits for the first byte, but no longer than to a time.
+bool RateFinder::WasAnythingReceived(Time until) {
+    m_line.TakeWaiting();
+    if (m_line.ReceivedBytes() == m_receivedBefore) {
+        std::array<std::uint8_t, 1> byte{};
+        m_line.Read(byte, until);
+    }
+    return m_line.ReceivedBytes() != m_receivedBefore;
+}
+
+// Those of both hints, 9600, then from the fastest down: an application leaves a camera at the fastest it can.
+std::vector<RateFinder::Attempt> RateFinder::AllRates(const RateHints& hints) const {
     std::vector<Attempt> attempts;
     const std::uint32_t supported = m_line.SupportedRates();
-    const auto add = [&](std::uint32_t flag, bool isPatient) {
-        if ((supported & flag) != 0 && std::ranges::find(attempts, flag, &Attempt::flag) == attempts.end())
-            attempts.push_back({flag, isPatient});
+    const auto add = [&](std::uint32_t flag) {
+        if ((supported & flag) != 0 && flag != hints.justAsked &&
+            std::ranges::find(attempts, flag, &Attempt::flag) == attempts.end())
+            attempts.push_back({flag});
     };
-    if (hints.ofCamera)
-        add(*hints.ofCamera, true);
-    if (hints.ofPort)
-        add(*hints.ofPort, *hints.ofPort == gencp::kStartBaudRate.flag);
-    add(gencp::kStartBaudRate.flag, true);
+    for (const auto hint : {hints.ofCamera, hints.ofPort})
+        add(hint.value_or(0));
+    add(gencp::kStartBaudRate.flag);
     for (auto rate = gencp::kBaudRates.rbegin(); rate != gencp::kBaudRates.rend(); ++rate)
-        add(rate->flag, false);
+        add(rate->flag);
     return attempts;
 }
 
-std::vector<RateFinder::Attempt> RateFinder::RoundOfOthers(const std::vector<Attempt>& first, bool isPatient) {
+// Those of the hints, for a camera that nobody has seen yet the fastest and what most cables carry, and 9600 last.
+std::vector<RateFinder::Attempt> RateFinder::LikelyRates(const RateHints& hints) const {
     std::vector<Attempt> attempts;
-    for (const auto& attempt : first) {
-        if (attempt.flag != gencp::kStartBaudRate.flag)
-            attempts.push_back({attempt.flag, isPatient});
+    const std::uint32_t supported = m_line.SupportedRates();
+    const auto add = [&](std::uint32_t flag) {
+        std::erase_if(attempts, [&](const Attempt& attempt) { return attempt.flag == flag; });
+        if ((supported & flag) != 0)
+            attempts.push_back({flag});
+    };
+    for (const auto hint : {hints.ofCamera, hints.ofPort})
+        add(hint.value_or(0));
+    if (!hints.ofCamera) {
+        add(std::bit_floor(supported));
+        add(kOftenConfigured);
     }
+    add(gencp::kStartBaudRate.flag);
     return attempts;
 }
 
-std::uint32_t RateFinder::LastResort(const std::vector<Attempt>& first) const {
-    const std::uint32_t start = gencp::kStartBaudRate.flag;
-    return (m_line.SupportedRates() & start) != 0 ? start : first.front().flag;
+std::vector<RateFinder::Attempt> RateFinder::Patiently(std::vector<Attempt> attempts) {
+    for (auto& attempt : attempts)
+        attempt.isPatient = true;
+    return attempts;
 }
 
-std::optional<std::uint32_t> RateFinder::TryAll(const std::vector<Attempt>& attempts) {
+std::optional<CameraLimits> RateFinder::TryAll(const std::vector<Attempt>& attempts) {
     for (const auto& attempt : attempts) {
-        if (const auto version = Try(attempt))
-            return version;
+        if (auto limits = Try(attempt))
+            return limits;
     }
     return std::nullopt;
 }
@@ -122,13 +137,15 @@ bool RateFinder::GoTo(std::uint32_t flag) {
     return true;
 }
 
-// The version register, or nothing when there is no answer at that rate.
-std::optional<std::uint32_t> RateFinder::Try(const Attempt& attempt) {
+// Nothing when there is no answer at that rate.
+std::optional<CameraLimits> RateFinder::Try(const Attempt& attempt) {
     if (!GoTo(attempt.flag))
         return std::nullopt;
-    const Timing timing{m_memory.Timeout(), attempt.isPatient ? kPatience : kImpatience, kMargin, 0, std::nullopt};
+    auto timing = m_memory.LookTiming();
+    if (attempt.isPatient)
+        timing.response = kPatience;
     try {
-        return gencp::Load32(m_memory.ReadOnce(kVersion, timing), 0);
+        return ReadLimits(m_memory, timing);
     } catch (const NoAnswerError&) {
         m_logger.Log(CLProtocol::CLP_LOG_DEBUG, "No answer at {} baud", m_line.Rate().bitsPerSecond);
         return std::nullopt;

@@ -16,7 +16,7 @@ struct RateFinderTest : testing::Test, Rig {
     Exchanger exchanger{line, logger};
     CameraMemory memory{line, exchanger};
 
-    std::uint32_t Find(const RateHints& hints = {}) {
+    CameraLimits Find(const RateHints& hints = {}) {
         memory.SetTimeout(kTimeout);
         return RateFinder(line, exchanger, memory, logger).Find(hints);
     }
@@ -25,7 +25,7 @@ struct RateFinderTest : testing::Test, Rig {
 TEST_F(RateFinderTest, FindsACameraAtEveryRate) {
     for (const auto& rate : gencp::kBaudRates) {
         camera.SetRate(rate.flag);
-        EXPECT_EQ(Find(), 0x00010003u);
+        EXPECT_EQ(Find().responseTime, milliseconds(50));
         EXPECT_EQ(line.Rate().flag, rate.flag);
     }
 }
@@ -45,7 +45,7 @@ TEST_F(RateFinderTest, GoesOnFromTheFastestDown) {
 
 TEST_F(RateFinderTest, HintsComeFirst) {
     camera.isSilent = true;
-    EXPECT_EQ(CodeOf([&] { Find({0x04, 0x40}); }), kNoAnswer);
+    EXPECT_EQ(CodeOf([&] { Find({0x04, 0x40, {}}); }), kNoAnswer);
     serial.ratesSet.resize(4);
     EXPECT_EQ(serial.ratesSet, (std::vector<CLUINT32>{0x04, 0x40, 0x01, 0x80}));
 }
@@ -53,7 +53,7 @@ TEST_F(RateFinderTest, HintsComeFirst) {
 TEST_F(RateFinderTest, TriesOnlyWhatTheHostSupports) {
     serial.supported = 0x14;
     camera.SetRate(0x04);
-    Find({0x80, 0x80});
+    Find({0x80, 0x80, {}});
     EXPECT_EQ(serial.ratesSet, (std::vector<CLUINT32>{0x10, 0x04}));
 }
 
@@ -65,11 +65,49 @@ TEST_F(RateFinderTest, SilenceIsAFailureThatNamesTheRates) {
     EXPECT_EQ(CodeOf(find), -30209);
 }
 
-TEST_F(RateFinderTest, NoExchangeIsLongerThanTheTimeout) {
+TEST_F(RateFinderTest, SilentPortCostsLittleMoreThanASecond) {
     camera.isSilent = true;
     EXPECT_EQ(CodeOf([&] { Find(); }), kNoAnswer);
-    EXPECT_LE(serial.longestRead, 400u);
-    EXPECT_LE(Elapsed(), milliseconds(2500));
+    EXPECT_LE(Elapsed(), milliseconds(1100));
+}
+
+TEST_F(RateFinderTest, SilentPortOfOneRateIsGivenUpWhenTheSlowestCameraWouldHaveAnswered) {
+    serial.supportedCode = CL_ERR_FUNCTION_NOT_FOUND;
+    camera.isSilent = true;
+    EXPECT_EQ(CodeOf([&] { Find(); }), kNoAnswer);
+    EXPECT_GE(Elapsed(), milliseconds(400));
+    EXPECT_LE(Elapsed(), milliseconds(500));
+}
+
+TEST_F(RateFinderTest, SlowCameraIsFoundWhereThereIsOneRateOnly) {
+    serial.supportedCode = CL_ERR_FUNCTION_NOT_FOUND;
+    camera.responseDelay = milliseconds(290);
+    EXPECT_EQ(Find().responseTime, milliseconds(50));
+}
+
+TEST_F(RateFinderTest, AsksForTheResponseTimeFirst) {
+    Find();
+    ASSERT_EQ(camera.received.size(), 1u);
+    EXPECT_EQ(camera.received[0].scd, (Bytes{0, 0, 0, 0, 0, 0, 0x01, 0xC4, 0, 0, 0, 12}));
+}
+
+TEST_F(RateFinderTest, TellsWhatTheCameraCan) {
+    camera.SetNumber(gencp::abrm::kMaxDeviceResponseTime, 120);
+    camera.SetCapability(0x2200);
+    EXPECT_EQ(Find(), (CameraLimits{0x2200, milliseconds(120)}));
+}
+
+TEST_F(RateFinderTest, TakesTheStandardsBoundForAResponseTimeOutOfRange) {
+    for (const auto& [said, taken] : {std::pair(0, 300), {1, 1}, {299, 299}, {300, 300}, {301, 300}, {100000, 300}}) {
+        camera.SetNumber(gencp::abrm::kMaxDeviceResponseTime, static_cast<std::uint64_t>(said));
+        EXPECT_EQ(Find().responseTime, milliseconds(taken)) << said;
+    }
+}
+
+TEST_F(RateFinderTest, RateThatWasJustAskedComesWithTheLikelyOnesOnly) {
+    camera.isSilent = true;
+    EXPECT_EQ(CodeOf([&] { Find({0x20, {}, 0x20}); }), kNoAnswer);
+    EXPECT_EQ(serial.ratesSet, (std::vector<CLUINT32>{0x01, 0x80, 0x40, 0x10, 0x08, 0x04, 0x02, 0x20, 0x01}));
 }
 
 TEST_F(RateFinderTest, LooksAt9600OnceMoreBeforeGivingUp) {
@@ -86,11 +124,11 @@ TEST_F(RateFinderTest, LooksAt9600OnceMoreBeforeGivingUp) {
 }
 
 TEST_F(RateFinderTest, OneLostPacketDoesNotHideACamera) {
-    for (const std::uint32_t flag : {0x01u, 0x02u, 0x80u}) {
+    for (const std::uint32_t flag : {0x01u, 0x10u, 0x80u}) {
         camera.SetRate(flag);
         camera.commandPackets = 0;
         camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
-        EXPECT_EQ(Find(), 0x00010003u);
+        EXPECT_EQ(Find().responseTime, milliseconds(50));
         EXPECT_EQ(line.Rate().flag, flag);
     }
 }
@@ -100,7 +138,7 @@ TEST_F(RateFinderTest, SlowCameraIsFoundAtAnyRate) {
     for (const auto& rate : gencp::kBaudRates) {
         camera.SetRate(rate.flag);
         SCOPED_TRACE(rate.bitsPerSecond);
-        EXPECT_EQ(Find(), 0x00010003u);
+        EXPECT_EQ(Find().responseTime, milliseconds(50));
         EXPECT_EQ(line.Rate().flag, rate.flag);
     }
 }
@@ -108,7 +146,7 @@ TEST_F(RateFinderTest, SlowCameraIsFoundAtAnyRate) {
 TEST_F(RateFinderTest, RateThatTheLibraryRefusesIsLeftOut) {
     serial.refusedRates = 0xC0;
     camera.SetRate(0x20);
-    EXPECT_EQ(Find(), 0x00010003u);
+    EXPECT_EQ(Find().responseTime, milliseconds(50));
     camera.isSilent = true;
     EXPECT_EQ(TextOf([&] { Find(); }).find("921600"), std::string::npos);
 }
