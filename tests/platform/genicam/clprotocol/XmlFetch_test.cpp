@@ -316,11 +316,11 @@ TEST_F(DescriptionFile, IsFoundThroughTheSystemsFolderAsWell) {
 
 TEST_F(DescriptionFile, HelpsACameraThatHasNone) {
     scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20102; };
-    EXPECT_THROW(port.GetXML(true), CLErrException);
+    EXPECT_THROW(port.GetXML(true), GenICam::GenericException);
     folder.Write(std::string(kId) + ".xml", "<File/>");
     EXPECT_EQ(port.GetXML(true), "<File/>");
     scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20103; };
-    EXPECT_THROW(port.GetXML(true), CLErrException);
+    EXPECT_THROW(port.GetXML(true), GenICam::GenericException);
 }
 
 TEST_F(DescriptionFile, MayBeLong) {
