@@ -13,6 +13,7 @@ else()
 endif()
 set(VANTO_DIR_TL "${VANTO_DIR_LIBRARIES}/vanto/tl")
 set(VANTO_DIR_PLUGINS "${VANTO_DIR_LIBRARIES}/vanto/plugins")
+set(VANTO_DIR_GENTL "${VANTO_DIR_LIBRARIES}/vanto/gentl")
 set(VANTO_DIR_DRIVERS "${VANTO_DIR_LIBRARIES}/vanto/clprotocol/${VANTO_DRIVER_SYSTEM}")
 
 # vanto_sources(<result> <folder>...): the sources of folders, for the system that is built for.

@@ -18,8 +18,9 @@ set(table
     "camera/simulator|gencp/ os/ camera/"
     "camera/grabber|vanto/FgPlugin.h"
     "application|vanto/ Base/ GenApi/"
+    "gentl|gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
     "tools|vanto/ Base/ GenApi/ CLProtocol/ tools/"
-    "examples|vanto/ Base/ GenApi/")
+    "examples|vanto/ Base/ GenApi/ gentl/")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")
 
@@ -38,6 +39,14 @@ set(rooms
     "camera/simulator/camera|"
     "camera/simulator/line|"
     "camera/simulator/stage|camera line"
+    "gentl/support|"
+    "gentl/events|support"
+    "gentl/ports|events support"
+    "gentl/discovery|support"
+    "gentl/remote|discovery ports support"
+    "gentl/stream|events ports remote support"
+    "gentl/modules|discovery events ports remote stream support"
+    "gentl/exports|modules stream events ports support"
     "tools/error|"
     "tools/system|error"
     "tools/output|system"

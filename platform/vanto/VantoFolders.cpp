@@ -16,7 +16,7 @@ namespace {
 
 const std::string& FolderAboveLibrary() {
     static const std::string folder =
-        os::FolderOf(os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&getVantoFolderPath))));
+        os::FolderOf(os::FolderOfLibraries(reinterpret_cast<const void*>(&getVantoFolderPath)));
     return folder;
 }
 

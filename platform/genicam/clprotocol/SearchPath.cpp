@@ -25,7 +25,7 @@ namespace {
 
 /// The folder that the module's own library lies in.
 const std::string& ModuleFolder() {
-    static const std::string folder = os::FolderOf(os::PathOfCode(reinterpret_cast<const void*>(&FoldersOfList)));
+    static const std::string folder = os::FolderOfLibraries(reinterpret_cast<const void*>(&FoldersOfList));
     return folder;
 }
 

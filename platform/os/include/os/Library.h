@@ -49,5 +49,6 @@ private:
 };
 
 std::string PathOfCode(const void* address);
+std::string FolderOfLibraries(const void* address);
 
 }  // namespace os

@@ -1,0 +1,46 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Acquisition: moves buffers between a stream's queue and the stream grabber
+ */
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "stream/BufferQueue.h"
+#include "vanto/StreamGrabber.h"
+
+namespace gentl {
+
+/// While it runs, its thread P takes results as they come, so that each frame has the time at which it came and counts
+/// as delivered whether or not the consumer looks. Its operations are the caller's to serialise; P only meets them at
+/// the lock of taking results.
+class Acquisition {
+public:
+    Acquisition(Vanto::IStreamGrabber& grabber, std::shared_ptr<BufferQueue> queue);
+    ~Acquisition();
+    Acquisition(const Acquisition&) = delete;
+    Acquisition& operator=(const Acquisition&) = delete;
+
+    bool IsRunning() const noexcept { return m_thread.joinable(); }
+    void Start(std::uint64_t wanted);
+    void Feed();
+    void TakeBack();
+    void Stop();
+
+private:
+    void Run();
+    void TakeResults();
+    void Cancel();
+
+    Vanto::IStreamGrabber& m_grabber;
+    const std::shared_ptr<BufferQueue> m_queue;
+    std::mutex m_taking;  // whoever takes results from the grabber holds it
+    std::vector<StreamBuffer*> m_canceled;
+    Vanto::WaitObjectEx m_end;
+    std::thread m_thread;
+};
+
+}  // namespace gentl
