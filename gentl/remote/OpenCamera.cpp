@@ -19,6 +19,68 @@ namespace {
 // Consumers read a whole description in one call; a camera's driver splits it, but holds the line for as long.
 constexpr std::size_t kPiece = 4096;
 
+constexpr std::uint64_t kAlignment = 4;
+
+/// An access as some cameras want it: whole words.
+struct Words {
+    std::uint64_t address;
+    std::vector<std::uint8_t> bytes;
+    std::size_t offset;  ///< of the bytes that are meant
+
+    Words(std::uint64_t begin, std::size_t size)
+        : address(begin / kAlignment * kAlignment), offset(static_cast<std::size_t>(begin - address)) {
+        bytes.resize((offset + size + kAlignment - 1) / kAlignment * kAlignment);
+    }
+    bool IsSame(std::size_t size) const noexcept { return offset == 0 && bytes.size() == size; }
+};
+
+void Load(GenApi::IPort& port, std::uint64_t address, std::span<std::uint8_t> bytes) {
+    port.Read(bytes.data(), static_cast<std::int64_t>(address), static_cast<std::int64_t>(bytes.size()));
+}
+
+void Store(GenApi::IPort& port, std::uint64_t address, std::span<const std::uint8_t> bytes) {
+    port.Write(bytes.data(), static_cast<std::int64_t>(address), static_cast<std::int64_t>(bytes.size()));
+}
+
+// Consumers read and write bytes at any address; a camera that wants words refuses that as a wrong command.
+void ReadPiece(GenApi::IPort& port, std::uint64_t address, std::span<std::uint8_t> bytes) {
+    try {
+        Load(port, address, bytes);
+    } catch (const GenICam::InvalidArgumentException&) {
+        Words words(address, bytes.size());
+        if (words.IsSame(bytes.size()))
+            throw;
+        Load(port, words.address, words.bytes);
+        std::copy_n(words.bytes.begin() + static_cast<std::ptrdiff_t>(words.offset), bytes.size(), bytes.begin());
+    }
+}
+
+void WritePiece(GenApi::IPort& port, std::uint64_t address, std::span<const std::uint8_t> bytes) {
+    try {
+        Store(port, address, bytes);
+    } catch (const GenICam::InvalidArgumentException&) {
+        Words words(address, bytes.size());
+        if (words.IsSame(bytes.size()))
+            throw;
+        Load(port, words.address, words.bytes);
+        std::copy(bytes.begin(), bytes.end(), words.bytes.begin() + static_cast<std::ptrdiff_t>(words.offset));
+        Store(port, words.address, words.bytes);
+    }
+}
+
+// A camera refuses an address as out of range; what else it refuses of a command depends on what was asked for.
+[[noreturn]] void RethrowAccessError(GC_ERROR wrongCommand) {
+    try {
+        throw;
+    } catch (const GenICam::OutOfRangeException& error) {
+        throw GenTLError(GC_ERR_INVALID_ADDRESS, error.GetDescription());
+    } catch (const GenICam::InvalidArgumentException& error) {
+        throw GenTLError(wrongCommand, error.GetDescription());
+    } catch (...) {
+        RethrowAsGenTLError();
+    }
+}
+
 }  // namespace
 
 /**
@@ -95,18 +157,18 @@ GenApi::IPort& OpenCamera::PortOf(Vanto::IVantoDevice& device) {
     return *port;
 }
 
-/// Reads registers as the camera has them, past all caches.
+/// Reads registers as the camera has them, past all caches; any address and size.
 void OpenCamera::Read(std::uint64_t address, std::span<std::uint8_t> bytes) {
     Use([&](Vanto::IVantoDevice& device) {
         GenApi::IPort& port = PortOf(device);
         try {
             for (; !bytes.empty(); bytes = bytes.subspan(std::min(kPiece, bytes.size()))) {
                 const std::size_t count = std::min(kPiece, bytes.size());
-                port.Read(bytes.data(), static_cast<std::int64_t>(address), static_cast<std::int64_t>(count));
+                ReadPiece(port, address, bytes.first(count));
                 address += count;
             }
         } catch (...) {
-            RethrowAsGenTLError();
+            RethrowAccessError(GC_ERR_INVALID_ADDRESS);
         }
     });
 }
@@ -114,15 +176,12 @@ void OpenCamera::Read(std::uint64_t address, std::span<std::uint8_t> bytes) {
 /// Writes registers; what the device itself knows of them is read again.
 void OpenCamera::Write(std::uint64_t address, std::span<const std::uint8_t> bytes) {
     Use([&](Vanto::IVantoDevice& device) {
-        GenApi::IPort& port = PortOf(device);
-        const auto begin = static_cast<std::int64_t>(address);
-        const auto length = static_cast<std::int64_t>(bytes.size());
         try {
-            port.Write(bytes.data(), begin, length);
+            WritePiece(PortOf(device), address, bytes);
         } catch (...) {
-            RethrowAsGenTLError();
+            RethrowAccessError(GC_ERR_INVALID_VALUE);
         }
-        Invalidate(begin, length);
+        Invalidate(static_cast<std::int64_t>(address), static_cast<std::int64_t>(bytes.size()));
     });
 }
 
