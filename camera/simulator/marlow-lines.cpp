@@ -7,8 +7,10 @@
 #include <iostream>
 
 #include "line/LineServer.h"
+#include "os/StandardStreams.h"
 
 int main(int argc, char** argv) {
+    os::OccupyStandardStreams();
     if (argc != 2) {
         std::cerr << "usage: marlow-lines FOLDER\n"
                      "Lends serial lines over TCP until it is ended, and links each in the folder. Prints its port.\n";

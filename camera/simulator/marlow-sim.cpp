@@ -12,6 +12,7 @@
 
 #include "camera/CameraModel.h"
 #include "camera/Description.h"
+#include "os/StandardStreams.h"
 #include "simulator/Simulator.h"
 #include "stage/ControlCommand.h"
 #include "stage/ControlServer.h"
@@ -76,6 +77,7 @@ int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    os::OccupyStandardStreams();
     Arguments arguments;
     CLI::App app("Plays Marlow cameras. Each has a serial line of its own, which a symbolic link names.", "marlow-sim");
     app.add_option("--links", arguments.links, "Folder of the links; made when it does not exist");

@@ -25,6 +25,7 @@
 #include "SerialError.h"
 #include "TtyKind.h"
 #include "clser/ClSerial.h"
+#include "os/posix/Descriptor.h"
 
 namespace ClSerTty {
 
@@ -90,8 +91,7 @@ std::unique_ptr<SerialDevice> SerialDevice::Open(const PortInfo& port) {
 
 TtyDevice::TtyDevice(const PortInfo& port)
     : m_title("'" + port.name + "' (" + port.path + ")"),
-      m_tty(::open(port.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)),
-      m_cancel(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+      m_tty(os::AboveStandardDescriptors(::open(port.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))) {
     if (!m_tty.IsOpen()) {
         const int error = errno;
         struct stat status {};
@@ -100,6 +100,7 @@ TtyDevice::TtyDevice(const PortInfo& port)
         }
         ThrowCannotOpen(port, error);
     }
+    m_cancel = FileDescriptor(os::AboveStandardDescriptors(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
     if (!m_cancel.IsOpen()) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }

@@ -11,7 +11,25 @@
 
 #include <cerrno>
 
+#include "os/posix/Descriptor.h"
+
 namespace os {
+
+namespace {
+
+constexpr mode_t kUsualRights = 0666;  // less what the process's mask takes away
+
+OpenFile OpenToWrite(const std::string& path, int flags, const char* mode) noexcept {
+    const int descriptor = AboveStandardDescriptors(::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, kUsualRights));
+    if (descriptor < 0)
+        return nullptr;
+    OpenFile file(::fdopen(descriptor, mode));
+    if (!file)
+        ::close(descriptor);
+    return file;
+}
+
+}  // namespace
 
 /**
  * \brief Status of a file or folder, links followed
@@ -38,7 +56,7 @@ bool IsAccessible(const std::string& path) noexcept {
  * \return Null when it can't be opened, or is a folder, a pipe or a device
  */
 OpenFile OpenPlainFile(const std::string& path) noexcept {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const int descriptor = AboveStandardDescriptors(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (descriptor < 0)
         return nullptr;
     struct stat status {};
@@ -56,7 +74,16 @@ OpenFile OpenPlainFile(const std::string& path) noexcept {
  * \return Null when there is one already, or it can't be made
  */
 OpenFile OpenNewFile(const std::string& path) noexcept {
-    return OpenFile(std::fopen(path.c_str(), "wbx"));
+    return OpenToWrite(path, O_CREAT | O_EXCL, "wb");
+}
+
+/**
+ * \brief Open a file for writing behind what it holds
+ * \param[in] path Path of the file, which is made when there is none
+ * \return Null when it can't be opened
+ */
+OpenFile OpenFileToAppend(const std::string& path) noexcept {
+    return OpenToWrite(path, O_CREAT | O_APPEND, "ab");
 }
 
 }  // namespace os

@@ -20,6 +20,7 @@
 #include "os/Environment.h"
 #include "os/Library.h"
 #include "os/System.h"
+#include "os/posix/Descriptor.h"
 
 namespace os {
 
@@ -31,7 +32,7 @@ constexpr unsigned kFirstTcpPort = 6000;
 class Socket {
 public:
     Socket(int family, const sockaddr* address, socklen_t length)
-        : m_socket(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
+        : m_socket(AboveStandardDescriptors(::socket(family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))) {
         m_open = m_socket >= 0 && (::connect(m_socket, address, length) == 0 || Wait(POLLOUT));
     }
     ~Socket() {

@@ -61,4 +61,13 @@ OpenFile OpenNewFile(const std::string& path) noexcept {
     return file;
 }
 
+/**
+ * \brief Open a file for writing behind what it holds
+ * \param[in] path Path of the file, which is made when there is none
+ * \return Null when it can't be opened
+ */
+OpenFile OpenFileToAppend(const std::string& path) noexcept {
+    return OpenFile(std::fopen(path.c_str(), "ab"));
+}
+
 }  // namespace os

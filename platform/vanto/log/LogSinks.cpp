@@ -6,11 +6,12 @@
 #include "log/LogSinks.h"
 
 #include <fmt/format.h>
-#include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
 #include "log/EscapeText.h"
+#include "log/FileSink.h"
 #include "os/Environment.h"
+#include "os/StandardStreams.h"
 #include "vanto/TraceLog.h"
 
 namespace Vanto::tracelog {
@@ -42,8 +43,10 @@ LogSinks::LogSinks() {
     const os::EnvironmentValue wanted = os::GetEnvironment("VANTO_LOG", kLongestRules);
     if (wanted.status == os::EnvironmentStatus::kAbsent || wanted.status == os::EnvironmentStatus::kEmpty)
         return;
-    m_sinks.push_back(std::make_shared<spdlog::sinks::stderr_sink_mt>());
-    m_sinks.back()->set_pattern(kPattern);
+    if (os::HadStandardError()) {
+        m_sinks.push_back(std::make_shared<spdlog::sinks::stderr_sink_mt>());
+        m_sinks.back()->set_pattern(kPattern);
+    }
     if (wanted.status == os::EnvironmentStatus::kTooLong)
         ReportAboutItself(fmt::format("VANTO_LOG is ignored: it is longer than {} characters", kLongestRules - 1));
     m_rules = LogRules(wanted.text);
@@ -62,7 +65,7 @@ LogSinks::~LogSinks() = default;
 
 void LogSinks::OpenFile(const std::string& path) {
     try {
-        m_sinks.push_back(std::make_shared<spdlog::sinks::basic_file_sink_mt>(path));
+        m_sinks.push_back(std::make_shared<FileSink>(path));
         m_sinks.back()->set_pattern(kPattern);
     } catch (const spdlog::spdlog_ex& error) {
         ReportAboutItself(fmt::format("VANTO_LOG_FILE '{}' can't be written: {}", path, error.what()));

@@ -4,8 +4,11 @@
  */
 #include "system/Terminal.h"
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <initializer_list>
 
 namespace tools {
 
@@ -23,6 +26,12 @@ int TerminalWidth(std::FILE* stream) {
     return size.ws_col;
 }
 
-void PrepareStreams() {}
+/// Standard streams that the program was started without are occupied: else the line to the camera takes the place of
+/// one, and the camera gets what is printed. Printing there goes on to fail.
+void PrepareStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(stream, F_GETFD) == -1)
+            static_cast<void>(::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
 
 }  // namespace tools

@@ -35,6 +35,7 @@ bool IsAccessible(const std::string& path) noexcept;
 std::vector<std::string> ListFiles(const std::string& folder);
 OpenFile OpenPlainFile(const std::string& path) noexcept;
 OpenFile OpenNewFile(const std::string& path) noexcept;
+OpenFile OpenFileToAppend(const std::string& path) noexcept;
 bool CreateFolders(const std::string& folder) noexcept;
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxSize);
 bool WriteWholeFile(const std::string& path, std::string_view content) noexcept;

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <thread>
 
+#include "../../../support/ClosedStreams.h"
 #include "../Fixture.h"
 
 namespace ClSerTtyTest {
@@ -79,6 +80,23 @@ TEST_F(ClSerTtyOfLinux, AFileInAPortsPlaceIsRefused) {
     std::ofstream(Link("cam0")) << "no tty";
     hSerRef ref = nullptr;
     EXPECT_EQ(m_library.SerialInit(index, &ref), CL_ERR_INVALID_INDEX);
+}
+
+TEST_F(ClSerTtyOfLinux, TakesThePlaceOfNoStandardStream) {
+    const std::uint32_t index = m_library.IndexOf("cam0");
+    hSerRef ref = nullptr;
+    bool isTaken = false;
+    {
+        const test_support::ClosedStreams closed;
+        m_library.SerialInit(index, &ref);
+        for (const int stream : {0, 1, 2}) {
+            isTaken = isTaken || test_support::IsOpen(stream);
+        }
+    }
+    EXPECT_FALSE(isTaken);
+    EXPECT_EQ(Write(ref, "x"), CL_ERR_NO_ERR);
+    EXPECT_EQ(m_end->Receive(1), "x");
+    m_library.SerialClose(ref);
 }
 
 TEST_F(ClSerTtyOfLinux, APortWithoutPermissionNamesTheGroup) {

@@ -86,6 +86,18 @@ TEST_F(LogEnvironment, WritesToAFileAsWell) {
     EXPECT_EQ(std::count(twice.begin(), twice.end(), '\n'), 8);
 }
 
+#ifndef _WIN32
+// The log file was opened in its place, and got each line twice.
+TEST_F(LogEnvironment, PrintsIntoNoFileInThePlaceOfStandardError) {
+    const std::string file = m_folder.Path("log");
+    const ScopedEnvironment logVariable("VANTO_LOG", "trace");
+    const ScopedEnvironment fileVariable("VANTO_LOG_FILE", file);
+    EXPECT_EQ(std::system(("\"" + Native(LOG_PROBE) + "\" 2>&-").c_str()), 0);
+    const std::string printed = ReadAll(file);
+    EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 4);
+}
+#endif
+
 TEST_F(LogEnvironment, SaysSoWhenTheFileCantBeWritten) {
     EXPECT_THAT(Run("*:error", m_folder.Path()),
                 HasSubstr("VANTO_LOG_FILE '" + m_folder.Path() + "' can't be written: "));
