@@ -22,13 +22,14 @@ constexpr std::uint64_t kFirstHeartbeatMs = 3000;
 constexpr std::uint32_t kMinHeartbeatMs = 500;
 constexpr std::uint32_t kMaxHeartbeatMs = 60'000;
 constexpr Register kReserved{0x0208, 4};
+constexpr std::uint64_t kNowhere = 0x7FFF'0000;
 
 std::uint64_t CapabilityOf(const CameraOptions& options) {
     std::uint64_t bits = capability::kUserDefinedName | capability::kAccessPrivilege | capability::kTimestamp |
-                         capability::kSbrm | capability::kEndiannessRegister |
-                         (capability::kEncodingUtf8 << capability::kEncodingShift);
+                         capability::kEndiannessRegister | (capability::kEncodingUtf8 << capability::kEncodingShift);
     bits |= options.family.empty() ? 0 : capability::kFamilyName;
     bits |= options.writtenLength ? capability::kWrittenLength : 0;
+    bits |= options.serialRegisters == SerialRegisters::kNone ? 0 : capability::kSbrm;
     bits |= options.stacked ? capability::kStackedCommands : 0;
     bits |= options.genCpMinor >= 2 ? capability::kSoftwareInterfaceVersion : 0;
     return bits;
@@ -50,7 +51,7 @@ void AddTexts(RegisterFile& file, const CameraModel& model, const CameraOptions&
     file.AddText(abrm::kManufacturerName, Access::kRead, options.manufacturer);
     file.AddText(abrm::kModelName, Access::kRead, model.name);
     file.AddText(abrm::kFamilyName, Access::kRead, options.family);
-    file.AddText(abrm::kDeviceVersion, Access::kRead, "2.0");
+    file.AddText(abrm::kDeviceVersion, Access::kRead, options.firmware);
     file.AddText(abrm::kManufacturerInfo, Access::kRead, "simulated");
     file.AddText(abrm::kSerialNumber, Access::kRead, options.serial);
     file.AddText(abrm::kUserDefinedName, Access::kReadWrite, options.userName);
@@ -70,7 +71,8 @@ void AddBootstrapRegisters(RegisterFile& file, const CameraModel& model, const C
     file.AddNumber(abrm::kDeviceCapability, Access::kRead, CapabilityOf(options));
     file.AddNumber(abrm::kMaxDeviceResponseTime, Access::kRead, ResponseTimeOf(options));
     file.AddNumber(abrm::kManifestTableAddress, Access::kRead, registers::kManifestAddress);
-    file.AddNumber(abrm::kSbrmAddress, Access::kRead, registers::kSbrmAddress);
+    const bool areThere = options.serialRegisters == SerialRegisters::kThere;
+    file.AddNumber(abrm::kSbrmAddress, Access::kRead, areThere ? registers::kSbrmAddress : kNowhere);
     file.AddNumber(abrm::kDeviceConfiguration, Access::kReadWrite, 0);
     file.OnWrite(abrm::kDeviceConfiguration, [](ByteView value) {
         return (Load64(value, 0) & ~configuration::kHeartbeatEnable) == 0 ? kStatusSuccess : kStatusInvalidParameter;

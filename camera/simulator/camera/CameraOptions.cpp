@@ -12,6 +12,7 @@
 #include "camera/CameraModel.h"
 #include "camera/TextValues.h"
 #include "gencp/BaudRate.h"
+#include "gencp/Protocol.h"
 
 namespace MarlowSim {
 
@@ -55,10 +56,40 @@ std::uint16_t ParseGenCp(std::string_view text) {
     return static_cast<std::uint16_t>(ParseCount(text.substr(2), 3));
 }
 
+SerialRegisters ParseSerialRegisters(std::string_view text) {
+    if (text == "lost") {
+        return SerialRegisters::kElsewhere;
+    }
+    return ParseSwitch(text) ? SerialRegisters::kThere : SerialRegisters::kNone;
+}
+
+/// "none", or "0x10005C:0x8006+0x100060:0x8004"
+std::map<std::uint64_t, std::uint16_t> ParseRefusals(std::string_view text) {
+    std::map<std::uint64_t, std::uint16_t> refusals;
+    if (text == "none") {
+        return refusals;
+    }
+    for (const std::string_view part : Split(text, '+')) {
+        const std::size_t colon = part.find(':');
+        const auto status =
+            colon == std::string_view::npos ? 0 : ParseCount(part.substr(colon + 1), std::uint16_t{UINT16_MAX});
+        if (!gencp::IsError(static_cast<std::uint16_t>(status))) {
+            throw std::invalid_argument("'" + std::string(part) +
+                                        "' is no address and error status, as 0x10005C:0x8006");
+        }
+        refusals[ParseCount(part.substr(0, colon))] = static_cast<std::uint16_t>(status);
+    }
+    return refusals;
+}
+
+std::uint32_t ParseLineLimit(std::string_view text) {
+    return text == "0" ? 0 : ParseBaud(text);
+}
+
 using Options = CameraOptions;
 using Text = std::string_view;
 
-constexpr std::array<Key<Options>, 15> kOptionKeys{{
+constexpr std::array<Key<Options>, 19> kOptionKeys{{
     {"model", "H2048, H4096 or H8192L (line-scan)",
      [](Options& o, Text v) { o.model = std::string(FindModel(v).name); }},
     {"serial", "serial number", [](Options& o, Text v) { o.serial = RegisterText(v); }},
@@ -72,6 +103,13 @@ constexpr std::array<Key<Options>, 15> kOptionKeys{{
      [](Options& o, Text v) { o.writtenLength = ParseSwitch(v); }},
     {"rates", "baud rates that it can do, Camera Link flags (0xFF)",
      [](Options& o, Text v) { o.rates = ParseRates(v); }},
+    {"listed-rates", "those that its description lists, whatever it can do",
+     [](Options& o, Text v) { o.listedRates = ParseRates(v); }},
+    {"serial-registers", "on|off|lost: for the baud rate; lost: their address leads nowhere",
+     [](Options& o, Text v) { o.serialRegisters = ParseSerialRegisters(v); }},
+    {"firmware", "version of the device (2.0)", [](Options& o, Text v) { o.firmware = RegisterText(v); }},
+    {"sha1", "on|off: the manifest has the sum of the description",
+     [](Options& o, Text v) { o.sha1 = ParseSwitch(v); }},
     {"baud", "baud rate when switched on (9600)", [](Options& o, Text v) { o.baud = ParseBaud(v); }},
     {"paced", "on|off: bytes take the time of a real line", [](Options& o, Text v) { o.paced = ParseSwitch(v); }},
     {"zip", "on|off: the description is zipped", [](Options& o, Text v) { o.zip = ParseSwitch(v); }},
@@ -83,7 +121,7 @@ constexpr std::array<Key<Options>, 15> kOptionKeys{{
 
 using Faults = FaultSettings;
 
-constexpr std::array<Key<Faults>, 11> kFaultKeys{{
+constexpr std::array<Key<Faults>, 15> kFaultKeys{{
     {"loss", "probability that a packet gets lost, 0 to 1", [](Faults& f, Text v) { f.loss = ParseProbability(v); }},
     {"damage", "probability that a packet is damaged", [](Faults& f, Text v) { f.damage = ParseProbability(v); }},
     {"repeat", "probability that a packet comes twice", [](Faults& f, Text v) { f.repeat = ParseProbability(v); }},
@@ -93,6 +131,14 @@ constexpr std::array<Key<Faults>, 11> kFaultKeys{{
     {"pending", "ms that loading and saving user sets and a reset take",
      [](Faults& f, Text v) { f.pending = ParseMilliseconds(v); }},
     {"silent", "on|off: hears and says nothing", [](Faults& f, Text v) { f.silent = ParseSwitch(v); }},
+    {"always-pending", "on|off: calls every command pending, without end",
+     [](Faults& f, Text v) { f.alwaysPending = ParseSwitch(v); }},
+    {"line-limit", "fastest baud rate that the line carries; 0: all",
+     [](Faults& f, Text v) { f.lineLimit = ParseLineLimit(v); }},
+    {"refuse-read", "ADDRESS:STATUS+...: refuses reads of such bytes; none",
+     [](Faults& f, Text v) { f.refusedReads = ParseRefusals(v); }},
+    {"refuse-write", "ADDRESS:STATUS+...: refuses writes of such bytes; none",
+     [](Faults& f, Text v) { f.refusedWrites = ParseRefusals(v); }},
     {"fail-at", "N: the packet after N more gets lost", [](Faults& f, Text v) { f.failAt = ParseCount(v); }},
     {"drop-after", "N: the cable is pulled after N more packets",
      [](Faults& f, Text v) { f.dropAfter = ParseCount(v); }},

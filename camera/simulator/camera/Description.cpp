@@ -188,7 +188,7 @@ std::string DescriptionText(const CameraModel& model, const CameraOptions& optio
         return ReadTextFile(options.descriptionFile);
     }
     auto values = ValuesOf(model);
-    const auto conditions = ConditionsOf(model, options.rates);
+    const auto conditions = ConditionsOf(model, options.listedRates.value_or(options.rates));
     values[kVersionGuid] = "";
     values[kVersionGuid] = GuidOf(FillTemplate(HeronDescription(), values, conditions));
     std::string text = FillTemplate(HeronDescription(), values, conditions);
@@ -206,7 +206,9 @@ DescriptionFile MakeDescriptionFile(const CameraModel& model, const CameraOption
     file.isZip = options.zip;
     file.bytes =
         options.zip ? ZipOneFile(std::string(model.name) + ".xml", text) : gencp::Bytes(text.begin(), text.end());
-    file.sha1 = Sha1(file.bytes);
+    if (options.sha1) {
+        file.sha1 = Sha1(file.bytes);
+    }
     return file;
 }
 

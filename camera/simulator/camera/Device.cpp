@@ -23,6 +23,13 @@ constexpr milliseconds kConfirmTime{kBaudRateConfirmMs};
 constexpr milliseconds kPendingStep{200};
 constexpr milliseconds kPendingMargin{100};
 
+/// The status for the first of some bytes that is refused, else success.
+std::uint16_t RefusalOf(const std::map<std::uint64_t, std::uint16_t>& refused, std::uint64_t address,
+                        std::size_t length) {
+    const auto first = refused.lower_bound(address);
+    return first != refused.end() && first->first - address < length ? first->second : kStatusSuccess;
+}
+
 }  // namespace
 
 Device::Device(const CameraOptions& options, const FaultSettings& faults, Statistics& statistics, TimePoint now)
@@ -62,7 +69,7 @@ void Device::Receive(const Packet& packet, TimePoint now) {
     if (id != kFirstRequestId && m_lastId == id) {
         ++m_statistics.resent;
         RepeatAnswer(now);
-    } else if (m_running) {
+    } else if (m_running && !m_faults.alwaysPending) {
         Send(BuildAcknowledge(AcknowledgeOf(packet.header.command), kStatusBusy, id, {}), now, false);
     } else {
         Start(packet, now);
@@ -80,7 +87,10 @@ void Device::RepeatAnswer(TimePoint now) {
 void Device::Start(const Packet& command, TimePoint now) {
     m_lastId = command.header.requestId;
     m_lastAnswer.clear();
-    if (m_faults.pending.count() > 0 && IsSlow(command)) {
+    if (m_faults.alwaysPending) {
+        m_running = Running{command, TimePoint::max(), now};
+        AnnouncePending(now);
+    } else if (m_faults.pending.count() > 0 && IsSlow(command)) {
         m_running = Running{command, now + m_faults.pending, now};
         AnnouncePending(now);
     } else {
@@ -88,9 +98,14 @@ void Device::Start(const Packet& command, TimePoint now) {
     }
 }
 
+// The fault that made a command pending without end was taken away.
+bool Device::IsForeverOver() const {
+    return m_running->end == TimePoint::max() && !m_faults.alwaysPending;
+}
+
 void Device::AnnouncePending(TimePoint now) {
-    const auto left = std::chrono::ceil<milliseconds>(m_running->end - now);
-    const milliseconds step = std::clamp(left, milliseconds(1), kPendingStep);
+    const TimePoint end = std::min(m_running->end, now + kPendingStep);
+    const milliseconds step = std::max(std::chrono::ceil<milliseconds>(end - now), milliseconds(1));
     m_running->announced = now + step;
     const auto timeout = static_cast<std::uint16_t>((step + kPendingMargin).count());
     Send(BuildAcknowledge(kPendingAck, kStatusSuccess, m_running->command.header.requestId, EncodePendingAck(timeout)),
@@ -166,7 +181,7 @@ Device::Answer Device::ReadMemory(const Packet& command, bool isStacked, TimePoi
         if (range.length == 0 || answer.scd.size() + range.length > kMaxReadData) {
             return {kStatusInvalidParameter, {}};
         }
-        answer.status = m_firmware.Read(range.address, range.length, data, now);
+        answer.status = ReadOne(range, data, now);
         if (IsError(answer.status)) {
             return {answer.status, {}};
         }
@@ -202,8 +217,14 @@ Device::Answer Device::WriteMemory(const Packet& command, bool isStacked, TimePo
     return answer;
 }
 
+std::uint16_t Device::ReadOne(const MemoryRange& range, Bytes& data, TimePoint now) {
+    const std::uint16_t refusal = RefusalOf(m_faults.refusedReads, range.address, range.length);
+    return IsError(refusal) ? refusal : m_firmware.Read(range.address, range.length, data, now);
+}
+
 std::uint16_t Device::WriteOne(std::uint64_t address, ByteView data, TimePoint now) {
-    const std::uint16_t status = m_firmware.Write(address, data, now);
+    const std::uint16_t refusal = RefusalOf(m_faults.refusedWrites, address, data.size());
+    const std::uint16_t status = IsError(refusal) ? refusal : m_firmware.Write(address, data, now);
     if (!IsError(status)) {
         ++m_statistics.writes[address];
     }
@@ -235,7 +256,7 @@ void Device::ObeyLineRequest(TimePoint now) {
  * \brief Do what is due
  */
 void Device::OnTime(TimePoint now) {
-    if (m_running && now >= m_running->end) {
+    if (m_running && (now >= m_running->end || IsForeverOver())) {
         const Packet command = std::move(m_running->command);
         m_running.reset();
         Finish(command, now);

@@ -12,6 +12,7 @@
 #include "Time.h"
 #include "camera/Firmware.h"
 #include "gencp/BaudRate.h"
+#include "gencp/Memory.h"
 #include "gencp/Packet.h"
 #include "simulator/CameraOptions.h"
 #include "simulator/Statistics.h"
@@ -62,9 +63,11 @@ private:
     void AnnouncePending(TimePoint now);
     void Send(gencp::Bytes packet, TimePoint ready, bool endsCommand);
     bool IsSlow(const gencp::Packet& command) const;
+    bool IsForeverOver() const;
     Answer Execute(const gencp::Packet& command, TimePoint now);
     Answer ReadMemory(const gencp::Packet& command, bool isStacked, TimePoint now);
     Answer WriteMemory(const gencp::Packet& command, bool isStacked, TimePoint now);
+    std::uint16_t ReadOne(const gencp::MemoryRange& range, gencp::Bytes& data, TimePoint now);
     std::uint16_t WriteOne(std::uint64_t address, gencp::ByteView data, TimePoint now);
     void ObeyLineRequest(TimePoint now);
     void SetRate(const gencp::BaudRate* rate);

@@ -120,7 +120,7 @@ void Station::TakeFromLine(TimePoint now) {
         if (m_options.faults.silent) {
             continue;
         }
-        if (hostRate == ownRate) {
+        if (IsCarried(hostRate)) {
             m_parser.Append(gencp::ByteView(buffer).first(count));
         } else {
             m_statistics.noiseBytes += count;
@@ -263,15 +263,20 @@ void Station::Carry(const Leaving& leaving, std::size_t begin, std::size_t end) 
         return;
     }
     const auto bytes = gencp::ByteView(leaving.outgoing.packet).subspan(begin, end - begin);
-    const std::uint32_t hostRate = m_line->HostBitsPerSecond();
     m_statistics.bytesOut += bytes.size();
     m_statistics.lineTime += gencp::TransferTime(bytes.size(), m_device->BitsPerSecond());
-    if (hostRate == m_device->BitsPerSecond()) {
+    if (IsCarried(m_line->HostBitsPerSecond())) {
         m_line->Send(bytes);
     } else {
         m_statistics.noiseBytes += bytes.size();
         m_line->Send(m_chance.Noise(bytes.size()));
     }
+}
+
+/// Whether the other end gets bytes as they were sent.
+bool Station::IsCarried(std::uint32_t hostRate) const {
+    const std::uint32_t limit = m_options.faults.lineLimit;
+    return hostRate == m_device->BitsPerSecond() && (limit == 0 || hostRate <= limit);
 }
 
 void Station::ClearLine() {

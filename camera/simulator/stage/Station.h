@@ -63,6 +63,7 @@ private:
     void Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate);
     void SendToHost(TimePoint now);
     bool Progress(Leaving& leaving, TimePoint now);
+    bool IsCarried(std::uint32_t hostRate) const;
     void Carry(const Leaving& leaving, std::size_t begin, std::size_t end);
     void Obey(const FaultSource::Fate& fate, TimePoint now);
     void ClearLine();

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,12 +24,19 @@ struct FaultSettings {
     std::chrono::milliseconds delay{0};    ///< from a command to its acknowledge
     std::chrono::milliseconds pending{0};  ///< slow commands take so long, with pending acknowledges meanwhile
     bool silent = false;                   ///< hears nothing, says nothing
+    bool alwaysPending = false;            ///< answers every command with pending acknowledges, without end
+    std::uint32_t lineLimit = 0;           ///< fastest rate that the line carries, bit/s; 0: all
+    std::map<std::uint64_t, std::uint16_t> refusedReads;   ///< addresses, and the status that stands for their bytes
+    std::map<std::uint64_t, std::uint16_t> refusedWrites;  ///< likewise
 
     // Countdowns; each ends itself.
     std::optional<std::uint64_t> failAt;       ///< the packet after so many more gets lost
     std::optional<std::uint64_t> dropAfter;    ///< the cable is pulled after so many more packets
     std::optional<std::uint64_t> silentAfter;  ///< the camera falls silent after so many more packets
 };
+
+/// How a camera comes to registers for its baud rate.
+enum class SerialRegisters { kThere, kNone, kElsewhere };
 
 struct CameraOptions {
     std::string model = "H2048";
@@ -37,9 +45,13 @@ struct CameraOptions {
     std::string family = "Heron";  ///< empty: no such register
     std::string userName;
     std::uint16_t genCpMinor = 3;
-    bool stacked = true;              ///< has stacked commands
-    bool writtenLength = true;        ///< tells the length written
-    std::uint32_t rates = 0xFF;       ///< supported baud rates, Camera Link flags; 9600 is among them
+    bool stacked = true;                       ///< has stacked commands
+    bool writtenLength = true;                 ///< tells the length written
+    std::uint32_t rates = 0xFF;                ///< supported baud rates, Camera Link flags; 9600 is among them
+    std::optional<std::uint32_t> listedRates;  ///< those in the description; else those that are supported
+    SerialRegisters serialRegisters = SerialRegisters::kThere;  ///< kElsewhere: their address leads nowhere
+    std::string firmware = "2.0";                               ///< what the device version says
+    bool sha1 = true;                                           ///< the manifest has the SHA-1 of the description
     std::uint32_t baud = 9600;        ///< rate at which the camera is when it is switched on, bit/s
     bool paced = false;               ///< both directions take the true time of the line
     bool zip = false;                 ///< the description is a ZIP file

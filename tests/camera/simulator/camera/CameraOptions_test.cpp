@@ -31,7 +31,8 @@ TEST(ParseCamera, TakesAllKeys) {
             "off,"
             "rates=0x14,baud=115200,paced=on,zip=on,description-size=200000,description=/x.xml,seed=7,loss=0.02,"
             "damage=1,repeat=0,late=0.5,late-time=20,delay=5,pending=700,silent=on,fail-at=3,drop-after=4,silent-after="
-            "5")
+            "5,listed-rates=0xFE,serial-registers=lost,firmware=3.1,sha1=off,always-pending=on,line-limit=115200,"
+            "refuse-read=0x10:0x8006,refuse-write=0x10:0x8004+0x18:0x8007")
             .options;
     EXPECT_EQ(o.model, "H8192L");
     EXPECT_EQ(o.serial, "S-1");
@@ -59,6 +60,24 @@ TEST(ParseCamera, TakesAllKeys) {
     EXPECT_EQ(o.faults.failAt, 3U);
     EXPECT_EQ(o.faults.dropAfter, 4U);
     EXPECT_EQ(o.faults.silentAfter, 5U);
+    EXPECT_EQ(o.listedRates, 0xFFU);
+    EXPECT_EQ(o.serialRegisters, SerialRegisters::kElsewhere);
+    EXPECT_EQ(o.firmware, "3.1");
+    EXPECT_FALSE(o.sha1);
+    EXPECT_TRUE(o.faults.alwaysPending);
+    EXPECT_EQ(o.faults.lineLimit, 115200U);
+    EXPECT_THAT(o.faults.refusedReads, testing::ElementsAre(testing::Pair(0x10U, 0x8006)));
+    EXPECT_THAT(o.faults.refusedWrites,
+                testing::ElementsAre(testing::Pair(0x10U, 0x8004), testing::Pair(0x18U, 0x8007)));
+}
+
+TEST(ParseCamera, TakesBackFaults) {
+    CameraOptions o = ParseCamera("c,line-limit=9600,refuse-read=0x10:0x8006,serial-registers=off").options;
+    EXPECT_EQ(o.serialRegisters, SerialRegisters::kNone);
+    SetOptions(o, "line-limit=0,refuse-read=none,serial-registers=on");
+    EXPECT_EQ(o.serialRegisters, SerialRegisters::kThere);
+    EXPECT_EQ(o.faults.lineLimit, 0U);
+    EXPECT_TRUE(o.faults.refusedReads.empty());
 }
 
 class BadCamera : public testing::TestWithParam<const char*> {};
@@ -73,7 +92,9 @@ INSTANTIATE_TEST_SUITE_P(Texts, BadCamera,
                                          "c,loss=0.1x", "c,zip=yes", "c,baud=9601", "c,rates=0x100", "c,gencp=2.0",
                                          "c,gencp=1.4", "c,gencp=1.", "c,delay=-1", "c,delay=3600001",
                                          "c,seed=18446744073709551616", "c,drop-after=x",
-                                         "c,description-size=99999999999"));
+                                         "c,description-size=99999999999", "c,refuse-read=0x10", "c,refuse-read=0x10:6",
+                                         "c,refuse-write=:0x8006", "c,refuse-write=x:0x8006", "c,line-limit=9601",
+                                         "c,serial-registers=gone"));
 
 TEST(BadCameraText, NamesTheKey) {
     try {

@@ -117,6 +117,51 @@ TEST_F(DeviceTest, CanBeAnOldCamera) {
     EXPECT_TRUE(Exchange(Command(kWriteMem, EncodeWrite(kGainRaw.address, NumberBytes(1, 4)), 10)).scd.empty());
 }
 
+TEST_F(DeviceTest, CanBeWithoutRegistersForItsRate) {
+    CameraOptions options;
+    options.serialRegisters = SerialRegisters::kNone;
+    Make(options);
+    EXPECT_EQ(Load64(Read(abrm::kDeviceCapability.address, 8).scd, 0) & capability::kSbrm, 0U);
+    options.serialRegisters = SerialRegisters::kElsewhere;
+    Make(options);
+    EXPECT_NE(Load64(Read(abrm::kDeviceCapability.address, 8).scd, 0) & capability::kSbrm, 0U);
+    const std::uint64_t address = Load64(Read(abrm::kSbrmAddress.address, 8).scd, 0);
+    EXPECT_EQ(Read(address, 4).header.flags, kStatusInvalidAddress);
+}
+
+TEST_F(DeviceTest, RefusesAccessesToChosenBytes) {
+    m_faults.refusedWrites = {{kWidth.address + 3, kStatusAccessDenied}};
+    m_faults.refusedReads = {{kHeight.address, kStatusBusy}};
+    const std::uint32_t width = Number(kWidth);
+    EXPECT_EQ(Write(kWidth, 640), kStatusAccessDenied);
+    EXPECT_EQ(Number(kWidth), width);
+    EXPECT_EQ(m_statistics.WritesAt(kWidth.address), 0U);
+    EXPECT_EQ(Read(kHeight.address, 4).header.flags, kStatusBusy);
+    EXPECT_EQ(Read(kHeight.address - 8, 12).header.flags, kStatusBusy);
+    EXPECT_EQ(Read(kHeight.address - 4, 4).header.flags, kStatusSuccess);
+    EXPECT_EQ(Read(kHeight.address + 4, 4).header.flags, kStatusSuccess);
+    m_faults = {};
+    EXPECT_EQ(Write(kWidth, 640), kStatusSuccess);
+    EXPECT_EQ(Read(kHeight.address, 4).header.flags, kStatusSuccess);
+}
+
+TEST_F(DeviceTest, CallsEverythingPendingWithoutEndWhenAsked) {
+    m_faults.alwaysPending = true;
+    EXPECT_EQ(Read(0, 4).header.command, kPendingAck);
+    for (int i = 0; i < 100; ++i) {
+        Wait(200);
+        const auto packet = Sent();
+        ASSERT_TRUE(packet);
+        EXPECT_EQ(packet->header.command, kPendingAck);
+    }
+    EXPECT_EQ(Read(4, 4).header.command, kPendingAck) << "a new command takes the place of the old one";
+    m_faults.alwaysPending = false;
+    Wait(1);
+    const auto answer = Sent();
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->header.command, AcknowledgeOf(kReadMem));
+}
+
 TEST_F(DeviceTest, TellsTheLengthWritten) {
     const Packet answer = Exchange(Command(kWriteMem, EncodeWrite(kGainRaw.address, NumberBytes(1, 4)), 5));
     EXPECT_EQ(answer.header.command, AcknowledgeOf(kWriteMem));

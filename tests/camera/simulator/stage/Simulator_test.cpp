@@ -162,6 +162,15 @@ TEST_F(SimulatorTest, SendsNoiseToAHostAtAnotherRate) {
     EXPECT_FALSE(ParseHeader(bytes));
 }
 
+TEST_F(SimulatorTest, CarriesNoRateBeyondTheLimitOfTheLine) {
+    Host host(Add("cam0", "line-limit=115200,baud=230400"), 230400);
+    host.SendBytes(ReadCommand(abrm::kGenCpVersion, 1));
+    EXPECT_TRUE(WaitForFigures("cam0", [](const Statistics& s) { return s.noiseBytes == 28; }));
+    m_simulator.SetFault("cam0", "line-limit", "230400");
+    EXPECT_EQ(host.Number(abrm::kGenCpVersion), 0x00010003U);
+    EXPECT_EQ(m_simulator.StatisticsOf("cam0").executed, 1U);
+}
+
 TEST_F(SimulatorTest, ChangesTheRateWithAConfirmingWrite) {
     Host host(Add("cam0"));
     EXPECT_EQ(host.Write(kBaud, 0x80), kStatusSuccess);
