@@ -60,9 +60,12 @@ private:
  */
 SerialConnection::SerialConnection(std::shared_ptr<const SerialLibrary> library, std::uint32_t index,
                                    const std::string& portId)
-    : m_library(std::move(library)), m_piece(kPieceSize + kPieceMargin), m_port(m_library->Open(index, portId)) {
+    : m_library(std::move(library)),
+      m_index(index),
+      m_piece(kPieceSize + kPieceMargin),
+      m_port(m_library->Open(index, portId)) {
     try {
-        const std::int32_t result = m_library->SetBaudRate(m_port, CL_BAUDRATE_9600);
+        const std::int32_t result = SetRate(CL_BAUDRATE_9600);
         // A port without that rate keeps the one it has: the driver looks for the camera at the rates that there are.
         if (result < 0 && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
             throw CLErrException(
@@ -217,20 +220,39 @@ CLINT32 SerialConnection::WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& wr
     return CL_ERR_NO_ERR;
 }
 
+/// The rates that the library claims, without those that the port has refused since the library was loaded.
 CLINT32 SerialConnection::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
     if (baudRates == nullptr)
         return CL_ERR_INVALID_PTR;
-    return Guarded([&] { return m_library->GetSupportedBaudRates(m_port, baudRates); });
+    return Guarded([&] {
+        const CLINT32 result = m_library->GetSupportedBaudRates(m_port, baudRates);
+        if (result >= 0)
+            *baudRates &= ~m_library->Refused().Of(m_index);
+        return result;
+    });
 }
 
 /// Sets the rate; what came in at the rate before is forgotten.
 CLINT32 SerialConnection::clSetBaudRate(CLUINT32 baudRate) noexcept {
     return Guarded([&] {
-        const CLINT32 result = m_library->SetBaudRate(m_port, baudRate);
+        const CLINT32 result = SetRate(baudRate);
         if (result >= 0)
             m_received.clear();
         return result;
     });
+}
+
+// What a library claims of its rates is not believed once it has refused one.
+CLINT32 SerialConnection::SetRate(CLUINT32 flag) {
+    const CLINT32 result = m_library->SetBaudRate(m_port, flag);
+    CLUINT32 claimed = 0;
+    if (result == CL_ERR_BAUD_RATE_NOT_SUPPORTED && m_library->GetSupportedBaudRates(m_port, &claimed) >= 0 &&
+        (claimed & flag) != 0) {
+        m_library->Refused().Note(m_index, flag);
+        Log(CLP_LOG_WARN, "'%s' claims a baud rate and refuses it (flag 0x%x): it is left out from now on",
+            m_library->Path(), flag);
+    }
+    return result;
 }
 
 }  // namespace CLProtocol

@@ -37,7 +37,10 @@ private:
     CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& written, CLUINT32 timeoutMs);
 
+    CLINT32 SetRate(CLUINT32 flag);
+
     const std::shared_ptr<const SerialLibrary> m_library;
+    const std::uint32_t m_index;
     std::mutex m_mutex;
     std::vector<char> m_received;  // what has come in and was not asked for completely yet
     std::vector<char> m_piece;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "RefusedRates.h"
 #include "clser/ClSerial.h"
 #include "os/Library.h"
 
@@ -35,6 +36,7 @@ public:
     std::int32_t SetBaudRate(hSerRef port, std::uint32_t flag) const;
     void Flush(hSerRef port) const;
     std::string ErrorText(std::int32_t code) const;
+    RefusedRates& Refused() const noexcept { return m_refused; }
 
 private:
     void LookUp();
@@ -50,6 +52,7 @@ private:
     std::uint32_t m_version = CL_DLL_VERSION_1_0;
     std::string m_maker;  // when it was loaded
     std::uint32_t m_oldPorts = 0;
+    mutable RefusedRates m_refused;
 
     PclSerialInit m_serialInit = nullptr;
     PclSerialClose m_serialClose = nullptr;

@@ -303,6 +303,29 @@ TEST_F(Connection, PassesOnBaudRates) {
     EXPECT_EQ(connection.clSetBaudRate(CL_BAUDRATE_921600), -10008);
 }
 
+TEST_F(Connection, LeavesOutRatesThatAPortClaimsAndRefuses) {
+    script.onSetBaudRate = [](PortScript& port, std::uint32_t flag) {
+        return flag >= CL_BAUDRATE_460800 && port.name == "Port0" ? -10008 : 0;
+    };
+    std::uint32_t mask = 0;
+    {
+        SerialConnection connection(library, 0, "id");
+        EXPECT_EQ(connection.clSetBaudRate(CL_BAUDRATE_921600), -10008);
+        EXPECT_EQ(connection.clGetSupportedBaudRates(&mask), 0);
+        EXPECT_EQ(mask, 0x7fu);
+    }
+    SerialConnection again(library, 0, "id");
+    EXPECT_EQ(again.clGetSupportedBaudRates(&mask), 0);
+    EXPECT_EQ(mask, 0x7fu);
+    EXPECT_EQ(again.clSetBaudRate(CL_BAUDRATE_460800), -10008);
+    EXPECT_EQ(again.clGetSupportedBaudRates(&mask), 0);
+    EXPECT_EQ(mask, 0x3fu);
+    script.SetPorts(2, {});
+    SerialConnection other(library, 1, "id");
+    EXPECT_EQ(other.clGetSupportedBaudRates(&mask), 0);
+    EXPECT_EQ(mask, 0xffu);
+}
+
 TEST_F(Connection, ForgetsWhatCameAtAnotherRate) {
     SerialConnection connection(library, 0, "id");
     bool isFirst = true;
