@@ -157,6 +157,12 @@ std::size_t Connection::DescriptionSize(CLProtocol::ISerial& serial, const std::
     return static_cast<std::size_t>(FindFile(xmlId).entry.size);
 }
 
+/// A text that is another one whenever the bytes of a description are; empty when the camera has no SHA-1 of it.
+std::string Connection::DescriptionDigest(CLProtocol::ISerial& serial, const std::string& xmlId, Duration timeout) {
+    const auto lock = Begin(serial, timeout);
+    return DigestOf(FindFile(xmlId).entry);
+}
+
 /// Fetch a description. The buffer has the size that DescriptionSize gave.
 void Connection::FetchDescription(CLProtocol::ISerial& serial, const std::string& xmlId, std::span<std::uint8_t> buffer,
                                   Duration timeout) {

@@ -36,6 +36,7 @@ public:
     bool ContinueWrite(CLProtocol::ISerial& serial, bool isWaiting, Duration timeout);
     std::vector<std::string> XmlIds(CLProtocol::ISerial& serial, Duration timeout);
     std::size_t DescriptionSize(CLProtocol::ISerial& serial, const std::string& xmlId, Duration timeout);
+    std::string DescriptionDigest(CLProtocol::ISerial& serial, const std::string& xmlId, Duration timeout);
     void FetchDescription(CLProtocol::ISerial& serial, const std::string& xmlId, std::span<std::uint8_t> buffer,
                           Duration timeout);
     std::uint32_t Rate(CLProtocol::ISerial& serial, Duration timeout);

@@ -5,6 +5,8 @@
 
 #include "DescriptionFiles.h"
 
+#include <fmt/ranges.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -68,6 +70,14 @@ std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_
                        at / gencp::manifest::kEntrySize, entry.fileType, entry.fileFormat, entry.size);
     }
     return files;
+}
+
+/**
+ * \brief What tells a file from any other
+ * \return Its size and SHA-1; empty for an entry without SHA-1, for which a changed file can't be told from the old one
+ */
+std::string DigestOf(const gencp::ManifestEntry& entry) {
+    return entry.HasSha1() ? fmt::format("{} {:02x}", entry.size, fmt::join(entry.sha1, "")) : std::string();
 }
 
 /**

@@ -24,6 +24,7 @@ inline constexpr std::uint64_t kMaxDescriptionSize = std::uint64_t{64}
                                                      << 20;  ///< bytes; a camera's word is bounded by it
 
 std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger);
+std::string DigestOf(const gencp::ManifestEntry& entry);
 void FetchDescription(CameraMemory& memory, const DescriptionFile& file, std::span<std::uint8_t> buffer);
 
 }  // namespace marlow

@@ -249,6 +249,17 @@ MARLOW_EXPORT CLINT32 CLP_CC clpGetXMLDescription(ISerial* serial, CLUINT32 cook
     return Guarded(cookie, [&] { return GetDescription(serial, cookie, xmlId, buffer, size, timeoutMs); });
 }
 
+MARLOW_EXPORT CLINT32 CLP_CC clpGetXMLDigest(ISerial* serial, CLUINT32 cookie, const CLINT8* xmlId, CLINT8* digest,
+                                             CLUINT32* size, CLUINT32 timeoutMs) noexcept {
+    return Guarded(cookie, [&] {
+        const auto connection = TheDriver().Get(cookie);
+        Checked(size, "size");
+        const std::string id = &Checked(xmlId, "xmlId");
+        return GiveText(connection->DescriptionDigest(Checked(serial, "serial"), id, Milliseconds(timeoutMs)), digest,
+                        size);
+    });
+}
+
 MARLOW_EXPORT CLINT32 CLP_CC clpReadRegister(ISerial* serial, CLUINT32 cookie, CLINT64 address, CLINT8* buffer,
                                              CLINT64 length, CLUINT32 timeoutMs) noexcept {
     return Guarded(cookie, [&] {

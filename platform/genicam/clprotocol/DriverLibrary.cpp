@@ -84,6 +84,7 @@ void DriverLibrary::LookUp() {
     get(m_getParam, "clpGetParam");
     get(m_setParam, "clpSetParam");
     get(m_isParamSupported, "clpIsParamSupported");
+    m_getXmlDigest = reinterpret_cast<PclpGetXMLDigest>(m_library.FindSymbol("clpGetXMLDigest"));
 }
 
 void DriverLibrary::CheckSuccess(const char* function, CLINT32 result) const {
@@ -182,6 +183,24 @@ CLINT32 DriverLibrary::GetXml(ISerial& serial, CLUINT32 cookie, const std::strin
         capacity = size;
     }
     return CL_ERR_BUFFER_TOO_SMALL;
+}
+
+/**
+ * \brief What the camera says now about the bytes of a description, without fetching it
+ * \param[out] digest Another one whenever the bytes are others; empty when the camera does not tell
+ * \return The driver's result; -10099 when it has no such function
+ */
+CLINT32 DriverLibrary::GetXmlDigest(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, std::string& digest,
+                                    CLUINT32 timeoutMs) const {
+    if (m_getXmlDigest == nullptr)
+        return CL_ERR_FUNCTION_NOT_FOUND;
+    ForeignText text = AskForText(
+        [&](char* buffer, std::uint32_t* size) {
+            return Call("clpGetXMLDigest", m_getXmlDigest, &serial, cookie, xmlId.c_str(), buffer, size, timeoutMs);
+        },
+        kFirstTextSize, kMaxTextSize);
+    digest = std::move(text.text);
+    return text.result;
 }
 
 /// The bytes of a description, without fetching it; 0 when the driver can't say it.

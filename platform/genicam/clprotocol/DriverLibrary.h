@@ -30,6 +30,8 @@ public:
     CLINT32 GetXmlIds(ISerial& serial, CLUINT32 cookie, std::string& ids, CLUINT32 timeoutMs) const;
     CLINT32 GetXml(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, std::string& xml,
                    CLUINT32 timeoutMs) const;
+    CLINT32 GetXmlDigest(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, std::string& digest,
+                         CLUINT32 timeoutMs) const;
     std::size_t GetXmlSize(ISerial& serial, CLUINT32 cookie, const std::string& xmlId, CLUINT32 timeoutMs) const;
     CLINT32 Read(ISerial& serial, CLUINT32 cookie, CLINT64 address, char* buffer, CLINT64 length,
                  CLUINT32 timeoutMs) const;
@@ -72,6 +74,7 @@ private:
     PclpGetParam m_getParam = nullptr;
     PclpSetParam m_setParam = nullptr;
     PclpIsParamSupported m_isParamSupported = nullptr;
+    PclpGetXMLDigest m_getXmlDigest = nullptr;  // null in most drivers
 };
 
 }  // namespace CLProtocol

@@ -5,7 +5,6 @@
 
 #include "Session.h"
 
-#include <bit>
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -139,6 +138,23 @@ std::string Session::GetXml(const std::string& xmlId, CLUINT32 timeoutMs) {
     return xml;
 }
 
+/**
+ * \brief What stands for the very bytes that GetXml would give now
+ * \return Nothing when that can't be told. Without a word of the driver's it is the XML ID, as the standard has it
+ */
+std::optional<std::string> Session::XmlIdentity(const std::string& xmlId, CLUINT32 timeoutMs) {
+    std::string digest;
+    bool isTold = true;
+    Ask("clpGetXMLDigest", [&] {
+        const CLINT32 result = m_driver->GetXmlDigest(*m_line, m_cookie, xmlId, digest, timeoutMs);
+        isTold = result != CL_ERR_FUNCTION_NOT_FOUND;
+        return isTold ? result : static_cast<CLINT32>(CL_ERR_NO_ERR);
+    });
+    if (!isTold)
+        return xmlId;
+    return digest.empty() ? std::nullopt : std::optional(xmlId + '\n' + digest);
+}
+
 // Tells the host how a fetch goes on. The driver is asked for the size only where somebody wants to know it: not every
 // driver has it at hand.
 PortLine::Task Session::FetchTask(const std::string& xmlId, CLUINT32 timeoutMs) {
@@ -152,8 +168,8 @@ PortLine::Task Session::FetchTask(const std::string& xmlId, CLUINT32 timeoutMs) 
     });
 }
 
-/// The highest rate, as a flag, that camera and port both support; 0 when the driver can't tell.
-CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
+/// The rates, as flags, that camera and port both support; 0 when the driver can't tell.
+CLUINT32 Session::CommonRates(CLUINT32 timeoutMs) {
     CLUINT32 common = 0;
     CLUINT32 port = 0;
     if (!m_driver->IsParameterSupported(CLP_DEVICE_BAUDERATE) ||
@@ -161,7 +177,7 @@ CLUINT32 Session::FastestCommonRate(CLUINT32 timeoutMs) {
         m_driver->GetParameter(*m_line, CLP_DEVICE_SUPPORTED_BAUDERATES, m_cookie, common, timeoutMs) < 0 ||
         m_serial->clGetSupportedBaudRates(&port) < 0)
         return 0;
-    return std::bit_floor(common & port & kAllRates);
+    return common & port & kAllRates;
 }
 
 /// The camera's present rate, as a flag.

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,8 @@ public:
     void Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs);
     std::vector<std::string> GetXmlIds(CLUINT32 timeoutMs);
     std::string GetXml(const std::string& xmlId, CLUINT32 timeoutMs);
-    CLUINT32 FastestCommonRate(CLUINT32 timeoutMs);
+    std::optional<std::string> XmlIdentity(const std::string& xmlId, CLUINT32 timeoutMs);
+    CLUINT32 CommonRates(CLUINT32 timeoutMs);
     CLUINT32 GetRate(CLUINT32 timeoutMs);
     CLUINT32 LineRate() const noexcept { return m_line->Rate(); }
     void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);

@@ -23,12 +23,16 @@ constexpr std::size_t kMaxReadableName = 100;
 constexpr std::size_t kHashInName = 16;
 constexpr std::string_view kFirstLine = "CLProtocol description 1\n";
 
-// The sum stands for the ID as well, so that no file is taken for another's.
-std::string SumOf(const std::string& xmlId, std::string_view xml) {
-    std::string bytes = xmlId;
+// The sum stands for the key as well, so that no file is taken for another's.
+std::string SumOf(const std::string& key, std::string_view xml) {
+    std::string bytes = key;
     bytes += '\0';
     bytes += xml;
     return Sha1Of(bytes);
+}
+
+std::string FirstLine(const std::string& key) {
+    return key.substr(0, key.find('\n'));
 }
 
 bool IsHarmless(char character) {
@@ -50,10 +54,11 @@ bool LooksWhole(std::string_view xml) {
 
 /**
  * \class XmlCache
- * \brief Keeps descriptions by XML ID, one file each
+ * \brief Keeps descriptions by a key, one file each
  *
- * A file consists of the line "CLProtocol description 1", a line with the SHA-1 of XML ID, NUL and description, and
- * the description. Files are written as a whole or not at all. A file that is damaged counts as absent, and so does a
+ * A key is one line or more, of which the first is the XML ID; the others tell descriptions with one ID apart. A file
+ * consists of the line "CLProtocol description 1", a line with the SHA-1 of key, NUL and description, and the
+ * description. Files are written as a whole or not at all. A file that is damaged counts as absent, and so does a
  * description that does not begin and end as one. Nothing here
  * is an error: where the cache can't be used, descriptions are fetched.
  *
@@ -72,18 +77,18 @@ std::string XmlCache::Folder() {
     return caches ? *caches + os::ToSystemSeparators("/GenICam/CLProtocol") : std::string();
 }
 
-std::string XmlCache::PathOf(const std::string& xmlId) const {
-    std::string name = xmlId.substr(0, kMaxReadableName);
+std::string XmlCache::PathOf(const std::string& key) const {
+    std::string name = FirstLine(key).substr(0, kMaxReadableName);
     std::replace_if(
         name.begin(), name.end(), [](char character) { return !IsHarmless(character); }, '_');
-    return m_folder + os::kPathSeparator + name + "-" + Sha1Of(xmlId).substr(0, kHashInName) + ".cache";
+    return m_folder + os::kPathSeparator + name + "-" + Sha1Of(key).substr(0, kHashInName) + ".cache";
 }
 
-/// A description that was stored under that very ID; nothing when there is none or it is damaged.
-std::optional<std::string> XmlCache::Load(const std::string& xmlId) const {
+/// A description that was stored under that very key; nothing when there is none or it is damaged.
+std::optional<std::string> XmlCache::Load(const std::string& key) const {
     if (m_folder.empty())
         return std::nullopt;
-    const std::string path = PathOf(xmlId);
+    const std::string path = PathOf(key);
     std::optional<std::string> file = os::ReadWholeFile(path, kMaxSize);
     if (!file)
         return std::nullopt;
@@ -91,26 +96,26 @@ std::optional<std::string> XmlCache::Load(const std::string& xmlId) const {
     constexpr std::size_t kHeaderSize = kFirstLine.size() + kSumSize + 1;
     const std::string_view text = *file;
     if (text.size() < kHeaderSize || !text.starts_with(kFirstLine) || text[kHeaderSize - 1] != '\n' ||
-        text.substr(kFirstLine.size(), kSumSize) != SumOf(xmlId, text.substr(kHeaderSize)) ||
+        text.substr(kFirstLine.size(), kSumSize) != SumOf(key, text.substr(kHeaderSize)) ||
         !LooksWhole(text.substr(kHeaderSize))) {
         Log(CLP_LOG_WARN, "Cached description '%s' is damaged and fetched again", path);
         return std::nullopt;
     }
-    Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", xmlId, path);
+    Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", FirstLine(key), path);
     return file->substr(kHeaderSize);
 }
 
 /// Stores a description that looks whole; a cache that can't be written is logged and not used.
-void XmlCache::Store(const std::string& xmlId, const std::string& xml) const {
+void XmlCache::Store(const std::string& key, const std::string& xml) const {
     if (!LooksWhole(xml)) {
-        Log(CLP_LOG_WARN, "Description '%s' does not look whole and is not kept", xmlId);
+        Log(CLP_LOG_WARN, "Description '%s' does not look whole and is not kept", FirstLine(key));
         return;
     }
-    const std::string content = std::string(kFirstLine) + SumOf(xmlId, xml) + "\n" + xml;
+    const std::string content = std::string(kFirstLine) + SumOf(key, xml) + "\n" + xml;
     if (m_folder.empty() || content.size() > kMaxSize)
         return;
-    if (!os::CreateFolders(m_folder) || !os::WriteWholeFile(PathOf(xmlId), content))
-        Log(CLP_LOG_WARN, "Description '%s' can't be kept in '%s'", xmlId, m_folder);
+    if (!os::CreateFolders(m_folder) || !os::WriteWholeFile(PathOf(key), content))
+        Log(CLP_LOG_WARN, "Description '%s' can't be kept in '%s'", FirstLine(key), m_folder);
 }
 
 }  // namespace CLProtocol

@@ -15,11 +15,11 @@ public:
 
     explicit XmlCache(std::string folder) : m_folder(std::move(folder)) {}
 
-    std::optional<std::string> Load(const std::string& xmlId) const;
-    void Store(const std::string& xmlId, const std::string& xml) const;
+    std::optional<std::string> Load(const std::string& key) const;
+    void Store(const std::string& key, const std::string& xml) const;
 
 private:
-    std::string PathOf(const std::string& xmlId) const;
+    std::string PathOf(const std::string& key) const;
 
     std::string m_folder;
 };

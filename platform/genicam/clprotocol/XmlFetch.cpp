@@ -5,6 +5,8 @@
 
 #include "XmlFetch.h"
 
+#include <bit>
+
 #include "ActivityTeller.h"
 #include "CLProtocol/CLException.h"
 #include "DriverLocations.h"
@@ -21,18 +23,16 @@ namespace {
 constexpr std::size_t kMaxFileSize = 64u << 20;
 constexpr std::string_view kXmlSuffix = ".xml";
 
-// Raises the rate of camera and port as far as both can and puts it back at the end. A rate that can't be raised
-// only costs time.
+// Raises the rate of camera and port as far as they and the line can and puts it back at the end. A rate that can't
+// be raised only costs time.
 class RateBoost {
 public:
     RateBoost(Session& session, CLUINT32 timeoutMs) : m_session(session), m_timeoutMs(timeoutMs) {
         try {
-            const CLUINT32 fastest = session.FastestCommonRate(timeoutMs);
-            const CLUINT32 present = fastest != 0 ? session.GetRate(timeoutMs) : 0;
-            if (present == 0 || fastest <= present)
-                return;
-            m_previous = present;
-            session.SetRate(fastest, timeoutMs);
+            CLUINT32 rates = session.CommonRates(timeoutMs);
+            const CLUINT32 present = rates != 0 ? session.GetRate(timeoutMs) : 0;
+            while (present != 0 && std::bit_floor(rates) > present && !Raise(present, std::bit_floor(rates)))
+                rates &= ~std::bit_floor(rates);
         } catch (const GenICam::GenericException& error) {
             Log(CLP_LOG_WARN, "The description is fetched at the present baud rate: %s", error.GetDescription());
         }
@@ -52,6 +52,18 @@ public:
     RateBoost& operator=(const RateBoost&) = delete;
 
 private:
+    // False for a rate that is refused: the next lower one may do.
+    bool Raise(CLUINT32 present, CLUINT32 rate) {
+        m_previous = present;
+        try {
+            m_session.SetRate(rate, m_timeoutMs);
+            return true;
+        } catch (const GenICam::OutOfRangeException& error) {
+            Log(CLP_LOG_WARN, "The description is fetched at a lower baud rate: %s", error.GetDescription());
+            return false;
+        }
+    }
+
     Session& m_session;
     CLUINT32 m_timeoutMs;
     CLUINT32 m_previous = 0;
@@ -124,7 +136,8 @@ std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& de
 
 /**
  * \brief The best description for a camera
- * \param[in] useCache Whether one that was fetched before may be used, and this one be kept
+ * \param[in] useCache Whether one that was fetched before may be used, and this one be kept: only where the camera
+ * still holds the same bytes, as far as the driver can tell
  * \throw GenICam::AccessException There is none (-20102)
  * \throw GenICam::RuntimeException It can't be unpacked or its file not be read
  * \throw GenICam::GenericException It can't be fetched, as CCLPort::Read
@@ -139,11 +152,16 @@ std::string FetchDescription(Session& session, const CDeviceID& deviceId, CLUINT
         Log(CLP_LOG_INFO, "Description '%s' comes from '%s'", best.id.text, best.file);
         return ReadDescriptionFile(best.file);
     }
-    const XmlCache cache(useCache ? XmlCache::Folder() : std::string());
-    if (std::optional<std::string> xml = cache.Load(best.id.text))
+    const std::optional<std::string> key = useCache ? session.XmlIdentity(best.id.text, timeoutMs) : std::nullopt;
+    const XmlCache cache(key ? XmlCache::Folder() : std::string());
+    if (useCache && !key)
+        Log(CLP_LOG_INFO, "Description '%s' is not kept: the camera has no sum of it to know it again by",
+            best.id.text);
+    if (std::optional<std::string> xml = key ? cache.Load(*key) : std::nullopt)
         return *std::move(xml);
     std::string xml = FetchFromCamera(session, best.id.text, timeoutMs);
-    cache.Store(best.id.text, xml);
+    if (key)
+        cache.Store(*key, xml);
     return xml;
 }
 

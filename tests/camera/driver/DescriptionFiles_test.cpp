@@ -50,6 +50,14 @@ TEST_F(DescriptionFilesTest, XmlIdHasSchemaDeviceAndVersion) {
     EXPECT_EQ(Ids(), std::vector<std::string>{"SchemaVersion.1.1@Marlow#Heron#H2048#1@XMLVersion.1.2.3"});
 }
 
+TEST_F(DescriptionFilesTest, DigestIsSizeAndSha1) {
+    auto entry = Entry();
+    entry.size = 80123;
+    EXPECT_EQ(DigestOf(entry), "");
+    entry.sha1 = Sha1(Bytes{'a', 'b', 'c'});
+    EXPECT_EQ(DigestOf(entry), "80123 a9993e364706816aba3e25717850c26c9cd0d89d");
+}
+
 TEST_F(DescriptionFilesTest, EveryDeviceDescriptionIsListed) {
     camera.SetFiles({{Entry(1), Bytes(10)}, {Entry(2), Bytes(20)}});
     EXPECT_EQ(Ids().size(), 2u);

@@ -189,6 +189,16 @@ SCRIPTED_EXPORT CLINT32 clpGetXMLDescription(ISerial* serial, CLUINT32 cookie, c
     return CopyText(found->second, buffer, size);
 }
 
+SCRIPTED_EXPORT CLINT32 clpGetXMLDigest(ISerial* /*serial*/, CLUINT32 /*cookie*/, const CLINT8* xmlId, CLINT8* digest,
+                                        CLUINT32* size, CLUINT32 /*timeoutMs*/) {
+    Record("clpGetXMLDigest");
+    DriverScript& script = Script();
+    const std::lock_guard lock(script.mutex);
+    const auto found = script.digests.find(xmlId);
+    return found != script.digests.end() ? CopyText(found->second, digest, size)
+                                         : static_cast<CLINT32>(CL_ERR_FUNCTION_NOT_FOUND);
+}
+
 #ifndef SCRIPTED_LACKS_READ_REGISTER
 SCRIPTED_EXPORT CLINT32 clpReadRegister(ISerial* serial, CLUINT32 cookie, CLINT64 address, CLINT8* buffer,
                                         CLINT64 length, CLUINT32 timeoutMs) {

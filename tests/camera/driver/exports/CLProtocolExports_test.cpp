@@ -133,6 +133,9 @@ TEST_F(ExportsTest, NullPointersAreRefused) {
     EXPECT_EQ(driver.write(&line, cookie, 0, nullptr, 4, kTimeout), CL_ERR_INVALID_PTR);
     EXPECT_EQ(driver.xmlIds(&line, cookie, id, nullptr, kTimeout), CL_ERR_INVALID_PTR);
     EXPECT_EQ(driver.description(&line, cookie, nullptr, id, &size, kTimeout), CL_ERR_INVALID_PTR);
+    EXPECT_EQ(driver.digest(&line, cookie, nullptr, id, &size, kTimeout), CL_ERR_INVALID_PTR);
+    EXPECT_EQ(driver.digest(&line, cookie, "x", id, nullptr, kTimeout), CL_ERR_INVALID_PTR);
+    EXPECT_EQ(driver.digest(nullptr, cookie, "x", id, &size, kTimeout), CL_ERR_INVALID_PTR);
     EXPECT_EQ(driver.getParam(&line, CLP_LOG_LEVEL, 0, nullptr, 4, kTimeout), CL_ERR_INVALID_PTR);
     EXPECT_EQ(driver.setParam(&line, CLP_LOG_LEVEL, 0, nullptr, 4, kTimeout), CL_ERR_INVALID_PTR);
     EXPECT_EQ(driver.errorText(-1, id, nullptr, 0), CL_ERR_INVALID_PTR);
@@ -148,6 +151,7 @@ TEST_F(ExportsTest, UnknownCookiesAreRefusedEverywhere) {
         EXPECT_EQ(driver.continueWrite(&line, wrong, 1, kTimeout), CLP_INVALID_COOKIE);
         EXPECT_EQ(driver.xmlIds(&line, wrong, data, &size, kTimeout), CLP_INVALID_COOKIE);
         EXPECT_EQ(driver.description(&line, wrong, "x", data, &size, kTimeout), CLP_INVALID_COOKIE);
+        EXPECT_EQ(driver.digest(&line, wrong, "x", data, &size, kTimeout), CLP_INVALID_COOKIE);
         EXPECT_EQ(driver.disconnect(wrong), CLP_INVALID_COOKIE);
         EXPECT_EQ(driver.getParam(&line, CLP_DEVICE_BAUDERATE, wrong, data, 4, kTimeout), CLP_INVALID_COOKIE);
         EXPECT_EQ(driver.setParam(&line, CLP_DEVICE_BAUDERATE, wrong, data, 4, kTimeout), CLP_INVALID_COOKIE);
@@ -229,6 +233,30 @@ TEST_F(ExportsTest, DescriptionIsGivenAsItLiesInTheCamera) {
     EXPECT_EQ(size, 5u);
     EXPECT_EQ(gencp::Bytes(data, data + 5), file);
     EXPECT_EQ(driver.description(&line, cookie, "SchemaVersion.9.9@x@y", data, &size, kTimeout),
+              CLP_NO_XMLDESCRIPTION_FOUND);
+}
+
+TEST_F(ExportsTest, DigestOfADescriptionIsTheManifestsOfNow) {
+    gencp::ManifestEntry entry;
+    entry.sha1 = marlow::Sha1(Bytes(3, 'x'));
+    camera.SetFiles({{entry, Bytes(3, 'x')}});
+    ASSERT_EQ(Probe(), 0);
+    char ids[200] = "";
+    CLUINT32 size = sizeof(ids);
+    ASSERT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), 0);
+    char first[100] = "";
+    size = sizeof(first);
+    EXPECT_EQ(driver.digest(&line, cookie, ids, first, &size, kTimeout), 0);
+    EXPECT_EQ(std::string(first).substr(0, 2), "3 ");
+    entry.sha1 = marlow::Sha1(Bytes(3, 'y'));
+    camera.SetFiles({{entry, Bytes(3, 'y')}});
+    size = sizeof(ids);
+    ASSERT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), 0);
+    char second[100] = "";
+    size = sizeof(second);
+    EXPECT_EQ(driver.digest(&line, cookie, ids, second, &size, kTimeout), 0);
+    EXPECT_NE(std::string(first), std::string(second));
+    EXPECT_EQ(driver.digest(&line, cookie, "SchemaVersion.9.9@x@y", second, &size, kTimeout),
               CLP_NO_XMLDESCRIPTION_FOUND);
 }
 

@@ -28,6 +28,7 @@ struct LoadedDriver {
     CLProtocol::PclpProbeDevice probe = Find<CLProtocol::PclpProbeDevice>("clpProbeDevice");
     CLProtocol::PclpGetXMLIDs xmlIds = Find<CLProtocol::PclpGetXMLIDs>("clpGetXMLIDs");
     CLProtocol::PclpGetXMLDescription description = Find<CLProtocol::PclpGetXMLDescription>("clpGetXMLDescription");
+    CLProtocol::PclpGetXMLDigest digest = Find<CLProtocol::PclpGetXMLDigest>("clpGetXMLDigest");
     CLProtocol::PclpReadRegister read = Find<CLProtocol::PclpReadRegister>("clpReadRegister");
     CLProtocol::PclpWriteRegister write = Find<CLProtocol::PclpWriteRegister>("clpWriteRegister");
     CLProtocol::PclpContinueWriteRegister continueWrite =

@@ -171,6 +171,47 @@ TEST_F(Description, ThatIsCutShortIsNotKept) {
     EXPECT_EQ(port.GetXML(true), kXml);
 }
 
+TEST_F(Description, ThatChangedWithoutANewVersionIsFetchedAgain) {
+    driver.digests[kId] = "40 aa";
+    EXPECT_EQ(port.GetXML(true), kXml);
+    driver.xml[kId] = "<Other/>";
+    EXPECT_EQ(port.GetXML(true), kXml);
+    EXPECT_EQ(Fetches(), 1u);
+    driver.digests[kId] = "40 ab";
+    EXPECT_EQ(port.GetXML(true), "<Other/>");
+    driver.digests[kId] = "40 aa";
+    EXPECT_EQ(port.GetXML(true), kXml);
+    EXPECT_EQ(Fetches(), 2u);
+}
+
+TEST_F(Description, OfWhichTheCameraHasNoSumIsFetchedEachTime) {
+    driver.digests[kId] = "";
+    EXPECT_EQ(port.GetXML(true), kXml);
+    driver.xml[kId] = "<Other/>";
+    EXPECT_EQ(port.GetXML(true), "<Other/>");
+    EXPECT_TRUE(os::ListFiles(environment.Cache().Path()).empty());
+}
+
+TEST_F(Description, OfADriverThatKnowsNoSumsIsKnownByItsId) {
+    EXPECT_EQ(port.GetXML(true), kXml);
+    driver.xml[kId] = "<Other/>";
+    EXPECT_EQ(port.GetXML(true), kXml);
+    EXPECT_EQ(Fetches(), 1u);
+}
+
+TEST_F(Description, IsFetchedAtTheHighestRateThatTheLineCarries) {
+    driver.onSetRate = [](std::uint32_t rate) { return rate > 0x10 ? -30214 : 0; };
+    EXPECT_EQ(port.GetXML(false), kXml);
+    EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x10, 0x01}));
+}
+
+TEST_F(Description, IsFetchedAtThePresentRateWhereTheCameraRefusesToChange) {
+    int asked = 0;
+    driver.onSetRate = [&](std::uint32_t rate) { return rate != 0x01 && ++asked > 0 ? -30106 : 0; };
+    EXPECT_EQ(port.GetXML(false), kXml);
+    EXPECT_EQ(asked, 1);
+}
+
 TEST_F(Description, MayBeLong) {
     driver.xml[kId] = "<a>" + std::string(3u << 20, 'x') + "</a>";
     EXPECT_EQ(port.GetXML(true), driver.xml[kId]);
@@ -244,7 +285,7 @@ TEST_F(Description, IsFetchedAtThePresentRateWhereItCannotBeChanged) {
     EXPECT_EQ(port.GetXML(false), kXml);
     EXPECT_TRUE(driver.rates.empty());
     driver.rate = 0x01;
-    driver.onSetRate = [](std::uint32_t rate) { return rate == 0x80 ? -10008 : 0; };
+    driver.onSetRate = [](std::uint32_t rate) { return rate != 0x01 ? -10008 : 0; };
     EXPECT_EQ(port.GetXML(false), kXml);
     EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x01}));
 }
@@ -316,7 +357,7 @@ TEST_F(DescriptionFile, IsFoundThroughTheSystemsFolderAsWell) {
 
 TEST_F(DescriptionFile, HelpsACameraThatHasNone) {
     scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20102; };
-    EXPECT_THROW(port.GetXML(true), GenICam::GenericException);
+    EXPECT_THROW(port.GetXML(true), GenICam::AccessException);
     folder.Write(std::string(kId) + ".xml", "<File/>");
     EXPECT_EQ(port.GetXML(true), "<File/>");
     scripted::DriverScriptOf(DriverPath()).onGetXmlIds = [](char*, std::uint32_t*) { return -20103; };

@@ -37,6 +37,10 @@ using PclpGetParam = CLINT32(CLP_CC*)(ISerial* serial, CLP_PARAMS param, CLUINT3
 using PclpSetParam = CLINT32(CLP_CC*)(ISerial* serial, CLP_PARAMS param, CLUINT32 cookie, const CLINT8* buffer,
                                       CLINT64 length, CLUINT32 timeoutMs);
 using PclpIsParamSupported = CLINT32(CLP_CC*)(CLP_PARAMS param);
+/// An addition to the standard that a driver may lack: a text that is another one whenever the bytes of a description
+/// are. A host keeps descriptions by it. Empty when the camera does not tell: then nothing that was kept may be used.
+using PclpGetXMLDigest = CLINT32(CLP_CC*)(ISerial* serial, CLUINT32 cookie, const CLINT8* xmlId, CLINT8* digest,
+                                          CLUINT32* size, CLUINT32 timeoutMs);
 using PclpGetEventData = CLINT32(CLP_CC*)(CLUINT32 cookie, CLINT8* buffer, CLUINT32* size);
 
 }  // extern "C"

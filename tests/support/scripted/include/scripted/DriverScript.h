@@ -39,6 +39,7 @@ public:
     std::map<std::int64_t, std::uint8_t> memory;  ///< registers of all cameras; what is missing reads as 0
     std::string xmlIds;                           ///< tab-separated
     std::map<std::string, std::string> xml;       ///< descriptions by XML ID
+    std::map<std::string, std::string> digests;   ///< by XML ID; without any the driver has no such function
     int pendingWrites;                            ///< how often a write answers 20101 before it ends
     std::int32_t writeResult;                     ///< how a pending write ends
     std::uint32_t rate;                           ///< the baud rate, as a flag
@@ -84,6 +85,7 @@ public:
         memory.clear();
         xmlIds = "SchemaVersion.1.1@Marlow@XMLVersion.1.0.0";
         xml = {{xmlIds, "<RegisterDescription/>"}};
+        digests.clear();
         pendingWrites = 0;
         writeResult = 0;
         rate = 1;
