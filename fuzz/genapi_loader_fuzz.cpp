@@ -27,12 +27,15 @@ public:
     }
     void Write(const void* buffer, std::int64_t, std::int64_t length) override {
         m_last = static_cast<const std::uint8_t*>(buffer)[length - 1];
+        ++m_writes;
     }
+    std::uint64_t Accesses() const { return m_reads + m_writes; }
 
 private:
     const std::uint8_t* m_data;
     std::size_t m_size;
     std::uint64_t m_reads = 0;
+    std::uint64_t m_writes = 0;
     volatile std::uint8_t m_last = 0;
 };
 
@@ -89,15 +92,19 @@ void UseOthers(INode* node) {
     }
 }
 
-// Every exception that is not GenICam's ends the run.
+// Every exception that is not GenICam's ends the run, and so does work that grows faster than the description.
 template <class Use>
-void Guarded(Use&& use, INode* node) {
+void Guarded(Use&& use, INode* node, const FuzzPort& port) {
+    constexpr std::uint64_t kMostPerNode = 400;  // a few accesses, each of which may write a node 16 times
+    const std::uint64_t most = port.Accesses() + kMostPerNode * (node->GetNodeMap()->GetNumNodes() + 10);
     try {
         use(node);
     } catch (const GenICam::GenericException& exception) {
         if (std::strlen(exception.GetDescription()) == 0)
             __builtin_trap();
     }
+    if (port.Accesses() > most)
+        __builtin_trap();
 }
 
 void UseMap(CNodeMapRef& map, FuzzPort& port) {
@@ -118,11 +125,11 @@ void UseMap(CNodeMapRef& map, FuzzPort& port) {
         node->GetCachingMode();
         node->GetPollingTime();
         node->GetVisibility();
-        Guarded(UseValue, node);
-        Guarded(UseInteger, node);
-        Guarded(UseFloat, node);
-        Guarded(UseOthers, node);
-        Guarded([](INode* each) { each->InvalidateNode(); }, node);
+        Guarded(UseValue, node, port);
+        Guarded(UseInteger, node, port);
+        Guarded(UseFloat, node, port);
+        Guarded(UseOthers, node, port);
+        Guarded([](INode* each) { each->InvalidateNode(); }, node, port);
     }
     map._Poll(100);
 }

@@ -173,6 +173,17 @@ typename Arithmetic::Number Machine<Arithmetic>::ExpressionValue(std::uint32_t s
 
 }  // namespace
 
+std::uint32_t FormulaProgram::FirstVariable() const noexcept {
+    for (const Instruction& step : m_code) {
+        const bool mayBranch = step.operation >= EOperation::Jump && step.operation <= EOperation::OrJump;
+        if (mayBranch || step.operation == EOperation::Expression)
+            break;
+        if (step.operation == EOperation::Variable)
+            return step.argument;
+    }
+    return UINT32_MAX;
+}
+
 /**
  * \brief Compute the formula as an integer
  * \throw OutOfRangeException A division by zero or a result that does not fit

@@ -97,6 +97,8 @@ public:
 
     /// True when the formula computes in floating point: a float formula, or one with a part that is no integer.
     bool IsFloating() const noexcept { return m_floating; }
+    /// The first variable that is asked for whatever the others are; no variable's number when that is not known.
+    std::uint32_t FirstVariable() const noexcept;
     std::int64_t EvaluateInteger(IFormulaVariables& variables) const;
     double EvaluateFloat(IFormulaVariables& variables) const;
 

@@ -6,52 +6,70 @@
 #include "map/Evaluation.h"
 
 #include "Base/GCException.h"
+#include "map/Descent.h"
 #include "nodes/Node.h"
 
 namespace GenApi {
 
 namespace {
-// Deeper than any description of a camera, shallow enough for a thread with a small stack.
+// Shallow enough for a thread with a small stack; what is deeper is evaluated from below.
 constexpr std::uint32_t kMaxDepth = 200;
+
+// Reads on the way of a write are counted from it.
+std::uint32_t DepthBelow(const Frame* top, EPart part) noexcept {
+    const bool begins = top == nullptr || (top->part == EPart::Write && part != EPart::Write);
+    return begins ? 1 : top->depth + 1;
+}
 }  // namespace
 
-Frame::Frame(Evaluation& owner, CNode& evaluated, std::uint32_t purpose)
+Frame::Frame(Evaluation& owner, CNode& evaluated, EPart purpose)
     : evaluation(owner),
       node(evaluated),
       below(owner.top),
-      what(purpose),
-      depth(owner.top != nullptr ? owner.top->depth + 1 : 1),
+      part(purpose),
+      depth(DepthBelow(owner.top, purpose)),
       outerCacheable(owner.cacheable) {
-    if (node.Has(what)) {
-        BreakCircle(owner.top, node, what);
+    if (IsWaiting(owner, node, part)) {
+        BreakCircle(owner, node, part);
         throw LOGICAL_ERROR_EXCEPTION("%s is part of a circle", node.Label());
     }
     if (depth > kMaxDepth)
-        throw LOGICAL_ERROR_EXCEPTION("%s: too many nodes depend on one another", node.Label());
-    node.Set(what);
+        ThrowTooDeep();
+    node.Set(InFlag(part));
     evaluation.top = this;
     evaluation.cacheable = true;
 }
 
 Frame::~Frame() {
-    node.Clear(what);
+    node.Clear(InFlag(part));
     evaluation.top = below;
     evaluation.cacheable = evaluation.cacheable && outerCacheable;
 }
 
-/**
- * \brief Make the nodes of a circle unusable
- * \param[in] top The innermost evaluation
- * \param[in] node The node that was about to be evaluated for the second time
- *
- * All of them, so that it does not matter with which one a user began.
- */
-void BreakCircle(Frame* top, CNode& node, std::uint32_t what) {
-    for (Frame* frame = top; frame != nullptr; frame = frame->below) {
-        frame->node.Break("is part of a circle of values or access rules");
-        if (&frame->node == &node && frame->what == what)
+// Texts and writes pass through a node without a trace in it that could be come back to.
+void Frame::ThrowTooDeep() {
+    if (part == EPart::Write || part == EPart::Text)
+        throw LOGICAL_ERROR_EXCEPTION("%s: too many nodes depend on one another", node.Label());
+    TooDeep deep{{&node, part}, evaluation.ignoreCache, {}};
+    const Frame* frame = below;
+    for (std::uint32_t count = depth - 1; count > 0; --count, frame = frame->below)
+        deep.path.push_back({&frame->node, frame->part});
+    throw deep;
+}
+
+bool IsWaiting(const Evaluation& evaluation, const CNode& node, EPart part) {
+    return node.Has(InFlag(part)) || (evaluation.descent != nullptr && evaluation.descent->IsWaiting(node, part));
+}
+
+void BreakCircle(const Evaluation& evaluation, const CNode& node, EPart part) {
+    constexpr const char* kReason = "is part of a circle of values or access rules";
+    for (const Frame* frame = evaluation.top; frame != nullptr; frame = frame->below) {
+        frame->node.Break(kReason);
+        if (&frame->node == &node && frame->part == part)
             return;
     }
+    if (evaluation.descent != nullptr)
+        evaluation.descent->BreakUntil(node, part, kReason);
 }
 
 }  // namespace GenApi

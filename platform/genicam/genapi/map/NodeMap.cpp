@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <iterator>
 #include <mutex>
+#include <optional>
 
 #include "Base/GCException.h"
 #include "Base/GCUtilities.h"
+#include "map/MapAccess.h"
 #include "nodes/Enumeration.h"
 #include "nodes/FormulaNodes.h"
 #include "nodes/Port.h"
@@ -178,7 +180,7 @@ void CNodeMap::Poll(std::int64_t elapsedTime) {
 }
 
 bool CNodeMap::ParseSwissKnives(GenICam::gcstring_vector* errorList) const {
-    const AutoLock lock(m_lock);
+    const MapAccess access(Self());
     bool isFine = true;
     for (CNode* node : m_nodes) {
         const ENodeKind kind = node->Kind();
@@ -268,6 +270,19 @@ CNodeMap::ChangeScope::ChangeScope(CNodeMap& map) : m_map(map) {
     if (m_map.m_changeDepth >= kMaxChangeDepth)
         throw LOGICAL_ERROR_EXCEPTION("Callbacks of '%s' change nodes in a circle", m_map.m_deviceName);
     ++m_map.m_changeDepth;
+    m_map.BeginAccess();
+}
+
+CNodeMap::ChangeScope::~ChangeScope() {
+    m_map.EndAccess();
+    --m_map.m_changeDepth;
+}
+
+void CNodeMap::ForgetAllMemos() noexcept {
+    for (CNode* node : m_nodes)
+        node->ForgetMemos();
+    m_memories.Use();
+    m_memories.Forget();
 }
 
 /**
@@ -285,6 +300,9 @@ void CNodeMap::RunBefore(CNode& node, ECallbackType type) {
             m_callbacks.Collect(affected, type, list);
     }
     ++depth;
+    std::optional<ForeignCall> foreign;
+    if (type == cbPreInsideLock)
+        foreign.emplace(*this);
     const std::exception_ptr failure = m_callbacks.Run(list, type);
     --depth;
     if (failure)
@@ -306,6 +324,7 @@ std::exception_ptr CNodeMap::EndChange(CallbackList& outside) {
             m_callbacks.Collect(node, cbPostOutsideLock, m_outside);
         }
         m_announced.clear();
+        const ForeignCall foreign(*this);
         failure = m_callbacks.Run(inside, cbPostInsideLock);
     }
     if (m_changeDepth == 1)
@@ -314,14 +333,17 @@ std::exception_ptr CNodeMap::EndChange(CallbackList& outside) {
 }
 
 void CNodeMap::Changed(CNode& node) {
+    ForgetMemories();
     m_changes.push_back({node.Index(), EInvalidate::Derived});
 }
 
 void CNodeMap::Dropped(CNode& node) {
+    ForgetMemories();
     m_changes.push_back({node.Index(), EInvalidate::Content});
 }
 
 void CNodeMap::BlockChanged(RegisterBlock& block) {
+    ForgetMemories();
     for (RegisterCore* user = block.users; user != nullptr; user = user->NextUser())
         Changed(user->Owner());
     for (RegisterBlock* other : m_registers.OverlapsOf(block)) {
@@ -345,6 +367,7 @@ void CNodeMap::SpreadQuietly(RegisterBlock& block) {
 }
 
 void CNodeMap::EverythingChanged() {
+    ForgetMemories();
     m_registers.InvalidateAll();
     for (CNode* node : m_nodes) {
         node->Clear(kCached);

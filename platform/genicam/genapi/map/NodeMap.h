@@ -9,11 +9,13 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "GenApi/Diagnostics.h"
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/INodeMap.h"
+#include "map/AccessMemory.h"
 #include "map/Arena.h"
 #include "map/CallbackTable.h"
 #include "map/DependencyGraph.h"
@@ -83,6 +85,24 @@ public:
     Arena& Memory() noexcept { return m_arena; }
     RegisterCache& Registers() noexcept { return m_registers; }
     DependencyGraph& Dependencies() noexcept { return m_graph; }
+    /// What the access that is going on has found out.
+    AccessMemory& Memories() noexcept { return m_memories; }
+    /// An operation of a user begins or ends. The outermost one knows nothing that an earlier one found out.
+    void BeginAccess() {
+        if (m_accessDepth++ == 0) {
+            ForgetMemories();
+            CheckPorts();
+        }
+    }
+    void EndAccess() noexcept { --m_accessDepth; }
+    /// The same for code of others, which is called within an operation: returns what to resume.
+    unsigned SuspendAccess() noexcept { return std::exchange(m_accessDepth, 0U); }
+    void ResumeAccess(unsigned depth) noexcept { m_accessDepth = depth; }
+    /// Forgets what was found out, because it may have changed.
+    void ForgetMemories() noexcept {
+        if (m_memories.Forget())
+            ForgetAllMemos();
+    }
     /// True in the debug mode that compares every cached value with the device.
     bool ChecksCaches() const noexcept { return m_checksCaches; }
     const std::string& ReasonOf(const CNode& node) const;
@@ -127,7 +147,7 @@ private:
     class ChangeScope {
     public:
         explicit ChangeScope(CNodeMap& map);
-        ~ChangeScope() { --m_map.m_changeDepth; }
+        ~ChangeScope();
         ChangeScope(const ChangeScope&) = delete;
         ChangeScope& operator=(const ChangeScope&) = delete;
 
@@ -142,6 +162,7 @@ private:
         std::int64_t elapsed;
     };
 
+    void ForgetAllMemos() noexcept;
     void RunBefore(CNode& node, ECallbackType type);
     std::exception_ptr EndChange(CallbackList& outside);
     CNode* FindUnqualified(std::string_view name) const;
@@ -162,6 +183,8 @@ private:
     mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
     std::vector<CPort*> m_ports;
 
+    AccessMemory m_memories;
+    unsigned m_accessDepth = 0;
     RegisterCache m_registers;
     DependencyGraph m_graph;
     CallbackTable m_callbacks;
@@ -193,7 +216,6 @@ void CNodeMap::Change(CNode* node, Body&& body) {
         RunBefore(*node, cbPreOutsideLock);
     {
         const AutoLock lock(m_lock);
-        CheckPorts();
         const ChangeScope scope(*this);
         try {
             if (node != nullptr && m_callbacks.WantsBefore())

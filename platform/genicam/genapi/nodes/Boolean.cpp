@@ -6,6 +6,7 @@
 #include "nodes/Boolean.h"
 
 #include "Base/GCException.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 #include "map/Values.h"
@@ -58,8 +59,7 @@ void CBoolean::CheckInteger(std::int64_t value, Evaluation&) {
  */
 bool CBoolean::GetValue(bool, bool ignoreCache) const {
     CBoolean& self = const_cast<CBoolean&>(*this);
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     self.RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;

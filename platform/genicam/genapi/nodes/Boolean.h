@@ -33,6 +33,7 @@ protected:
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return {IsLimit(part) ? nullptr : m_source->OnlyTarget(), part}; }
     std::int64_t ReadIntegerBound(EBound bound, Evaluation&) override { return bound == EBound::Min ? 0 : 1; }
     void CheckInteger(std::int64_t value, Evaluation& evaluation) override;
 

@@ -7,6 +7,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 
@@ -29,7 +30,7 @@ std::int64_t CCommand::ReadInteger(Evaluation& evaluation) {
 }
 
 void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
-    const FlagScope isPassing(evaluation.isPassing, true);
+    const ScopedValue isPassing(evaluation.isPassing, true);
     m_source->Write(*this, value, evaluation);
     // What has been written runs, whatever the error node says of it afterwards.
     m_isRunning = true;
@@ -74,8 +75,7 @@ bool CCommand::IsDone(bool) {
     bool done = false;
     bool isNews = false;
     {
-        const AutoLock lock(Map().GetLock());
-        Map().CheckPorts();
+        const MapAccess access(Map());
         done = ReadDone();
         isNews = done && m_isRunning;
         if (isNews)

@@ -33,6 +33,7 @@ protected:
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return {IsLimit(part) ? nullptr : m_source->OnlyTarget(), part}; }
 
 private:
     bool ReadDone();

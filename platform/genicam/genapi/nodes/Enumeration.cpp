@@ -10,6 +10,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 #include "map/Values.h"
@@ -36,7 +37,7 @@ std::int64_t CEnumEntry::Number64() {
 }
 
 std::int64_t CEnumEntry::GetValue() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return Number64();
 }
 
@@ -91,8 +92,8 @@ std::int64_t CEnumeration::ReadInteger(Evaluation& evaluation) {
 
 void CEnumeration::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     CEnumEntry* entry = BestEntryOf(value);
-    const FlagScope isPassing(evaluation.isPassing,
-                              evaluation.isPassing || (entry != nullptr && entry->IsSelfClearing()));
+    const ScopedValue isPassing(evaluation.isPassing,
+                                evaluation.isPassing || (entry != nullptr && entry->IsSelfClearing()));
     m_source->Write(*this, value, evaluation);
 }
 
@@ -169,7 +170,7 @@ CEnumEntry& CEnumeration::CurrentEntry(bool verify, bool ignoreCache) {
 // --- IValue and IEnumeration ---
 
 GenICam::gcstring CEnumeration::ToString(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return GenICam::gcstring(CurrentEntry(verify, ignoreCache).SymbolicText());
 }
 
@@ -200,7 +201,7 @@ bool CEnumeration::IsValueCacheValid() const {
 
 void CEnumeration::GetSymbolics(StringList_t& symbolics) {
     symbolics.clear();
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     for (const Property& property : Properties()) {
         auto* entry = property.tag == ETag::Nested ? static_cast<CEnumEntry*>(NodeOf(property)) : nullptr;
         if (entry != nullptr && IsAvailable(entry->GetAccessMode()))
@@ -241,8 +242,7 @@ void CEnumeration::SetIntValue(std::int64_t value, bool verify) {
  * \context Any thread
  */
 std::int64_t CEnumeration::GetIntValue(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -253,17 +253,17 @@ std::int64_t CEnumeration::GetIntValue(bool verify, bool ignoreCache) {
 }
 
 IEnumEntry* CEnumeration::GetEntryByName(const GenICam::gcstring& symbolic) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return EntryOf(symbolic.view());
 }
 
 IEnumEntry* CEnumeration::GetEntry(std::int64_t value) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return Usable() ? BestEntryOf(value) : nullptr;
 }
 
 IEnumEntry* CEnumeration::GetCurrentEntry(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return BestEntryOf(GetIntValue(verify, ignoreCache));
 }
 

@@ -10,6 +10,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 #include "map/Values.h"
@@ -34,8 +35,7 @@ constexpr double kGridTolerance = 1e-4;
  * \context Any thread
  */
 double CFloatNode::GetValue(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -63,13 +63,13 @@ void CFloatNode::SetValue(double value, bool verify) {
 }
 
 double CFloatNode::GetMin() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     return FloatBound(EBound::Min, evaluation);
 }
 
 double CFloatNode::GetMax() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     return FloatBound(EBound::Max, evaluation);
 }
@@ -79,7 +79,7 @@ bool CFloatNode::HasInc() {
 }
 
 EIncMode CFloatNode::GetIncMode() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Require();
     if (!InheritedValidValues().empty())
         return listIncrement;
@@ -88,7 +88,7 @@ EIncMode CFloatNode::GetIncMode() {
 }
 
 double CFloatNode::GetInc() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     const double inc = FloatInc(evaluation);
     if (!(inc > 0.0))
@@ -97,7 +97,7 @@ double CFloatNode::GetInc() {
 }
 
 double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Require();
     const ValidValues values = InheritedValidValues();
     if (values.empty())
@@ -109,22 +109,22 @@ double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
 }
 
 ERepresentation CFloatNode::GetRepresentation() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CFloatNode::GetUnit() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return GenICam::gcstring(InheritedText(ETag::Unit));
 }
 
 EDisplayNotation CFloatNode::GetDisplayNotation() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return ParseDisplayNotation(InheritedText(ETag::DisplayNotation)).value_or(fnAutomatic);
 }
 
 std::int64_t CFloatNode::GetDisplayPrecision() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return ParseInteger(InheritedText(ETag::DisplayPrecision)).value_or(kDefaultPrecision);
 }
 
@@ -205,10 +205,10 @@ ValidValues CFloatNode::OwnValidValues() const {
 
 // NaN is in no range.
 void CFloatNode::CheckFloat(double value, Evaluation& evaluation) {
-    const double min = ReadFloatBound(EBound::Min, evaluation);
+    const double min = FloatBound(EBound::Min, evaluation);
     if (!(value >= min))
         throw OUT_OF_RANGE_EXCEPTION("%s: value %g must not be smaller than %g", Label(), value, min);
-    const double max = ReadFloatBound(EBound::Max, evaluation);
+    const double max = FloatBound(EBound::Max, evaluation);
     if (!(value <= max))
         throw OUT_OF_RANGE_EXCEPTION("%s: value %g must not be larger than %g", Label(), value, max);
     CheckIncrement(value, min, evaluation);
@@ -221,7 +221,7 @@ void CFloatNode::CheckIncrement(double value, double min, Evaluation& evaluation
             throw OUT_OF_RANGE_EXCEPTION("%s: value %g is not one of the valid values", Label(), value);
         return;
     }
-    const double inc = ReadFloatInc(evaluation);
+    const double inc = FloatInc(evaluation);
     const double steps = inc > 0.0 ? (value - min) / inc : 0.0;
     if (std::isfinite(steps) && std::fabs(steps - std::round(steps)) > kGridTolerance)
         throw OUT_OF_RANGE_EXCEPTION("%s: value %g must be %g plus a multiple of %g", Label(), value, min, inc);
@@ -258,6 +258,10 @@ double CFloat::OwnInc(Evaluation& evaluation) {
     CNode* target = m_source->Target(*this, evaluation);
     const double inc = target != nullptr ? target->FloatInc(evaluation) : 0.0;
     return target != nullptr && target->Number() == ENumber::Integer && inc <= 1.0 ? 0.0 : inc;
+}
+
+Waiting CFloat::NeedBehind(EPart part) {
+    return {IsLimit(part) && HasLimits() ? nullptr : m_source->OnlyTarget(), part};
 }
 
 CNode* CFloat::Appearance() {

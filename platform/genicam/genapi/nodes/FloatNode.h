@@ -61,6 +61,7 @@ protected:
     ValidValues OwnValidValues() const override;
     virtual double OwnBound(EBound bound, Evaluation& evaluation);
     virtual double OwnInc(Evaluation& evaluation);
+    bool HasLimits() const noexcept { return m_limits != nullptr; }
 
 private:
     void CheckIncrement(double value, double min, Evaluation& evaluation);
@@ -84,6 +85,7 @@ protected:
     double OwnBound(EBound bound, Evaluation& evaluation) override;
     double OwnInc(Evaluation& evaluation) override;
     CNode* Appearance() override;
+    Waiting NeedBehind(EPart part) override;
 
 private:
     ValueSource<double>* m_source = nullptr;

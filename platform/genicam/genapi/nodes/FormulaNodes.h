@@ -33,6 +33,8 @@ public:
     double EvaluateFloat(Evaluation& evaluation, double own = 0.0) const;
     /// False when the formula ignores the value that is converted.
     bool UsesOwnValue() const noexcept;
+    /// What has to be known before the formula can be evaluated, or before it is known whether it can be.
+    Waiting Need(EPart part) const noexcept;
     /// False when a variable can't be read now.
     bool AllReadable(Evaluation& evaluation) const;
 
@@ -50,6 +52,7 @@ protected:
     void Bind() override;
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return m_formula->Need(part); }
 
 private:
     NodeFormula* m_formula = nullptr;
@@ -64,6 +67,7 @@ protected:
     void Bind() override;
     double ReadFloat(Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return m_formula->Need(part); }
 
 private:
     NodeFormula* m_formula = nullptr;
@@ -93,6 +97,7 @@ protected:
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return {m_parts->value, part}; }
     std::int64_t OwnBound(EBound bound, Evaluation& evaluation) override;
 
 private:
@@ -109,6 +114,7 @@ protected:
     double ReadFloat(Evaluation& evaluation) override;
     void WriteFloat(double value, Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    Waiting NeedBehind(EPart part) override { return {m_parts->value, part}; }
     double OwnBound(EBound bound, Evaluation& evaluation) override;
 
 private:

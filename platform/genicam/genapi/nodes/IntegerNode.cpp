@@ -9,6 +9,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Values.h"
 
@@ -26,8 +27,7 @@ namespace GenApi {
  * \context Any thread
  */
 std::int64_t CIntegerNode::GetValue(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -55,31 +55,31 @@ void CIntegerNode::SetValue(std::int64_t value, bool verify) {
 }
 
 std::int64_t CIntegerNode::GetMin() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     return IntegerBound(EBound::Min, evaluation);
 }
 
 std::int64_t CIntegerNode::GetMax() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     return IntegerBound(EBound::Max, evaluation);
 }
 
 std::int64_t CIntegerNode::GetInc() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Evaluation evaluation;
     return IntegerInc(evaluation);
 }
 
 EIncMode CIntegerNode::GetIncMode() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Require();
     return InheritedValidValues().empty() ? fixedIncrement : listIncrement;
 }
 
 int64_autovector_t CIntegerNode::GetListOfValidValues(bool bounded) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Require();
     const ValidValues values = InheritedValidValues();
     if (values.empty())
@@ -91,12 +91,12 @@ int64_autovector_t CIntegerNode::GetListOfValidValues(bool bounded) {
 }
 
 ERepresentation CIntegerNode::GetRepresentation() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CIntegerNode::GetUnit() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return GenICam::gcstring(InheritedText(ETag::Unit));
 }
 
@@ -123,7 +123,7 @@ void CIntegerNode::ImposeMax(std::int64_t value) {
 // --- IValue ---
 
 GenICam::gcstring CIntegerNode::ToString(bool verify, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     return IntegerToText(GetValue(verify, ignoreCache), GetRepresentation());
 }
 
@@ -180,15 +180,15 @@ ValidValues CIntegerNode::OwnValidValues() const {
 }
 
 void CIntegerNode::CheckInteger(std::int64_t value, Evaluation& evaluation) {
-    const std::int64_t min = ReadIntegerBound(EBound::Min, evaluation);
+    const std::int64_t min = IntegerBound(EBound::Min, evaluation);
     if (value < min)
         throw OUT_OF_RANGE_EXCEPTION("%s: value %I64d must not be smaller than %I64d", Label(), value, min);
-    const std::int64_t max = ReadIntegerBound(EBound::Max, evaluation);
+    const std::int64_t max = IntegerBound(EBound::Max, evaluation);
     if (value > max)
         throw OUT_OF_RANGE_EXCEPTION("%s: value %I64d must not be larger than %I64d", Label(), value, max);
     if (m_limits != nullptr && !m_limits->validValues.empty())
         return CheckValidValue(value);
-    const std::int64_t inc = ReadIntegerInc(evaluation);
+    const std::int64_t inc = IntegerInc(evaluation);
     // Without a sign: minimum and value may lie more than 2^63 apart.
     const std::uint64_t distance = static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
     if (inc > 1 && distance % static_cast<std::uint64_t>(inc) != 0)
@@ -231,6 +231,10 @@ std::int64_t CInteger::OwnBound(EBound bound, Evaluation& evaluation) {
 std::int64_t CInteger::OwnInc(Evaluation& evaluation) {
     CNode* target = m_source->Target(*this, evaluation);
     return target != nullptr && target->Number() == ENumber::Integer ? target->IntegerInc(evaluation) : 1;
+}
+
+Waiting CInteger::NeedBehind(EPart part) {
+    return {IsLimit(part) && HasLimits() ? nullptr : m_source->OnlyTarget(), part};
 }
 
 CNode* CInteger::Appearance() {

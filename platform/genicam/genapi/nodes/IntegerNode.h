@@ -57,6 +57,7 @@ protected:
     /// The range of what lies behind the node.
     virtual std::int64_t OwnBound(EBound bound, Evaluation& evaluation);
     virtual std::int64_t OwnInc(Evaluation& evaluation);
+    bool HasLimits() const noexcept { return m_limits != nullptr; }
 
 private:
     void CheckValidValue(std::int64_t value) const;
@@ -80,6 +81,7 @@ protected:
     std::int64_t OwnBound(EBound bound, Evaluation& evaluation) override;
     std::int64_t OwnInc(Evaluation& evaluation) override;
     CNode* Appearance() override;
+    Waiting NeedBehind(EPart part) override;
 
 private:
     ValueSource<std::int64_t>* m_source = nullptr;

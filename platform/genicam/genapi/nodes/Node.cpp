@@ -9,6 +9,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 #include "map/Values.h"
@@ -112,8 +113,7 @@ bool CNode::YesOf(ETag tag, bool otherwise) const {
  * \context Any thread
  */
 EAccessMode CNode::GetAccessMode() const {
-    const AutoLock lock(m_map->GetLock());
-    m_map->CheckPorts();
+    const MapAccess access(*m_map);
     try {
         return FullAccess();
     } catch (const std::exception&) {

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "GenApi/Diagnostics.h"
@@ -127,6 +128,17 @@ public:
     double FloatBound(EBound bound, Evaluation& evaluation);
     std::int64_t IntegerInc(Evaluation& evaluation);
     double FloatInc(Evaluation& evaluation);  // 0 for none
+    /// Finds out a part of the node's state, so that it is known when it is asked for.
+    void FindOut(EPart part, Evaluation& evaluation);
+    /// What has to be known before a part of the node, as far as that is certain; the node is null otherwise.
+    Waiting Need(EPart part);
+    /// True when a part needs not be found out.
+    bool Knows(EPart part, const Evaluation& evaluation) const noexcept;
+    /// Forgets what was found out in any access.
+    void ForgetMemos() noexcept {
+        Clear(kMemos);
+        m_epoch = 0;
+    }
     void AssignInteger(std::int64_t value, Evaluation& evaluation);
     void AssignFloat(double value, Evaluation& evaluation);
     std::string Text(Evaluation& evaluation);
@@ -187,6 +199,8 @@ protected:
     virtual double ReadFloatInc(Evaluation& evaluation);
     /// The access mode that what lies behind the node allows.
     virtual EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks);
+    /// As Need, for what lies behind the node.
+    virtual Waiting NeedBehind(EPart) { return {}; }
     /// The node whose unit and representation this one takes when it has none itself.
     virtual CNode* Appearance() { return nullptr; }
     virtual ValidValues OwnValidValues() const { return {}; }
@@ -199,14 +213,42 @@ protected:
     void RequireWritable();
     void CheckError();
     [[noreturn]] void ThrowAccess(const char* what) const;
-    bool IsValueCached() const noexcept { return Has(kIntegerValid | kFloatValid | kIntegerChecked | kFloatChecked); }
+    bool IsValueCached() const noexcept { return Has(kValueCached); }
 
 private:
     enum class Condition : std::uint8_t { None, False, True, Unknown };
 
+    /// A number that was found out, of the type that the node computes with.
+    union Known {
+        std::int64_t integer;
+        double number;
+
+        template <class T>
+        T& As() noexcept {
+            if constexpr (std::is_same_v<T, double>)
+                return number;
+            else
+                return integer;
+        }
+    };
+    struct KnownLimits {
+        Known values[3];  // least, greatest, increment
+    };
+
     std::int64_t ComputeInteger(Evaluation& evaluation);
     double ComputeFloat(Evaluation& evaluation);
+    bool Remembers(EPart part, const Evaluation& evaluation) const noexcept;
+    void MarkKnown(EPart part, const Evaluation& evaluation) noexcept;
+    Known& PlaceOf(EPart part);
+    template <class T>
+    void Keep(EPart part, const Evaluation& evaluation, T value);
+    template <class Compute>
+    auto FromBelow(const Evaluation& evaluation, Compute&& compute);
+    template <class T, class Compute>
+    T Evaluate(EPart part, Evaluation& evaluation, Compute&& compute);
     EAccessMode FindAccess(Evaluation& evaluation, bool withLocks);
+    EAccessMode FindAccessHere(Evaluation& evaluation, EPart part);
+    void CountWrite(const Evaluation& evaluation) const;
     EAccessMode ComputeAccess(Evaluation& evaluation, bool withLocks);
     Condition Rule(ETag tag, Evaluation& evaluation) const;
     GenICam::gcstring StringOf(ETag tag) const;
@@ -230,10 +272,9 @@ private:
     EAccessMode m_userAccess : 8 = RW;
     EAccessMode m_readAccess : 8 = NI;
     EAccessMode m_fullAccess : 8 = NI;
-    union {
-        std::int64_t integer;
-        double number;
-    } m_cache{};
+    std::uint32_t m_epoch = 0;  // the access that the memos are of
+    Known m_cache{};
+    KnownLimits* m_knownLimits = nullptr;
 };
 
 }  // namespace GenApi

@@ -1,9 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Evaluation of a node: caches, access rules, ranges
+ * Evaluation of a node: access rules, writes, texts
  */
 
-#include <cmath>
 #include <limits>
 
 #include "Base/GCException.h"
@@ -18,10 +17,8 @@ namespace GenApi {
 namespace {
 
 constexpr int kMaxSteps = 100;
-
-[[noreturn]] void ThrowStale(const CNode& node) {
-    throw LOGICAL_ERROR_EXCEPTION("%s: the cached value differs from the device", node.Label());
-}
+// How often one value may reach a node through copies.
+constexpr unsigned kMostWrites = 16;
 
 }  // namespace
 
@@ -52,64 +49,13 @@ void CNode::Break(const std::string& reason) {
     if (Has(kBroken))
         return;
     Set(kBroken);
-    Clear(kCached);
+    Clear(kCached | kMemos);
     m_map->SetReason(*this, reason);
     m_map->Warn(MakeWarning(wkUnusableNode, "not implemented: " + reason));
 }
 
-std::int64_t CNode::ComputeInteger(Evaluation& evaluation) {
-    if (m_number == ENumber::Float)
-        return RoundToInteger(Float(evaluation));
-    const Frame frame(evaluation, *this, kInValue);
-    Require();
-    const std::int64_t value = ReadInteger(evaluation);
-    if (Has(kIntegerChecked) && !evaluation.ignoreCache && value != m_cache.integer)
-        ThrowStale(*this);
-    if (evaluation.cacheable) {
-        m_cache.integer = value;
-        Set(m_map->ChecksCaches() ? kIntegerChecked : kIntegerValid);
-    }
-    return value;
-}
-
-double CNode::ComputeFloat(Evaluation& evaluation) {
-    if (m_number == ENumber::Integer)
-        return static_cast<double>(Integer(evaluation));
-    const Frame frame(evaluation, *this, kInValue);
-    Require();
-    const double value = ReadFloat(evaluation);
-    if (Has(kFloatChecked) && !evaluation.ignoreCache && value != m_cache.number && !std::isnan(value))
-        ThrowStale(*this);
-    if (evaluation.cacheable) {
-        m_cache.number = value;
-        Set(m_map->ChecksCaches() ? kFloatChecked : kFloatValid);
-    }
-    return value;
-}
-
 bool CNode::Truth(Evaluation& evaluation) {
     return Number() == ENumber::Float ? Float(evaluation) != 0.0 : Integer(evaluation) != 0;
-}
-
-EAccessMode CNode::FindAccess(Evaluation& evaluation, bool withLocks) {
-    const std::uint32_t what = withLocks ? kInFullAccess : kInReadAccess;
-    if (Has(what)) {
-        BreakCircle(evaluation.top, *this, what);
-        return NI;
-    }
-    const FlagScope ignoreCache(evaluation.ignoreCache, false);
-    const Frame frame(evaluation, *this, what);
-    EAccessMode mode = ComputeAccess(evaluation, withLocks);
-    if (Has(kBroken))
-        mode = NI;
-    if (evaluation.cacheable) {
-        if (withLocks)
-            m_fullAccess = mode;
-        else
-            m_readAccess = mode;
-        Set(withLocks ? kFullAccessValid : kReadAccessValid);
-    }
-    return mode;
 }
 
 EAccessMode CNode::ComputeAccess(Evaluation& evaluation, bool withLocks) {
@@ -162,36 +108,17 @@ bool CNode::IsPollingBlocked() {
     return Rule(ETag::pBlockPolling, evaluation) == Condition::True;
 }
 
-std::int64_t CNode::IntegerBound(EBound bound, Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, bound == EBound::Min ? kInMin : kInMax);
-    Require();
-    return Number() == ENumber::Float ? SaturateToInteger(ReadFloatBound(bound, evaluation))
-                                      : ReadIntegerBound(bound, evaluation);
-}
-
-double CNode::FloatBound(EBound bound, Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, bound == EBound::Min ? kInMin : kInMax);
-    Require();
-    return Number() == ENumber::Float ? ReadFloatBound(bound, evaluation)
-                                      : static_cast<double>(ReadIntegerBound(bound, evaluation));
-}
-
-std::int64_t CNode::IntegerInc(Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, kInInc);
-    Require();
-    return Number() == ENumber::Float ? RoundToInteger(ReadFloatInc(evaluation)) : ReadIntegerInc(evaluation);
-}
-
-double CNode::FloatInc(Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, kInInc);
-    Require();
-    return Number() == ENumber::Float ? ReadFloatInc(evaluation) : static_cast<double>(ReadIntegerInc(evaluation));
+// Copies of copies may lead to one node on more ways than there are nodes.
+void CNode::CountWrite(const Evaluation& evaluation) const {
+    if (evaluation.writes != nullptr && ++(*evaluation.writes)[m_index] > kMostWrites)
+        throw LOGICAL_ERROR_EXCEPTION("%s is written again and again for one value", Label());
 }
 
 void CNode::AssignInteger(std::int64_t value, Evaluation& evaluation) {
     if (Number() == ENumber::Float)
         return AssignFloat(static_cast<double>(value), evaluation);
-    const Frame frame(evaluation, *this, kInWrite);
+    CountWrite(evaluation);
+    const Frame frame(evaluation, *this, EPart::Write);
     Require();
     if (evaluation.verify)
         CheckInteger(value, evaluation);
@@ -203,7 +130,8 @@ void CNode::AssignInteger(std::int64_t value, Evaluation& evaluation) {
 void CNode::AssignFloat(double value, Evaluation& evaluation) {
     if (Number() == ENumber::Integer)
         return AssignInteger(RoundToInteger(value), evaluation);
-    const Frame frame(evaluation, *this, kInWrite);
+    CountWrite(evaluation);
+    const Frame frame(evaluation, *this, EPart::Write);
     Require();
     if (evaluation.verify)
         CheckFloat(value, evaluation);
@@ -213,13 +141,13 @@ void CNode::AssignFloat(double value, Evaluation& evaluation) {
 }
 
 std::string CNode::Text(Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, kInValue);
+    const Frame frame(evaluation, *this, EPart::Text);
     Require();
     return ReadText(evaluation);
 }
 
 void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
-    const Frame frame(evaluation, *this, kInWrite);
+    const Frame frame(evaluation, *this, EPart::Write);
     Require();
     WriteText(text, evaluation);
     if (evaluation.verify)

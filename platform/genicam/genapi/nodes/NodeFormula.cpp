@@ -230,6 +230,16 @@ bool NodeFormula::UsesOwnValue() const noexcept {
                        [](const FormulaVariable& variable) { return variable.part == Part::Own; });
 }
 
+// All variables must be readable, in their order; of their values the first one is needed that stands before a
+// condition.
+Waiting NodeFormula::Need(EPart part) const noexcept {
+    const bool isAccess = part == EPart::ReadAccess || part == EPart::FullAccess;
+    const std::uint32_t first = isAccess ? 0 : m_program.FirstVariable();
+    if (IsLimit(part) || first >= m_variables.size() || m_variables[first].part != Part::Value)
+        return {};
+    return {m_variables[first].node, isAccess ? EPart::ReadAccess : EPart::Value};
+}
+
 bool NodeFormula::AllReadable(Evaluation& evaluation) const {
     for (const FormulaVariable& variable : m_variables) {
         if (variable.part == Part::Value && !IsReadable(variable.node->Access(evaluation, false)))

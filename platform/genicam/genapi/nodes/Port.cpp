@@ -7,6 +7,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Values.h"
 
@@ -21,6 +22,7 @@ void CPort::ConnectTo(IPort* port) noexcept {
 EAccessMode CPort::Ask() const noexcept {
     if (m_connected == nullptr)
         return NI;
+    const ForeignCall foreign(Map());
     try {
         return m_connected->GetAccessMode();
     } catch (...) {
@@ -37,12 +39,14 @@ bool CPort::Refresh() noexcept {
 void CPort::ReadBytes(void* buffer, std::int64_t address, std::int64_t length) {
     if (m_connected == nullptr)
         throw ACCESS_EXCEPTION("%s is not connected", Label());
+    const ForeignCall foreign(Map());
     m_connected->Read(buffer, address, length);
 }
 
 void CPort::WriteBytes(const void* buffer, std::int64_t address, std::int64_t length) {
     if (m_connected == nullptr)
         throw ACCESS_EXCEPTION("%s is not connected", Label());
+    const ForeignCall foreign(Map());
     m_connected->Write(buffer, address, length);
 }
 
@@ -51,8 +55,7 @@ void CPort::WriteBytes(const void* buffer, std::int64_t address, std::int64_t le
  * \throw AccessException Nothing is connected or it can't be read
  */
 void CPort::Read(void* buffer, std::int64_t address, std::int64_t length) {
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     if (buffer == nullptr || length < 1)
         throw INVALID_ARGUMENT_EXCEPTION("%s: %I64d bytes can't be read", Label(), length);

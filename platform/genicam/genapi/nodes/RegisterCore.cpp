@@ -163,8 +163,7 @@ void RegisterCore::AttachConstant() {
 RegisterBlock& RegisterCore::Resolve(Evaluation& evaluation) {
     if (m_isResolved && !m_owner.Map().ChecksCaches())
         return *m_block;
-    Evaluation parts;
-    parts.top = evaluation.top;
+    Evaluation parts = evaluation.Inner();
     if (m_lengthNode != nullptr) {
         m_length = m_lengthNode->Integer(parts);
         if (m_length < 1 || m_length > kMaxRegisterLength)
@@ -307,6 +306,12 @@ EAccessMode RegisterCore::Access(Evaluation& evaluation) {
             return NA;
     }
     return mode;
+}
+
+Waiting RegisterCore::Need(EPart part) const noexcept {
+    CNode* first = m_lengthNode != nullptr ? m_lengthNode : (m_terms.empty() ? nullptr : m_terms.front().node);
+    const bool isAccess = part == EPart::ReadAccess || part == EPart::FullAccess;
+    return {first, isAccess ? EPart::ReadAccess : EPart::Value};
 }
 
 bool RegisterCore::IsBigEndian() const noexcept {

@@ -49,6 +49,8 @@ public:
     void KeepSettings(std::span<const std::uint8_t> bytes) noexcept;
     void Write(std::span<const std::uint8_t> bytes, Evaluation& evaluation);
     EAccessMode Access(Evaluation& evaluation);
+    /// What has to be known before the register can be read, or before it is known whether it can be.
+    Waiting Need(EPart part) const noexcept;
     bool IsBigEndian() const noexcept;
     ECachingMode Caching() const noexcept { return m_caching; }
     bool IsValid() const noexcept;

@@ -14,6 +14,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Values.h"
 
@@ -84,8 +85,7 @@ void CRegisterNode<Base>::Set(const std::uint8_t* buffer, std::int64_t length, b
  */
 template <class Base>
 void CRegisterNode<Base>::Get(std::uint8_t* buffer, std::int64_t length, bool, bool ignoreCache) {
-    const AutoLock lock(this->Map().GetLock());
-    this->Map().CheckPorts();
+    const MapAccess access(this->Map());
     this->RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -100,7 +100,7 @@ void CRegisterNode<Base>::Get(std::uint8_t* buffer, std::int64_t length, bool, b
 
 template <class Base>
 std::int64_t CRegisterNode<Base>::GetLength() {
-    const AutoLock lock(this->Map().GetLock());
+    const MapAccess access(this->Map());
     this->Require();
     Evaluation evaluation;
     return m_core->Length(evaluation);
@@ -108,7 +108,7 @@ std::int64_t CRegisterNode<Base>::GetLength() {
 
 template <class Base>
 std::int64_t CRegisterNode<Base>::GetAddress() {
-    const AutoLock lock(this->Map().GetLock());
+    const MapAccess access(this->Map());
     this->Require();
     Evaluation evaluation;
     return m_core->Address(evaluation);
@@ -124,8 +124,7 @@ template class CRegisterNode<CTextNode>;
 GenICam::gcstring CBytesNode::ToString(bool, bool ignoreCache) {
     static constexpr std::array kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                            '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -284,8 +283,7 @@ double CFloatReg::OwnBound(EBound bound, Evaluation& evaluation) {
  * \context Any thread
  */
 GenICam::gcstring CTextNode::GetValue(bool, bool ignoreCache) {
-    const AutoLock lock(Map().GetLock());
-    Map().CheckPorts();
+    const MapAccess access(Map());
     RequireReadable();
     Evaluation evaluation;
     evaluation.ignoreCache = ignoreCache;
@@ -309,7 +307,7 @@ void CTextNode::SetValue(const GenICam::gcstring& value, bool verify) {
 }
 
 std::int64_t CTextNode::GetMaxLength() {
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     Require();
     Evaluation evaluation;
     return MaxLength(evaluation);

@@ -25,6 +25,7 @@ public:
     std::int64_t GetAddress() override;
 
     RegisterCore* Register() override { return m_core; }
+    Waiting NeedBehind(EPart part) override { return m_core->Need(part); }
 
 protected:
     void Bind() override;

@@ -7,6 +7,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "map/MapAccess.h"
 #include "map/NodeMap.h"
 #include "map/Text.h"
 #include "nodes/ConfigurationRom.h"
@@ -25,7 +26,7 @@ void CCategory::FromString(const GenICam::gcstring&, bool) {
 
 void CCategory::GetFeatures(FeatureList_t& features) const {
     features.clear();
-    const AutoLock lock(Map().GetLock());
+    const MapAccess access(Map());
     for (const Property& property : Properties()) {
         CNode* node = property.tag == ETag::pFeature ? NodeOf(property) : nullptr;
         if (node != nullptr && node->Value() != nullptr && IsImplemented(node->GetAccessMode()))
@@ -65,7 +66,7 @@ EAccessMode CString::ReadAccess(Evaluation& evaluation, bool withLocks) {
 std::int64_t CString::MaxLength(Evaluation& evaluation) {
     if (m_value == nullptr)
         return INT64_MAX;
-    const Frame frame(evaluation, *this, kInMax);
+    const Frame frame(evaluation, *this, EPart::Text);
     m_value->Require();
     return static_cast<CTextNode*>(m_value)->MaxLength(evaluation);
 }

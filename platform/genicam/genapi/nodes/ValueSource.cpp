@@ -163,23 +163,36 @@ T ValueSource<T>::Read(CNode& owner, Evaluation& evaluation) {
     return Required(owner, evaluation).Read(evaluation);
 }
 
-// Copies are checked before anything is written: a value that one of them refuses is written nowhere.
 template <class T>
 void ValueSource<T>::Write(CNode& owner, T value, Evaluation& evaluation) {
     Operand<T>& current = Required(owner, evaluation);
+    if (current.node == nullptr)
+        owner.Map().Changed(owner);
+    if (m_copies.empty())
+        return current.Write(value, evaluation);
+    if (evaluation.writes != nullptr)
+        return WriteAll(owner, current, value, evaluation);
+    std::unordered_map<std::uint32_t, unsigned> counts;
+    const ScopedValue writes(evaluation.writes, &counts);
+    WriteAll(owner, current, value, evaluation);
+}
+
+// Copies are checked before anything is written: a value that one of them refuses is written nowhere.
+template <class T>
+void ValueSource<T>::WriteAll(CNode& owner, Operand<T>& current, T value, Evaluation& evaluation) {
     for (CNode* copy : m_copies) {
-        Evaluation check;
-        check.top = evaluation.top;
+        Evaluation check = evaluation.Inner();
         if (!IsWritable(copy->Access(check, true)))
             throw ACCESS_EXCEPTION("%s: its copy %s is not writable", owner.Label(), copy->Label());
         if (evaluation.verify)
             copy->CheckValue(value, check);
     }
-    if (current.node == nullptr)
-        owner.Map().Changed(owner);
     current.Write(value, evaluation);
-    for (CNode* copy : m_copies)
+    for (CNode* copy : m_copies) {
+        // What was written before may have changed what this one is checked with.
+        owner.Map().Spread();
         Operand<T>{copy, T{}, true}.Write(value, evaluation);
+    }
 }
 
 template <class T>

@@ -55,7 +55,9 @@ public:
     EAccessMode Access(Evaluation& evaluation, bool withLocks);
     /// The node that the value comes from now, null for a constant.
     CNode* Target(CNode& owner, Evaluation& evaluation);
-    /// The same, null also where it can't be told now.
+    /// The node that the value comes from whatever an index says, null when there is none.
+    CNode* OnlyTarget() const noexcept { return m_index == nullptr ? m_value.node : nullptr; }
+    /// The node that the value comes from, null also where it can't be told now.
     CNode* Appearance();
 
 private:
@@ -64,6 +66,7 @@ private:
         Operand<T> operand;
     };
 
+    void WriteAll(CNode& owner, Operand<T>& current, T value, Evaluation& evaluation);
     void BindIndexed(const CNode& owner);
     Operand<T>* Current(Evaluation& evaluation);
     Operand<T>& Required(CNode& owner, Evaluation& evaluation);
