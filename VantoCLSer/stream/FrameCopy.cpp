@@ -13,28 +13,23 @@ namespace Vanto {
 
 namespace {
 
+// No object is larger: a pitch that leads further can't be one.
 constexpr std::uint64_t kLargestSpan = std::numeric_limits<std::ptrdiff_t>::max();
 
-// How far into its data a frame of one line or more may be read. The data size counts pixels, the gaps between lines
-// come on top; but a size that ends before the last line begins is taken as the end of the memory.
-std::uint64_t SourceSpan(const FgFrame& frame) noexcept {
-    const auto linesBeforeLast = static_cast<std::uint64_t>(frame.lineCount) - 1;
-    return linesBeforeLast > (frame.dataSize - 1) / frame.lineLength ? frame.dataSize : kLargestSpan;
-}
-
+// The data size counts pixels, and bounds them; the gaps between the lines come on top.
 void CopyLines(const FgFrame& frame, std::uint8_t* to, std::uint64_t remaining) noexcept {
     if (frame.lineLength == 0 || frame.lineCount <= 0)
         return;
     const auto* from = static_cast<const std::uint8_t*>(frame.data);
-    std::uint64_t readable = SourceSpan(frame);
+    std::uint64_t span = kLargestSpan;
     for (std::int32_t line = 0; line < frame.lineCount && remaining != 0; ++line) {
-        const std::uint64_t length = std::min({remaining, frame.lineLength, readable});
+        const std::uint64_t length = std::min({remaining, frame.lineLength, span});
         std::memcpy(to, from, length);
         to += length;
         remaining -= length;
-        if (readable <= frame.linePitch)
+        if (span <= frame.linePitch)
             return;
-        readable -= frame.linePitch;
+        span -= frame.linePitch;
         from += frame.linePitch;
     }
 }

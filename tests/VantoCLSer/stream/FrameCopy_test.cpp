@@ -110,9 +110,15 @@ TEST(FrameCopy, CopiesLinesThatOverlap) {
     EXPECT_EQ(Copied(FrameOf(data, 4, 2, 2, 8), 8, 8), (Bytes{1, 2, 3, 4, 3, 4, 5, 6}));
 }
 
-TEST(FrameCopy, ReadsNoMoreThanASizeBelowThatOfTheLines) {
-    const Bytes data = Counting(8);
-    EXPECT_EQ(Copied(FrameOf(data, 4, 6, 3, 8), 8, 8), (Bytes{1, 2, 3, 4, 7, 8, 0xEE, 0xEE}));
+// The size counts pixels: the memory behind them is longer by the gaps between the lines.
+TEST(FrameCopy, CopiesAsManyPixelsAsTheSizeSaysWhenThereAreMoreLines) {
+    const Bytes data = Counting(10);
+    EXPECT_EQ(Copied(FrameOf(data, 4, 6, 3, 8), 8, 8), (Bytes{1, 2, 3, 4, 7, 8, 9, 10}));
+}
+
+TEST(FrameCopy, EndsWithinALineThatIsNotTheLast) {
+    const Bytes data = Counting(9);
+    EXPECT_EQ(Copied(FrameOf(data, 4, 6, 9, 7), 8, 7), (Bytes{1, 2, 3, 4, 7, 8, 9, 0xEE}));
 }
 
 TEST(FrameCopy, CopiesNoLinesWhenThereAreNone) {
@@ -122,9 +128,9 @@ TEST(FrameCopy, CopiesNoLinesWhenThereAreNone) {
 }
 
 TEST(FrameCopy, SurvivesAHugeLineCount) {
-    const Bytes data = Counting(10);
+    const Bytes data = Counting(14);
     EXPECT_EQ(Copied(FrameOf(data, 4, 6, std::numeric_limits<std::int32_t>::max(), 10), 10, 10),
-              (Bytes{1, 2, 3, 4, 7, 8, 9, 10, 0xEE, 0xEE}));
+              (Bytes{1, 2, 3, 4, 7, 8, 9, 10, 13, 14}));
 }
 
 TEST(FrameCopy, SurvivesLinesWithoutLength) {
