@@ -31,6 +31,10 @@ class CVantoCLSerStreamGrabber : public IStreamGrabber,
                                  public GenApi::IPort,
                                  public FgCallee {
 public:
+    // Its slot is the one behind those of IStreamGrabber: it stands before all other virtual operations that are not.
+    virtual void RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
+                                      void* context, std::uint32_t kind);
+
     CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, CVantoCLSerDevice* device);
     ~CVantoCLSerStreamGrabber() override;
 
@@ -49,9 +53,6 @@ public:
     bool RetrieveResult(GrabResult& result) override;
     WaitObject& GetWaitObject() override { return m_waitObject; }
     GenApi::INodeMap* GetNodeMap() override { return _GetNodeMap(); }
-
-    virtual void RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
-                                      void* context, std::uint32_t kind);
 
     // GenApi::IPort
     GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }

@@ -5,15 +5,10 @@
 
 #include "vanto/Device.h"
 
-#include "vanto/StreamGrabber.h"
-
 namespace Vanto {
 
 CRefCounted::~CRefCounted() = default;
 
 void CRefCounted::OnFinalRelease() {}
-
-// Here, so that there is one table of its operations, and that is the base library's.
-IStreamGrabber::~IStreamGrabber() = default;
 
 }  // namespace Vanto

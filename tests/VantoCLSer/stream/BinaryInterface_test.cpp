@@ -28,6 +28,8 @@ struct StreamGrabberTable {
     bool (*retrieveResult)(Application* self, GrabResult* result);
     WaitObject* (*getWaitObject)(Application* self);
     GenApi::INodeMap* (*getNodeMap)(Application* self);
+    void (*registerNodeCallback)(Application* self, GenApi::INodeMap* map, const char* nodeName,
+                                 PlainNodeCallback function, void* context, std::uint32_t kind);
 };
 
 /// A stream grabber as one sees it who knows nothing but the table.
@@ -64,6 +66,15 @@ TEST_F(StreamGrabberInterface, HasItsOperationsInTheirSlots) {
     EXPECT_EQ(m_table.deregisterBuffer(m_self, handle), memory.data());
     EXPECT_EQ(m_table.getWaitObject(m_self), &m_grabber->GetWaitObject());
     EXPECT_EQ(m_table.getNodeMap(m_self), m_grabber->GetNodeMap());
+}
+
+TEST_F(StreamGrabberInterface, WatchesNodesInTheSlotBehindThem) {
+    std::int64_t told = -1;
+    const PlainNodeCallback tell = [](std::int64_t value, void* context, std::uint32_t kind) {
+        *static_cast<std::int64_t*>(context) = value + kind;
+    };
+    m_table.registerNodeCallback(m_self, m_device->GetNodeMap(), "Height", tell, &told, 1000);
+    EXPECT_EQ(told, 1004);
 }
 
 /// A result, field by field.

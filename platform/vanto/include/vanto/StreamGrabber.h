@@ -15,8 +15,8 @@ struct INodeMap;
 
 namespace Vanto {
 
-/// A device's stream grabber. The order of its operations is part of the interface. Operations may be called from any
-/// thread.
+/// A device's stream grabber. The order of its operations is part of the interface; a virtual destructor among them
+/// would move what an implementation puts behind them. Operations may be called from any thread.
 class VANTOBASE_API IStreamGrabber {
 public:
     virtual void Open() = 0;
@@ -37,7 +37,7 @@ public:
     virtual GenApi::INodeMap* GetNodeMap() = 0;
 
 protected:
-    virtual ~IStreamGrabber();
+    ~IStreamGrabber() = default;
 };
 
 }  // namespace Vanto
