@@ -4,7 +4,10 @@
  */
 #pragma once
 
+#include <chrono>
 #include <mutex>
+
+#include "GenApi/Types.h"
 
 namespace GenApi {
 
@@ -19,8 +22,12 @@ public:
     bool TryLock() { return m_mutex.try_lock(); }
     void Unlock() { m_mutex.unlock(); }
 
+    /// Waits as Lock does, but gives up after a while: who only asks TryLock again and again loses against a thread
+    /// that gives the lock back for a microsecond at a time. An extra of this implementation.
+    GENAPI_API bool TryLockFor(std::chrono::milliseconds time);
+
 private:
-    std::recursive_mutex m_mutex;
+    std::recursive_timed_mutex m_mutex;
 };
 
 /// Holds a CLock for its own lifetime.
