@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Counts the frame deliveries that are under way, and ends them for good
+ * Knows the frame deliveries that are under way, and ends them for good
  */
 #pragma once
 
@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <thread>
 
 namespace Vanto {
 
@@ -18,37 +19,45 @@ public:
     /// One delivery, from its construction to its destruction.
     class Pass {
     public:
-        explicit Pass(CDeliveryGate& gate);
-        ~Pass();
+        explicit Pass(CDeliveryGate& gate) : m_gate(gate) { gate.Enter(*this); }
+        ~Pass() { m_gate.Leave(*this); }
         Pass(const Pass&) = delete;
         Pass& operator=(const Pass&) = delete;
-        explicit operator bool() const noexcept { return m_granted; }
+        explicit operator bool() const noexcept { return m_entered != 0; }
 
     private:
         friend CDeliveryGate;
         CDeliveryGate& m_gate;
-        const Pass* const m_outer;
-        const bool m_granted;
+        const std::thread::id m_thread = std::this_thread::get_id();
+        // Guarded by the gate's lock; moments are counted, the first is 1.
+        std::uint64_t m_entered = 0;  // 0 for who was sent back
+        std::uint64_t m_waited = 0;   // when its thread began to wait itself
+        bool m_isWaiting = false;
+        Pass* m_previous = nullptr;
+        Pass* m_next = nullptr;
     };
+
+    static constexpr std::chrono::milliseconds kReminderTime{5000};
+
+    explicit CDeliveryGate(std::chrono::milliseconds reminderTime = kReminderTime) : m_reminderTime(reminderTime) {}
 
     bool WaitUntilIdle(std::chrono::milliseconds timeout);
     void Shut();
 
 private:
-    bool Enter();
-    void Leave();
-    void NoteIdle();
-    std::size_t CountOfThisThread() const noexcept;
+    void Enter(Pass& pass);
+    void Leave(Pass& pass) noexcept;
+    void SetWaiting(bool isWaiting) noexcept;
+    bool IsIdleSince(std::uint64_t moment) const noexcept;
+    bool IsWithinDelivery() const noexcept;
+    std::size_t Count() const noexcept;
 
-    // The deliveries that this thread is in: who delivers can't wait for himself.
-    static thread_local const Pass* t_innermost;
-
+    const std::chrono::milliseconds m_reminderTime;
     std::mutex m_lock;
-    std::condition_variable m_idle;
-    std::size_t m_count = 0;
-    std::size_t m_waiting = 0;  // of these, on threads that wait themselves
-    std::uint64_t m_idleMoments = 0;
-    bool m_shut = false;
+    std::condition_variable m_changed;
+    Pass* m_passes = nullptr;
+    std::uint64_t m_moment = 0;
+    bool m_isShut = false;
 };
 
 }  // namespace Vanto

@@ -167,7 +167,11 @@ void CVantoCLSerStreamGrabber::Close() {
         m_state = kClosed;
         m_waitObject.Reset();
     }
-    m_deliveries.WaitUntilIdle(kDeliveryTime);
+    if (!m_deliveries.WaitUntilIdle(kDeliveryTime))
+        LogTrace(StreamLog(), tracelog::kWarning,
+                 "A frame is still being delivered %u s after the closing of the stream grabber. Do not free its "
+                 "buffer yet.",
+                 static_cast<unsigned>(kDeliveryTime.count()));
 }
 
 // Queued empty buffers hide the filled ones that they make Close forget: each message is only about what is still
