@@ -39,6 +39,13 @@ void ReadOffset(const GenApi::CIntegerPtr& node, std::int32_t& offset) {
     offset = static_cast<std::int32_t>(value);
 }
 
+// A node that is not there never changes; one that can't be read is as it is until its access mode changes.
+template <class Pointer>
+bool IsCached(const Pointer& node) {
+    return !node.IsValid() || (node->GetNode()->IsAccessModeCacheable() == GenApi::Yes &&
+                               (!GenApi::IsReadable(node) || node->IsValueCacheValid()));
+}
+
 }  // namespace
 
 CGrabberNodes::CGrabberNodes(GenApi::INodeMap* camera)
@@ -127,27 +134,37 @@ void CGrabberNodes::SetPixelSize(std::int64_t bitsPerPixel) noexcept {
     }
 }
 
+std::array<GenApi::INode*, 3> CGrabberNodes::ResultNodes() const {
+    return {NodeOf(m_camera, "PixelFormat"), NodeOf(m_camera, "OffsetX"), NodeOf(m_camera, "OffsetY")};
+}
+
 /**
  * \brief Read what the camera knows about a frame
- * \param[out] result A result without values; gets pixel type and offsets
- * \return false, logged where there is more to say, when the camera's node map lacks something
+ * \param[in,out] result A result without values; gets pixel type and offsets
+ * \return false when the camera has no pixel format, or one that nobody knows
+ * \throw OutOfRangeException An offset does not fit into 32 bits
+ * \throw GenericException The camera can't be read
  * \context Any thread; does not allocate
  */
-bool CGrabberNodes::ReadResultData(GrabResult& result) const noexcept {
-    try {
-        if (!m_pixelFormat.IsValid())
-            return false;
-        const EPixelType pixelType = m_pixelTypes.GetVantoPixelTypeFromNodeValue(m_pixelFormat->GetIntValue());
-        if (pixelType == PixelType_Undefined)
-            return false;
-        result.pixelType = pixelType;
-        ReadOffset(m_cameraOffsetX, result.offsetX);
-        ReadOffset(m_cameraOffsetY, result.offsetY);
-        return true;
-    } catch (const std::exception& error) {
-        LogTrace(StreamLog(), tracelog::kError, "Could not read values from device nodemap (%s)", error.what());
+bool CGrabberNodes::ReadResultData(GrabResult& result) const {
+    if (!m_pixelFormat.IsValid())
         return false;
-    }
+    const EPixelType pixelType = m_pixelTypes.GetVantoPixelTypeFromNodeValue(m_pixelFormat->GetIntValue());
+    if (pixelType == PixelType_Undefined)
+        return false;
+    result.pixelType = pixelType;
+    ReadOffset(m_cameraOffsetX, result.offsetX);
+    ReadOffset(m_cameraOffsetY, result.offsetY);
+    return true;
+}
+
+/**
+ * \brief Whether reading that again would ask nobody but the node map's caches
+ *
+ * To be asked with the lock of the camera's node map held, right after it was read.
+ */
+bool CGrabberNodes::AreResultDataCached() const {
+    return IsCached(m_pixelFormat) && IsCached(m_cameraOffsetX) && IsCached(m_cameraOffsetY);
 }
 
 }  // namespace Vanto

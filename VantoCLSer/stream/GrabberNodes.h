@@ -4,6 +4,8 @@
  */
 #pragma once
 
+#include <array>
+
 #include "GenApi/GenApi.h"
 #include "vanto/GrabResult.h"
 #include "vanto/PixelTypeMapper.h"
@@ -20,7 +22,11 @@ public:
 
     void CopyAreaOfInterest() noexcept;
     void SetPixelSize(std::int64_t bitsPerPixel) noexcept;
-    bool ReadResultData(GrabResult& result) const noexcept;
+
+    /// The nodes that tell about a frame; null where the camera has none.
+    std::array<GenApi::INode*, 3> ResultNodes() const;
+    bool ReadResultData(GrabResult& result) const;
+    bool AreResultDataCached() const;
 
 private:
     template <class Pointer>

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <optional>
 
 #include "VantoCLSer/VantoCLSerDevice.h"
 #include "VantoCLSer/base/Log.h"
@@ -39,9 +38,6 @@ constexpr std::chrono::seconds kDeliveryTime{5};
 // How long a register waits for a plug-in that is being stopped.
 constexpr std::chrono::seconds kStopTime{2};
 
-// How long a delivery waits for the camera's node map once the plug-in is being stopped.
-constexpr std::chrono::seconds kNodeMapTime{1};
-
 }  // namespace
 
 /**
@@ -56,6 +52,7 @@ CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecifi
     : GenApi::CNodeMapRef("Device"),
       m_device(device),
       m_nodes(CameraMap()),
+      m_resultData(CameraMap(), m_nodes),
       m_plugin(deviceSpecific),
       m_nodeCallbacks([this](GenApi::INode* node) {
           return GenApi::make_NodeCallback(node, *this, &CVantoCLSerStreamGrabber::OnNodeChanged);
@@ -67,6 +64,7 @@ CVantoCLSerStreamGrabber::~CVantoCLSerStreamGrabber() {
         Close();
     }
     m_nodeCallbacks.DeregisterAll();
+    m_resultData.Unwatch();
     // From here on a plug-in's thread that delivers a frame is sent back at once. So it never waits for the lock that
     // is held while the plug-in waits for it.
     m_deliveries.Shut();
@@ -112,6 +110,7 @@ void CVantoCLSerStreamGrabber::AccessNodes() {
         RegisterNodeCallback(CameraMap(), "Height", &OnCameraChanged, this, kAreaOfInterest);
         RegisterNodeCallback(CameraMap(), "PixelSize", &OnCameraChanged, this, kPixelSize);
         m_nodes.SetMaxBufferSize();
+        m_resultData.Watch();
     } catch (const std::exception& error) {
         LogTrace(StreamLog(), tracelog::kError, "Error accessing stream grabber or device XML nodes (%s)",
                  error.what());
@@ -125,12 +124,6 @@ void CVantoCLSerStreamGrabber::LoadPlugin() {
     m_plugin.Init(this);
 }
 
-void CVantoCLSerStreamGrabber::CheckState(std::initializer_list<State> accepted, const char* operation) const {
-    if (std::find(accepted.begin(), accepted.end(), m_state) == accepted.end())
-        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid streamgrabber state (%i) in %s", m_state,
-                                                              operation);
-}
-
 /**
  * \brief Make ready for buffers; the device must be open
  * \throw LogicalErrorException The stream grabber is not closed
@@ -138,16 +131,14 @@ void CVantoCLSerStreamGrabber::CheckState(std::initializer_list<State> accepted,
  */
 void CVantoCLSerStreamGrabber::Open() {
     const Lock lock(m_lock);
-    if (m_state != kClosed)
-        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid stream grabber state (%i) in %s", m_state,
-                                                              "Open");
+    m_state.CheckClosed("Open");
     LogTrace(StreamLog(), tracelog::kDebug, "Opening StreamGrabber");
     if (m_device == nullptr || !m_device->IsOpen()) {
         static constexpr char kText[] = "Device not open when opening stream grabber.";
         LogTrace(StreamLog(), tracelog::kError, kText);
         throw VANTO_EXCEPTION(RuntimeException, kSource)(kText);
     }
-    m_state = kOpen;
+    m_state.Set(CGrabState::kOpen);
     LogTrace(StreamLog(), tracelog::kDebug, "StreamGrabber opened successfully");
 }
 
@@ -164,7 +155,7 @@ void CVantoCLSerStreamGrabber::Close() {
         WarnAboutLeftBuffers();
         m_buffers.ClearFilled();
         m_buffers.Clear();
-        m_state = kClosed;
+        m_state.Set(CGrabState::kClosed);
         m_waitObject.Reset();
     }
     if (!m_deliveries.WaitUntilIdle(kDeliveryTime))
@@ -177,7 +168,7 @@ void CVantoCLSerStreamGrabber::Close() {
 // Queued empty buffers hide the filled ones that they make Close forget: each message is only about what is still
 // there.
 void CVantoCLSerStreamGrabber::WarnAboutLeftBuffers() {
-    if (m_state != kOpen)
+    if (!m_state.Is(CGrabState::kOpen))
         LogTrace(StreamLog(), tracelog::kWarning, "Invalid streamgrabber state (%i) in %s", m_buffers.Count(), "Close");
     if (!m_buffers.Empty().IsEmpty()) {
         LogTrace(StreamLog(), tracelog::kWarning, "Still %u empty bufferers in queue when calling Close().",
@@ -199,7 +190,7 @@ void CVantoCLSerStreamGrabber::WarnAboutLeftBuffers() {
 
 bool CVantoCLSerStreamGrabber::IsOpen() const {
     const Lock lock(m_lock);
-    return m_state != kClosed;
+    return !m_state.Is(CGrabState::kClosed);
 }
 
 /**
@@ -214,7 +205,7 @@ StreamBufferHandle CVantoCLSerStreamGrabber::RegisterBuffer(void* buffer, std::u
     if (buffer == nullptr)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Buffer passed to RegisterBuffer");
     const Lock lock(m_lock);
-    CheckState({kOpen, kPrepared, kReserved}, "RegisterBuffer");
+    m_state.Check({CGrabState::kOpen, CGrabState::kPrepared, CGrabState::kReserved}, "RegisterBuffer");
     const StreamBufferHandle handle = m_buffers.Register(buffer, size).result.handle;
     LogTrace(StreamLog(), tracelog::kTrace, "Registereing Buffer (handle=%#x; Addr=%p; size=%u (%#x))", handle,
              static_cast<const void*>(buffer), size, size);
@@ -229,7 +220,7 @@ StreamBufferHandle CVantoCLSerStreamGrabber::RegisterBuffer(void* buffer, std::u
  */
 void* CVantoCLSerStreamGrabber::DeregisterBuffer(StreamBufferHandle handle) {
     const Lock lock(m_lock);
-    CheckState({kOpen, kPrepared, kReserved}, "DeregisterBuffer");
+    m_state.Check({CGrabState::kOpen, CGrabState::kPrepared, CGrabState::kReserved}, "DeregisterBuffer");
     const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
     if (!buffer)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Bufferhandle %p passed", handle);
@@ -254,9 +245,9 @@ void* CVantoCLSerStreamGrabber::DeregisterBuffer(StreamBufferHandle handle) {
 void CVantoCLSerStreamGrabber::PrepareGrab() {
     const CNodeMapLocks nodeMaps(CameraMap(), GetNodeMap());
     const Lock lock(m_lock);
-    CheckState({kOpen}, "PrepareGrab");
+    m_state.Check({CGrabState::kOpen}, "PrepareGrab");
     SetTLParamsLocked(CameraMap(), true);
-    m_state = kPrepared;
+    m_state.Set(CGrabState::kPrepared);
 }
 
 /**
@@ -267,44 +258,64 @@ void CVantoCLSerStreamGrabber::PrepareGrab() {
  * \throw LogicalErrorException The grab is not prepared
  */
 void CVantoCLSerStreamGrabber::QueueBuffer(StreamBufferHandle handle, const void* context) {
+    std::uint64_t stops = 0;
+    {
+        const Lock lock(m_lock);
+        m_state.CheckQueueing();
+        const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+        if (!buffer)
+            throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Bufferhandle %p passed", handle);
+        buffer->result.status = Queued;
+        buffer->result.context = context;
+        m_buffers.Queue(handle);
+        if (!m_state.MayStart())
+            return;
+        stops = m_state.CountStops();
+    }
+    StartPlugin(stops);
+}
+
+// S starts the plug-in with the grabber lock held, and the plug-in may watch nodes then, for which it waits for the
+// camera's node map; T has that locked, changes Width and waits for the own node map; U has that locked, reads
+// PixelClockDetected and waits for the grabber lock. So S takes the node maps' locks first. Who has stopped the plug-in
+// meanwhile has cancelled the buffer, too.
+void CVantoCLSerStreamGrabber::StartPlugin(std::uint64_t stops) {
+    const CNodeMapLocks nodeMaps(CameraMap(), GetNodeMap());
+    m_resultData.Refresh();
     const Lock lock(m_lock);
-    CheckState({kPrepared, kReserved}, "QueueBuffer");
-    // To whom queues a buffer while another thread is in FinishGrab, the grab is finished.
-    if (m_finishing != 0)
-        throw VANTO_EXCEPTION(LogicalErrorException, kSource)("Invalid streamgrabber state (%i) in %s", kOpen,
-                                                              "QueueBuffer");
-    const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
-    if (!buffer)
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("Invalid Bufferhandle %p passed", handle);
-    buffer->result.status = Queued;
-    buffer->result.context = context;
-    m_buffers.Queue(handle);
-    // A plug-in that is being stopped is not started: it may wait for a delivery, which waits for the lock held here.
-    // Whoever stops it cancels this buffer, too.
-    if (m_grabStarted || m_stopping != 0)
+    if (!m_state.MayStart() || m_state.CountStops() != stops)
         return;
     m_plugin.StartGrab();
-    m_grabStarted = true;
+    m_state.NoteStart();
+    m_resultData.SetFollowing(true);
 }
 
 /**
  * \brief Stop the acquisition and give the buffers that wait for a frame back as cancelled results
  *
- * The grab stays prepared. The plug-in is stopped without the lock, so that a delivery can end.
+ * The grab stays prepared.
  *
  * \throw LogicalErrorException The grab is not prepared
  */
 void CVantoCLSerStreamGrabber::CancelGrab() {
-    {
-        const Lock lock(m_lock);
-        CheckState({kPrepared, kReserved}, "CancelGrab");
-        BeginStop();
-    }
-    m_plugin.StopGrab();
-    const Lock lock(m_lock);
-    EndStop();
+    const Lock lock = StopPlugin({CGrabState::kPrepared, CGrabState::kReserved}, "CancelGrab");
     if (m_buffers.CancelEmpty())
         m_waitObject.Signal();
+}
+
+// T stops the plug-in, which waits for its thread D, and D waits in a delivery for the grabber lock: so T does not hold
+// it. It is held again when this returns.
+CVantoCLSerStreamGrabber::Lock CVantoCLSerStreamGrabber::StopPlugin(std::initializer_list<CGrabState::State> accepted,
+                                                                    const char* operation) {
+    Lock lock(m_lock);
+    m_state.Check(accepted, operation);
+    m_state.BeginStop();
+    lock.unlock();
+    m_plugin.StopGrab();
+    lock.lock();
+    m_state.EndStop();
+    m_resultData.SetFollowing(false);
+    return lock;
 }
 
 /**
@@ -317,27 +328,18 @@ void CVantoCLSerStreamGrabber::CancelGrab() {
  */
 void CVantoCLSerStreamGrabber::FinishGrab() {
     {
-        const Lock lock(m_lock);
-        CheckState({kPrepared}, "FinishGrab");
-        BeginStop();
+        const Lock lock = StopPlugin({CGrabState::kPrepared}, "FinishGrab");
+        m_state.BeginFinish();
     }
-    m_plugin.StopGrab();
     CancelGrabForFinish();
     const CNodeMapLocks nodeMaps(CameraMap(), GetNodeMap());
     const Lock lock(m_lock);
-    --m_finishing;
-    m_state = kOpen;
+    m_state.EndFinish();
     SetTLParamsLocked(CameraMap(), false);
 }
 
-// The plug-in is stopped once more, without the lock, as a delivery may wait for that. Until the state changes,
-// m_finishing keeps others from queueing buffers.
+// Stops the plug-in once more.
 void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
-    {
-        const Lock lock(m_lock);
-        EndStop();
-        ++m_finishing;
-    }
     try {
         CancelGrab();
     } catch (const GenericException& error) {
@@ -345,19 +347,9 @@ void CVantoCLSerStreamGrabber::CancelGrabForFinish() {
                  "Exception while calling CancelGrab from FinishGrab will be ignored (%s).", error.GetDescription());
     } catch (...) {
         const Lock lock(m_lock);
-        --m_finishing;
+        m_state.AbandonFinish();
         throw;
     }
-}
-
-void CVantoCLSerStreamGrabber::BeginStop() {
-    m_grabStarted = false;
-    ++m_stopping;
-}
-
-void CVantoCLSerStreamGrabber::EndStop() {
-    --m_stopping;
-    m_stopEnded.notify_all();
 }
 
 /**
@@ -369,7 +361,7 @@ void CVantoCLSerStreamGrabber::EndStop() {
  */
 bool CVantoCLSerStreamGrabber::RetrieveResult(GrabResult& result) {
     const Lock lock(m_lock);
-    CheckState({kOpen, kPrepared, kReserved}, "RetrieveResult");
+    m_state.Check({CGrabState::kOpen, CGrabState::kPrepared, CGrabState::kReserved}, "RetrieveResult");
     if (m_buffers.Filled().IsEmpty()) {
         m_waitObject.Reset();
         return false;
@@ -381,7 +373,7 @@ bool CVantoCLSerStreamGrabber::RetrieveResult(GrabResult& result) {
     result = buffer->result;
     if (m_buffers.Filled().IsEmpty()) {
         m_waitObject.Reset();
-        m_state = kPrepared;
+        m_state.Set(CGrabState::kPrepared);
     }
     return true;
 }
@@ -424,7 +416,7 @@ void CVantoCLSerStreamGrabber::Deliver(const FgFrame& frame) {
 
 CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBufferHandle& handle) {
     const Lock lock(m_lock);
-    if (m_state == kCancelled) {
+    if (m_state.Is(CGrabState::kCancelled)) {
         LogTrace(StreamLog(), tracelog::kError, "State is cancelled!");
         return nullptr;
     }
@@ -441,8 +433,7 @@ CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBuffer
     return buffer;
 }
 
-bool CVantoCLSerStreamGrabber::ReadFrameData(GrabResult& result, const FgFrame& frame,
-                                             const StreamBuffer& buffer) const {
+bool CVantoCLSerStreamGrabber::ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) {
     const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
     if (hasData && ReadResultData(result, buffer))
         return true;
@@ -472,21 +463,10 @@ void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, co
 
 // Who stops the plug-in, which waits for its deliveries, may hold the lock of the camera's node map: so does everybody
 // who is told, in a node's callback or by a failed access, that the camera is gone.
-bool CVantoCLSerStreamGrabber::ReadResultData(GrabResult& result, const StreamBuffer& buffer) const {
-    GenApi::INodeMap* const camera = CameraMap();
-    if (camera == nullptr)
-        return false;
-    std::optional<std::chrono::steady_clock::time_point> deadline;
-    const CImpatientLock lock(camera->GetLock(), [&] {
-        if (!deadline && m_stopping != 0)
-            deadline = std::chrono::steady_clock::now() + kNodeMapTime;
-        return buffer.isForgotten || (deadline && std::chrono::steady_clock::now() >= *deadline);
-    });
-    if (lock)
-        return m_nodes.ReadResultData(result);
-    LogTrace(StreamLog(), tracelog::kError, "Could not read values from device nodemap (%s)",
-             "It is locked by who ends the grab.");
-    return false;
+bool CVantoCLSerStreamGrabber::ReadResultData(GrabResult& result, const StreamBuffer& buffer) {
+    if (!m_device->IsOpen())
+        m_resultData.Forget();
+    return m_resultData.Read(result, [this, &buffer] { return buffer.isForgotten || m_state.IsStopOverdue(); });
 }
 
 void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled) {
@@ -496,7 +476,7 @@ void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, Stream
         filled.handle = buffer.result.handle;
         filled.buffer = buffer.result.buffer;
         buffer.result = std::move(filled);
-        if (m_state == kCancelled) {
+        if (m_state.Is(CGrabState::kCancelled)) {
             m_buffers.ForgetTaken();
             return;
         }
@@ -562,7 +542,7 @@ void CVantoCLSerStreamGrabber::Write(const void* buffer, std::int64_t address, s
 // delivery that waits for the lock.
 CVantoCLSerStreamGrabber::Lock CVantoCLSerStreamGrabber::LockForRegisters() {
     Lock lock(m_lock);
-    m_stopEnded.wait_for(lock, kStopTime, [this] { return m_stopping == 0; });
+    m_state.WaitUntilStopped(lock, kStopTime);
     return lock;
 }
 

@@ -4,16 +4,16 @@
  */
 #pragma once
 
-#include <atomic>
 #include <boost/thread/recursive_mutex.hpp>
-#include <condition_variable>
 #include <initializer_list>
 
 #include "GenApi/GenApi.h"
 #include "VantoCLSer/stream/DeliveryGate.h"
 #include "VantoCLSer/stream/FrameGrabberPlugin.h"
+#include "VantoCLSer/stream/GrabState.h"
 #include "VantoCLSer/stream/GrabberNodes.h"
 #include "VantoCLSer/stream/NodeCallbackTable.h"
+#include "VantoCLSer/stream/ResultData.h"
 #include "VantoCLSer/stream/StreamBuffers.h"
 #include "vanto/FgPlugin.h"
 #include "vanto/StreamGrabber.h"
@@ -70,9 +70,7 @@ public:
     void OnNodeChanged(GenApi::INode* node);
 
 private:
-    // The numbers show in messages. Nothing enters the last two, which are checked for all the same.
-    enum State : std::int32_t { kClosed = 0, kOpen = 1, kPrepared = 2, kReserved = 3, kCancelled = 4 };
-    using Lock = boost::unique_lock<boost::recursive_mutex>;
+    using Lock = CGrabState::Lock;
 
     static void OnCameraChanged(std::int64_t value, void* grabber, std::uint32_t kind);
 
@@ -81,30 +79,26 @@ private:
     void LoadPlugin();
     GenApi::INodeMap* CameraMap() const;
 
-    void CheckState(std::initializer_list<State> accepted, const char* operation) const;
     void WarnAboutLeftBuffers();
-    void BeginStop();
-    void EndStop();
+    void StartPlugin(std::uint64_t stops);
+    Lock StopPlugin(std::initializer_list<CGrabState::State> accepted, const char* operation);
     void CancelGrabForFinish();
     Lock LockForRegisters();
     void Deliver(const FgFrame& frame);
     CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
-    bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) const;
+    bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
     static void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
-    bool ReadResultData(GrabResult& result, const StreamBuffer& buffer) const;
+    bool ReadResultData(GrabResult& result, const StreamBuffer& buffer);
     void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 
     CVantoCLSerDevice* const m_device;
     CGrabberNodes m_nodes;
+    CResultData m_resultData;
     CFrameGrabberPlugin m_plugin;
     AlertableWaitObject m_waitObject{true, false};
 
     mutable boost::recursive_mutex m_lock;  // the grabber lock; guards the following
-    std::int32_t m_state = kClosed;
-    bool m_grabStarted = false;
-    std::atomic<unsigned> m_stopping{0};  // threads that stop the plug-in; read without the lock, too
-    unsigned m_finishing = 0;             // threads that are about to leave the prepared state
-    std::condition_variable_any m_stopEnded;
+    CGrabState m_state;
     CStreamBuffers m_buffers;
 
     CNodeCallbackTable m_nodeCallbacks;

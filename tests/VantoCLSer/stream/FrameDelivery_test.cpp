@@ -270,6 +270,34 @@ TEST_F(FrameDelivery, OffsetsOutOfRangeFailTheFrame) {
     EXPECT_TRUE(isLogged);
 }
 
+// Another thread writes features over a slow line, one after the other: it has the camera's node map locked all the
+// time but for moments.
+TEST_F(FrameDelivery, DoesNotNeedANodeMapThatIsLocked) {
+    std::future<void> delivery;
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    const GenApi::AutoLock lock(m_device->GetNodeMap()->GetLock());
+    for (const std::int32_t offset : {0, 4}) {
+        m_device.Set("OffsetX", offset);
+        delivery = std::async(std::launch::async, [this] { m_plugin.Deliver(Frame()); });
+        ASSERT_EQ(delivery.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+        EXPECT_EQ(Retrieve().offsetX, offset);
+    }
+}
+
+TEST_F(FrameDelivery, AsksTheNodeMapOnceTheDeviceIsClosed) {
+    std::future<void> delivery;
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    m_device.Close();
+    {
+        const GenApi::AutoLock lock(m_device->GetNodeMap()->GetLock());
+        delivery = std::async(std::launch::async, [this] { m_plugin.Deliver(Frame()); });
+        EXPECT_EQ(delivery.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    }
+    delivery.get();
+    EXPECT_EQ(Retrieve().status, Grabbed);
+}
+
 TEST_F(FrameDelivery, DoesNotAllocate) {
     constexpr int kBuffers = 100;
     std::vector<StreamBufferHandle> handles;
