@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "VantoCLSer/VantoCLSerDevice.h"
 #include "VantoCLSer/base/Log.h"
@@ -38,6 +39,9 @@ constexpr std::chrono::seconds kDeliveryTime{5};
 // How long a register waits for a plug-in that is being stopped.
 constexpr std::chrono::seconds kStopTime{2};
 
+// The handle of what this thread registered last.
+thread_local FgNodeCallbackHandle t_registered = 0;
+
 }  // namespace
 
 /**
@@ -54,9 +58,11 @@ CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecifi
       m_nodes(CameraMap()),
       m_resultData(CameraMap(), m_nodes),
       m_plugin(deviceSpecific),
-      m_nodeCallbacks([this](GenApi::INode* node) {
-          return GenApi::make_NodeCallback(node, *this, &CVantoCLSerStreamGrabber::OnNodeChanged);
-      }) {}
+      m_nodeCallbacks(
+          [this](GenApi::INode* node) {
+              return GenApi::make_NodeCallback(node, *this, &CVantoCLSerStreamGrabber::OnNodeChanged);
+          },
+          [this] { return m_state.IsStopOverdue(); }) {}
 
 CVantoCLSerStreamGrabber::~CVantoCLSerStreamGrabber() {
     if (IsOpen()) {
@@ -90,6 +96,7 @@ void CVantoCLSerStreamGrabber::Initialize() {
     LoadDescription();
     AccessNodes();
     LoadPlugin();
+    m_nodeCallbacks.Share();
 }
 
 void CVantoCLSerStreamGrabber::LoadDescription() {
@@ -105,7 +112,7 @@ void CVantoCLSerStreamGrabber::LoadDescription() {
 void CVantoCLSerStreamGrabber::AccessNodes() {
     try {
         m_nodes.Bind(GetNodeMap());
-        m_nodeCallbacks.Reserve(kReservedCallbacks);
+        m_nodeCallbacks.Begin(GetNodeMap(), kReservedCallbacks);
         RegisterNodeCallback(CameraMap(), "Width", &OnCameraChanged, this, kAreaOfInterest);
         RegisterNodeCallback(CameraMap(), "Height", &OnCameraChanged, this, kAreaOfInterest);
         RegisterNodeCallback(CameraMap(), "PixelSize", &OnCameraChanged, this, kPixelSize);
@@ -491,7 +498,20 @@ void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, Stream
  */
 void CVantoCLSerStreamGrabber::RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName,
                                                     FgNodeCallback function, void* context, std::uint32_t kind) {
-    m_nodeCallbacks.Register(map, nodeName, function, context, kind);
+    t_registered = m_nodeCallbacks.Register(map, nodeName, function, context, kind);
+}
+
+// The operation that may be overridden has no result.
+FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterForPlugin(GenApi::INodeMap* map, const char* nodeName,
+                                                                 FgNodeCallback function, void* context,
+                                                                 std::uint32_t kind) noexcept {
+    t_registered = 0;
+    try {
+        RegisterNodeCallback(map, nodeName, function, context, kind);
+    } catch (const std::exception& error) {
+        LogTrace(StreamLog(), tracelog::kError, "Exception setting node callback. (%s)", error.what());
+    }
+    return std::exchange(t_registered, 0);
 }
 
 FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterDeviceNodeCallback(const char* nodeName, FgNodeCallback function,
@@ -500,12 +520,12 @@ FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterDeviceNodeCallback(const 
         LogTrace(StreamLog(), tracelog::kError, "Invalid device pointer.");
         return 0;
     }
-    return m_nodeCallbacks.Register(CameraMap(), nodeName, function, context, kind);
+    return RegisterForPlugin(CameraMap(), nodeName, function, context, kind);
 }
 
 FgNodeCallbackHandle CVantoCLSerStreamGrabber::RegisterStreamNodeCallback(const char* nodeName, FgNodeCallback function,
                                                                           void* context, std::uint32_t kind) noexcept {
-    return m_nodeCallbacks.Register(GetNodeMap(), nodeName, function, context, kind);
+    return RegisterForPlugin(GetNodeMap(), nodeName, function, context, kind);
 }
 
 bool CVantoCLSerStreamGrabber::DeregisterNodeCallback(FgNodeCallbackHandle handle) noexcept {
@@ -514,7 +534,7 @@ bool CVantoCLSerStreamGrabber::DeregisterNodeCallback(FgNodeCallbackHandle handl
 
 // GenApi calls this with the lock of the node's map held.
 void CVantoCLSerStreamGrabber::OnNodeChanged(GenApi::INode* node) {
-    m_nodeCallbacks.Dispatch(node, GetNodeMap());
+    m_nodeCallbacks.Dispatch(node);
 }
 
 void CVantoCLSerStreamGrabber::OnCameraChanged(std::int64_t value, void* grabber, std::uint32_t kind) {

@@ -89,6 +89,8 @@ private:
     bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
     static void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
     bool ReadResultData(GrabResult& result, const StreamBuffer& buffer);
+    FgNodeCallbackHandle RegisterForPlugin(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
+                                           void* context, std::uint32_t kind) noexcept;
     void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 
     CVantoCLSerDevice* const m_device;
