@@ -29,10 +29,7 @@ GrabProgress::GrabProgress(Output& output, std::uint64_t frames)
     : m_output(output), m_frames(frames), m_start(std::chrono::steady_clock::now()), m_shown(m_start) {}
 
 GrabProgress::~GrabProgress() {
-    if (!m_output.ShowsProgress())
-        return;
-    std::fputs("\r\033[K", m_output.Err());
-    std::fflush(m_output.Err());
+    m_output.ShowStatus({});
 }
 
 double GrabProgress::Seconds() const {
@@ -48,8 +45,7 @@ void GrabProgress::Show(const FrameCounts& counts) {
     m_shown = now;
     if (!isTerminal)
         return m_output.Note(Text(counts));
-    std::fputs(fmt::format("\r{}\033[K", Bar(counts)).c_str(), m_output.Err());
-    std::fflush(m_output.Err());
+    m_output.ShowStatus(Bar(counts));
 }
 
 // A line that fills the terminal's last column would go on in the next one, and could not be written over.

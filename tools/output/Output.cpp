@@ -4,6 +4,8 @@
  */
 #include "output/Output.h"
 
+#include <algorithm>
+
 #include "output/Text.h"
 #include "system/Environment.h"
 #include "system/Terminal.h"
@@ -60,15 +62,11 @@ void Output::Line(std::string_view text) {
 }
 
 void Output::Note(std::string_view text) {
-    std::fflush(m_out);
-    Write(m_err, text);
-    Write(m_err, "\n");
+    Tell({}, text);
 }
 
 void Output::Warn(std::string_view text) {
-    std::fflush(m_out);
-    Write(m_err, StyledFor(m_errColours, Style::kWarning, "warning: "));
-    Note(text);
+    Tell(StyledFor(m_errColours, Style::kWarning, "warning: "), text);
 }
 
 /**
@@ -77,11 +75,39 @@ void Output::Warn(std::string_view text) {
  * \param[in] hint What to do about it; may be empty
  */
 void Output::Error(std::string_view text, std::string_view hint) {
-    std::fflush(m_out);
-    Write(m_err, StyledFor(m_errColours, Style::kBad, "error: "));
-    Note(PrintableLines(text));
+    Tell(StyledFor(m_errColours, Style::kBad, "error: "), PrintableLines(text));
     if (!hint.empty())
         Note(PrintableLines(hint));
+}
+
+void Output::Tell(std::string_view start, std::string_view text) {
+    std::fflush(m_out);
+    const std::lock_guard guard(m_errLock);
+    ClearStatus();
+    Write(m_err, start);
+    Write(m_err, text);
+    Write(m_err, "\n");
+}
+
+void Output::ShowStatus(std::string_view text) {
+    if (!m_errTerminal)
+        return;
+    const std::lock_guard guard(m_errLock);
+    if (text.empty()) {
+        ClearStatus();
+    } else {
+        // A line that fills the last column would go on in the next one, and could not be written over.
+        const auto columns = static_cast<std::size_t>(std::max(TerminalWidth(m_err), 2)) - 1;
+        Write(m_err, "\r" + Shortened(text, columns) + "\033[K");
+        m_hasStatus = true;
+    }
+    std::fflush(m_err);
+}
+
+void Output::ClearStatus() {
+    if (m_hasStatus)
+        Write(m_err, "\r\033[K");
+    m_hasStatus = false;
 }
 
 std::string Output::Styled(Style style, std::string_view text) const {

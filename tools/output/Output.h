@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdio>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -34,14 +35,21 @@ public:
     /// Whether standard error is a terminal, so that progress can be shown on it.
     bool ShowsProgress() const noexcept { return m_errTerminal; }
     std::FILE* Err() const noexcept { return m_err; }
+    /// Shows a text in the last line of the terminal behind standard error, in place of the one before; an empty one
+    /// clears the line. What does not fit is cut. Nothing where there is no terminal. Any thread.
+    void ShowStatus(std::string_view text);
 
     /// Hands everything to the system; false when something could not be written.
     bool Flush();
 
 private:
+    void Tell(std::string_view start, std::string_view text);
+    void ClearStatus();
     std::string StyledFor(bool colours, Style style, std::string_view text) const;
     void Write(std::FILE* stream, std::string_view text);
 
+    std::mutex m_errLock;  // standard error has the status, which another thread may show
+    bool m_hasStatus = false;
     std::FILE* m_out;
     std::FILE* m_err;
     int m_width;
