@@ -8,9 +8,10 @@
 
 namespace tools {
 
-std::string StrandedText(const std::string& camera, const std::string& device, std::uint32_t bitsPerSecond) {
+std::string StrandedText(const std::string& camera, const std::string& device, std::uint32_t bitsPerSecond,
+                         std::uint32_t restBitsPerSecond) {
     return fmt::format("{} stands at {} baud: a program left it there. 'vanto-cl rate {} {}' brings it back.", camera,
-                       bitsPerSecond, device, kFirstBaudRate);
+                       bitsPerSecond, device, restBitsPerSecond);
 }
 
 }  // namespace tools

@@ -37,6 +37,7 @@ constexpr std::uint32_t BaudRateOfFlag(std::uint32_t flag) noexcept {
 }
 
 /// What to tell of a camera that a program left at a rate; \a device is a name that commands know it by.
-std::string StrandedText(const std::string& camera, const std::string& device, std::uint32_t bitsPerSecond);
+std::string StrandedText(const std::string& camera, const std::string& device, std::uint32_t bitsPerSecond,
+                         std::uint32_t restBitsPerSecond);
 
 }  // namespace tools

@@ -8,10 +8,12 @@
 
 #include <algorithm>
 
-#include "CLProtocol/CLPort.h"
-#include "CLProtocol/DeviceID.h"
+#include "cameras/KnownCamerasFile.h"
 #include "cameras/LogTexts.h"
-#include "system/FileAccess.h"
+#include "cameras/Records.h"
+#include "output/Progress.h"
+#include "output/Text.h"
+#include "system/Clock.h"
 
 namespace tools {
 
@@ -23,41 +25,44 @@ bool Contains(const std::vector<std::string>& texts, const std::string& text) {
     return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-/// Asks a port once more, to hear in the words of the libraries below why there is no camera.
-std::string AnswerOf(const std::string& portId) {
-    constexpr std::uint32_t kProbeTimeout = 400;  // milliseconds, as the transport layer allows
-    try {
-        GenICam::gcstring_vector templates;
-        CLProtocol::CCLPort::GetDeviceIDTemplates(templates);
-        for (const GenICam::gcstring& candidate : templates) {
-            const CLProtocol::CDeviceID deviceId(candidate);
-            if (deviceId.GetCameraManufacturer() == "Marlow" &&
-                !CLProtocol::CCLPort::ProbeDevice(portId, candidate, kProbeTimeout).empty())
-                return "a camera answered when asked once more";
-        }
-    } catch (const GenICam::GenericException& failure) {
-        return failure.GetDescription();
+/// The ports that were to be asked and gave no camera.
+std::vector<SilentPort> SilentPortsOf(const Enumeration& enumeration, const PortWatch& ports) {
+    std::vector<SilentPort> silent;
+    for (const std::string& portId : enumeration.ArgumentsOf(log_texts::kUsablePort)) {
+        const bool found = std::ranges::any_of(enumeration.cameras, [&](const Vanto::CDeviceInfo& camera) {
+            return PropertyOf(camera, "PortID") == portId;
+        });
+        if (!found)
+            silent.push_back({portId, AdviceOn(portId, ports.Of(portId))});
     }
-    return {};
+    return silent;
 }
 
-SilentPort Explain(const Enumeration& enumeration, const std::string& portId, bool askAgain) {
-    const std::filesystem::path device = DeviceOfPort(portId);
-    if (!device.empty()) {
-        const FileAccess access = AccessTo(device);
-        if (access.exists && (!access.readable || !access.writable))
-            return {portId, fmt::format("user {} may not use {}", UserName(), device.string()),
-                    AdviceOnAccess(device, access)};
+/// Shows the ports one after the other while they are asked.
+class Looking {
+public:
+    Looking(PortWatch& ports, const Vanto::tracelog::LogRecorder& log, Output& output)
+        : m_ports(ports), m_log(log), m_progress(output, "Looking for cameras") {
+        m_ports.Listen([this](const PortNews& news) { Show(news); });
     }
-    for (const LogMessage& message : enumeration.log)
-        if (message.format == log_texts::kOtherError && message.arguments.size() == 2 && message.arguments[0] == portId)
-            return {portId, message.arguments[1], {}};
-    const std::string answer = askAgain ? AnswerOf(portId) : std::string();
-    const std::string detail = answer.empty() ? std::string() : ": " + answer;
-    if (Contains(enumeration.ArgumentsOf(log_texts::kPortError), portId))
-        return {portId, "the port can't be used" + detail, "Close the program that uses the port."};
-    return {portId, "no camera answers" + detail, "Is the camera on and its cable plugged in?"};
-}
+    ~Looking() { m_ports.Listen({}); }
+    Looking(const Looking&) = delete;
+    Looking& operator=(const Looking&) = delete;
+
+private:
+    void Show(const PortNews& news) {
+        m_asked.insert(news.portId);
+        const std::size_t all = m_log.CountFormat(log_texts::kUsablePort);
+        m_progress.Say(fmt::format("Looking for cameras: {}, port {} of {}", Printable(news.portId), m_asked.size(),
+                                   std::max(all, m_asked.size())));
+        m_progress.SetPart(m_asked.size() - 1, all);
+    }
+
+    PortWatch& m_ports;
+    const Vanto::tracelog::LogRecorder& m_log;
+    std::set<std::string> m_asked;
+    Progress m_progress;
+};
 
 }  // namespace
 
@@ -80,16 +85,28 @@ std::vector<LogMessage> Enumeration::Problems() const {
     return problems;
 }
 
-std::vector<SilentPort> Enumeration::SilentPorts(bool askAgain) const {
-    std::vector<SilentPort> silent;
-    for (const std::string& portId : ArgumentsOf(log_texts::kUsablePort)) {
-        const bool found = std::any_of(cameras.begin(), cameras.end(), [&](const Vanto::CDeviceInfo& camera) {
-            return PropertyOf(camera, "PortID") == portId;
-        });
-        if (!found)
-            silent.push_back(Explain(*this, portId, askAgain));
-    }
-    return silent;
+std::set<std::string> Enumeration::PortsInUse() const {
+    std::set<std::string> ports;
+    for (const SilentPort& port : silentPorts)
+        if (port.advice.state == PortState::kInUse)
+            ports.insert(port.portId);
+    return ports;
+}
+
+std::vector<CameraAddress> Enumeration::Addresses() const {
+    std::vector<CameraAddress> addresses;
+    for (const Vanto::CDeviceInfo& camera : cameras)
+        addresses.push_back(AddressOf(camera));
+    return addresses;
+}
+
+std::vector<KnownCamera> Enumeration::Numbered(const KnownCameras& known) const {
+    std::vector<KnownCamera> numbered;
+    for (const CameraAddress& address : Addresses())
+        if (const KnownCamera* const camera = known.At(address))
+            numbered.push_back(*camera);
+    std::ranges::sort(numbered, {}, &KnownCamera::number);
+    return numbered;
 }
 
 /**
@@ -99,19 +116,27 @@ std::vector<SilentPort> Enumeration::SilentPorts(bool askAgain) const {
  *
  * \param[in] layer May hold no transport layer; then nothing is found
  */
-Enumeration Enumerate(const TransportLayer& layer) {
+Enumeration Enumerate(const TransportLayer& layer, Output& output) {
     Enumeration enumeration;
     if (layer.Get() == nullptr)
         return enumeration;
     const Vanto::tracelog::LogRecorder recorder("*:debug");
-    layer.Get()->EnumerateDevices(enumeration.cameras);
+    {
+        const Looking looking(layer.Ports(), recorder, output);
+        layer.Get()->EnumerateDevices(enumeration.cameras);
+    }
     enumeration.log = recorder.GetMessages();
+    enumeration.silentPorts = SilentPortsOf(enumeration, layer.Ports());
     return enumeration;
 }
 
-std::string PropertyOf(const Vanto::IProperties& record, const char* name) {
-    GenICam::gcstring value;
-    return record.GetPropertyValue(name, value) ? value.str() : std::string();
+Enumeration EnumerateAndRemember(const TransportLayer& layer, Output& output) {
+    Enumeration enumeration = Enumerate(layer, output);
+    if (!enumeration.cameras.empty())
+        ChangeKnownCameras(output, [&](KnownCameras& known) {
+            known.Remember(enumeration.Addresses(), enumeration.PortsInUse(), Now());
+        });
+    return enumeration;
 }
 
 }  // namespace tools

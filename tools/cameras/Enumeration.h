@@ -4,24 +4,29 @@
  */
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
+#include "cameras/KnownCameras.h"
+#include "cameras/PortAdvice.h"
 #include "cameras/TransportLayer.h"
 #include "vanto/LogListener.h"
 
 namespace tools {
 
-/// A port without a camera, and why.
+class Output;
+
+/// An enabled port of this machine on which no camera was found, and why.
 struct SilentPort {
     std::string portId;
-    std::string reason;
-    std::string hint;
+    PortAdvice advice;
 };
 
 /// What looking for cameras found. The log is what the libraries wrote during the look, in order.
 struct Enumeration {
     Vanto::DeviceInfoList cameras;
+    std::vector<SilentPort> silentPorts;
     std::vector<Vanto::tracelog::LogMessage> log;
 
     /// Whether a message with this very format text was logged.
@@ -30,14 +35,15 @@ struct Enumeration {
     std::vector<std::string> ArgumentsOf(std::string_view format) const;
     /// Messages of level warning and above.
     std::vector<Vanto::tracelog::LogMessage> Problems() const;
-    /// Enabled ports of this machine on which no camera was found. With \a askAgain each is asked once more, which
-    /// takes its time, to say more precisely why.
-    std::vector<SilentPort> SilentPorts(bool askAgain) const;
+    std::set<std::string> PortsInUse() const;
+    std::vector<CameraAddress> Addresses() const;
+    /// The cameras that were found, with their numbers.
+    std::vector<KnownCamera> Numbered(const KnownCameras& known) const;
 };
 
-Enumeration Enumerate(const TransportLayer& layer);
-
-/// A property of a record, empty when it is absent.
-std::string PropertyOf(const Vanto::IProperties& record, const char* name);
+/// \param[in] output Shows which port is asked
+Enumeration Enumerate(const TransportLayer& layer, Output& output);
+/// The same, and keeps in mind what was found.
+Enumeration EnumerateAndRemember(const TransportLayer& layer, Output& output);
 
 }  // namespace tools

@@ -26,6 +26,7 @@ PortNews NewsOf(const Activity& activity) {
     news.baudRate = BaudRateOfFlag(activity.baudRateFlag);
     if (activity.kind == Activity::Kind::kAnswered)
         news.deviceId = activity.deviceId.str();
+    news.hasEnded = activity.kind != Activity::Kind::kAsking;
     news.hasFailed = activity.kind == Activity::Kind::kFailed;
     news.errorCode = activity.errorCode;
     news.reason = activity.reason.str();

@@ -21,6 +21,7 @@ namespace tools {
 struct PortNews {
     std::string portId;
     std::string deviceId;        ///< of the camera that answered; empty when none did
+    bool hasEnded = false;       ///< the last look; false while it goes on, or when it was given up
     bool hasFailed = false;      ///< then errorCode and reason say why
     std::int32_t errorCode = 0;  ///< of Camera Link or CLProtocol; 0 for a failure without one
     std::string reason;

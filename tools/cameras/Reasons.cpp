@@ -75,6 +75,12 @@ Reason NoDriver() {
     return {cause, fmt::format("Install the driver, or name its folder in GENICAM_CLPROTOCOL. {}", kAskDoctor)};
 }
 
+/// With its end; reasons that a library gives have theirs.
+std::string Sentence(const std::string& reason) {
+    const std::string text = Printable(reason);
+    return text.ends_with('.') || text.ends_with('?') ? text : text + ".";
+}
+
 std::string ArgumentOfFailure(const Enumeration& enumeration) {
     for (const auto& message : enumeration.log)
         if (message.format == log_texts::kEnumerationFailed && message.arguments.size() >= 2)
@@ -88,11 +94,9 @@ std::string ArgumentOfFailure(const Enumeration& enumeration) {
  * \brief Say why a look for cameras found none
  * \param[in] layer The transport layer that looked
  * \param[in] enumeration What it found and logged
- * \param[in] silentPorts Its SilentPorts
  * \return At least one reason when the enumeration holds no camera, most important first
  */
-std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration,
-                                const std::vector<SilentPort>& silentPorts) {
+std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration) {
     if (layer.Get() == nullptr)
         return {MissingLayer()};
     const std::string restriction = GetEnvironment("VANTO_USE_TL").value_or("");
@@ -108,8 +112,9 @@ std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& 
     if (enumeration.Logged(log_texts::kNoTemplates))
         return {NoDriver()};
     std::vector<Reason> reasons;
-    for (const SilentPort& port : silentPorts)
-        reasons.push_back({fmt::format("Port '{}': {}.", Printable(port.portId), Printable(port.reason)), port.hint});
+    for (const SilentPort& port : enumeration.silentPorts)
+        reasons.push_back(
+            {fmt::format("Port '{}': {}", Printable(port.portId), Sentence(port.advice.reason)), port.advice.hint});
     if (reasons.empty())
         reasons.push_back({"The transport layer found no camera and did not say why.", kAskDoctor});
     return reasons;

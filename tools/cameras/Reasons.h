@@ -17,7 +17,6 @@ struct Reason {
     std::string remedy;
 };
 
-std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration,
-                                const std::vector<SilentPort>& silentPorts);
+std::vector<Reason> WhyNoCamera(const TransportLayer& layer, const Enumeration& enumeration);
 
 }  // namespace tools

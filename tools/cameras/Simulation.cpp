@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <atomic>
 
 #include "configuration/ConfigurationWriter.h"
 #include "error/ExitCode.h"
@@ -20,6 +21,7 @@ namespace {
 constexpr std::chrono::seconds kStartTimeout{20};
 // Every camera has a simulated frame grabber behind its image cable.
 constexpr const char* kGrabber = "SaperaSimulated;FrameRate=100";
+std::atomic<bool> isRunning{false};
 constexpr std::array<const char*, 3> kModels{"H2048", "H4096", "H8192L"};
 
 std::filesystem::path Simulator() {
@@ -84,9 +86,17 @@ Simulation::Simulation(int cameras)
     m_serialPath.emplace("CLSERTTY_PATH", m_folder.Path().string());
     m_bindings.emplace("VANTO_CL_BINDINGS", bindings.string());
     // Simulated cameras change from one version to the next under the same names: no description of theirs may stay.
+    m_state.emplace("VANTO_CL_STATE", (m_folder.Path() / "state").string());
     m_cache.emplace("GENICAM_CACHE", (m_folder.Path() / "cache").string());
+    isRunning = true;
 }
 
-Simulation::~Simulation() = default;
+Simulation::~Simulation() {
+    isRunning = false;
+}
+
+bool Simulation::IsRunning() noexcept {
+    return isRunning;
+}
 
 }  // namespace tools

@@ -18,6 +18,9 @@ class Simulation {
 public:
     static constexpr int kMostCameras = 64;
 
+    /// Whether this process has simulated cameras.
+    static bool IsRunning() noexcept;
+
     explicit Simulation(int cameras);
     ~Simulation();
     Simulation(const Simulation&) = delete;
@@ -42,6 +45,7 @@ private:
     Interruption::CleanUp m_cleanUp;
     std::optional<Variable> m_serialPath;
     std::optional<Variable> m_bindings;
+    std::optional<Variable> m_state;
     std::optional<Variable> m_cache;
 };
 

@@ -8,9 +8,13 @@
 #include <vector>
 
 #include "cameras/DeviceChoice.h"
+#include "cameras/Enumeration.h"
+#include "cameras/KnownCamerasFile.h"
+#include "cameras/Simulation.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "description/FeatureTree.h"
+#include "features/FeatureWords.h"
+#include "features/OpenDevice.h"
 #include "output/Output.h"
 #include "output/Text.h"
 
@@ -49,49 +53,40 @@ void PrintSubcommands(Output& output, const std::string& group) {
             PrintWord(output, name.substr(group.size() + 1));
 }
 
+/// The cameras that are known; nobody waits at a keyboard for those that are not. Simulated ones are always new.
+KnownCameras TheCameras(Output& output) {
+    if (Simulation::IsRunning())
+        EnumerateAndRemember(TransportLayer(), output);
+    return LoadKnownCameras(output);
+}
+
 void PrintDevices(Output& output) {
-    const TransportLayer layer;
-    for (const Vanto::CDeviceInfo& camera : Enumerate(layer).cameras) {
-        PrintWord(output, PropertyOf(camera, "SerialNumber"));
-        PrintWord(output, PropertyOf(camera, "PortID"));
+    const KnownCameras known = TheCameras(output);
+    for (const KnownCamera& camera : known.All()) {
+        PrintWord(output, camera.address.SerialNumber());
+        PrintWord(output, camera.address.portId);
     }
 }
 
-/// The camera's description without opening the camera: completion must not touch what it is set to.
-Json DescriptionOf(const std::string& device) {
-    const TransportLayer layer;
-    GenICam::gcstring source;
-    GenICam::gcstring xml;
-    Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
-    if (provider != nullptr)
-        provider->ProvideXMLFile(FindDevice(layer, device), source, xml);
-    return FeatureTreeJson(DescriptionModel(xml.str()));
-}
-
-template <class Visit>
-void ForEachFeature(const Json& tree, const Visit& visit) {
-    for (const Json& feature : tree.at("Features")) {
-        if (feature.contains("Features"))
-            ForEachFeature(feature, visit);
-        else
-            visit(feature);
-    }
+/// The words of a camera's features, as they were when it was opened last.
+std::vector<FeatureWords> FeaturesOf(const std::string& device, Output& output) {
+    const std::optional<KnownCamera> camera = ChooseDevice(TheCameras(output).All(), device);
+    if (!camera)
+        return {};
+    if (Simulation::IsRunning())
+        const OpenDevice opened(device, output, OpenDevice::Use::kConnect);
+    return LoadFeatureWords(camera->address.deviceId);
 }
 
 /// \param[in] kind "features" for those with a value, "executables" for commands, "entries" for those of one feature
 void PrintFeatureWords(Output& output, const std::string& kind, const std::string& device, const std::string& name) {
-    ForEachFeature(DescriptionOf(device), [&](const Json& feature) {
-        const bool isCommand = feature.at("Interface") == "Command";
-        if (kind == "entries" && feature.at("Name") == name) {
-            if (feature.contains("Entries"))
-                for (const Json& entry : feature.at("Entries"))
-                    PrintWord(output, entry);
-            if (feature.at("Interface") == "Boolean")
-                output.Print("on\noff\n");
-        } else if (kind != "entries" && isCommand == (kind == "executables")) {
-            PrintWord(output, feature.at("Name"));
-        }
-    });
+    for (const FeatureWords& feature : FeaturesOf(device, output)) {
+        if (kind == "entries" && feature.name == name)
+            for (const std::string& entry : feature.entries)
+                PrintWord(output, entry);
+        if (kind != "entries" && feature.isCommand == (kind == "executables"))
+            PrintWord(output, feature.name);
+    }
 }
 
 }  // namespace

@@ -3,17 +3,26 @@
  * vanto-cl list: the cameras, or why there are none
  */
 #include <fmt/format.h>
-#include <memory>
-#include <optional>
 
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cameras/BaudRates.h"
+#include "cameras/CameraList.h"
+#include "cameras/KnownCamerasFile.h"
 #include "cameras/Reasons.h"
+#include "cameras/Records.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
+#include "features/FeatureWords.h"
 #include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Table.h"
 #include "output/Text.h"
+#include "system/Interruptible.h"
 
 namespace tools {
 
@@ -26,31 +35,48 @@ public:
 
 private:
     bool m_json = false;
+    bool m_forget = false;
 };
 
-void PrintJson(Output& output, const Vanto::DeviceInfoList& cameras) {
+Json ToJson(const ListedCamera& camera) {
+    Json json{{"Index", camera.known ? Json(camera.known->number) : Json(nullptr)},
+              {"State", camera.user ? "in use" : "ready"},
+              {"UsedBy", camera.user ? camera.user->ToJson() : Json(nullptr)},
+              {"BaudRate", camera.baudRate != 0 ? Json(camera.baudRate) : Json(nullptr)}};
+    const Vanto::CDeviceInfo record = camera.record  ? *camera.record
+                                      : camera.known ? RecordOf(camera.known->address)
+                                                     : Vanto::CDeviceInfo();
+    GenICam::gcstring_vector names;
+    record.GetPropertyNames(names);
+    for (const GenICam::gcstring& name : names)
+        json[name.str()] = PropertyOf(record, name.c_str());
+    json["PortID"] = camera.portId;
+    return json;
+}
+
+void PrintJson(Output& output, const std::vector<ListedCamera>& cameras) {
     Json json = Json::array();
-    for (const Vanto::CDeviceInfo& camera : cameras) {
-        Json record = Json::object();
-        GenICam::gcstring_vector names;
-        camera.GetPropertyNames(names);
-        for (const GenICam::gcstring& name : names)
-            record[name.str()] = PropertyOf(camera, name.c_str());
-        json.push_back(std::move(record));
-    }
+    for (const ListedCamera& camera : cameras)
+        json.push_back(ToJson(camera));
     output.Line(ToText(json));
 }
 
-void PrintTable(Output& output, const Vanto::DeviceInfoList& cameras) {
-    Table table({{"#", true}, {"Camera"}, {"Model"}, {"Serial number"}, {"Port"}, {"Baud rate"}});
-    for (std::size_t index = 0; index < cameras.size(); ++index) {
-        const Vanto::CDeviceInfo& camera = cameras[index];
-        const std::string rate = PropertyOf(camera, "InitialBaudRate");
-        table.AddRow({std::to_string(index), PropertyOf(camera, "FriendlyName"), PropertyOf(camera, "ModelName"),
-                      PropertyOf(camera, "SerialNumber"), PropertyOf(camera, "PortID"),
-                      rate.empty() ? "highest" : rate});
-    }
+void PrintTable(Output& output, const std::vector<ListedCamera>& cameras) {
+    Table table({{"#", true}, {"Camera"}, {"Port"}, {"Baud rate", true}, {"State"}});
+    for (const ListedCamera& camera : cameras)
+        table.AddRow({camera.known ? std::to_string(camera.known->number) : "-",
+                      camera.known ? camera.Name() : "unknown", camera.portId,
+                      camera.baudRate != 0 ? std::to_string(camera.baudRate) : "",
+                      camera.user ? Table::Cell("in use by " + camera.user->Text(), Style::kWarning)
+                                  : Table::Cell("ready", Style::kGood)});
     table.PrintTo(output);
+}
+
+std::string Summary(const Enumeration& enumeration, std::chrono::milliseconds elapsed) {
+    const std::size_t inUse = enumeration.PortsInUse().size();
+    return fmt::format("{} {} found in {}{}", enumeration.cameras.size(),
+                       enumeration.cameras.size() == 1 ? "camera" : "cameras", DurationText(elapsed),
+                       inUse == 0 ? "" : fmt::format(", {} in use", inUse));
 }
 
 /// In JSON the array is the whole answer, so the reasons go beside it.
@@ -68,37 +94,51 @@ void PrintReasons(Output& output, const std::vector<Reason>& reasons, bool besid
         output.Line("No camera was found." + text);
 }
 
+void Warn(Output& output, const Enumeration& enumeration, const std::vector<ListedCamera>& cameras) {
+    for (const SilentPort& port : enumeration.silentPorts)
+        if (port.advice.state != PortState::kInUse)
+            output.Warn(fmt::format("port '{}': {}", Printable(port.portId), Printable(port.advice.reason)));
+    for (const ListedCamera& camera : cameras)
+        if (camera.baudRate > camera.RestBaudRate())
+            output.Warn(StrandedText(camera.Name(), camera.portId, camera.baudRate, camera.RestBaudRate()));
+}
+
 }  // namespace
 
 void ListCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON array of the cameras' info records");
+    options.Flag("--forget", m_forget, "Forget the numbers of earlier lists and begin with 0");
     options.Footer(
         "Commands that take a DEVICE know a camera by its number here, its serial number,\n"
-        "its friendly name, its full name or its port.");
+        "its friendly name, its full name or its port. A camera keeps its number when others\n"
+        "come and go, and when it is plugged into another port.");
 }
 
 ExitCode ListCommand::Run(Output& output) {
+    const Interruption::Watch watch;
+    if (m_forget) {
+        ChangeKnownCameras(output, [](KnownCameras& known) { known = KnownCameras(); });
+        ForgetFeatureWords();
+    }
     const TransportLayer layer;
-    std::optional<Progress> progress(std::in_place, output, "Looking for cameras");
-    const Enumeration enumeration = Enumerate(layer);
-    const auto elapsed = progress->Elapsed();
-    const std::vector<Reason> reasons = enumeration.cameras.empty()
-                                            ? WhyNoCamera(layer, enumeration, enumeration.SilentPorts(true))
-                                            : std::vector<Reason>();
-    progress.reset();
+    const auto begin = std::chrono::steady_clock::now();
+    const Enumeration enumeration = EnumerateAndRemember(layer, output);
+    const auto elapsed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+    const std::vector<ListedCamera> cameras = ListCameras(layer, enumeration, LoadKnownCameras(output));
     if (m_json)
-        PrintJson(output, enumeration.cameras);
-    if (enumeration.cameras.empty()) {
-        PrintReasons(output, reasons, m_json);
+        PrintJson(output, cameras);
+    if (cameras.empty()) {
+        ThrowIfInterrupted();
+        PrintReasons(output, WhyNoCamera(layer, enumeration), m_json);
         return ExitCode::kDone;
     }
     if (!m_json) {
-        PrintTable(output, enumeration.cameras);
-        output.Line(fmt::format("{} {} found in {}", enumeration.cameras.size(),
-                                enumeration.cameras.size() == 1 ? "camera" : "cameras", DurationText(elapsed)));
+        PrintTable(output, cameras);
+        output.Line(Summary(enumeration, elapsed));
     }
-    for (const SilentPort& port : enumeration.SilentPorts(false))
-        output.Warn(fmt::format("port '{}': {}", Printable(port.portId), Printable(port.reason)));
+    Warn(output, enumeration, cameras);
+    ThrowIfInterrupted();
     return ExitCode::kDone;
 }
 

@@ -9,6 +9,7 @@
 
 #include "cameras/BaudRates.h"
 #include "cameras/DeviceChoice.h"
+#include "cameras/KnownCamerasFile.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/BaudRateFeature.h"
@@ -50,6 +51,9 @@ ExitCode RateCommand::Run(Output& output) {
         return ExitCode::kDone;
     }
     feature.Set(*wanted);
+    ChangeKnownCameras(output, [&](KnownCameras& known) {
+        known.SetRestBaudRate(device.Address(), wanted->bitsPerSecond == kFirstBaudRate ? 0 : wanted->bitsPerSecond);
+    });
     output.Line(fmt::format("{} stands at {} baud now; it was {}.", device.Name(), feature.Get(), before));
     return ExitCode::kDone;
 }

@@ -4,10 +4,12 @@
  */
 #include <fmt/format.h>
 #include <memory>
-#include <optional>
 #include <string>
 
+#include "cameras/CameraSearch.h"
 #include "cameras/DeviceChoice.h"
+#include "cameras/Fetching.h"
+#include "cameras/Records.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "output/Output.h"
@@ -46,19 +48,18 @@ ExitCode XmlCommand::Run(Output& output) {
     Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
     if (provider == nullptr)
         throw ToolError("the transport layer can't read descriptions from cameras");
-    std::optional<Interruption::Watch> watch(std::in_place);
-    std::optional<Progress> looking(std::in_place, output, "Looking for cameras");
-    const Vanto::CDeviceInfo camera = FindDevice(layer, m_device);
-    looking.reset();
-    ThrowIfInterrupted();
-    const std::string name = Printable(PropertyOf(camera, "FriendlyName"));
-    std::optional<Progress> fetching(std::in_place, output, "Fetching the description of " + name);
     GenICam::gcstring source;
     GenICam::gcstring xml;
-    provider->ProvideXMLFile(camera, source, xml);
-    const auto elapsed = fetching->Elapsed();
-    fetching.reset();
-    watch.reset();
+    std::chrono::milliseconds elapsed{0};
+    {
+        const Interruption::Watch watch;
+        CameraSearch(layer, output).Find(m_device, [&](const Vanto::CDeviceInfo& camera) {
+            const Fetching progress(layer.Ports(), output, "Fetching the description of " + NameOf(camera));
+            provider->ProvideXMLFile(camera, source, xml);
+            elapsed = progress.Elapsed();
+        });
+        ThrowIfInterrupted();
+    }
     if (m_file.empty() || m_file == "-") {
         output.Print(xml.view());
         return ExitCode::kDone;

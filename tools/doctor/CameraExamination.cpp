@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <optional>
 
+#include "cameras/Records.h"
 #include "doctor/Examinations.h"
 #include "output/Progress.h"
+#include "system/Interruptible.h"
 #include "vanto/LogRules.h"
 
 namespace tools {
@@ -27,11 +29,10 @@ Section Guarded(const char* title, Examination examination) {
     }
 }
 
-void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration,
-           const std::vector<SilentPort>& silentPorts) {
-    const std::size_t silent = silentPorts.size();
+void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration) {
+    const std::size_t silent = enumeration.silentPorts.size();
     if (enumeration.cameras.empty()) {
-        const std::vector<Reason> reasons = WhyNoCamera(layer, enumeration, silentPorts);
+        const std::vector<Reason> reasons = WhyNoCamera(layer, enumeration);
         report.verdict = "no camera was found. " + reasons.front().cause;
         report.nextStep = reasons.front().remedy;
         return;
@@ -48,13 +49,13 @@ void Judge(Report& report, const TransportLayer& layer, const Enumeration& enume
 
 }  // namespace
 
-Section ExamineCameras(const Enumeration& enumeration, const std::vector<SilentPort>& silentPorts) {
+Section ExamineCameras(const Enumeration& enumeration) {
     Section section{"Cameras", {}};
     for (const Vanto::CDeviceInfo& camera : enumeration.cameras)
         section.observations.push_back(
             {Health::kFine, PropertyOf(camera, "PortID"), PropertyOf(camera, "FriendlyName"), {}});
-    for (const SilentPort& port : silentPorts)
-        section.observations.push_back({Health::kBad, port.portId, port.reason, port.hint});
+    for (const SilentPort& port : enumeration.silentPorts)
+        section.observations.push_back({Health::kBad, port.portId, port.advice.reason, port.advice.hint});
     if (section.observations.empty())
         section.observations.push_back({Health::kBad, "none", "no port was asked for a camera", {}});
     return section;
@@ -77,6 +78,7 @@ Section ExamineLog(const Enumeration& enumeration) {
 
 /// Looks at everything, then for cameras. Nothing that is broken keeps the rest from being looked at.
 Report Examine(Output& output) {
+    const Interruption::Watch watch;
     Report report;
     std::optional<Progress> progress(std::in_place, output, "Examining");
     const TransportLayer layer;
@@ -87,14 +89,14 @@ Report Examine(Output& output) {
     report.sections.push_back(Guarded("CLProtocol drivers", ExamineDrivers));
     report.sections.push_back(Guarded("Serial ports", ExaminePorts));
     report.sections.push_back(Guarded("Port configuration file", ExamineConfiguration));
-    const Enumeration enumeration = Enumerate(layer);
-    const std::vector<SilentPort> silentPorts = enumeration.SilentPorts(true);
-    report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration, silentPorts); }));
     progress.reset();
+    const Enumeration enumeration = EnumerateAndRemember(layer, output);
+    ThrowIfInterrupted();
+    report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration); }));
     report.sections.push_back(
         Guarded("Opening the cameras", [&] { return ExamineOpening(layer, enumeration, output); }));
     report.sections.push_back(Guarded("Last warnings and errors", [&] { return ExamineLog(enumeration); }));
-    Judge(report, layer, enumeration, silentPorts);
+    Judge(report, layer, enumeration);
     return report;
 }
 

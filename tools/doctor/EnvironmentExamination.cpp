@@ -34,6 +34,7 @@ constexpr Variable kVariables[] = {
     {"VANTO_LOG", Kind::kText, "the usual log level"},
     {"GENICAM_CLPROTOCOL", Kind::kFolders, "drivers are looked for beside the CLProtocol module"},
     {"GENICAM_CACHE", Kind::kText, "descriptions are kept in the user's cache folder"},
+    {"VANTO_CL_STATE", Kind::kText, "the numbers of cameras are kept in the user's state folder"},
     {"CLSERIALPATH", Kind::kFolders, "serial libraries are looked for beside the CLProtocol module"},
     {"CLSERTTY_PATH", Kind::kFolders, "only the system's own serial devices are offered"},
 };

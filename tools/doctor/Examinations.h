@@ -16,7 +16,7 @@ Section ExamineSerialLibraries();
 Section ExamineDrivers();
 Section ExaminePorts();
 Section ExamineConfiguration();
-Section ExamineCameras(const Enumeration& enumeration, const std::vector<SilentPort>& silentPorts);
+Section ExamineCameras(const Enumeration& enumeration);
 /// Opens each camera, as an application does, and looks at its description and its baud rates.
 Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumeration, Output& output);
 /// The libraries' own complaints during the look for cameras, the last ones last.

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "CLProtocol/Diagnostics.h"
+#include "cameras/Records.h"
 #include "doctor/Examinations.h"
 #include "system/Files.h"
 #include "vanto/VantoFolders.h"

@@ -7,6 +7,7 @@
 #include <optional>
 #include <ranges>
 
+#include "cameras/Records.h"
 #include "doctor/Examinations.h"
 #include "features/BaudRateFeature.h"
 #include "features/OpenDevice.h"
@@ -49,9 +50,8 @@ Section ExamineCamera(const TransportLayer& layer, const Vanto::CDeviceInfo& cam
     const OpenDevice device(layer, camera, output, OpenDevice::Use::kExamine);
     Section section;
     section.observations.push_back({Health::kFine, portId, device.Name() + " can be opened", {}});
-    if (device.FoundBaudRate() > kFirstBaudRate)
-        section.observations.push_back(
-            {Health::kWarning, portId, StrandedText(device.Name(), portId, device.FoundBaudRate()), {}});
+    if (const std::optional<std::string> stranded = device.Stranded())
+        section.observations.push_back({Health::kWarning, portId, *stranded, {}});
     if (device.RateRefusal())
         section.observations.push_back(RateThatWorks(device, portId, output));
     return section;

@@ -6,12 +6,13 @@
 
 #include <fmt/format.h>
 
-#include <optional>
-
 #include "cameras/BaudRates.h"
-#include "cameras/DeviceChoice.h"
+#include "cameras/CameraSearch.h"
+#include "cameras/Fetching.h"
 #include "cameras/LogTexts.h"
+#include "cameras/Records.h"
 #include "error/ExitCode.h"
+#include "features/FeatureWords.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
@@ -31,11 +32,8 @@ namespace tools {
  */
 OpenDevice::OpenDevice(const std::string& device, Output& output, Use use)
     : m_output(output), m_ownLayer(std::in_place), m_layer(*m_ownLayer) {
-    std::optional<Progress> progress(std::in_place, output, "Looking for cameras");
-    const Vanto::CDeviceInfo camera = FindDevice(m_layer, device);
-    progress.reset();
-    ThrowIfInterrupted();
-    Create(camera, use);
+    CameraSearch(m_layer, output).Find(device, [&](const Vanto::CDeviceInfo& camera) { Create(camera); });
+    Prepare(use);
 }
 
 /**
@@ -45,26 +43,31 @@ OpenDevice::OpenDevice(const std::string& device, Output& output, Use use)
  */
 OpenDevice::OpenDevice(const TransportLayer& layer, const Vanto::CDeviceInfo& camera, Output& output, Use use)
     : m_output(output), m_layer(layer) {
-    Create(camera, use);
+    Create(camera);
+    Prepare(use);
 }
 
-void OpenDevice::Create(const Vanto::CDeviceInfo& camera, Use use) {
-    m_name = Printable(PropertyOf(camera, "FriendlyName"));
-    m_portId = PropertyOf(camera, "PortID");
-    std::optional<Progress> progress(std::in_place, m_output, "Opening " + m_name);
+// Connects to the camera and fetches its description where it is not known.
+void OpenDevice::Create(const Vanto::CDeviceInfo& camera) {
+    m_name = NameOf(camera);
+    m_address = AddressOf(camera);
+    const Fetching progress(m_layer.Ports(), m_output, "Opening " + m_name);
     m_device = m_layer.Require().CreateDevice(camera);
+}
+
+void OpenDevice::Prepare(Use use) {
     try {
+        ThrowIfInterrupted();
         if (m_device->GetNodeMap() == nullptr)
             throw ToolError(m_name + " has no features");
+        KeepFeatureWords(Nodes(), m_address.deviceId);
         if (use != Use::kConnect)
             Open();
         ThrowIfInterrupted();
     } catch (...) {
-        progress.reset();
         Release();
         throw;
     }
-    progress.reset();
     if (use == Use::kOpen)
         WarnOfRate();
 }
@@ -80,6 +83,7 @@ void OpenDevice::ThrowIfGone() const {
 }
 
 void OpenDevice::Open() {
+    const Progress progress(m_output, "Opening " + m_name);
     const Vanto::tracelog::LogRecorder log(log_texts::kDeviceWarnings);
     m_device->Open();
     for (const auto& message : log.GetMessages())
@@ -88,16 +92,21 @@ void OpenDevice::Open() {
     Vanto::RegisterRemovalCallback(*m_device, [this](Vanto::IVantoDevice*) { m_gone = true; });
 }
 
-std::uint32_t OpenDevice::FoundBaudRate() const {
-    const auto news = m_layer.Ports().Of(m_portId);
-    return news ? news->baudRate : 0;
-}
-
 // An application that ends without closing its camera leaves it at the rate that it used, and each one that comes after
 // gives that rate back.
+std::optional<std::string> OpenDevice::Stranded() const {
+    const auto news = m_layer.Ports().Of(m_address.portId);
+    const KnownCameras known = LoadKnownCameras(m_output);
+    const KnownCamera* const camera = known.At(m_address);
+    const std::uint32_t rest = camera != nullptr && camera->restBaudRate != 0 ? camera->restBaudRate : kFirstBaudRate;
+    if (!news || news->baudRate <= rest)
+        return std::nullopt;
+    return StrandedText(m_name, m_address.portId, news->baudRate, rest);
+}
+
 void OpenDevice::WarnOfRate() const {
-    if (FoundBaudRate() > kFirstBaudRate)
-        m_output.Warn(StrandedText(m_name, m_portId, FoundBaudRate()));
+    if (const std::optional<std::string> stranded = Stranded())
+        m_output.Warn(*stranded);
     if (m_rateRefusal)
         m_output.Warn(fmt::format("{} does not take its baud rate: {} 'vanto-cl doctor' says which one works.", m_name,
                                   *m_rateRefusal));

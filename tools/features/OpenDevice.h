@@ -10,6 +10,7 @@
 #include <string>
 
 #include "GenApi/GenApi.h"
+#include "cameras/KnownCameras.h"
 #include "cameras/TransportLayer.h"
 #include "system/Interruption.h"
 
@@ -40,13 +41,16 @@ public:
     /// Whether the camera went away since it was opened.
     bool IsGone() const noexcept { return m_gone; }
     void ThrowIfGone() const;
-    /// Bit/s at which the camera was found; 0 when unknown.
-    std::uint32_t FoundBaudRate() const;
+    /// That a program left the camera at a rate at which it does not rest, and what to do; nothing when none did.
+    std::optional<std::string> Stranded() const;
+    /// The camera's port and DeviceID.
+    const CameraAddress& Address() const noexcept { return m_address; }
     /// Why the configured baud rate, or the highest, was refused; nothing when it was not.
     const std::optional<std::string>& RateRefusal() const noexcept { return m_rateRefusal; }
 
 private:
-    void Create(const Vanto::CDeviceInfo& camera, Use use);
+    void Create(const Vanto::CDeviceInfo& camera);
+    void Prepare(Use use);
     void Open();
     void WarnOfRate() const;
     void Release() noexcept;
@@ -57,7 +61,7 @@ private:
     Interruption::Watch m_watch;
     std::atomic<bool> m_gone{false};
     std::string m_name;
-    std::string m_portId;
+    CameraAddress m_address;
     std::optional<std::string> m_rateRefusal;
     Vanto::IVantoDevice* m_device = nullptr;
 };

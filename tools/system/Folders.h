@@ -13,6 +13,9 @@ namespace tools {
 std::filesystem::path OwnProgram();
 /// The folder for data of all users' applications; nothing when the system has none.
 std::optional<std::filesystem::path> CommonApplicationDataFolder();
+/// The folder for what this program remembers from one run to the next: VANTO_CL_STATE, else the user's own; nothing
+/// when the user has none. It need not be there.
+std::optional<std::filesystem::path> StateFolder();
 
 /// A new empty folder that only this user can enter; removed with all it holds at the end.
 class TemporaryFolder {

@@ -25,6 +25,7 @@ protected:
         return {{"VANTO_CL_BINDINGS", Folder().string()},
                 {"CLSERTTY_PATH", Folder().string()},
                 {"TMPDIR", Folder().string()},
+                {"VANTO_CL_STATE", (Folder() / "state").string()},
                 {"GENICAM_CACHE", (Folder() / "cache").string()}};
     }
     void Configure(const std::string& text) const { std::ofstream(Folder() / "PortConfiguration_x64.xml") << text; }
@@ -35,6 +36,10 @@ private:
 
 /// What a list without cameras says, in text and in JSON.
 class Reasons : public Cameras {
+public:
+    static constexpr const char* kNoCamera =
+        "<a><Port><ID>COM_Port#tty0</ID><Enabled>yes</Enabled><Manufacturer>Marlow</Manufacturer></Port></a>";
+
 protected:
     void ExpectReason(const Environment& environment, const char* cause, const char* remedy) const {
         const RunResult text = RunVantoCl({"list"}, environment);
@@ -47,8 +52,6 @@ protected:
         EXPECT_EQ(nlohmann::json::parse(inJson.out), nlohmann::json::array());
         EXPECT_THAT(inJson.err, testing::HasSubstr(cause));
     }
-    static constexpr const char* kNoCamera =
-        "<a><Port><ID>COM_Port#tty0</ID><Enabled>yes</Enabled><Manufacturer>Marlow</Manufacturer></Port></a>";
 };
 
 }  // namespace tools_test

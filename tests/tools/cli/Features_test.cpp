@@ -140,7 +140,7 @@ TEST_F(Features, RefusesWrongRegisters) {
     ExpectFailure({"write", "0", "0", "123"}, 2, "'123' are no bytes");
     ExpectFailure({"read", "0", "0x900000000", "4"}, 1, "invalid address");
     ExpectFailure({"write", "0", "0", "12"}, 1, "write protected");
-    ExpectFailure({"read", "1", "0", "4"}, 3, "there is no camera '1'");
+    ExpectFailure({"read", "1", "0", "4"}, 3, "no list has shown a camera with the number 1");
 }
 
 TEST_F(Features, WatchPrintsTheFirstLookOnce) {
@@ -192,6 +192,7 @@ TEST(FeaturesOfTwins, AskWhichIsMeant) {
 }
 
 TEST_F(Features, CompletesWords) {
+    Run({"get", "0", "Width"});
     EXPECT_EQ(Run({"complete", "devices"}).out, "S0\nCOM_Port#cam0\n");
     EXPECT_THAT(Run({"complete", "features", "0"}).out, HasSubstr("\nExposureTime\n"));
     EXPECT_THAT(Run({"complete", "executables", "0"}).out, HasSubstr("\nUserSetLoad\n"));

@@ -22,6 +22,7 @@ PlayedCameras::PlayedCameras(const std::vector<std::string>& cameras, const std:
 Environment PlayedCameras::Variables() const {
     return {{"VANTO_CL_BINDINGS", Folder().string()},
             {"CLSERTTY_PATH", Folder().string()},
+            {"VANTO_CL_STATE", (Folder() / "state").string()},
             {"GENICAM_CACHE", (Folder() / "cache").string()}};
 }
 

@@ -22,6 +22,9 @@ struct RunResult {
 /// Variables to set, beside a bare environment.
 using Environment = std::map<std::string, std::string>;
 
+/// The same with a state folder of these tests, unless it names one itself.
+Environment WithoutTheUsersState(Environment environment);
+
 /// Runs vanto-cl to its end, at most two minutes.
 RunResult RunVantoCl(const std::vector<std::string>& arguments, const Environment& environment = {});
 

@@ -7,7 +7,10 @@
 #include <stdlib.h>
 
 #include <cerrno>
+#include <string>
 #include <system_error>
+
+#include "system/Environment.h"
 
 namespace tools {
 
@@ -17,6 +20,20 @@ std::filesystem::path OwnProgram() {
 
 std::optional<std::filesystem::path> CommonApplicationDataFolder() {
     return "/etc";
+}
+
+std::optional<std::filesystem::path> StateFolder() {
+    const auto folder = [](const char* variable) {
+        return std::filesystem::path(GetEnvironment(variable).value_or(std::string()));
+    };
+    if (const std::filesystem::path own = folder("VANTO_CL_STATE"); !own.empty())
+        return own;
+    // As the XDG Base Directory rules say it, a relative path there counts as none.
+    if (const std::filesystem::path state = folder("XDG_STATE_HOME"); state.is_absolute())
+        return state / "vanto";
+    if (const std::filesystem::path home = folder("HOME"); home.is_absolute())
+        return home / ".local" / "state" / "vanto";
+    return std::nullopt;
 }
 
 /**

@@ -9,7 +9,11 @@
 #include <shlobj.h>
 
 #include <array>
+#include <string>
 #include <system_error>
+
+#include "system/Environment.h"
+#include "system/Files.h"
 
 namespace tools {
 
@@ -31,6 +35,15 @@ std::optional<std::filesystem::path> CommonApplicationDataFolder() {
     if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
         return std::nullopt;
     return std::filesystem::path(path.data());
+}
+
+std::optional<std::filesystem::path> StateFolder() {
+    if (const std::string own = GetEnvironment("VANTO_CL_STATE").value_or(std::string()); !own.empty())
+        return PathOf(own);
+    std::array<wchar_t, MAX_PATH> path{};
+    if (::SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
+        return std::nullopt;
+    return std::filesystem::path(path.data()) / "Vanto";
 }
 
 /**

@@ -59,7 +59,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 pid_t Start(const std::vector<std::string>& arguments, const Environment& environment, int out, int err) {
     std::vector<std::string> words{VANTO_CL_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = EnvironmentWith(environment);
+    std::vector<std::string> variables = EnvironmentWith(WithoutTheUsersState(environment));
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);

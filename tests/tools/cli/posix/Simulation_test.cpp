@@ -26,7 +26,7 @@ class Simulation : public Cameras {};
 TEST_F(Simulation, ListShowsTheSimulatedOnes) {
     const RunResult run = RunVantoCl({"--simulate", "list"});
     EXPECT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_THAT(run.out, HasSubstr("0  Marlow H2048 (SIM00001)  H2048  SIM00001       COM_Port#cam0  highest\n"));
+    EXPECT_THAT(run.out, HasSubstr("0  Marlow H2048 (SIM00001)  COM_Port#cam0       9600  ready\n"));
     EXPECT_THAT(run.out, HasSubstr("2 cameras found in "));
 }
 
@@ -75,15 +75,21 @@ TEST_F(Simulation, GrabsWithoutAnythingElse) {
     EXPECT_TRUE(std::filesystem::exists(Folder() / "frame_000001.png"));
 }
 
-class ReasonsOfThisSystem : public Reasons {};
+class PortInUse : public Cameras {};
 
-TEST_F(ReasonsOfThisSystem, PortInUseNamesWhoUsesIt) {
+TEST_F(PortInUse, IsListedWithItsUserThoughItsCameraIsUnknown) {
     const tools_test::SilentLine line(Folder() / "tty0");
     const int held = ::open((Folder() / "tty0").c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_EQ(::flock(held, LOCK_EX | LOCK_NB), 0);
-    Configure(kNoCamera);
-    ExpectReason(Own(), "Port 'COM_Port#tty0': the port can't be used: ", "Close the program that uses the port.");
-    EXPECT_THAT(RunVantoCl({"list"}, Own()).out, HasSubstr("in use by process "));
+    Configure(Reasons::kNoCamera);
+    const RunResult run = RunVantoCl({"list"}, Own());
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.out,
+                testing::ContainsRegex("-  unknown  COM_Port#tty0             in use by .*vanto_cl_test.* .[0-9]+.\n"));
+    EXPECT_THAT(run.out, HasSubstr("0 cameras found in "));
+    const RunResult get = RunVantoCl({"get", "COM_Port#tty0", "Width"}, Own());
+    EXPECT_EQ(get.exitCode, 1);
+    EXPECT_THAT(get.err, HasSubstr("Close that program, or wait until it ends."));
     ::close(held);
 }
 

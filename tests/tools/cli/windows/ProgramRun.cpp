@@ -71,7 +71,7 @@ PROCESS_INFORMATION Start(const std::vector<std::string>& arguments, const Envir
                           HANDLE err, DWORD flags) {
     const std::filesystem::path program = std::filesystem::path(VANTO_CL_PROGRAM).make_preferred();
     std::wstring line = tools::CommandLineOf(program, arguments);
-    std::string variables = EnvironmentWith(environment);
+    std::string variables = EnvironmentWith(WithoutTheUsersState(environment));
     SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
     const Handle in(::CreateFileA("NUL", GENERIC_READ, 0, &inherited, OPEN_EXISTING, 0, nullptr));
     STARTUPINFOW startup{};

@@ -1,0 +1,111 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Why no camera was found on a port, and what to do about it
+ */
+#include "cameras/PortAdvice.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+
+#include "cameras/PortUser.h"
+#include "system/FileAccess.h"
+
+namespace tools {
+
+namespace {
+
+// Of CLProtocol and its drivers.
+constexpr std::int32_t kNoDeviceFound = -20101;
+constexpr std::int32_t kBadAcknowledge = -30210;
+// Of the Camera Link serial API: the port is not there, or can't be opened.
+constexpr std::int32_t kInvalidIndex = -10005;
+constexpr std::int32_t kInvalidReference = -10006;
+
+// What our own driver says; another one's words are passed on as they are.
+constexpr std::string_view kReceived = "Something was received.";
+constexpr std::string_view kProtocol = "but its GenCP version is";
+constexpr std::string_view kAnswers = " answers at ";
+
+bool Says(const PortNews& news, std::string_view text) {
+    return news.reason.find(text) != std::string::npos;
+}
+
+PortAdvice Refused(const std::filesystem::path& device, const FileAccess& access) {
+    return {PortState::kNoAccess, fmt::format("user {} may not use {}", UserName(), device.string()),
+            AdviceOnAccess(device, access)};
+}
+
+PortAdvice OtherDevice(const PortNews& news) {
+    if (Says(news, kProtocol))
+        return {PortState::kNewerProtocol, "a camera answers that speaks a GenCP of another version: " + news.reason,
+                "Install the driver that its maker has for it; this one knows GenCP 1.0 to 1.3."};
+    if (Says(news, kAnswers))
+        return {PortState::kForeignCamera, "a camera of another maker answers: " + news.reason,
+                "Use its maker's CLProtocol driver and software; only cameras of Marlow are looked for here."};
+    return {PortState::kForeignCamera, "no camera of Marlow is there: " + news.reason, {}};
+}
+
+PortAdvice Silent(const PortNews& news) {
+    if (Says(news, kReceived))
+        return {
+            PortState::kNonsense, "something answers, but not as a camera does: " + news.reason,
+            "Is there something else behind the port? Else look at cable and connector: a camera with a bad line is "
+            "heard, too."};
+    return {PortState::kNoAnswer, "no camera answers: " + news.reason, "Is the camera on and its cable plugged in?"};
+}
+
+}  // namespace
+
+const char* NameOf(PortState state) noexcept {
+    switch (state) {
+        case PortState::kInUse:
+            return "in use";
+        case PortState::kNoAccess:
+            return "no access";
+        case PortState::kNoAnswer:
+            return "no answer";
+        case PortState::kNonsense:
+            return "nonsense";
+        case PortState::kForeignCamera:
+            return "foreign camera";
+        case PortState::kNewerProtocol:
+            return "other protocol version";
+        case PortState::kNotOpened:
+            return "can't be opened";
+        case PortState::kBroken:
+            return "broken";
+        case PortState::kNotAsked:
+            break;
+    }
+    return "not asked";
+}
+
+PortAdvice AdviceOn(const std::string& portId, const std::optional<PortNews>& news) {
+    const std::filesystem::path device = DeviceOfPort(portId);
+    const FileAccess access = device.empty() ? FileAccess() : AccessTo(device);
+    if (access.exists && (!access.readable || !access.writable))
+        return Refused(device, access);
+    if (!news || !news->hasEnded)
+        return {PortState::kNotAsked, "it was not asked", {}};
+    if (!news->hasFailed)
+        return {PortState::kForeignCamera, "what answers is no camera of Marlow", {}};
+    if (news->IsInUse())
+        return {PortState::kInUse, "in use by " + UserOf(*news).Text(),
+                UserOf(*news).pid != 0 ? "Close that program, or wait until it ends."
+                                       : "Close the program that uses the port."};
+    if (news->IsNoAnswer())
+        return Silent(*news);
+    if (news->errorCode == kNoDeviceFound)
+        return OtherDevice(*news);
+    if (news->errorCode == kBadAcknowledge)
+        return {PortState::kNonsense, "what answers does not speak as a camera does: " + news->reason,
+                "Is there something else behind the port? Else switch the camera off and on."};
+    if (news->errorCode == kInvalidIndex || news->errorCode == kInvalidReference)
+        return {PortState::kNotOpened, "its serial library can't open the port: " + news->reason,
+                "Is the frame grabber or the adapter still plugged in? 'vanto-cl doctor' shows the libraries."};
+    return {PortState::kBroken, "the port can't be used: " + news->reason,
+            "'vanto-cl doctor' shows libraries and drivers."};
+}
+
+}  // namespace tools
