@@ -17,6 +17,16 @@ namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
 
+// Characters around names, values and texts.
+constexpr std::uint64_t kElementMarks = 3;      // </>
+constexpr std::uint64_t kAttributeMarks = 4;    // a blank, =""
+constexpr std::uint64_t kCommentMarks = 7;      // <!---->
+constexpr std::uint64_t kInstructionMarks = 4;  // <??>
+
+std::uint64_t Length(const XMLCh* text) {
+    return xercesc::XMLString::stringLen(text);
+}
+
 }  // namespace
 
 BoundedXmlParser::BoundedXmlParser() {
@@ -26,7 +36,8 @@ BoundedXmlParser::BoundedXmlParser() {
     setDisableDefaultEntityResolution(true);
 }
 
-// Default values of attributes are repeated with each element, and entities with each reference to them.
+// Default values of attributes are repeated with each element, and entities with each reference to them. Whatever
+// becomes a node counts as much as its shortest text, so that no file that fits without them is refused.
 void BoundedXmlParser::Count(std::uint64_t characters) {
     m_size += characters;
     if (m_size > BoundedXmlFile::kMaxSize)
@@ -38,10 +49,11 @@ void BoundedXmlParser::Count(std::uint64_t characters) {
 void BoundedXmlParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
                                     const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attributeCount,
                                     bool isEmpty, bool isRoot) {
-    constexpr std::uint64_t kShortestElement = 4;  // <a/>
-    std::uint64_t size = kShortestElement;
-    for (XMLSize_t index = 0; index < attributeCount; ++index)
-        size += xercesc::XMLString::stringLen(attributes.elementAt(index)->getValue());
+    std::uint64_t size = kElementMarks + Length(declaration.getFullName());
+    for (XMLSize_t index = 0; index < attributeCount; ++index) {
+        const xercesc::XMLAttr& attribute = *attributes.elementAt(index);
+        size += kAttributeMarks + Length(attribute.getQName()) + Length(attribute.getValue());
+    }
     Count(size);
     XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
@@ -51,10 +63,39 @@ void BoundedXmlParser::docCharacters(const XMLCh* characters, XMLSize_t length, 
     XercesDOMParser::docCharacters(characters, length, isCData);
 }
 
+void BoundedXmlParser::ignorableWhitespace(const XMLCh* characters, XMLSize_t length, bool isCData) {
+    Count(length);
+    XercesDOMParser::ignorableWhitespace(characters, length, isCData);
+}
+
+void BoundedXmlParser::docComment(const XMLCh* text) {
+    Count(kCommentMarks + Length(text));
+    XercesDOMParser::docComment(text);
+}
+
+void BoundedXmlParser::docPI(const XMLCh* target, const XMLCh* data) {
+    Count(kInstructionMarks + Length(target) + Length(data));
+    XercesDOMParser::docPI(target, data);
+}
+
+/**
+ * \brief Take note of default values, before the first of them is read
+ * \throw RuntimeException They may hold entities. The XML library does not count how often it expands those in default
+ *        values, so that a few lines of them keep it busy for years.
+ */
+void BoundedXmlParser::startAttList(const xercesc::DTDElementDecl& declaration) {
+    if (m_hasEntities)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(
+            "Failed to parse CL binding file: attributes of '%s' are declared behind entities, which is not allowed.",
+            ToLocalText(declaration.getFullName()));
+    XercesDOMParser::startAttList(declaration);
+}
+
 /**
  * \brief Take note of an entity that the document declares
  * \throw RuntimeException It is a parameter entity. The XML library does not count how often those are expanded, so
- *        that a few lines of them keep it busy for years.
+ *        that a few lines of them keep it busy for years. Or it is so long that the allowed number of references to it
+ *        makes more than the longest file, which an attribute's value could then be.
  */
 void BoundedXmlParser::entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
                                   const bool isIgnored) {
@@ -62,6 +103,11 @@ void BoundedXmlParser::entityDecl(const xercesc::DTDEntityDecl& declaration, con
         throw VANTO_EXCEPTION(RuntimeException, kSource)(
             "Failed to parse CL binding file: the parameter entity '%s' is not allowed.",
             ToLocalText(declaration.getName()));
+    if (declaration.getValueLen() > kMaxEntityLength)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)(
+            "Failed to parse CL binding file: the entity '%s' is longer than %u characters.",
+            ToLocalText(declaration.getName()), kMaxEntityLength);
+    m_hasEntities = true;
     XercesDOMParser::entityDecl(declaration, isParameter, isIgnored);
 }
 

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <clocale>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -28,6 +29,11 @@ using testing::StartsWith;
 constexpr char kFileName[] = "PortConfiguration_x64.xml";
 constexpr char kTlSource[] = "VantoCLSer/VantoCLSerTL";
 constexpr char kHelperSource[] = "include/vanto/internal/VantoXercesHelper";
+
+const Thrown kTooMuch{"RuntimeException",
+                      "Failed to parse CL binding file: its entities and default values expand to more than 1048576 "
+                      "characters.",
+                      kTlSource};
 
 class PortConfigurationInput : public PluginTest {
 protected:
@@ -153,22 +159,66 @@ TEST_F(PortConfigurationInput, WithOneHugeEntityManyTimes) {
     std::string references;
     for (int count = 0; count < 101; ++count)
         references += "&e;";
-    const std::string entity = "<!DOCTYPE r [<!ENTITY e '" + std::string(500000, 'x') + "'>]>";
+    const std::string entity = "<!DOCTYPE r [<!ENTITY e '" + std::string(10485, 'x') + "'>]>";
     EXPECT_THAT(Refuse(entity + "<r><Port><ID>" + references + "</ID></Port></r>").description,
-                HasSubstr("expand to more than"));
+                HasSubstr("entity expansions"));
     EXPECT_THAT(Refuse(entity + "<r><Port a='" + references + "'/></r>").description, HasSubstr("entity expansions"));
+}
+
+TEST_F(PortConfigurationInput, WithAnEntityThatIsTooLong) {
+    EXPECT_EQ(Refuse("<!DOCTYPE r [<!ENTITY e '" + std::string(10486, 'x') + "'>]><r/>"),
+              (Thrown{"RuntimeException",
+                      "Failed to parse CL binding file: the entity 'e' is longer than 10485 characters.", kTlSource}));
+}
+
+// Each of them twice the one before, in a value that nobody counts.
+TEST_F(PortConfigurationInput, WithABombInADefaultValue) {
+    std::string entities = "<!ENTITY e0 ''>";
+    for (int level = 1; level < 40; ++level) {
+        const std::string inner = "&e" + std::to_string(level - 1) + ";";
+        entities += "<!ENTITY e" + std::to_string(level) + " '" + inner + inner + "'>";
+    }
+    EXPECT_EQ(Refuse("<!DOCTYPE r [" + entities + "<!ATTLIST r a CDATA '&e39;'>]><r/>"),
+              (Thrown{"RuntimeException",
+                      "Failed to parse CL binding file: attributes of 'r' are declared behind entities, which is not "
+                      "allowed.",
+                      kTlSource}));
+}
+
+TEST_F(PortConfigurationInput, WithDefaultValuesBeforeEntities) {
+    EXPECT_EQ(
+        Read("<!DOCTYPE r [<!ATTLIST Port a CDATA 'x'><!ENTITY e 'p'>]><r>" + PortElement("&e;") + "</r>").at(0).id,
+        "p");
 }
 
 TEST_F(PortConfigurationInput, WithLargeEntitiesAsOftenAsIsAllowed) {
     std::string references;
     for (int count = 0; count < 99; ++count)
         references += "&e;";
-    for (const std::string& content : {std::string(15000, 'x'), Repeated("<Port/>", 15000)})
-        EXPECT_EQ(Refuse("<!DOCTYPE r [<!ENTITY e '" + content + "'>]><r>" + references + "</r>"),
-                  (Thrown{"RuntimeException",
-                          "Failed to parse CL binding file: its entities and default values expand to more than "
-                          "1048576 characters.",
-                          kTlSource}));
+    for (const char* content :
+         {"x", "<Port/>", "<!---->", "<!--comment-->", "<?a?>", "<?target data?>", "<![CDATA[data]]>", "<a b=''/>"}) {
+        const std::string entity = Repeated(content, 10485 / static_cast<int>(std::strlen(content)));
+        const std::string type = "<!DOCTYPE r [<!ENTITY e \"" + entity + "\">]>";
+        EXPECT_THAT(Read(type + "<r>" + references + "</r>"), IsEmpty()) << content;
+        EXPECT_EQ(Refuse(type + "<r>" + std::string(900000, ' ') + references + "</r>"), kTooMuch) << content;
+    }
+}
+
+TEST_F(PortConfigurationInput, WithManyEmptyDefaultValuesOnManyElements) {
+    for (const int count : {1000, 2000}) {
+        std::string attributes;
+        for (int index = 0; index < count; ++index)
+            attributes += " a" + std::to_string(index) + " CDATA ''";
+        EXPECT_EQ(Refuse("<!DOCTYPE r [<!ATTLIST Port" + attributes + ">]><r>" + Repeated("<Port/>", count) + "</r>"),
+                  kTooMuch);
+    }
+}
+
+TEST_F(PortConfigurationInput, WithManyCommentsInAnEntity) {
+    EXPECT_THAT(
+        Refuse("<!DOCTYPE r [<!ENTITY e '" + Repeated("<!---->", 20000) + "'>]><r>" + Repeated("&e;", 99) + "</r>")
+            .description,
+        HasSubstr("longer than 10485 characters"));
 }
 
 TEST_F(PortConfigurationInput, WithALargeDefaultValueOnManyElements) {
