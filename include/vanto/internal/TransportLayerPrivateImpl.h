@@ -7,6 +7,7 @@
 #include <atomic>
 #include <memory>
 #include <set>
+#include <source_location>
 #include <string>
 #include <utility>
 
@@ -29,6 +30,7 @@ class CTransportLayerBase : public Interface, public ITransportLayerPrivate, pro
 public:
     CTransportLayerBase() : m_params(CreateDefaultTransportLayerParams(), &DestroyDefaultTransportLayerParams) {
         ++m_references;
+        FrameLog();  // so that no message later has to fetch it
         // Read once: later changes of the environment have no effect on this object.
         constexpr std::size_t kBufferSize = 256;
         const os::EnvironmentValue value = os::GetEnvironment("VANTO_USE_TL", kBufferSize);
@@ -36,17 +38,6 @@ public:
             m_restrictingDeviceClass = gcstring(kBufferSize, '?');  // restricts to a class that no one has
         else
             m_restrictingDeviceClass = value.text;
-    }
-
-    ~CTransportLayerBase() override {
-        // Outstanding references do not keep the object alive.
-        ++m_references;
-        while (m_references-- != 1) {
-        }
-        this->OnFinalRelease();
-        DestroyRegisteredDevices();
-        m_registry.reset();
-        m_params.reset();
     }
 
     CTransportLayerBase(const CTransportLayerBase&) = delete;
@@ -126,22 +117,6 @@ public:
 
     IXmlFileProvider* GetXmlFileProvider() override { return dynamic_cast<IXmlFileProvider*>(this); }
 
-    // ITransportLayerPrivate
-
-    std::uint32_t Release() override {
-        // Stops at 0: the destructor counts down, which would take it the whole range of the type.
-        std::uint32_t held = m_references;
-        do {
-            if (held == 0)
-                return 0;
-        } while (!m_references.compare_exchange_weak(held, held - 1));
-        if (held == 1)
-            this->OnFinalRelease();
-        return held - 1;
-    }
-
-    IDeviceCreationHook* SetCreationHook(IDeviceCreationHook* hook) override { return m_creationHook.exchange(hook); }
-
 protected:
     virtual bool IsTlAllowed() const {
         return m_restrictingDeviceClass.empty() || this->GetTlInfo().GetDeviceClass() == m_restrictingDeviceClass;
@@ -205,6 +180,36 @@ protected:
     virtual bool InternalIsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode,
                                             AccessibilityCode* accessibility) = 0;
 
+public:
+    // What follows stands behind the operations above, as it takes slots, too, of which separately built callers know.
+
+    // ITransportLayerPrivate
+
+    std::uint32_t Release() override {
+        // Stops at 0: the destructor counts down, which would take it the whole range of the type.
+        std::uint32_t held = m_references;
+        do {
+            if (held == 0)
+                return 0;
+        } while (!m_references.compare_exchange_weak(held, held - 1));
+        if (held == 1)
+            this->OnFinalRelease();
+        return held - 1;
+    }
+
+    IDeviceCreationHook* SetCreationHook(IDeviceCreationHook* hook) override { return m_creationHook.exchange(hook); }
+
+    virtual ~CTransportLayerBase() {
+        // Outstanding references do not keep the object alive.
+        ++m_references;
+        while (m_references-- != 1) {
+        }
+        this->OnFinalRelease();
+        DestroyRegisteredDevices();
+        m_registry.reset();
+        m_params.reset();
+    }
+
 private:
     using Binding = CConfigFileRegistry::CBinding;
 
@@ -221,9 +226,11 @@ private:
         return category;
     }
 
-    [[noreturn]] static void LogAndThrow(const std::string& message) {
+    // The line is that of whoever calls it.
+    [[noreturn]] static void LogAndThrow(const std::string& message,
+                                         std::source_location where = std::source_location::current()) {
         tracelog::LogTrace(FrameLog(), tracelog::kError, "%s", message);
-        throw VANTO_EXCEPTION(RuntimeException, kFrameSource)("%s", message);
+        throw VANTO_EXCEPTION_AT(RuntimeException, kFrameSource, where)("%s", message);
     }
 
     void RunCreationHook(CDeviceInfo& deviceInfo, gcstring_vector& injected) {
@@ -337,8 +344,11 @@ private:
         CheckDeviceClass(partial);
         result = SelectDevice(partial, allowAmbiguous);
         gcstring bornFree;
-        if (partial.GetPropertyValue("_BornFree", bornFree))
+        if (partial.GetPropertyValue("_BornFree", bornFree)) {
             result.SetPropertyValue("_BornFree", bornFree);
+            // The transport layer's own mark: a creation hook that changes nothing has not modified the record.
+            result.GetInfoImpl().ClearAccessFlags();
+        }
     }
 
     CDeviceInfo SelectDevice(const CDeviceInfo& partial, bool allowAmbiguous) {

@@ -81,7 +81,8 @@ protected:
     virtual ~IVantoDevice() = default;
 };
 
-/// What transport layers and the factory have in common.
+/// What transport layers and the factory have in common. Nobody destroys one by this interface: a virtual destructor
+/// would move the slots of the operations that follow.
 class VANTOBASE_API IDeviceFactory {
 public:
     virtual int EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& filter, bool addToList = false) = 0;
@@ -96,10 +97,11 @@ public:
                                     AccessibilityCode* accessibility = nullptr) = 0;
 
 protected:
-    virtual ~IDeviceFactory() = default;
+    ~IDeviceFactory() = default;
 };
 
-/// A transport layer: enumerates and makes devices of one device class.
+/// A transport layer: enumerates and makes devices of one device class. Who made it destroys it, by Destroy of its
+/// library; CTransportLayerBase goes on with further slots.
 class VANTOBASE_API ITransportLayer : public IDeviceFactory {
 public:
     virtual CTlInfo GetTlInfo() const = 0;
@@ -108,7 +110,8 @@ public:
     virtual void* ReservedOperation(const CDeviceInfo& info, void* argument) = 0;
     virtual IXmlFileProvider* GetXmlFileProvider() = 0;
 
-    ~ITransportLayer() override = default;
+protected:
+    ~ITransportLayer() = default;
 };
 
 /// Something that may change a device's info and the XML to inject before the device is made.

@@ -52,7 +52,7 @@ public:
 
 private:
     CTlFactory();
-    ~CTlFactory() override;
+    ~CTlFactory();
 
     class Impl;
     std::unique_ptr<Impl> m_impl;

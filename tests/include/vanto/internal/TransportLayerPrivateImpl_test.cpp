@@ -6,6 +6,7 @@
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
 #include <ostream>
+#include <set>
 #include <thread>
 
 #include "tests/VantoCLSer/Fixture.h"
@@ -329,6 +330,41 @@ TEST_F(Frame, CarriesBornFreeOverAndNothingElse) {
     EXPECT_TRUE(m_tl.created.GetPropertyValue("_BornFree", value));
     EXPECT_EQ(value, "why");
     EXPECT_FALSE(m_tl.created.GetPropertyAvailable("_Other"));
+}
+
+// The mark is the transport layer's own doing, not something that the hook, or the application, has changed.
+TEST_F(Frame, CarriesBornFreeOverInFrontOfACreationHook) {
+    struct Hook : IDeviceCreationHook {
+        void OnCreateDevice(CDeviceInfo& info, gcstring_vector&) override {
+            hasMark = info.GetPropertyAvailable("_BornFree");
+        }
+        bool hasMark = false;
+    } hook;
+    m_tl.SetCreationHook(&hook);
+    CDeviceInfo partial = Info("2");
+    partial.SetPropertyValue("_BornFree", "why");
+    m_tl.DestroyDevice(m_tl.CreateDevice(partial));
+    EXPECT_TRUE(hook.hasMark);
+    EXPECT_FALSE(m_tl.created.GetInfoImpl().IsModified());
+}
+
+TEST_F(Frame, NamesTheLineOfEachFailure) {
+    CDeviceInfo ambiguous;
+    ambiguous.SetVendorName("Marlow");
+    std::set<unsigned> lines;
+    const auto add = [&](const CDeviceInfo& info) {
+        try {
+            m_tl.CreateDevice(info);
+        } catch (const GenICam::RuntimeException& error) {
+            lines.insert(error.GetSourceLine());
+        }
+    };
+    add(Info("1", "Another"));
+    add(Info("4"));
+    add(ambiguous);
+    m_tl.devices.clear();
+    add(Info("1"));
+    EXPECT_EQ(lines.size(), 4u);
 }
 
 TEST_F(Frame, AddsNoBornFree) {
