@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <set>
+#include <source_location>
 
 #include "CLProtocol/CLPort.h"
 #include "CLProtocol/DeviceID.h"
@@ -72,12 +73,12 @@ struct CameraAddress {
     gcstring deviceId;
 };
 
-CameraAddress ReadAddress(const IProperties& info) {
+CameraAddress ReadAddress(const IProperties& info, std::source_location where = std::source_location::current()) {
     CameraAddress address;
     if (!info.GetPropertyValue("PortID", address.portId))
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("Missing PortID property in device info");
+        throw VANTO_EXCEPTION_AT(RuntimeException, kSource, where)("Missing PortID property in device info");
     if (!info.GetPropertyValue("DeviceID", address.deviceId))
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("Missing DeviceID property in device info");
+        throw VANTO_EXCEPTION_AT(RuntimeException, kSource, where)("Missing DeviceID property in device info");
     return address;
 }
 
@@ -108,7 +109,9 @@ std::optional<gcstring> FindSourceComment(const gcstring& xml) {
 
 }  // namespace
 
-CVantoCLSerTl::CVantoCLSerTl() = default;
+CVantoCLSerTl::CVantoCLSerTl() {
+    FetchLogCategories();
+}
 
 CVantoCLSerTl::~CVantoCLSerTl() {
     const std::lock_guard lock(m_lock);
@@ -139,13 +142,7 @@ CDeviceInfo CVantoCLSerTl::InternalCreateDeviceInfo() {
  * \context Any thread; the file is read without the lock, and of two readings at once the later wins
  */
 std::size_t CVantoCLSerTl::UpdatePortConfiguration() {
-    char path[os::kMaxPath] = "";
-    const std::size_t length = GetPortConfigurationPath(path);
-    if (length == 0 || length > os::kMaxPath) {
-        static constexpr char kText[] = "Couldn't get full path to the PortConfiguration.xml file.";
-        LogTrace(TlLog(), tracelog::kError, kText);
-        throw VANTO_EXCEPTION(GenericException, kSource)(kText);
-    }
+    const std::string path = FindPortConfiguration();
     std::unique_lock lock(m_lock);
     const os::FileStatus status = os::GetFileStatus(path);
     if (status.state == os::FileState::kMissing) {
@@ -356,10 +353,10 @@ bool CVantoCLSerTl::CanProvideXMLFile(const IProperties& info) {
  * \context Any thread; the port is opened for the call where it is closed
  */
 void CVantoCLSerTl::ProvideXMLFile(const IProperties& info, gcstring& source, gcstring& xml) {
-    const auto fail = [&info](const char* reason) {
+    const auto fail = [&info](const char* reason, std::source_location where = std::source_location::current()) {
         LogTrace(TlLog(), tracelog::kError, "Exception while calling CCLPort::GetXML error: '%s'", reason);
-        return VANTO_EXCEPTION(RuntimeException, kSource)("Could not get XML for device '%s' (%s)",
-                                                          GetProperty(info, "FriendlyName"), reason);
+        return VANTO_EXCEPTION_AT(RuntimeException, kSource, where)("Could not get XML for device '%s' (%s)",
+                                                                    GetProperty(info, "FriendlyName"), reason);
     };
     gcstring text;
     try {

@@ -31,4 +31,12 @@ inline tracelog::CategoryId StreamLog() {
     return category;
 }
 
+/// Fetches all of them, so that nobody who has to go on without memory does it.
+inline void FetchLogCategories() {
+    TlLog();
+    PortLog();
+    DeviceLog();
+    StreamLog();
+}
+
 }  // namespace Vanto

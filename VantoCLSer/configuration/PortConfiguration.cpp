@@ -133,11 +133,11 @@ std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) 
  * \return Characters that the path needs, its NUL included; 0 when no path can be formed
  * \context Any thread
  */
-std::size_t GetPortConfigurationPath(char* buffer) {
+std::size_t GetPortConfigurationPath(char* buffer, CommonFolder* commonFolder) {
     const os::EnvironmentValue folder = os::GetEnvironment("VANTO_CL_BINDINGS", os::kMaxPath);
     std::string path = folder.text;
     if (folder.status == os::EnvironmentStatus::kAbsent) {
-        const std::optional<std::string> common = os::CommonApplicationDataFolder();
+        const std::optional<std::string> common = commonFolder();
         if (!common)
             return 0;
         path = *common;
@@ -153,6 +153,22 @@ std::size_t GetPortConfigurationPath(char* buffer) {
     if (needed <= os::kMaxPath && buffer != nullptr)
         std::memcpy(buffer, path.c_str(), needed);
     return needed;
+}
+
+/**
+ * \brief The path of the port configuration file, which need not exist
+ * \throw GenericException No path can be formed, or it is longer than 259 characters; logged as well
+ * \context Any thread
+ */
+std::string FindPortConfiguration(CommonFolder* commonFolder) {
+    char path[os::kMaxPath] = "";
+    const std::size_t length = GetPortConfigurationPath(path, commonFolder);
+    if (length == 0 || length > os::kMaxPath) {
+        static constexpr char kText[] = "Couldn't get full path to the PortConfiguration.xml file.";
+        LogTrace(TlLog(), tracelog::kError, kText);
+        throw VANTO_EXCEPTION(GenericException, kSource)(kText);
+    }
+    return path;
 }
 
 /**

@@ -4,8 +4,12 @@
  */
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <vector>
 
+#include "os/Path.h"
 #include "vanto/VantoTypes.h"
 
 namespace Vanto {
@@ -24,7 +28,11 @@ struct PortConfiguration {
 /// In document order; several entries may carry the same ID.
 using PortConfigurationList = std::vector<PortConfiguration>;
 
-std::size_t GetPortConfigurationPath(char* buffer);
+/// Where applications keep data for all users; nothing where the system does not tell.
+using CommonFolder = std::optional<std::string>();
+
+std::size_t GetPortConfigurationPath(char* buffer, CommonFolder* commonFolder = &os::CommonApplicationDataFolder);
+std::string FindPortConfiguration(CommonFolder* commonFolder = &os::CommonApplicationDataFolder);
 std::size_t ParseCLBindings(const char* path, PortConfigurationList& list);
 void ReadCLBindings(const gcstring& path, PortConfigurationList& list);
 

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <source_location>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -14,13 +15,14 @@
 
 namespace Vanto {
 
-/// Runs an action of the XML library; its exceptions become a RuntimeException that begins with a text. \a translate
-/// makes local text of its messages.
+/// Runs an action of the XML library; its exceptions become a RuntimeException of the caller's line that begins with a
+/// text. \a translate makes local text of its messages.
 template <class Action, class Translate>
-auto Guarded(const char* text, Action action, Translate translate) {
+auto Guarded(const char* text, Action action, Translate translate,
+             std::source_location where = std::source_location::current()) {
     static constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
     const auto fail = [&](const XMLCh* message) {
-        return VANTO_EXCEPTION(RuntimeException, kSource)("%s: %s", text, translate(message));
+        return VANTO_EXCEPTION_AT(RuntimeException, kSource, where)("%s: %s", text, translate(message));
     };
     try {
         return action();
@@ -33,13 +35,14 @@ auto Guarded(const char* text, Action action, Translate translate) {
     } catch (const std::exception&) {
         throw;
     } catch (...) {
-        throw VANTO_EXCEPTION(RuntimeException, kSource)("%s: Unspecified exception occurred", text);
+        throw VANTO_EXCEPTION_AT(RuntimeException, kSource, where)("%s: Unspecified exception occurred", text);
     }
 }
 
 template <class Action>
-auto Guarded(const char* text, Action action) {
-    return Guarded(text, action, [](const XMLCh* message) { return ToLocalText(message); });
+auto Guarded(const char* text, Action action, std::source_location where = std::source_location::current()) {
+    return Guarded(
+        text, action, [](const XMLCh* message) { return ToLocalText(message); }, where);
 }
 
 /// The XML library, initialised for the lifetime of the object.

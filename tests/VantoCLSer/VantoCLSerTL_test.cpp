@@ -404,6 +404,20 @@ TEST_F(Enumeration, TakesTheMoreExactEntryWhateverTheOrder) {
     }
 }
 
+// As the driver of another maker might name its cameras.
+TEST_F(Enumeration, MakesARecordOfAnIdentifierThatCannotBeRead) {
+    WriteConfiguration(PortElement("Scripted#Port0", "<BaudRate>Baud57600</BaudRate>"));
+    scripted::Driver().asksLine = false;
+    scripted::Driver().deviceId = "Marlow#Heron#H2048#1.0#1234#and#more#than#any#identifier#has";
+    DeviceInfoList list;
+    ASSERT_EQ(m_tl.EnumerateDevices(list), 1);
+    gcstring value;
+    EXPECT_TRUE(list[0].GetPropertyValue("DeviceID", value));
+    EXPECT_THAT(value.str(), testing::HasSubstr("#1234#and#more#than#any#identifier#has"));
+    EXPECT_FALSE(list[0].GetPropertyAvailable("InitialBaudRate"));
+    EXPECT_EQ(CountFormat("Could not parse DeviceID '%s', skipping!"), 1u);
+}
+
 TEST_F(Enumeration, LogsADamagedConfigurationTwice) {
     m_folder.Write("PortConfiguration_x64.xml", "<r>");
     EXPECT_THAT(Enumerate(), IsEmpty());

@@ -38,6 +38,19 @@ TEST_F(PortConfigurationPath, LiesInTheCommonDataFolder) {
                           separator + kFileName);
 }
 
+TEST_F(PortConfigurationPath, IsNoneWithoutACommonDataFolder) {
+    const scripted::ScopedVariable absent("VANTO_CL_BINDINGS");
+    CommonFolder* const unknown = [] { return std::optional<std::string>(); };
+    char buffer[os::kMaxPath] = "untouched";
+    EXPECT_EQ(GetPortConfigurationPath(buffer, unknown), 0u);
+    EXPECT_STREQ(buffer, "untouched");
+    const tracelog::LogRecorder log("Vanto.*:error");
+    const std::string text = "Couldn't get full path to the PortConfiguration.xml file.";
+    EXPECT_EQ(ThrownBy<GenICam::GenericException>([&] { FindPortConfiguration(unknown); }),
+              (Thrown{"GenericException", text, "VantoCLSer/VantoCLSerTL"}));
+    EXPECT_EQ(log.CountText(text, kError), 1u);
+}
+
 TEST_F(PortConfigurationPath, LiesInTheFolderOfTheVariable) {
     const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", "/some/folder");
     EXPECT_EQ(Path(), std::string("/some/folder") + os::kPathSeparator + kFileName);

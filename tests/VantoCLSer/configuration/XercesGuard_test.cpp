@@ -46,6 +46,17 @@ TEST_F(XercesGuard, PutsItsTextBeforeTheLibrarysMessage) {
               (Thrown{"RuntimeException", "Failed to parse CL binding file: of the reader", kTlSource}));
 }
 
+TEST_F(XercesGuard, NamesTheLineOfWhoeverRunsIt) {
+    unsigned line = 0;
+    try {
+        line = __LINE__ + 1;
+        Guarded("text", [] { throw 5; });
+        FAIL();
+    } catch (const GenICam::RuntimeException& error) {
+        EXPECT_EQ(error.GetSourceLine(), line);
+    }
+}
+
 TEST_F(XercesGuard, PassesOtherExceptionsOn) {
     EXPECT_THROW(Guarded("text", [] { throw std::logic_error("other"); }), std::logic_error);
 }
