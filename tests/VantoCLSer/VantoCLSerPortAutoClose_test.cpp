@@ -40,6 +40,23 @@ TEST_F(PortAutoClose, ClosesAnIdleConnection) {
     EXPECT_EQ(CountFormat("Closed CLPort '%s'"), 0u);
 }
 
+// Whoever runs on the timer's own thread can't wait for its callback to end.
+TEST_F(PortAutoClose, CannotBeClosedByTheTimersThread) {
+    ConnectPort();
+    std::atomic<int> result{-1};
+    const tracelog::LogSubscription closer(
+        [&](const tracelog::LogMessage& message) {
+            if (message.text == kClosingText)
+                result = m_port.Close(false) ? 1 : 0;
+        },
+        "Vanto.CLSer.Port:debug");
+    m_port.SetAutoCloseTimeout(1);
+    EXPECT_TRUE(WaitForClose());  // the temporary close that follows
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(CountFormat("Closed CLPort '%s'"), 0u);
+    EXPECT_TRUE(m_port.Reopen());  // the camera is still known
+}
+
 TEST_F(PortAutoClose, UsesATimeoutThatWasSetBeforeConnecting) {
     EXPECT_TRUE(m_port.SetAutoCloseTimeout(1));
     ConnectPort();

@@ -220,6 +220,17 @@ TEST_F(CTlFactoryTest, KeepsWhatItEnumeratedWithUntilTold) {
     EXPECT_EQ(m_a.destroyed, 1);
 }
 
+TEST_F(CTlFactoryTest, GivesBackWhatItKeptOnceAndNothingOfTheApplications) {
+    ITransportLayer* const tl = m_factory.CreateTl(gcstring("ScriptedA"));
+    DeviceInfoList list;
+    m_factory.EnumerateDevices(list);
+    m_factory.ReleaseUnusedTls();
+    m_factory.ReleaseUnusedTls();
+    EXPECT_EQ(m_a.destroyed, 0);
+    m_factory.ReleaseTl(tl);
+    EXPECT_EQ(m_a.destroyed, 1);
+}
+
 TEST_F(CTlFactoryTest, AddsToTheListOnlyWhenAsked) {
     m_b.devicesOffered = 0;
     DeviceInfoList list;

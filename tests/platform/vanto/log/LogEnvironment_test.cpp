@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 #include <iterator>
+#include <sstream>
+#include <utility>
 
 #include "../TestSupport.h"
 
@@ -24,15 +26,15 @@ std::string ReadAll(const std::string& path) {
 class LogEnvironment : public testing::Test {
 protected:
     // What the program prints with these variables; nothing may appear on its standard output.
-    std::string Run(const char* log, const std::string& file = "") const {
+    std::string Run(const char* log, const std::string& file = "", const std::string& argument = "") const {
         const ScopedEnvironment logVariable("VANTO_LOG", log != nullptr ? log : "");
         const ScopedEnvironment fileVariable("VANTO_LOG_FILE", file);
         if (log == nullptr)
             os::UnsetEnvironment("VANTO_LOG");
         if (file.empty())
             os::UnsetEnvironment("VANTO_LOG_FILE");
-        std::string command =
-            "\"" + Native(LOG_PROBE) + "\" >\"" + m_folder.Path("out") + "\" 2>\"" + m_folder.Path("err") + "\"";
+        std::string command = "\"" + Native(LOG_PROBE) + "\" " + argument + " >\"" + m_folder.Path("out") + "\" 2>\"" +
+                              m_folder.Path("err") + "\"";
         // The command interpreter of Windows takes away the outer pair of quotes.
         if (os::kPathSeparator == '\\')
             command = "\"" + command + "\"";
@@ -59,6 +61,21 @@ TEST_F(LogEnvironment, FollowsTheRulesOfEachCategory) {
     EXPECT_THAT(printed, HasSubstr("one error 1"));
     EXPECT_THAT(printed, Not(HasSubstr("one debug")));
     EXPECT_THAT(printed, HasSubstr("trace   [Probe.Two]"));
+}
+
+// The name of the level as it stands in the line of each of them.
+TEST_F(LogEnvironment, NamesEachLevel) {
+    const std::string printed = Run("*.Levels:trace", "", "levels");
+    const std::pair<int, const char*> expected[] = {
+        {257, "error  "}, {256, "error  "}, {255, "warning"}, {128, "warning"}, {127, "info   "},
+        {64, "info   "},  {63, "debug  "},  {32, "debug  "},  {31, "trace  "},  {16, "trace  "}};
+    std::istringstream lines(printed);
+    for (const auto& [level, name] : expected) {
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_THAT(line, HasSubstr(std::string(" ") + name + " [Probe.Levels]")) << level;
+        EXPECT_THAT(line, testing::EndsWith("level " + std::to_string(level)));
+    }
 }
 
 TEST_F(LogEnvironment, EscapesControlCharacters) {

@@ -38,6 +38,19 @@ TEST(LogRules, TakeALevelAloneForEveryCategory) {
     EXPECT_EQ(LogRules("info").ThresholdOf("any"), kInfo);
 }
 
+TEST(LogRules, TakeTheLevelBehindTheLastColon) {
+    const LogRules rules("My:Category:debug,info:trace");
+    EXPECT_TRUE(rules.GetBadEntries().empty());
+    EXPECT_EQ(rules.ThresholdOf("My:Category"), kDebug);
+    EXPECT_EQ(rules.ThresholdOf("info"), kTrace);
+    EXPECT_EQ(rules.ThresholdOf("My"), kOff);
+}
+
+TEST(LogRules, TakeLevelsInAnyCase) {
+    EXPECT_EQ(LogRules("a:WarNing").ThresholdOf("a"), kWarning);
+    EXPECT_EQ(LogRules("a:OFF").ThresholdOf("a"), kOff);
+}
+
 TEST(LogRules, IgnoreBlanksAroundTheParts) {
     const LogRules rules("  a : debug ,\tb:info\n");
     EXPECT_EQ(rules.ThresholdOf("a"), kDebug);

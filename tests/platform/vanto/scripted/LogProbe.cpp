@@ -5,7 +5,8 @@
 
 #include "vanto/TraceLog.h"
 
-int main() {
+// With an argument one line of each level as well.
+int main(int argc, char**) {
     using namespace Vanto::tracelog;
     const CategoryId one = LogGetCatID("Probe.One");
     const CategoryId two = LogGetCatID("Probe.Two");
@@ -13,5 +14,10 @@ int main() {
     LogTrace(one, kDebug, "one debug");
     LogTrace(two, kWarning, "two warning '%s'", "line\nforged\x1b[31m {} %n");
     LogTrace(two, kTrace, "two trace");
+    const CategoryId levels = LogGetCatID("Probe.Levels");
+    for (const std::uint32_t level : {257u, 256u, 255u, 128u, 127u, 64u, 63u, 32u, 31u, 16u}) {
+        if (argc > 1)
+            LogTrace(levels, level, "level %u", level);
+    }
     return 0;
 }

@@ -38,6 +38,24 @@ TEST(WaitObject, WakesAWaitingThread) {
     EXPECT_TRUE(object.Wait(kWaitForever));
 }
 
+TEST(WaitObject, ThatStaysSignalledWakesAllThatWait) {
+    // Many times, as a thread that has not begun to wait when the signal comes need not be woken.
+    for (int round = 0; round < 100; ++round) {
+        const AlertableWaitObject object(true, false);
+        std::atomic<int> waiting{0};
+        std::vector<std::jthread> threads;
+        for (int count = 0; count < 4; ++count)
+            threads.emplace_back([&] {
+                ++waiting;
+                EXPECT_TRUE(object.Wait(kWaitForever));
+            });
+        while (waiting != 4)
+            std::this_thread::yield();
+        std::this_thread::yield();
+        object.Signal();
+    }
+}
+
 TEST(WaitObject, TimesOutNotBeforeTheTime) {
     const AlertableWaitObject object;
     const auto start = std::chrono::steady_clock::now();
