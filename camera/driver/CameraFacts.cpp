@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "DriverError.h"
 #include "TextRegister.h"
@@ -29,12 +30,20 @@ constexpr gencp::MemoryRange kLimits{
     static_cast<std::uint16_t>(gencp::abrm::kMaxDeviceResponseTime.End() - gencp::abrm::kDeviceCapability.address)};
 constexpr gencp::MemoryRange kVersion{gencp::abrm::kGenCpVersion.address, gencp::abrm::kGenCpVersion.length};
 
-gencp::MemoryRange ModelOf(const CameraFacts& facts) {
-    return {gencp::abrm::kModelName.address, static_cast<std::uint16_t>(facts.model.size())};
+gencp::MemoryRange BeginningOf(const gencp::Register& reg, gencp::ByteView known) {
+    return {reg.address, static_cast<std::uint16_t>(known.size())};
 }
 
-gencp::MemoryRange SerialOf(const CameraFacts& facts) {
-    return {gencp::abrm::kSerialNumber.address, static_cast<std::uint16_t>(facts.serial.size())};
+// What a known camera is asked for, to see whether it is as it was.
+std::array<gencp::MemoryRange, 4> IdentityOf(const CameraFacts& known) {
+    return {kVersion, BeginningOf(gencp::abrm::kModelName, known.model),
+            BeginningOf(gencp::abrm::kDeviceVersion, known.deviceVersion),
+            BeginningOf(gencp::abrm::kSerialNumber, known.serial)};
+}
+
+bool IsIdentity(std::span<const gencp::Bytes> blocks, const CameraFacts& known) {
+    return gencp::Load32(blocks[0], 0) == known.version && blocks[1] == known.model &&
+           blocks[2] == known.deviceVersion && blocks[3] == known.serial;
 }
 
 CameraLimits LimitsFrom(gencp::ByteView bytes) {
@@ -109,7 +118,8 @@ CameraFacts Identify(CameraMemory& memory, const CameraLimits& limits) {
     facts.limits = limits;
     const auto encoding = EncodingOf(limits.capability);
     std::vector<gencp::Register> registers{gencp::abrm::kGenCpVersion, gencp::abrm::kManufacturerName,
-                                           gencp::abrm::kModelName, gencp::abrm::kSerialNumber};
+                                           gencp::abrm::kModelName, gencp::abrm::kDeviceVersion,
+                                           gencp::abrm::kSerialNumber};
     if (facts.Has(gencp::capability::kFamilyName))
         registers.push_back(gencp::abrm::kFamilyName);
     const auto values = ReadShort(memory, registers, encoding);
@@ -117,13 +127,15 @@ CameraFacts Identify(CameraMemory& memory, const CameraLimits& limits) {
     CheckVersion(facts.version);
     facts.name.manufacturer = DecodeToken(values[1], encoding);
     facts.name.model = DecodeToken(values[2], encoding);
-    facts.name.serial = DecodeToken(values[3], encoding);
-    if (values.size() > 4)
-        facts.name.family = DecodeToken(values[4], encoding);
+    facts.name.version = DecodeToken(values[3], encoding);
+    facts.name.serial = DecodeToken(values[4], encoding);
+    if (values.size() > 5)
+        facts.name.family = DecodeToken(values[5], encoding);
     if (facts.name.family.empty())
         facts.name.family = facts.name.model;
     facts.model = Shortest(values[2], encoding);
-    facts.serial = Shortest(values[3], encoding);
+    facts.deviceVersion = Shortest(values[3], encoding);
+    facts.serial = Shortest(values[4], encoding);
     return facts;
 }
 
@@ -140,11 +152,12 @@ CameraFacts Identify(CameraMemory& memory, const CameraLimits& limits) {
  * \throw DriverError The serial library failed
  */
 Presence AskFor(CameraMemory& memory, const CameraFacts& known) {
-    const std::array ranges{kVersion, kLimits, ModelOf(known), SerialOf(known)};
+    std::vector<gencp::MemoryRange> ranges{kLimits};
+    std::ranges::copy(IdentityOf(known), std::back_inserter(ranges));
     try {
         const auto blocks = memory.ReadStackOnce(ranges, memory.LookTiming());
-        const bool isKnown = gencp::Load32(blocks[0], 0) == known.version && LimitsFrom(blocks[1]) == known.limits &&
-                             blocks[2] == known.model && blocks[3] == known.serial;
+        const bool isKnown =
+            LimitsFrom(blocks.front()) == known.limits && IsIdentity(std::span(blocks).subspan(1), known);
         if (isKnown)
             Apply(memory, known.limits);
         return isKnown ? Presence::kSame : Presence::kAnother;
@@ -164,10 +177,8 @@ Presence AskFor(CameraMemory& memory, const CameraFacts& known) {
 bool IsSameCamera(CameraMemory& memory, const CameraFacts& known, const CameraLimits& limits) {
     if (limits != known.limits)
         return false;
-    const std::array ranges{kVersion, ModelOf(known), SerialOf(known)};
     try {
-        const auto blocks = memory.ReadAll(ranges);
-        return gencp::Load32(blocks[0], 0) == known.version && blocks[1] == known.model && blocks[2] == known.serial;
+        return IsIdentity(memory.ReadAll(IdentityOf(known)), known);
     } catch (const StatusError&) {
         return false;  // another camera may refuse what the known one can
     }

@@ -25,6 +25,7 @@ struct CameraFacts {
     CameraLimits limits;
     // Registers as they were read, up to their terminators: enough to know the camera again.
     gencp::Bytes model;
+    gencp::Bytes deviceVersion;
     gencp::Bytes serial;
 
     bool Has(std::uint64_t bit) const { return (limits.capability & bit) != 0; }

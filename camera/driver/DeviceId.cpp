@@ -34,9 +34,16 @@ std::vector<std::string> Split(std::string_view text) {
 
 }  // namespace
 
-/// Manufacturer, family, model and serial number; always three separators.
+/// Manufacturer, family, model, version and serial number: all five, since hosts differ in what they take the last of
+/// four for. What is empty keeps its place.
 std::string CameraName::ToShortDeviceId() const {
-    return fmt::format("{1}{0}{2}{0}{3}{0}{4}", kTokenSeparator, manufacturer, family, model, serial);
+    return fmt::format("{1}{0}{2}{0}{3}{0}{4}{0}{5}", kTokenSeparator, manufacturer, family, model, version, serial);
+}
+
+/// Whether both name one camera, be it with another version.
+bool CameraName::IsSameCameraAs(const CameraName& other) const {
+    return manufacturer == other.manufacturer && family == other.family && model == other.model &&
+           serial == other.serial;
 }
 
 /**

@@ -18,10 +18,11 @@ struct CameraName {
     std::string manufacturer;
     std::string family;
     std::string model;
+    std::string version;  ///< of the device, which new firmware changes
     std::string serial;
 
     std::string ToShortDeviceId() const;
-    bool operator==(const CameraName&) const = default;
+    bool IsSameCameraAs(const CameraName& other) const;
 };
 
 /// What a host passes to a probe: a template, or the name of one camera. What is absent fits any camera.

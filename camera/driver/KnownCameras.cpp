@@ -31,7 +31,8 @@ void PutFirst(std::deque<Entry>& entries, Entry entry, Predicate isSame) {
  */
 void KnownCameras::Remember(const CLProtocol::ISerial* line, const CameraFacts& facts, std::uint32_t rateFlag) {
     const std::lock_guard lock(m_mutex);
-    PutFirst(m_cameras, {facts, rateFlag}, [&](const Camera& camera) { return camera.facts.name == facts.name; });
+    PutFirst(m_cameras, {facts, rateFlag},
+             [&](const Camera& camera) { return camera.facts.name.IsSameCameraAs(facts.name); });
     PutFirst(m_lines, {line, rateFlag}, [&](const Line& known) { return known.line == line; });
 }
 

@@ -21,13 +21,13 @@ struct ConnectionTest : testing::Test, OpenRig {
 };
 
 TEST_F(ConnectionTest, NamesTheCameraAsItsRegistersDo) {
-    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, AnyMinorVersionOfGenCpOneIsSpoken) {
     for (const std::uint32_t version : {0x00010000u, 0x00010001u, 0x00010002u, 0x00010003u}) {
         camera.SetNumber(gencp::abrm::kGenCpVersion, version);
-        EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042");
+        EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#2.0#21790042");
     }
 }
 
@@ -42,33 +42,52 @@ TEST_F(ConnectionTest, AnotherMakersCameraIsNotOurs) {
     camera.SetText(gencp::abrm::kManufacturerName, "Marlowe");
     EXPECT_EQ(CodeOf([&] { OpenedAs(); }), CLProtocol::CLP_NO_DEVICE_FOUND);
     EXPECT_EQ(TextOf([&] { OpenedAs(); }),
-              "The camera 'Marlowe#Heron#H2048#21790042' answers at 9600 baud, not 'Marlow'.");
+              "The camera 'Marlowe#Heron#H2048#2.0#21790042' answers at 9600 baud, not 'Marlow'.");
 }
 
 TEST_F(ConnectionTest, ModelIsTheFamilyOfACameraWithoutFamilyRegister) {
     camera.SetCapability(gencp::capability::kSbrm);
-    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#21790042");
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#2.0#21790042");
     camera.SetCapability(gencp::capability::kFamilyName);
     camera.SetText(gencp::abrm::kFamilyName, "");
-    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#21790042");
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048#H2048#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, EmptySerialNumberKeepsItsPlace) {
     camera.SetText(gencp::abrm::kSerialNumber, "");
-    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#");
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#"), "Marlow#Heron#H2048#");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#2.0#");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#"), "Marlow#Heron#H2048#2.0#");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#"), "Marlow#Heron#H2048#2.0#");
+    camera.SetText(gencp::abrm::kDeviceVersion, "");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048##");
 }
 
 TEST_F(ConnectionTest, FullRegistersAreReadToTheirEnd) {
     camera.SetText(gencp::abrm::kModelName, std::string(64, 'M'));
     camera.SetText(gencp::abrm::kSerialNumber, "1234567890123456");
-    EXPECT_EQ(OpenedAs(), "Marlow#Heron#" + std::string(64, 'M') + "#1234567890123456");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#" + std::string(64, 'M') + "#2.0#1234567890123456");
+}
+
+TEST_F(ConnectionTest, SerialNumbersThatAreNoNamesComeBackAsTheyAre) {
+    for (const char* number : {"007", "21-0042/A", "SN 4711 (b)", "\"x\",<&>", "%23", "\xC3\xA4\xE2\x82\xAC"}) {
+        camera.SetText(gencp::abrm::kSerialNumber, number);
+        const std::string id = OpenedAs();
+        EXPECT_EQ(id, std::string("Marlow#Heron#H2048#2.0#") + number);
+        EXPECT_EQ(OpenedAs(id), id);
+        EXPECT_EQ(OpenedAs("d#l#" + id), id);
+    }
+}
+
+TEST_F(ConnectionTest, NewFirmwareOfAKnownCameraShowsInItsName) {
+    OpenedAs();
+    camera.SetText(gencp::abrm::kDeviceVersion, "2.1");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.1#21790042");
 }
 
 TEST_F(ConnectionTest, SeparatorsInNamesAreReplaced) {
     camera.SetText(gencp::abrm::kModelName, "H#20\t48");
-    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H_20_48#21790042");
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H_20_48#21790042"), "Marlow#Heron#H_20_48#21790042");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H_20_48#2.0#21790042");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H_20_48#2.0#21790042"), "Marlow#Heron#H_20_48#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, WideNamesAreRead) {
@@ -82,43 +101,46 @@ TEST_F(ConnectionTest, WideNamesAreRead) {
     camera.SetText(gencp::abrm::kManufacturerName, wide("Marlow"));
     camera.SetText(gencp::abrm::kModelName, wide("H2048-long-name"));
     camera.SetText(gencp::abrm::kSerialNumber, wide("7"));
-    EXPECT_EQ(OpenedAs(), "Marlow#H2048-long-name#H2048-long-name#7");
-    EXPECT_EQ(OpenedAs("Marlow#H2048-long-name#H2048-long-name#7"), "Marlow#H2048-long-name#H2048-long-name#7");
+    camera.SetText(gencp::abrm::kDeviceVersion, wide("3"));
+    EXPECT_EQ(OpenedAs(), "Marlow#H2048-long-name#H2048-long-name#3#7");
+    EXPECT_EQ(OpenedAs("Marlow#H2048-long-name#H2048-long-name#3#7"), "Marlow#H2048-long-name#H2048-long-name#3#7");
 }
 
 TEST_F(ConnectionTest, AnyRequestThatFitsOpens) {
-    for (const char* request : {"Marlow#Heron", "Marlow#Heron#H2048", "Marlow#Heron#H2048#21790042",
-                                "dir#libMarlowCLProtocol.so#Marlow#Heron#H2048#21790042"})
-        EXPECT_EQ(OpenedAs(request), "Marlow#Heron#H2048#21790042") << request;
+    for (const char* request :
+         {"Marlow#Heron", "Marlow#Heron#H2048", "Marlow#Heron#H2048#21790042", "Marlow#Heron#H2048#2.0#21790042",
+          "Marlow#Heron#H2048#1.9#21790042", "dir#libMarlowCLProtocol.so#Marlow#Heron#H2048#21790042",
+          "dir#libMarlowCLProtocol.so#Marlow#Heron#H2048#2.0#21790042"})
+        EXPECT_EQ(OpenedAs(request), "Marlow#Heron#H2048#2.0#21790042") << request;
 }
 
 TEST_F(ConnectionTest, AnotherCameraThanAskedForIsAFailure) {
     EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#999"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
     OpenedAs();
     camera.SetText(gencp::abrm::kSerialNumber, "other");
-    EXPECT_EQ(TextOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }),
-              "The camera 'Marlow#Heron#H2048#other' answers at 9600 baud, not 'Marlow#Heron#H2048#21790042'.");
+    EXPECT_EQ(TextOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }),
+              "The camera 'Marlow#Heron#H2048#2.0#other' answers at 9600 baud, not 'Marlow#Heron#H2048#21790042'.");
 }
 
 TEST_F(ConnectionTest, KnownCameraIsOpenedAgainWithOneShortExchange) {
     OpenedAs();
     camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#21790042");
+    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
     EXPECT_EQ(camera.received.size(), 1u);
 }
 
 TEST_F(ConnectionTest, KnownCameraOfAnotherVersionIsNoCamera) {
     OpenedAs();
     camera.SetNumber(gencp::abrm::kGenCpVersion, 0x00020000);
-    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
 }
 
-TEST_F(ConnectionTest, KnownCameraThatCantStackIsOpenedAgainWithFourExchanges) {
+TEST_F(ConnectionTest, KnownCameraThatCantStackIsOpenedAgainWithFiveExchanges) {
     camera.SetCapability(gencp::capability::kFamilyName);
     OpenedAs();
     camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#21790042");
-    EXPECT_EQ(camera.received.size(), 4u);
+    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
+    EXPECT_EQ(camera.received.size(), 5u);
 }
 
 TEST_F(ConnectionTest, KnownCameraIsFoundAtItsLastRateAtOnce) {
@@ -127,7 +149,7 @@ TEST_F(ConnectionTest, KnownCameraIsFoundAtItsLastRateAtOnce) {
     serial.ratesSet.clear();
     VirtualLine other(clock, camera);  // a host makes a new line object for a new connection
     Connection fresh(other, clock, logger, known);
-    fresh.Open(DeviceRequest("Marlow#Heron#H2048#21790042"), kTimeout, nullptr);
+    fresh.Open(DeviceRequest("Marlow#Heron#H2048#2.0#21790042"), kTimeout, nullptr);
     EXPECT_EQ(other.ratesSet, std::vector<CLUINT32>{0x20});
 }
 
@@ -143,13 +165,13 @@ TEST_F(ConnectionTest, CameraThatFellBackTo9600IsFoundAgain) {
     Open();
     connection.SetRate(serial, 0x20, kTimeout);
     camera.SetRate(0x01);
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#21790042"), "Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, ChangedFirmwareOfAKnownCameraIsReadAfresh) {
     OpenedAs();
     camera.SetCapability(gencp::capability::kFamilyName);  // can't stack any more
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#21790042"), "Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, RateAfterAFailedChangeIsRememberedForTheNextOpen) {
@@ -158,7 +180,7 @@ TEST_F(ConnectionTest, RateAfterAFailedChangeIsRememberedForTheNextOpen) {
     camera.commandFate = [&](std::size_t) { return camera.Rate() == 0x80 ? Fate::Lost : Fate::Arrives; };
     EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
     camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#21790042");
+    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
     EXPECT_EQ(camera.received.size(), 1u);
 }
 
@@ -173,7 +195,7 @@ TEST_F(ConnectionTest, RateWhereTheCameraWasFoundAfterAFailedChangeIsRemembered)
     EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
     EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
     camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#21790042");
+    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
     EXPECT_EQ(camera.received.size(), 1u);
 }
 
@@ -182,7 +204,7 @@ TEST_F(ConnectionTest, CameraThatCanMoreThanBeforeIsReadAfresh) {
     OpenedAs();
     camera.SetCapability(gencp::capability::kFamilyName | gencp::capability::kStackedCommands |
                          gencp::capability::kSbrm);
-    connection.Open(DeviceRequest("Marlow#Heron#H2048#21790042"), kTimeout, nullptr);
+    connection.Open(DeviceRequest("Marlow#Heron#H2048#2.0#21790042"), kTimeout, nullptr);
     connection.SetRate(serial, 0x80, kTimeout);
     EXPECT_EQ(camera.Rate(), 0x80u);
 }
@@ -190,7 +212,7 @@ TEST_F(ConnectionTest, CameraThatCanMoreThanBeforeIsReadAfresh) {
 TEST_F(ConnectionTest, ResponseTimeOfAKnownCameraIsTheOneOfNow) {
     OpenedAs();
     camera.SetNumber(gencp::abrm::kMaxDeviceResponseTime, 300);
-    Open("Marlow#Heron#H2048#21790042");
+    Open("Marlow#Heron#H2048#2.0#21790042");
     camera.responseDelay = milliseconds(250);
     EXPECT_EQ(Read(0, 4), (Bytes{0, 1, 0, 3}));
     EXPECT_EQ(camera.received.back().header.IsResend(), false);
@@ -203,7 +225,7 @@ TEST_F(ConnectionTest, KnownCameraThatIsGoneIsGivenUpInLittleMoreThanASecond) {
         connection.SetRate(serial, flag, kTimeout);
         camera.isSilent = true;
         const Time begin = clock.Now();
-        EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }), kNoAnswer);
+        EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), kNoAnswer);
         EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << flag;
     }
 }
@@ -221,7 +243,7 @@ TEST_F(ConnectionTest, AnotherCameraAtTheKnownRateIsFoundAtOnce) {
     OpenedAs();
     camera.SetText(gencp::abrm::kSerialNumber, "other");
     const Time begin = clock.Now();
-    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
     EXPECT_LT(clock.Now() - begin, milliseconds(700));
 }
 
@@ -306,7 +328,7 @@ TEST_F(ConnectionTest, DescriptionIsFetchedByItsId) {
     camera.SetFiles({{entry, Bytes(5, 'x')}});
     Open();
     const auto ids = connection.XmlIds(serial, kTimeout);
-    ASSERT_EQ(ids, std::vector<std::string>{"SchemaVersion.1.0@Marlow#Heron#H2048#21790042@XMLVersion.1.0.0"});
+    ASSERT_EQ(ids, std::vector<std::string>{"SchemaVersion.1.0@Marlow#Heron#H2048#2.0#21790042@XMLVersion.1.0.0"});
     EXPECT_EQ(connection.DescriptionSize(serial, ids[0], kTimeout), 5u);
     Bytes file(5);
     connection.FetchDescription(serial, ids[0], file, kTimeout);
@@ -343,7 +365,7 @@ TEST_F(ConnectionTest, AnyFateOfAnyPacketOfAProbeIsSurvived) {
                 camera.commandFate = isCommand ? std::function<Fate(std::size_t)>(fates) : nullptr;
                 camera.acknowledgeFate = isCommand ? nullptr : std::function<Fate(std::size_t)>(fates);
                 known.Clear();
-                EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#21790042") << static_cast<int>(fate) << " of " << packet;
+                EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#2.0#21790042") << static_cast<int>(fate) << " of " << packet;
             }
         }
     }

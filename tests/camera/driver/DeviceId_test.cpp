@@ -10,11 +10,19 @@ namespace {
 using namespace marlow;
 using marlow::test::CodeOf;
 
-const CameraName kCamera{"Marlow", "Heron", "H2048", "42"};
+const CameraName kCamera{"Marlow", "Heron", "H2048", "1.0", "42"};
 
-TEST(CameraName, IsFourTokens) {
-    EXPECT_EQ(kCamera.ToShortDeviceId(), "Marlow#Heron#H2048#42");
-    EXPECT_EQ((CameraName{"Marlow", "Heron", "H2048", ""}.ToShortDeviceId()), "Marlow#Heron#H2048#");
+TEST(CameraName, IsFiveTokens) {
+    EXPECT_EQ(kCamera.ToShortDeviceId(), "Marlow#Heron#H2048#1.0#42");
+    EXPECT_EQ((CameraName{"Marlow", "Heron", "H2048", "", ""}.ToShortDeviceId()), "Marlow#Heron#H2048##");
+}
+
+TEST(CameraName, IsThatOfTheSameCameraWhateverItsVersion) {
+    EXPECT_TRUE(kCamera.IsSameCameraAs({"Marlow", "Heron", "H2048", "2.0", "42"}));
+    EXPECT_FALSE(kCamera.IsSameCameraAs({"Acme", "Heron", "H2048", "1.0", "42"}));
+    EXPECT_FALSE(kCamera.IsSameCameraAs({"Marlow", "Egret", "H2048", "1.0", "42"}));
+    EXPECT_FALSE(kCamera.IsSameCameraAs({"Marlow", "Heron", "H4096", "1.0", "42"}));
+    EXPECT_FALSE(kCamera.IsSameCameraAs({"Marlow", "Heron", "H2048", "1.0", "43"}));
 }
 
 TEST(DeviceRequest, FitsItsOwnBeginnings) {
@@ -31,7 +39,7 @@ TEST(DeviceRequest, OthersDoNotFit) {
 }
 
 TEST(DeviceRequest, AnotherMakersCameraDoesNotFit) {
-    EXPECT_FALSE(DeviceRequest("Marlow").Fits({"Acme", "Heron", "H2048", "42"}));
+    EXPECT_FALSE(DeviceRequest("Marlow").Fits({"Acme", "Heron", "H2048", "1.0", "42"}));
 }
 
 TEST(DeviceRequest, NamesOneCameraWithItsSerialNumber) {

@@ -24,7 +24,7 @@ TEST_F(DriverTest, CookiesAreNeverZeroAndDistinct) {
     EXPECT_NE(first.cookie, 0u);
     EXPECT_NE(second.cookie, 0u);
     EXPECT_NE(first.cookie, second.cookie);
-    EXPECT_EQ(first.deviceId, "Marlow#Heron#H2048#21790042");
+    EXPECT_EQ(first.deviceId, "Marlow#Heron#H2048#2.0#21790042");
 }
 
 TEST_F(DriverTest, UnknownCookiesAreRefused) {
@@ -104,7 +104,7 @@ TEST(DriverThreads, ConnectionsWorkBesideEachOther) {
             VirtualLine serial(clock, camera);
             for (int round = 0; round < 20; ++round) {
                 const auto found = driver.Probe(serial, "Marlow", kTimeout);
-                EXPECT_EQ(found.deviceId, "Marlow#Heron#H2048#" + std::to_string(i));
+                EXPECT_EQ(found.deviceId, "Marlow#Heron#H2048#2.0#" + std::to_string(i));
                 const auto connection = driver.Get(found.cookie);
                 EXPECT_TRUE(
                     connection->Write(serial, kScratchAddress, Bytes(4, static_cast<std::uint8_t>(i)), kTimeout));

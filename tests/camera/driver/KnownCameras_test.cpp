@@ -12,7 +12,7 @@ using namespace marlow::test;
 
 CameraFacts Facts(const std::string& serial) {
     CameraFacts facts;
-    facts.name = {"Marlow", "Heron", "H2048", serial};
+    facts.name = {"Marlow", "Heron", "H2048", "2.0", serial};
     return facts;
 }
 
@@ -35,6 +35,14 @@ TEST_F(KnownCamerasTest, NewestRateCounts) {
     known.Remember(&serial, Facts("1"), 0x80);
     EXPECT_EQ(known.Find(DeviceRequest("Marlow#Heron#H2048#1"))->rateFlag, 0x80u);
     EXPECT_EQ(known.RateOf(&serial), 0x80u);
+}
+
+TEST_F(KnownCamerasTest, NewestVersionOfACameraCounts) {
+    known.Remember(&serial, Facts("1"), 0x10);
+    auto newer = Facts("1");
+    newer.name.version = "2.1";
+    known.Remember(&serial, newer, 0x80);
+    EXPECT_EQ(known.Find(DeviceRequest("Marlow#Heron#H2048#2.0#1"))->facts.name.version, "2.1");
 }
 
 TEST_F(KnownCamerasTest, UnknownLineHasNoRate) {

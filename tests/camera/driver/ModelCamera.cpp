@@ -36,6 +36,7 @@ ModelCamera::ModelCamera(VirtualClock& clock) : m_clock(clock) {
     SetText(gencp::abrm::kManufacturerName, "Marlow");
     SetText(gencp::abrm::kModelName, "H2048");
     SetText(gencp::abrm::kFamilyName, "Heron");
+    SetText(gencp::abrm::kDeviceVersion, "2.0");
     SetText(gencp::abrm::kSerialNumber, "21790042");
     SetCapability(kUsualCapability);
     SetNumber(gencp::abrm::kMaxDeviceResponseTime, 50);

@@ -30,7 +30,7 @@ std::vector<char> Number(std::uint32_t value) {
 TEST(DriverChain, FindsACameraAndItsName) {
     Chain chain(Options("paced=on"));
     ASSERT_EQ(chain.Probe(), 0) << chain.LastError();
-    EXPECT_EQ(chain.deviceId, "Marlow#Heron#H2048#4711");
+    EXPECT_EQ(chain.deviceId, "Marlow#Heron#H2048#2.0#4711");
 }
 
 TEST(DriverChain, FindsACameraWhereItWasLeft) {
@@ -81,7 +81,7 @@ TEST(DriverChain, FetchesTheDescriptionAsItLies) {
 TEST(DriverChain, OldAndPlainCamerasAreServed) {
     Chain chain(Options("gencp=1.0,stacked=off,written-length=off,family="));
     ASSERT_EQ(chain.Probe(), 0) << chain.LastError();
-    EXPECT_EQ(chain.deviceId, "Marlow#H2048#H2048#4711");
+    EXPECT_EQ(chain.deviceId, "Marlow#H2048#H2048#2.0#4711");
     EXPECT_EQ(chain.Write(registers::kWidth.address, Number(640)), 0) << chain.LastError(chain.cookie);
 }
 
@@ -92,7 +92,7 @@ TEST(DriverChain, AnotherCameraOnThePortIsNotTakenForTheFirst) {
     chain.simulator.Exchange(Chain::kName, Options("serial=4712"));
     EXPECT_EQ(chain.Probe("Marlow#Heron#H2048#4711"), CLProtocol::CLP_NO_DEVICE_FOUND);
     EXPECT_EQ(chain.LastError(),
-              "The camera 'Marlow#Heron#H2048#4712' answers at 9600 baud, not 'Marlow#Heron#H2048#4711'.");
+              "The camera 'Marlow#Heron#H2048#2.0#4712' answers at 9600 baud, not 'Marlow#Heron#H2048#4711'.");
 }
 
 TEST(DriverChain, AnotherMakersCameraIsNotOurs) {

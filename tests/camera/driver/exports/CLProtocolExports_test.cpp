@@ -20,7 +20,7 @@ using namespace CLProtocol;
 using namespace marlow::test;
 
 constexpr CLUINT32 kTimeout = 400;
-constexpr char kDeviceId[] = "Marlow#Heron#H2048#21790042";
+constexpr char kDeviceId[] = "Marlow#Heron#H2048#2.0#21790042";
 
 std::string g_log;
 std::atomic<int> g_logCalls{0};
@@ -220,7 +220,7 @@ TEST_F(ExportsTest, DescriptionIsGivenAsItLiesInTheCamera) {
     char ids[200];
     CLUINT32 size = sizeof(ids);
     ASSERT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), 0);
-    EXPECT_STREQ(ids, "SchemaVersion.1.1@Marlow#Heron#H2048#21790042@XMLVersion.1.0.0");
+    EXPECT_STREQ(ids, "SchemaVersion.1.1@Marlow#Heron#H2048#2.0#21790042@XMLVersion.1.0.0");
     size = 0;
     EXPECT_EQ(driver.description(&line, cookie, ids, nullptr, &size, kTimeout), 0);
     EXPECT_EQ(size, 5u);
@@ -271,8 +271,8 @@ TEST_F(ExportsTest, SeveralXmlIdsAreSeparatedByTabs) {
     EXPECT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), CL_ERR_BUFFER_TOO_SMALL);
     EXPECT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), 0);
     EXPECT_STREQ(ids,
-                 "SchemaVersion.0.0@Marlow#Heron#H2048#21790042@XMLVersion.0.0.0\t"
-                 "SchemaVersion.0.0@Marlow#Heron#H2048#21790042@XMLVersion.0.0.5");
+                 "SchemaVersion.0.0@Marlow#Heron#H2048#2.0#21790042@XMLVersion.0.0.0\t"
+                 "SchemaVersion.0.0@Marlow#Heron#H2048#2.0#21790042@XMLVersion.0.0.5");
 }
 
 TEST_F(ExportsTest, BaudRateIsAParameter) {
@@ -322,7 +322,7 @@ TEST_F(ExportsTest, LogLevelAndCallbackAreParameters) {
     CLINT32 level = CLP_LOG_INFO;
     EXPECT_EQ(driver.setParam(nullptr, CLP_LOG_LEVEL, 0, reinterpret_cast<char*>(&level), 4, 0), 0);
     ASSERT_EQ(Probe(), 0);
-    EXPECT_NE(g_log.find("Found camera 'Marlow#Heron#H2048#21790042' at 9600 baud"), std::string::npos);
+    EXPECT_NE(g_log.find("Found camera 'Marlow#Heron#H2048#2.0#21790042' at 9600 baud"), std::string::npos);
     EXPECT_EQ(driver.getParam(nullptr, CLP_LOG_LEVEL, 0, reinterpret_cast<char*>(&level), 4, 0), 0);
     EXPECT_EQ(level, CLP_LOG_INFO);
 }
