@@ -150,6 +150,71 @@ BENCHMARK(Reconnect)
     ->UseManualTime()
     ->Iterations(50);
 
+// From an access to the error when the camera has died meanwhile, over the 1.2 s that it may take.
+constexpr double kTimeToError = 1.2;
+
+enum State : std::int64_t { kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending };
+
+const char* FaultOf(std::int64_t state) {
+    constexpr const char* kFaults[] = {"silent=on", "silent-after=0", "silent-after=2", "line-limit=115200",
+                                       "always-pending=on"};
+    return kFaults[state];
+}
+
+void FailedAccess(benchmark::State& state) {
+    double longest = 0;
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        Chain chain(Paced());
+        if (!Open(chain, state, state.range(0)))
+            return;
+        CLUINT32 rates = 0;
+        chain.driver.getParam(chain.line.get(), CLProtocol::CLP_DEVICE_SUPPORTED_BAUDERATES, chain.cookie,
+                              reinterpret_cast<char*>(&rates), sizeof rates, Chain::kTimeout);
+        const std::string fault = FaultOf(state.range(1));
+        const auto equals = fault.find('=');
+        chain.simulator.SetFault(Chain::kName, fault.substr(0, equals), fault.substr(equals + 1));
+        std::vector<char> value(kWidth.length);
+        const bool isChange = state.range(1) >= kDiesAtTheChange && state.range(1) <= kNotCarried;
+        CLINT32 code = 0;
+        const double seconds =
+            Measure([&] { code = isChange ? chain.SetRate(CL_BAUDRATE_921600) : chain.Read(kWidth.address, value); });
+        if (code >= 0)
+            return state.SkipWithError("the access did not fail");
+        state.SetIterationTime(seconds);
+        longest = std::max(longest, seconds);
+    }
+    state.counters["ratio"] = longest / kTimeToError;
+    state.counters["limit"] = 1;
+}
+BENCHMARK(FailedAccess)
+    ->ArgNames({"flag", "state"})
+    ->ArgsProduct({{CL_BAUDRATE_9600, CL_BAUDRATE_115200},
+                   {kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(2);
+
+// A port on which nobody answers.
+void SilentPort(benchmark::State& state) {
+    auto options = Paced();
+    options.faults.silent = true;
+    Chain chain(options);
+    double longest = 0;
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        CLINT32 code = 0;
+        const double seconds = Measure([&] { code = chain.Probe(); });
+        if (code >= 0)
+            return state.SkipWithError("somebody answers");
+        state.SetIterationTime(seconds);
+        longest = std::max(longest, seconds);
+    }
+    state.counters["ratio"] = longest / kTimeToError;
+    state.counters["limit"] = 1;
+}
+BENCHMARK(SilentPort)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(2);
+
 }  // namespace
 
 BENCHMARK_MAIN();
