@@ -70,6 +70,15 @@ void CheckedWrite(benchmark::State& state) {
     Run(state, "Checked", [&value](NodeHandle node) { return AravisEngine::SetInteger(node, value++ % 1000); });
 }
 
+void SelectorWrite(benchmark::State& state) {
+    BenchMemory memory;
+    const AravisEngine engine(Selection(500), memory);
+    NodeHandle node = engine.Node("Selector");
+    std::int64_t value = 0;
+    for (auto step : state)
+        benchmark::DoNotOptimize(AravisEngine::SetInteger(node, value++ % 8));
+}
+
 int WalkCategory(const AravisEngine& engine, NodeHandle category) {
     int count = 0;
     for (const char* name : AravisEngine::Features(category)) {
@@ -116,6 +125,7 @@ const bool kRegistered = [] {
     benchmark::RegisterBenchmark("Aravis/SwissKnifeEvaluation", SwissKnifeEvaluation);
     benchmark::RegisterBenchmark("Aravis/UncachedRead", UncachedRead);
     benchmark::RegisterBenchmark("Aravis/CheckedWrite", CheckedWrite);
+    benchmark::RegisterBenchmark("Aravis/SelectorWrite", SelectorWrite);
     benchmark::RegisterBenchmark("Aravis/Walk/Imperx", Walk, RealOrGenerated("imperx_b1020.xml"));
     benchmark::RegisterBenchmark("Aravis/Walk/2000", Walk, Generated(2000));
     MemoryMeters()["Aravis"] = [](const std::string& xml) -> std::unique_ptr<Kept> {

@@ -106,6 +106,19 @@ std::string Features() {
            "<Port Name=\"Device\"/></RegisterDescription>\n";
 }
 
+std::string Selection(int dependants) {
+    std::string xml = std::string(kHead) + "<Integer Name=\"Selector\"><pValue>SelectorReg</pValue>";
+    for (int i = 0; i < dependants; ++i)
+        xml += "<pSelected>Feature" + std::to_string(i) + "</pSelected>";
+    xml += "</Integer>\n" + Register("SelectorReg", 0, "");
+    for (int i = 0; i < dependants; ++i) {
+        const std::string n = std::to_string(i);
+        xml += "<Integer Name=\"Feature" + n + "\"><pValue>Feature" + n + "Reg</pValue></Integer>\n" +
+               Register("Feature" + n + "Reg", 8 + 4 * i, "<pIndex Offset=\"4096\">Selector</pIndex>");
+    }
+    return xml + "<Port Name=\"Device\"/></RegisterDescription>\n";
+}
+
 std::size_t HeapInUse() {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;

@@ -18,6 +18,8 @@ std::string RealOrGenerated(const std::string& file);
 int CountNodes(const std::string& xml);
 /// A small description with one feature of each kind that is measured.
 std::string Features();
+/// A selector with \a dependants features whose registers it moves.
+std::string Selection(int dependants);
 /// Bytes that are allocated from the heap now.
 std::size_t HeapInUse();
 

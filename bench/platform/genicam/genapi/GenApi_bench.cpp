@@ -105,6 +105,14 @@ void CheckedWrite(benchmark::State& state) {
         node->SetValue(value++ % 1000);
 }
 
+void SelectorWrite(benchmark::State& state) {
+    Loaded loaded(Selection(500));
+    CIntegerPtr node = loaded.map._GetNode("Selector");
+    std::int64_t value = 0;
+    for (auto step : state)
+        node->SetValue(value++ % 8);
+}
+
 int WalkCategory(ICategory& category) {
     int count = 0;
     FeatureList_t features;
@@ -187,6 +195,7 @@ const bool kRegistered = [] {
     benchmark::RegisterBenchmark("Ours/SwissKnifeCached", SwissKnifeCached);
     benchmark::RegisterBenchmark("Ours/UncachedRead", UncachedRead);
     benchmark::RegisterBenchmark("Ours/CheckedWrite", CheckedWrite);
+    benchmark::RegisterBenchmark("Ours/SelectorWrite", SelectorWrite);
     benchmark::RegisterBenchmark("Ours/Walk/Imperx", Walk, RealOrGenerated("imperx_b1020.xml"));
     benchmark::RegisterBenchmark("Ours/Walk/2000", Walk, Generated(2000));
     benchmark::RegisterBenchmark("Ours/Lookup", Lookup);

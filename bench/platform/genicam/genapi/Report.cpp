@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Descriptions.h"
+#include "Table.h"
 
 namespace genapibench {
 
@@ -118,6 +119,19 @@ void RatioReporter::PrintLimit(const char* name, double time, double other, doub
 
 int main(int argc, char** argv) {
     std::vector<char*> arguments(argv, argv + argc);
+    const std::string_view task = argc == 2 ? argv[1] : "";
+    if (task.starts_with("--one="))
+        return genapibench::MeasureOne(std::string(task.substr(6)));
+    if (task == "--table")
+        return genapibench::PrintTable(argv[0]);
+    const bool figuresOnly = argc > 1 && std::string_view(argv[argc - 1]) == "--figures-only";
+    if (figuresOnly) {
+        --argc;
+        arguments.pop_back();
+        benchmark::Initialize(&argc, arguments.data());
+        benchmark::RunSpecifiedBenchmarks();
+        return 0;
+    }
     const bool isTold = std::any_of(arguments.begin(), arguments.end(), [](const char* argument) {
         return std::string_view(argument).starts_with(genapibench::kRepetitions);
     });

@@ -72,6 +72,7 @@ private:
     void MarkFeatures();
     template <class Use>
     void ForEachAttribute(pugi::xml_node element, Use&& use);
+    bool IsNewAttribute(pugi::xml_node element, std::string_view name, std::size_t count);
     void Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
     [[noreturn]] void Refuse(std::size_t position, const std::string& message);
     std::size_t PositionOf(pugi::xml_node element) const;
@@ -93,10 +94,10 @@ private:
 template <class Use>
 void Loader::ForEachAttribute(pugi::xml_node element, Use&& use) {
     m_attributeNames.clear();
+    std::size_t count = 0;
     for (const pugi::xml_attribute attribute : element.attributes()) {
         const std::string_view name = attribute.name();
-        const bool isOnly = attribute == element.first_attribute() && !attribute.next_attribute();
-        if (isOnly || m_attributeNames.insert(name).second)
+        if (IsNewAttribute(element, name, count++))
             use(attribute, name);
         else
             Warn(wkSyntax, m_source->PositionOf(attribute.name()), "",

@@ -37,6 +37,25 @@ std::size_t Loader::PositionOf(pugi::xml_node element) const {
     return *name != '\0' ? m_source->PositionOf(name) : 0;
 }
 
+// Elements have few attributes nearly always: those before are looked through. A hostile one has a million.
+bool Loader::IsNewAttribute(pugi::xml_node element, std::string_view name, std::size_t count) {
+    constexpr std::size_t kFew = 16;
+    if (count < kFew) {
+        pugi::xml_attribute before = element.first_attribute();
+        for (std::size_t i = 0; i < count; ++i, before = before.next_attribute()) {
+            if (before.name() == name)
+                return false;
+        }
+        return true;
+    }
+    if (count == kFew) {
+        pugi::xml_attribute before = element.first_attribute();
+        for (std::size_t i = 0; i < count; ++i, before = before.next_attribute())
+            m_attributeNames.insert(before.name());
+    }
+    return m_attributeNames.insert(name).second;
+}
+
 void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
     if (!m_map.TakesWarnings())
         return;
