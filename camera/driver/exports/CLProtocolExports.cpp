@@ -219,8 +219,8 @@ MARLOW_EXPORT CLINT32 CLP_CC clpCloseLib() noexcept {
 
 MARLOW_EXPORT CLINT32 CLP_CC clpGetCLProtocolVersion(CLUINT32* major, CLUINT32* minor) noexcept {
     return Guarded(0, [&] {
-        Checked(major, "major") = kVersionMajor;
-        Checked(minor, "minor") = kVersionMinor;
+        Checked(major, "major") = CLP_VERSION_MAJOR;
+        Checked(minor, "minor") = CLP_VERSION_MINOR;
         return CL_ERR_NO_ERR;
     });
 }

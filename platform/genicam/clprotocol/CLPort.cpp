@@ -190,7 +190,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::atomic<bool> m_isConnected{false};
-    std::atomic<std::uint32_t> m_timeoutMs{kRegisterTimeout};
+    std::atomic<std::uint32_t> m_timeoutMs{CLP_REGISTER_TIMEOUT};
     GenICam::gcstring m_deviceId;
     std::shared_ptr<Session> m_session;
     std::unique_ptr<CallThread> m_thread;

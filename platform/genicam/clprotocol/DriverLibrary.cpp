@@ -95,9 +95,9 @@ void DriverLibrary::CheckSuccess(const char* function, CLINT32 result) const {
 
 void DriverLibrary::CheckVersion() {
     CheckSuccess("clpGetCLProtocolVersion", Call("clpGetCLProtocolVersion", m_getVersion, &m_major, &m_minor));
-    if (m_major != kVersionMajor || m_minor < kOldestMinor)
+    if (m_major != CLP_VERSION_MAJOR || m_minor < kOldestMinor)
         throw RUNTIME_EXCEPTION("'%s' is of CLProtocol version %u.%u; %u.%u to %u.%u is needed", m_path, m_major,
-                                m_minor, kVersionMajor, kOldestMinor, kVersionMajor, kVersionMinor);
+                                m_minor, CLP_VERSION_MAJOR, kOldestMinor, CLP_VERSION_MAJOR, CLP_VERSION_MINOR);
 }
 
 void DriverLibrary::Initialize() {

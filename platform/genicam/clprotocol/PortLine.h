@@ -21,7 +21,6 @@ namespace CLProtocol {
 class PortLine final : public ISerial {
 public:
     PortLine() = default;
-    ~PortLine() override = default;
     PortLine(const PortLine&) = delete;
     PortLine& operator=(const PortLine&) = delete;
 

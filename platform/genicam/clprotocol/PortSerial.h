@@ -19,7 +19,6 @@ public:
     using Runner = std::function<CLINT32(Call, std::chrono::milliseconds timeout)>;
 
     explicit PortSerial(Runner runner) : m_runner(std::move(runner)) {}
-    ~PortSerial() override = default;
 
     CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
     CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;

@@ -18,7 +18,7 @@ namespace CLProtocol {
 class SerialConnection final : public ISerial {
 public:
     SerialConnection(std::shared_ptr<const SerialLibrary> library, std::uint32_t index, const std::string& portId);
-    ~SerialConnection() override;
+    ~SerialConnection();
 
     CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;
     CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept override;

@@ -17,7 +17,6 @@ namespace marlow::test {
 class VirtualLine final : public CLProtocol::ISerial {
 public:
     VirtualLine(VirtualClock& clock, ModelCamera& camera) : m_clock(clock), m_camera(camera) {}
-    ~VirtualLine() override = default;
 
     CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* size, CLUINT32 timeoutMs) override;
     CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* size, CLUINT32 timeoutMs) override;

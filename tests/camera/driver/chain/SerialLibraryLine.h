@@ -15,7 +15,7 @@ namespace marlow::test {
 class SerialLibraryLine final : public CLProtocol::ISerial {
 public:
     SerialLibraryLine(const os::Library& library, const std::string& portName);
-    ~SerialLibraryLine() override;
+    ~SerialLibraryLine();
 
     CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* size, CLUINT32 timeoutMs) override;
     CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* size, CLUINT32 timeoutMs) override;

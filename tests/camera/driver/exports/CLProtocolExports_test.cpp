@@ -34,7 +34,6 @@ void Log(CLINT32, const char* format, va_list arguments) {
 
 class ThrowingLine final : public ISerial {
 public:
-    ~ThrowingLine() override = default;
     CLINT32 clSerialRead(CLINT8*, CLUINT32*, CLUINT32) override { throw std::runtime_error("from the line"); }
     CLINT32 clSerialWrite(CLINT8*, CLUINT32*, CLUINT32) override { throw 5; }
     CLINT32 clGetSupportedBaudRates(CLUINT32*) override { return CL_ERR_FUNCTION_NOT_FOUND; }

@@ -280,6 +280,17 @@ TEST_F(Port, ConnectsWhereOnlyOneSideNamesTheVersion) {
     EXPECT_EQ(port.GetDeviceID(), scripted::FullDeviceId("Marlow#Heron#H2048#V2#1"));
 }
 
+TEST_F(Port, DisconnectsNothingAfterAProbeThatFailed) {
+    driver.onProbe = [](ISerial*, const char*, char*, std::uint32_t*, std::uint32_t* cookie, std::uint32_t) {
+        *cookie = 4711;
+        return -10004;
+    };
+    CCLPort port;
+    EXPECT_THROW(Connect(port), GenICam::GenericException);
+    EXPECT_EQ(driver.CountCalls("clpProbeDevice"), 1u);
+    EXPECT_EQ(driver.CountCalls("clpDisconnect"), 0u);
+}
+
 // A driver that answers with driver's folder and file name in front, as hosts write DeviceIDs.
 void AnswerInFull(scripted::DriverScript& driver, const std::string& deviceId) {
     driver.cookies[0xfffffffe] = "";

@@ -6,13 +6,26 @@
 
 #include "CLProtocol/CLProtocolTypes.h"
 
+/*
+ * The order of the virtual functions is the binary interface (CLProtocol 1.1): destructor, then these four. All return
+ * Camera Link codes, 0 for success, with the meaning of the functions of the same names in clser???. A read or write
+ * that fails with -10004 may be repeated with the same variables; of a read nothing was copied then, of a write so many
+ * bytes as the size says were sent. Calls on one line run one after the other: a read that waits keeps a write waiting.
+ */
+#ifdef __cplusplus
+
 namespace CLProtocol {
 
-/// The order of the virtual functions is the binary interface (CLProtocol 1.1): destructor, then these four.
-/// All return Camera Link codes, 0 for success, with the meaning of the functions of the same names in clser???.
 class ISerial {
 protected:
+#if defined(_WIN32) && defined(__GNUC__)
+    // Drivers for Windows are built with compilers for which a destructor takes one place in the table; here it takes
+    // two.
+    virtual void DestructorOfOtherCompilers() {}
+    ~ISerial() = default;
+#else
     virtual ~ISerial() = default;
+#endif
 
 public:
     virtual CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) = 0;
@@ -26,3 +39,24 @@ public:
 };
 
 }  // namespace CLProtocol
+
+#else
+
+/* The same object as C sees it. Write serial->table->clSerialRead(serial, buffer, &size, timeout). */
+typedef struct ISerial ISerial;
+typedef struct ISerialTable {
+#ifdef _WIN32
+    void* destructor;
+#else
+    void* destructors[2]; /* without and with giving the memory back */
+#endif
+    CLINT32(CLP_CC* clSerialRead)(ISerial* serial, CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout);
+    CLINT32(CLP_CC* clSerialWrite)(ISerial* serial, CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout);
+    CLINT32(CLP_CC* clGetSupportedBaudRates)(ISerial* serial, CLUINT32* baudRates);
+    CLINT32(CLP_CC* clSetBaudRate)(ISerial* serial, CLUINT32 baudRate);
+} ISerialTable;
+struct ISerial {
+    const ISerialTable* table;
+};
+
+#endif

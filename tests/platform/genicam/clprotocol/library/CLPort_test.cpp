@@ -3,7 +3,8 @@
  * Tests of the library as a host links it
  */
 
-#include "CLProtocol/CLProtocol.h"
+#include "CLProtocol/CLPort.h"
+#include "CLProtocol/DeviceID.h"
 
 #include <gtest/gtest.h>
 
