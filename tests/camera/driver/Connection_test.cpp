@@ -257,6 +257,7 @@ TEST_F(ConnectionTest, RangesBeyondTheLastAddressAreRefused) {
     Open();
     EXPECT_EQ(CodeOf([&] { Read(~std::uint64_t{0} - 2, 4); }), kBadRange);
     EXPECT_EQ(CodeOf([&] { Write(~std::uint64_t{0}, {1, 2}); }), kBadRange);
+    EXPECT_EQ(CodeOf([&] { Read(~std::uint64_t{0} - 3, 4); }), kStatusCodes - 3) << "the last address is one";
 }
 
 TEST_F(ConnectionTest, BaudRateRegisterHasTheEntryValueAndIsNeverSent) {

@@ -104,6 +104,29 @@ TEST_F(DescriptionFilesTest, ImpossibleSizesAndAddressesAreLeftOut) {
     EXPECT_TRUE(Ids().empty());
 }
 
+TEST_F(DescriptionFilesTest, SmallestAndLargestSizesAndTheLastAddressAreListed) {
+    auto largest = Entry(2);
+    largest.size = kMaxDescriptionSize;
+    camera.SetFiles({{Entry(1), Bytes(1)}, {largest, Bytes(1)}});
+    EXPECT_EQ(Ids().size(), 2u);
+    auto last = Entry(3);
+    last.address = ~std::uint64_t{0} - 10;
+    last.size = 10;
+    camera.SetBytes(kManifestAddress + gencp::manifest::kFirstEntry, gencp::EncodeManifestEntry(last));
+    EXPECT_EQ(Ids().size(), 2u);
+}
+
+TEST_F(DescriptionFilesTest, AsManyEntriesAreReadAsAnyCameraHas) {
+    std::vector<std::pair<ManifestEntry, Bytes>> files;
+    for (std::uint8_t i = 0; i < 65; ++i)
+        files.emplace_back(Entry(i), Bytes(1));
+    camera.SetFiles(files);
+    EXPECT_EQ(Ids().size(), 64u);
+    files.pop_back();
+    camera.SetFiles(files);
+    EXPECT_EQ(Ids().size(), 64u);
+}
+
 TEST_F(DescriptionFilesTest, CameraWithoutManifestHasNone) {
     camera.SetNumber(gencp::abrm::kManifestTableAddress, 0);
     EXPECT_TRUE(Ids().empty());

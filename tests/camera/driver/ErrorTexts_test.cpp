@@ -55,6 +55,27 @@ TEST(ErrorTexts, KeepTheNewestOnly) {
     EXPECT_FALSE(texts.Find(2000, -5));
 }
 
+TEST(ErrorTexts, ForgetTheOldestOf513) {
+    ErrorTexts texts;
+    for (CLUINT32 cookie = 1; cookie <= 512; ++cookie)
+        texts.Remember(cookie, -5, "text");
+    EXPECT_TRUE(texts.Find(1, -5));
+    texts.Remember(513, -5, "text");
+    EXPECT_FALSE(texts.Find(1, -5));
+    EXPECT_TRUE(texts.Find(2, -5));
+}
+
+TEST(DriverCode, OfStatusesAtTheEndsOfTheNumberedOnes) {
+    EXPECT_EQ(CodeOfStatus(0x8000), -30100);
+    EXPECT_EQ(CodeOfStatus(0x803F), -30163);
+    EXPECT_EQ(CodeOfStatus(0x8040), -30180);
+    EXPECT_EQ(CodeText(-30100), "The camera refused a command.");
+    EXPECT_EQ(CodeText(-30163), "The camera refused a command.");
+    EXPECT_EQ(CodeText(-30164), "");
+    EXPECT_EQ(CodeText(-30099), "");
+    EXPECT_EQ(CodeText(-10004), "");
+}
+
 TEST(DriverCode, OfAStatusIsInTheDriversRange) {
     for (unsigned status = 0x8000; status <= 0xFFFF; ++status) {
         const CLINT32 code = CodeOfStatus(static_cast<std::uint16_t>(status));

@@ -230,6 +230,8 @@ TEST_F(ExchangerTest, BusyCameraIsAskedAgainWithANewId) {
     };
     EXPECT_TRUE(memory.Write(kScratchAddress, {{1, 2, 3, 4}}));
     EXPECT_EQ(ReceivedIds(), (std::vector<std::uint16_t>{1, 2, 3}));
+    for (const auto& command : camera.received)
+        EXPECT_FALSE(command.header.IsResend());
     EXPECT_EQ(camera.writes.size(), 1u);
 }
 
@@ -254,6 +256,8 @@ TEST_F(ExchangerTest, CameraThatRefusesForNowGetsAMoment) {
         const Duration onLine = gencp::TransferTime(28 + 16, 9600);
         for (std::size_t i = 1; i < asked.size(); ++i)
             EXPECT_GE(asked[i] - asked[i - 1], onLine + milliseconds(20));
+        for (std::size_t i = 1; i < asked.size(); ++i)
+            EXPECT_LT(asked[i] - asked[i - 1], onLine + milliseconds(21));
     }
 }
 

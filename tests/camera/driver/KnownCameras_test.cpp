@@ -52,6 +52,22 @@ TEST_F(KnownCamerasTest, UnknownLineHasNoRate) {
     EXPECT_FALSE(known.RateOf(&serial));
 }
 
+TEST_F(KnownCamerasTest, ForgetsTheOldestOf257) {
+    std::vector<std::unique_ptr<VirtualLine>> lines;
+    for (int i = 0; i < 257; ++i) {
+        if (i == 256) {
+            EXPECT_TRUE(known.Find(DeviceRequest("Marlow#Heron#H2048#0")));
+            EXPECT_TRUE(known.RateOf(lines[0].get()));
+        }
+        lines.push_back(std::make_unique<VirtualLine>(clock, camera));
+        known.Remember(lines.back().get(), Facts(std::to_string(i)), 0x10);
+    }
+    EXPECT_FALSE(known.Find(DeviceRequest("Marlow#Heron#H2048#0")));
+    EXPECT_TRUE(known.Find(DeviceRequest("Marlow#Heron#H2048#1")));
+    EXPECT_FALSE(known.RateOf(lines[0].get()));
+    EXPECT_TRUE(known.RateOf(lines[1].get()));
+}
+
 TEST_F(KnownCamerasTest, KeepsTheNewestOnly) {
     for (int i = 0; i < 1000; ++i)
         known.Remember(&serial, Facts(std::to_string(i)), 0x10);

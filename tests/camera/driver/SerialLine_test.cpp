@@ -132,6 +132,32 @@ TEST_F(SerialLineTest, AnotherLineObjectGetsThePresentRate) {
     EXPECT_EQ(other.ratesSet.size(), 1u);
 }
 
+TEST_F(SerialLineTest, AnotherLineObjectHasRatesOfItsOwn) {
+    EXPECT_EQ(line.SupportedRates(), 0xFFu);
+    VirtualLine other(clock, camera);
+    other.supported = 0x15;
+    line.Attach(other);
+    EXPECT_EQ(line.SupportedRates(), 0x15u);
+    VirtualLine fixed(clock, camera);
+    fixed.supportedCode = CL_ERR_FUNCTION_NOT_FOUND;
+    line.Attach(fixed);
+    EXPECT_EQ(line.SupportedRates(), 0x01u);
+    EXPECT_TRUE(fixed.ratesSet.empty());
+    line.Attach(other);
+    line.SetRate(gencp::kBaudRates[4]);
+    EXPECT_EQ(other.ratesSet.back(), 0x10u);
+}
+
+TEST_F(SerialLineTest, RefusedRateIsSupportedNoMore) {
+    serial.refusedRates = 0x10;
+    EXPECT_EQ(line.SupportedRates(), 0xFFu);
+    EXPECT_EQ(CodeOf([&] { line.SetRate(gencp::kBaudRates[4]); }), CL_ERR_BAUD_RATE_NOT_SUPPORTED);
+    EXPECT_EQ(line.SupportedRates(), 0xEFu);
+    VirtualLine other(clock, camera);
+    line.Attach(other);
+    EXPECT_EQ(line.SupportedRates(), 0xFFu);
+}
+
 TEST_F(SerialLineTest, StopCheckEndsAWaitSoon) {
     bool isStopped = false;
     serial.onRead = [&](CLUINT32) { isStopped = true; };
