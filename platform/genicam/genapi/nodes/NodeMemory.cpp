@@ -208,7 +208,10 @@ EAccessMode CNode::FindAccessHere(Evaluation& evaluation, EPart part) {
     try {
         const EAccessMode computed = ComputeAccess(evaluation, withLocks);
         const EAccessMode mode = Has(kBroken) ? NI : computed;
-        (withLocks ? m_fullAccess : m_readAccess) = mode;
+        if (withLocks)
+            m_fullAccess = mode;
+        else
+            m_readAccess = mode;
         MarkKnown(part, evaluation);
         return mode;
     } catch (const GenICam::GenericException&) {
