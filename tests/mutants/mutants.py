@@ -1,0 +1,223 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Puts small mistakes into the code, one at a time, and lists those that no test notices.
+
+    tests/mutants/mutants.py clsertty                      40 mistakes of the wing, drawn with seed 1
+    tests/mutants/mutants.py -n 200 -s 7 clprotocol os     others
+    tests/mutants/mutants.py --list clsertty               what would be tried, without building
+
+Works on a copy of the last commit in build/mutants, where only the test programs that stand opposite a wing are built.
+A mistake counts as noticed when a program of them fails, crashes or hangs. One that does not compile is replaced by
+another. What can't be noticed by any test stands in equivalent.txt beside this file, with the reason. Run by hand: a
+sample of 40 takes from ten minutes up.
+"""
+import argparse
+import io
+import os
+import pathlib
+import random
+import re
+import subprocess
+import sys
+import tarfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+WINGS = {  # wing: its folder, and the test programs opposite
+    "os": ("platform/os", ["os_test"]),
+    "gcbase": ("platform/genicam/gcbase", ["gcbase_test"]),
+    "genapi": ("platform/genicam/genapi", ["genapi_test"]),
+    "clprotocol": ("platform/genicam/clprotocol", ["clprotocol_test", "clprotocol_library_test"]),
+    "vanto": ("platform/vanto", ["vanto_base_test", "vanto_image_test"]),
+    "plugin": ("VantoCLSer", ["clser_test", "clser_device_test", "stream_test"]),
+    "templates": ("include/vanto/internal", ["vanto_internal_test", "clser_test"]),
+    "gencp": ("camera/gencp", ["gencp_test", "driver_test"]),
+    "clsertty": ("camera/clsertty", ["clsertty_test"]),
+    "driver": ("camera/driver", ["driver_test", "driver_exports_test"]),
+    "simulator": ("camera/simulator", ["simulator_test"]),
+    "grabber": ("camera/grabber", ["grabber_test"]),
+}
+LEAST_LIMIT = 20  # seconds for one test program; else ten times what it takes without a mistake
+
+NUMBER = re.compile(r"(?<![\w.'\"])(\d+)([uUlL]*)(?![\w.'])")
+LOCK = re.compile(r"^\s*(?:const )?std::(?:lock_guard|scoped_lock)\b.*;")
+STATEMENT = re.compile(r"^\s+(?:[\w:.\[\]*()]|->)+(?:\(.*\)|(?: [-+|&]?= .*)|\+\+|--);\s*(?://.*)?$")
+NO_STATEMENT = re.compile(r"^\s*(?:return|throw|using|case|delete|else|goto|typedef|static_assert|default|Log\()\b")
+SWAP = re.compile(r"\b(\w+)\(([\w.]+), ([\w.]+)\)")
+TURNS = [(" < ", " <= "), (" <= ", " < "), (" > ", " >= "), (" >= ", " > "), (" == ", " != "), (" != ", " == "),
+         (" && ", " || "), (" || ", " && "), ("return true;", "return false;"), ("return false;", "return true;"),
+         ("(!", "("), (" + ", " - ")]
+
+
+def code_of(line):
+    """The line with texts, characters and comments blanked, so that positions stay."""
+    blank = lambda found: " " * len(found.group())
+    return re.sub(r'"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\'|//.*|/\*.*?\*/', blank, line)
+
+
+def mistakes_in(line):
+    """All changed forms of a line, each with what was done."""
+    code = code_of(line)
+    if not code.strip() or code.lstrip().startswith(("#", "*", "/*", "template", "static_assert", "}  //")):
+        return
+    if LOCK.match(line):
+        yield "lock taken away", ""
+    elif STATEMENT.match(code) and not NO_STATEMENT.match(code):
+        yield "statement dropped", ""
+    for old, new in TURNS:
+        for at in (found.start() for found in re.finditer(re.escape(old), code)):
+            yield f"'{old.strip()}' turned", line[:at] + new + line[at + len(old):]
+    for found in NUMBER.finditer(code):
+        yield "constant by one", line[:found.start()] + str(int(found.group(1)) + 1) + line[found.end(1):]
+    for found in SWAP.finditer(code):
+        function, first, second = found.groups()
+        if first != second:
+            yield "arguments swapped", line[:found.start()] + f"{function}({second}, {first})" + line[found.end():]
+
+
+def equivalents():
+    known = set()
+    for line in (pathlib.Path(__file__).parent / "equivalent.txt").read_text().splitlines():
+        if line.strip() and not line.startswith("#"):
+            known.add(tuple(part.strip() for part in line.split(" | ")[:3]))
+    return known
+
+
+def candidates(folder):
+    known = equivalents()
+    found = []
+    for path in sorted((ROOT / folder).rglob("*")):
+        name = str(path.relative_to(ROOT))
+        if path.suffix not in (".cpp", ".h") or "/windows/" in name or "/interface/" in name:
+            continue
+        for number, line in enumerate(path.read_text().splitlines()):
+            for what, changed in mistakes_in(line):
+                if (name, line.strip(), what) not in known:
+                    found.append((name, number, line, what, changed))
+    return found
+
+
+def run(command, limit=None, **options):
+    """Whether a command succeeds, None for one that takes too long; and what it printed."""
+    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True, **options) as job:
+        try:
+            output = job.communicate(timeout=limit)[0]
+            return job.returncode == 0, output.decode(errors="replace")
+        except subprocess.TimeoutExpired:
+            os.killpg(job.pid, 9)
+            return None, ""
+
+
+class Copy:
+    """The tree in which mistakes are made."""
+
+    def __init__(self, jobs):
+        self.tree = ROOT / "build" / "mutants" / "tree"
+        self.build = ROOT / "build" / "mutants" / "build"
+        self.jobs = jobs
+        self.environment = dict(os.environ, CCACHE_BASEDIR=str(self.tree), CCACHE_NOHASHDIR="1")
+        self.tree.mkdir(parents=True, exist_ok=True)
+        archive = subprocess.run(["git", "archive", "HEAD"], cwd=ROOT, check=True, stdout=subprocess.PIPE).stdout
+        self._update(archive)
+        done, output = run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
+                            "-DCMAKE_CXX_FLAGS_DEBUG=-O0"], env=self.environment)
+        if not done:
+            sys.exit(output)
+
+    def _update(self, archive):
+        """Writes only files that differ, so that little is built again."""
+        with tarfile.open(fileobj=io.BytesIO(archive)) as files:
+            names = set()
+            for member in files.getmembers():
+                target = self.tree / member.name
+                if member.isdir():
+                    target.mkdir(parents=True, exist_ok=True)
+                elif member.isfile():
+                    names.add(target)
+                    content = files.extractfile(member).read()
+                    if not target.is_file() or target.read_bytes() != content:
+                        target.write_bytes(content)
+                        target.chmod(member.mode)
+        for path in self.tree.rglob("*"):
+            if path.is_file() and path not in names:
+                path.unlink()
+
+    def make(self, programs):
+        return run(["nice", "ninja", "-C", self.build, f"-j{self.jobs}", *programs], env=self.environment)
+
+    def is_noticed(self, programs, limit=None):
+        """The test that fails, "hangs" or "crashes"; empty for a mistake that survives."""
+        for program in programs:
+            passed, output = run([self.build / "bin" / program, "--gtest_brief=1", "--gtest_fail_fast"], limit)
+            if not passed:
+                failed = re.search(r"\[  FAILED  \] (\S+)", output)
+                return failed.group(1) if failed else ("hangs" if passed is None else "crashes")
+        return ""
+
+    def tries(self, mistake, programs, limit):
+        """None when it does not compile, else who has noticed it; empty for nobody."""
+        name, number, _, _, changed = mistake
+        path = self.tree / name
+        text = path.read_text()
+        lines = text.splitlines()
+        lines[number] = changed
+        path.write_text("\n".join(lines) + "\n")
+        try:
+            return self.is_noticed(programs, limit) if self.make(programs)[0] else None
+        finally:
+            path.write_text(text)
+
+
+def examine(copy, wing, count, seed):
+    folder, programs = WINGS[wing]
+    done, output = copy.make(programs)
+    begin = time.monotonic()
+    failed = copy.is_noticed(programs) if done else "the build"
+    if failed:
+        sys.exit(f"{wing}: {failed} fails without any mistake\n{output[-2000:]}")
+    limit = max(LEAST_LIMIT, 10 * (time.monotonic() - begin))
+    pool = candidates(folder)
+    random.Random(seed).shuffle(pool)
+    tried, survivors = 0, []
+    for mistake in pool:
+        if tried == count:
+            break
+        name, number, line, what, changed = mistake
+        who = copy.tries(mistake, programs, limit)
+        if who is None:
+            continue
+        tried += 1
+        if not who:
+            survivors.append(mistake)
+        print(f"{'caught  ' if who else 'SURVIVES'} {name}:{number + 1}: {what}: {changed.strip() or line.strip()}", who, flush=True)
+    caught = tried - len(survivors)
+    print(f"{wing}: {caught} of {tried} caught" + (f" ({100 * caught // tried} of 100)" if tried else ""))
+    return survivors
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("wings", nargs="+", choices=sorted(WINGS), metavar="WING", help=", ".join(sorted(WINGS)))
+    parser.add_argument("-n", type=int, default=40, help="mistakes a wing (40)")
+    parser.add_argument("-s", type=int, default=1, help="seed of the sample (1)")
+    parser.add_argument("-j", type=int, default=os.cpu_count() or 2, help="jobs of a build")
+    parser.add_argument("--list", action="store_true", help="only list the sample")
+    arguments = parser.parse_args()
+    if arguments.list:
+        for wing in arguments.wings:
+            pool = candidates(WINGS[wing][0])
+            random.Random(arguments.s).shuffle(pool)
+            for name, number, line, what, _ in pool[:arguments.n]:
+                print(f"{name}:{number + 1}: {what}: {line.strip()}")
+        return 0
+    copy = Copy(arguments.j)
+    survivors = []
+    for wing in arguments.wings:
+        survivors += examine(copy, wing, arguments.n, arguments.s)
+    for name, number, line, what, changed in survivors:
+        print(f"\n{name}:{number + 1}: {what}\n- {line.strip()}\n+ {changed.strip()}")
+    return 1 if survivors else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
