@@ -20,7 +20,7 @@ set(table
     "application|vanto/ Base/ GenApi/"
     "gentl|gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
     "tools|vanto/ Base/ GenApi/ CLProtocol/ tools/"
-    "examples|vanto/ Base/ GenApi/ gentl/")
+    "examples|vanto/ Base/ GenApi/ gentl/ CLProtocol/CLProtocol.h")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")
 
