@@ -48,6 +48,13 @@ TEST(TextRegister, Utf16IsBigEndian) {
               "H_\xC3\xA4\xF0\x9F\x93\xB7");
 }
 
+TEST(TextRegister, SignsAtTheEndsOfEachLengthAreWrittenInIt) {
+    EXPECT_EQ(DecodeToken(B("\0\x7E\0\xA0\x07\xFF\x08\0\xFF\xFF"sv), TextEncoding::Utf16),
+              "\x7E\xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
+    EXPECT_EQ(DecodeToken(B("\xD8\0\xDC\0\xDB\xFF\xDF\xFF"sv), TextEncoding::Utf16),
+              "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
+}
+
 TEST(TextRegister, HalfASurrogatePairIsReplaced) {
     EXPECT_EQ(DecodeToken(B("\xD8\x3D\0x"sv), TextEncoding::Utf16), "_x");
     EXPECT_EQ(DecodeToken(B("\xDC\xF7\0x"sv), TextEncoding::Utf16), "_x");

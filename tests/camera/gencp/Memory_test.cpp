@@ -44,6 +44,11 @@ TEST(StackedWrites, ComeBackAsTheyWere) {
     EXPECT_EQ(DecodeStackedWrites(EncodeStackedWrites(writes)), writes);
 }
 
+TEST(StackedWrites, MayEndInOneWithoutData) {
+    const std::vector<MemoryWrite> writes{{0x10, {1, 2}}, {0x20, {}}};
+    EXPECT_EQ(DecodeStackedWrites(EncodeStackedWrites(writes)), writes);
+}
+
 TEST(StackedWrites, WithALengthBehindTheEndAreRefused) {
     Bytes scd = EncodeStackedWrites(std::vector<MemoryWrite>{{0x10, {1, 2, 3}}});
     EXPECT_FALSE(DecodeStackedWrites(ByteView(scd).first(14)));

@@ -93,6 +93,17 @@ TEST(StreamParser, CountsADamagedPacketAndGoesOn) {
     EXPECT_EQ(parser.DamagedPackets(), 1u);
 }
 
+TEST(StreamParser, KeepsNothingOfADamagedPacketThatCouldBeginNone) {
+    StreamParser parser;
+    Bytes bytes = BuildAcknowledge(AcknowledgeOf(kWriteMem), kStatusSuccess, 0x5555, {});
+    bytes[kScdChecksumOffset] ^= 0x20;
+    parser.Append(bytes);
+    EXPECT_FALSE(parser.Next());
+    EXPECT_EQ(parser.DamagedPackets(), 1u);
+    EXPECT_FALSE(parser.IsInsidePacket());
+    EXPECT_EQ(parser.BytesNeeded(), kHeaderSize);
+}
+
 TEST(StreamParser, FindsAGoodPacketInsideTheLengthOfACutOne) {
     StreamParser parser;
     Bytes bytes = Ack(1, 200);
