@@ -44,14 +44,12 @@ bool WriteNewFile(const std::string& path, std::string_view content) {
  * \return Names without the folder, sorted; empty when the folder can't be read
  */
 std::vector<std::string> ListFiles(const std::string& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    std::filesystem::directory_iterator entry(ToFilePath(folder), error);
-    for (const std::filesystem::directory_iterator end; !error && entry != end; entry.increment(error)) {
+    std::error_code unreadable;
+    std::vector<std::string> names = ListFolder(folder, unreadable);
+    std::erase_if(names, [&](const std::string& name) {
         std::error_code unknown;
-        if (entry->is_regular_file(unknown) && !unknown)
-            names.push_back(ToText(entry->path().filename()));
-    }
+        return !std::filesystem::is_regular_file(ToFilePath(folder) / ToFilePath(name), unknown);
+    });
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -5,6 +5,7 @@
 
 #include "os/File.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -45,6 +46,31 @@ FileStatus GetFileStatus(const std::string& path) noexcept {
 /// Whether the file or folder exists and may be read.
 bool IsAccessible(const std::string& path) noexcept {
     return ::access(path.c_str(), R_OK) == 0;
+}
+
+/**
+ * \brief What lies in a folder
+ * \param[out] error Why the folder can't be read, or not to its end
+ *
+ * The iterators of the standard library end the process where there is no memory for a name.
+ *
+ * \return Names without the folder, in no order, but "." and ".."
+ */
+std::vector<std::string> ListFolder(const std::string& folder, std::error_code& error) {
+    struct Closer {
+        void operator()(DIR* opened) const noexcept { ::closedir(opened); }
+    };
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, Closer> opened(::opendir(folder.c_str()));
+    errno = opened ? 0 : errno;
+    while (const dirent* const entry = opened ? ::readdir(opened.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            names.emplace_back(name);
+        errno = 0;
+    }
+    error = std::error_code(errno, std::generic_category());
+    return names;
 }
 
 /**

@@ -33,6 +33,36 @@ bool IsAccessible(const std::string& path) noexcept {
 }
 
 /**
+ * \brief What lies in a folder
+ * \param[out] error Why the folder can't be read, or not to its end
+ *
+ * The iterators of the standard library end the process where there is no memory for a name.
+ *
+ * \return Names without the folder, in no order, but "." and ".."
+ */
+std::vector<std::string> ListFolder(const std::string& folder, std::error_code& error) {
+    struct Closer {
+        using pointer = HANDLE;
+        void operator()(HANDLE search) const noexcept { ::FindClose(search); }
+    };
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA entry;
+    const HANDLE first = ::FindFirstFileA((folder + "\\*").c_str(), &entry);
+    if (first != INVALID_HANDLE_VALUE) {
+        const std::unique_ptr<void, Closer> search(first);
+        do {
+            const std::string_view name = entry.cFileName;
+            if (name != "." && name != "..")
+                names.emplace_back(name);
+        } while (::FindNextFileA(first, &entry) != 0);
+    }
+    const DWORD reason = ::GetLastError();
+    error = reason == ERROR_NO_MORE_FILES ? std::error_code()
+                                          : std::error_code(static_cast<int>(reason), std::system_category());
+    return names;
+}
+
+/**
  * \brief Open a file for reading
  * \param[in] path Path of the file
  * \return Null when it can't be opened, or is a folder, a pipe or a device

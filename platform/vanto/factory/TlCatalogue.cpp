@@ -13,6 +13,7 @@
 #include "Base/GCException.h"
 #include "factory/ExceptionText.h"
 #include "factory/FactoryLog.h"
+#include "os/File.h"
 #include "os/Path.h"
 
 namespace Vanto {
@@ -27,11 +28,10 @@ constexpr const char* kLibraryExtension = ".so";
 
 std::vector<std::string> FindLibraries(const std::string& folder, std::error_code& error) {
     std::vector<std::string> paths;
-    std::filesystem::directory_iterator entry(os::ToFilePath(folder), error);
-    while (!error && entry != std::filesystem::directory_iterator()) {
-        if (os::FoldedFileName(os::ToText(entry->path().extension())) == kLibraryExtension)
-            paths.push_back(os::ToText(entry->path()));
-        entry.increment(error);
+    for (const std::string& name : os::ListFolder(folder, error)) {
+        const std::filesystem::path file = os::ToFilePath(name);
+        if (os::FoldedFileName(os::ToText(file.extension())) == kLibraryExtension)
+            paths.push_back(os::ToText(os::ToFilePath(folder) / file));
     }
     std::sort(paths.begin(), paths.end());
     return paths;

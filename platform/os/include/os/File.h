@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace os {
@@ -32,6 +33,7 @@ using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 FileStatus GetFileStatus(const std::string& path) noexcept;
 bool IsAccessible(const std::string& path) noexcept;
 
+std::vector<std::string> ListFolder(const std::string& folder, std::error_code& error);
 std::vector<std::string> ListFiles(const std::string& folder);
 OpenFile OpenPlainFile(const std::string& path) noexcept;
 OpenFile OpenNewFile(const std::string& path) noexcept;
