@@ -35,6 +35,9 @@ bool CNode::Usable() {
                 Bind();
             } catch (const GenICam::GenericException& exception) {
                 Break(exception.GetDescription());
+            } catch (...) {
+                Clear(kBound);  // there was no memory: the next attempt begins anew
+                throw;
             }
         }
     }
