@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 . packaging/steps.sh
 
 ci_stages=(format layers docs release install fuzz)
-all_stages=("${ci_stages[@]}" clang asan tsan)
+all_stages=("${ci_stages[@]}" clang asan tsan lockorder)
 
 usage() {
     cat <<END
@@ -21,6 +21,7 @@ Installs the Debian packages that are missing, then runs the stages that are nam
   clang     build with clang++, warnings are errors
   asan      build with address and undefined-behaviour sanitizers and run the tests
   tsan      build with the thread sanitizer and run the tests
+  lockorder build with names of locks, run the tests, and fail where threads can wait for each other in a circle
   install   install into a folder, move it, and list simulated cameras from there
   fuzz      each fuzzing target for ${FUZZ_SECONDS:-30} seconds (FUZZ_SECONDS)
 --quick runs format, layers, docs and release; --full runs all of them, which takes over an hour on two cores where the
@@ -78,6 +79,12 @@ stage_release() { build release && run_tests release; }
 stage_clang() { build clang; }
 stage_asan() { build asan && run_tests asan; }
 stage_tsan() { build tsan && run_tests tsan; }
+stage_lockorder() {
+    local records=build/lockorder/lock-order
+    rm -rf "$records" && mkdir -p "$records"
+    build lockorder && run_tests lockorder &&
+        build/lockorder/bin/lock-order "$records" tests/support/lockorder/known.txt
+}
 stage_install() { build release && packaging/check-install.sh build/release; }
 stage_fuzz() {
     build clang fuzz -DVANTO_FUZZ_SECONDS="${FUZZ_SECONDS:-30}" && run_tests clang -L fuzz

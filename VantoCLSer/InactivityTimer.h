@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "os/CriticalSection.h"
+#include "os/LockName.h"
 #include "os/Timer.h"
 
 namespace Vanto {
@@ -45,6 +46,7 @@ private:
 
     const QueueFactory m_createQueue;
     std::mutex m_change;  // one restart or stop at a time; never taken by the callback
+    [[no_unique_address]] const os::LockName m_changeName{&m_change, "timer's change"};
     // Guards the members below; never held while the callback runs.
     os::CriticalSection m_criticalSection{kSpinCount};
     std::unique_ptr<os::TimerQueue> m_queue;

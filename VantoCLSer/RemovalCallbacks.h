@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "GenApi/Synch.h"
+#include "os/LockName.h"
 #include "vanto/DeviceRemovalCallback.h"
 
 namespace Vanto {
@@ -30,6 +31,7 @@ private:
     };
 
     GenApi::CLock m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "removal callbacks"};
     IVantoDevice* m_device = nullptr;  // null while there is nobody to tell
     std::uint64_t m_opening = 0;
     std::vector<Entry> m_entries;

@@ -238,11 +238,13 @@ void CVantoCLSerDevice::RestoreBaudRate() noexcept {
 
 void CVantoCLSerDevice::CreateNodeMapFromFile(const gcstring& path, const gcstring_vector& injected) {
     LoadFromFile(*this, path, injected);
+    m_cameraName.Set(&_GetLock(), "camera's map");
     _Connect(&m_port);
 }
 
 void CVantoCLSerDevice::CreateNodeMapFromString(const gcstring& xml, const gcstring_vector& injected) {
     LoadFromString(*this, xml, injected);
+    m_cameraName.Set(&_GetLock(), "camera's map");
     _Connect(&m_port);
 }
 
@@ -270,6 +272,7 @@ bool CVantoCLSerDevice::LoadTLNodeMap() {
     if (m_tlParams._GetNodeMap() != nullptr)
         return false;
     m_tlParams._LoadXMLFromString(kTransportLayerDescription);
+    m_tlParamsName.Set(&m_tlParams._GetLock(), "TL map");
     return true;
 }
 

@@ -13,6 +13,7 @@
 #include "GenApi/GenApi.h"
 #include "VantoCLSer/RemovalCallbacks.h"
 #include "VantoCLSer/VantoCLSerPort.h"
+#include "os/LockName.h"
 #include "vanto/VantoCLSerDeviceInfo.h"
 #include "vanto/internal/VantoDevicePrivateImpl.h"
 
@@ -79,6 +80,8 @@ private:
     CVantoCLSerDeviceInfo m_info;
     AccessModeSet m_accessModes;
     GenApi::CNodeMapRef m_tlParams;
+    [[no_unique_address]] os::LockName m_tlParamsName;
+    [[no_unique_address]] os::LockName m_cameraName;
     CVantoCLSerPort& m_port;
     std::unique_ptr<CVantoCLSerStreamGrabber> m_streamGrabber;
     CRemovalCallbacks m_removalCallbacks;
@@ -88,8 +91,10 @@ private:
     std::int32_t m_channelCount = -1;  // not known yet
     std::int64_t m_oldBaudRate = 0;    // an entry's value; 0 is nothing to restore
 
-    std::mutex m_tlParamsLock;       // guards the loading of m_tlParams, and m_autoCloseCallback
+    std::mutex m_tlParamsLock;  // guards the loading of m_tlParams, and m_autoCloseCallback
+    [[no_unique_address]] const os::LockName m_tlParamsLockName{&m_tlParamsLock, "TL map's making"};
     std::mutex m_streamGrabberLock;  // guards m_streamGrabber, m_channelCount and m_streamGrabberMaker
+    [[no_unique_address]] const os::LockName m_streamGrabberLockName{&m_streamGrabberLock, "stream grabber's making"};
     std::condition_variable m_streamGrabberMade;
     std::thread::id m_streamGrabberMaker;       // nobody's unless the stream grabber is being made
     std::shared_ptr<CVantoCLSerDevice> m_self;  // what keeps the device alive until DestroySelf

@@ -13,6 +13,7 @@
 #include "GenApi/IPort.h"
 #include "VantoCLSer/InactivityTimer.h"
 #include "VantoCLSer/base/LibraryLoader.h"
+#include "os/LockName.h"
 #include "vanto/VantoTypes.h"
 
 namespace GenApi {
@@ -106,10 +107,12 @@ private:
 
     const GenApi::EAccessMode m_accessMode = GenApi::RW;
     mutable boost::recursive_timed_mutex m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "port"};
     CLPortPtr m_clPort;  // null while the connection is closed
     std::atomic<bool> m_connected{
         false};                      // whether it is not null but for a probe, for those who can't wait for m_lock
     mutable std::mutex m_ownerLock;  // guards the following, never held while the owner is used
+    [[no_unique_address]] const os::LockName m_ownerLockName{&m_ownerLock, "port's owner"};
     Use m_use;
     bool m_removalClaimed = false;  // somebody fires, or has fired, the removal of m_use
     std::unique_ptr<CLibraryLoader> m_driverLibrary;

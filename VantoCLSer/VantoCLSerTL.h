@@ -10,6 +10,7 @@
 
 #include "VantoCLSer/VantoCLSerPort.h"
 #include "VantoCLSer/configuration/PortConfiguration.h"
+#include "os/LockName.h"
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
 namespace Vanto {
@@ -45,6 +46,7 @@ private:
 
     // Guards the members below. Recursive, and released while the configuration file is read.
     mutable std::recursive_mutex m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "transport layer"};
     std::map<gcstring, std::unique_ptr<CVantoCLSerPort>> m_ports;
     Entries m_entries = std::make_shared<PortConfigurationList>();
     gcstring m_configurationPath;

@@ -9,6 +9,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "VantoCLSer/base/Log.h"
+#include "os/LockName.h"
 
 namespace Vanto {
 
@@ -18,6 +19,7 @@ constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
 
 // The XML library counts its users without a lock of its own.
 std::mutex g_xercesLock;
+[[maybe_unused]] const os::LockName g_xercesLockName(&g_xercesLock, "XML library");
 
 // For messages of a library that could not be initialised, and so can't convert them.
 std::string PlainText(const XMLCh* message) {

@@ -7,6 +7,7 @@
 
 #include "VantoCLSer/VantoCLSerTL.h"
 #include "VantoCLSer/VantoCLSerTLInfo.h"
+#include "os/LockName.h"
 #include "vanto/TlFactory.h"
 #include "vanto/VantoCLSerDeviceInfo.h"
 
@@ -16,6 +17,7 @@ namespace {
 
 // The transport layer that Create returned last and that was not passed to Destroy.
 std::mutex g_singletonLock;
+[[maybe_unused]] const os::LockName g_singletonLockName(&g_singletonLock, "singleton");
 CVantoCLSerTl* g_singleton = nullptr;
 
 }  // namespace

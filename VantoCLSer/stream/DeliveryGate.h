@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <mutex>
 #include <thread>
+#include "os/LockName.h"
 
 namespace Vanto {
 
@@ -54,6 +55,7 @@ private:
 
     const std::chrono::milliseconds m_reminderTime;
     std::mutex m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "gate"};
     std::condition_variable m_changed;
     Pass* m_passes = nullptr;
     std::uint64_t m_moment = 0;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "GenApi/GenApi.h"
+#include "os/LockName.h"
 #include "vanto/FgPlugin.h"
 
 namespace Vanto {
@@ -78,6 +79,7 @@ private:
     std::atomic<bool> m_isClosed{false};
 
     mutable std::mutex m_lock;  // guards the following; no function runs and no other lock is waited for with it
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "callback table"};
     std::condition_variable m_callEnded;
     std::vector<Entry> m_entries;
     Walk* m_walks = nullptr;  // of the functions that run

@@ -11,6 +11,7 @@
 
 #include "GenApi/GenApi.h"
 #include "VantoCLSer/stream/GrabberNodes.h"
+#include "os/LockName.h"
 #include "vanto/GrabResult.h"
 
 namespace Vanto {
@@ -59,6 +60,7 @@ private:
     std::atomic<bool> m_isFollowing{false};
 
     mutable std::mutex m_lock;  // a leaf: nothing is called with it
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "result data"};
     Kept m_kept;
 };
 

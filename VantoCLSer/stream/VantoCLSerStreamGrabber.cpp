@@ -102,6 +102,7 @@ void CVantoCLSerStreamGrabber::Initialize() {
 void CVantoCLSerStreamGrabber::LoadDescription() {
     try {
         _LoadXMLFromString(kStreamGrabberDescription);
+        m_mapName.Set(&_GetLock(), "stream's map");
         _Connect(this);
     } catch (const std::exception& error) {
         LogTrace(StreamLog(), tracelog::kError, "Error parsing stream grabber XML (%s)", error.what());

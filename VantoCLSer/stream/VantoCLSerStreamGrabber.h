@@ -15,6 +15,7 @@
 #include "VantoCLSer/stream/NodeCallbackTable.h"
 #include "VantoCLSer/stream/ResultData.h"
 #include "VantoCLSer/stream/StreamBuffers.h"
+#include "os/LockName.h"
 #include "vanto/FgPlugin.h"
 #include "vanto/StreamGrabber.h"
 
@@ -100,6 +101,8 @@ private:
     AlertableWaitObject m_waitObject{true, false};
 
     mutable boost::recursive_mutex m_lock;  // the grabber lock; guards the following
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "grabber"};
+    [[no_unique_address]] os::LockName m_mapName;
     CGrabState m_state;
     CStreamBuffers m_buffers;
 

@@ -13,6 +13,7 @@
 
 #include "GenApi/GenApi.h"
 #include "os/Environment.h"
+#include "os/LockName.h"
 #include "vanto/ConfigFileRegistry.h"
 #include "vanto/Device.h"
 #include "vanto/TlFactory.h"
@@ -219,6 +220,7 @@ private:
     struct DeviceRegistry {
         std::set<IVantoDevice*> devices;
         GenApi::CLock lock;
+        [[no_unique_address]] const os::LockName lockName{&lock, "registry"};
     };
 
     static tracelog::CategoryId FrameLog() {

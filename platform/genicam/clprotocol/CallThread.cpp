@@ -18,12 +18,15 @@
 #include "ForeignCall.h"
 #include "ModuleLifetime.h"
 #include "clser/ClSerial.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr char kWorkName[] = "driver call";
 
 std::atomic<std::size_t> g_stuckThreads{0};
 
@@ -93,6 +96,7 @@ void CallThread::Work(const std::shared_ptr<State>& state) {
         lock.unlock();
         std::exception_ptr error;
         try {
+            const os::AwaitedWork work(kWorkName);
             job();
         } catch (...) {
             error = std::current_exception();
@@ -124,6 +128,7 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
         ThrowStuck();
     }
     const auto patience = Milliseconds(GetPatience().callMs) + silence;
+    os::AwaitWork(kWorkName);
     std::unique_lock lock(m_state->mutex);
     m_state->job = std::move(job);
     m_state->hasJob = true;

@@ -11,11 +11,15 @@
 #include <mutex>
 #include <thread>
 
+#include "os/LockName.h"
+
 namespace os {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr char kWorkName[] = "timer's callback";
 
 struct OneShot {
     Clock::time_point due;
@@ -36,6 +40,8 @@ public:
     }
 
     bool RemoveAndWait(TimerQueue::TimerId id, bool onTimerThread) {
+        if (!onTimerThread)
+            AwaitWork(kWorkName);
         std::unique_lock lock(m_mutex);
         if (!m_timers.contains(id) || (m_running == id && onTimerThread))
             return false;
@@ -80,7 +86,10 @@ private:
         m_running = id;
         const OneShot copy = timer;
         lock.unlock();
-        copy.callback(copy.parameter);
+        {
+            const AwaitedWork work(kWorkName);
+            copy.callback(copy.parameter);
+        }
         lock.lock();
         m_running = 0;
         m_changed.notify_all();
