@@ -18,7 +18,25 @@ struct Edge {
     std::uint32_t from = kNoNode;
     std::uint32_t to = kNoNode;
     EInvalidate extent = EInvalidate::Derived;
+    bool rules = true;
 };
+
+// Elements through which the value of another node only gets into the value: who can be accessed, and within which
+// limits, does not depend on it.
+bool IsValueOnly(ETag tag) {
+    switch (tag) {
+        case ETag::pValue:
+        case ETag::pValueCopy:
+        case ETag::pValueIndexed:
+        case ETag::pValueDefault:
+        case ETag::pAddress:
+        case ETag::AttributePOffset:
+        case ETag::pCommandValue:
+            return true;
+        default:
+            return false;
+    }
+}
 
 // What one element of a node says about dependencies.
 Edge EdgeOf(const CNode& owner, const Property& property) {
@@ -38,7 +56,9 @@ Edge EdgeOf(const CNode& owner, const Property& property) {
         default:
             break;
     }
-    return IsRequiredReference(property.tag) ? Edge{property.node, self, EInvalidate::Derived} : Edge{};
+    return IsRequiredReference(property.tag)
+               ? Edge{property.node, self, EInvalidate::Derived, !IsValueOnly(property.tag)}
+               : Edge{};
 }
 
 template <class Use>
@@ -87,7 +107,7 @@ void DependencyGraph::Build(CNodeMap& map) {
         m_first[i] += m_first[i - 1];
     m_dependents.resize(m_first.back());
     std::vector<std::uint32_t> next(m_first.begin(), m_first.end() - 1);
-    ForEachEdge(map, [&](const Edge& edge) { m_dependents[next[edge.from]++] = {edge.to, edge.extent}; });
+    ForEachEdge(map, [&](const Edge& edge) { m_dependents[next[edge.from]++] = {edge.to, edge.extent, edge.rules}; });
     m_stamps.assign(count, 0);
     m_round = 0;
     m_built = true;
@@ -124,16 +144,22 @@ std::span<const Referrer> DependencyGraph::ReferrersOf(CNodeMap& map, std::uint3
 void DependencyGraph::Spread(CNodeMap& map, std::vector<Invalidation>& changes, std::vector<std::uint32_t>& announced) {
     if (!m_built)
         Build(map);
-    if (++m_round >= (1U << 30)) {
+    // A selector is often written again before anything was read.
+    if (m_isClean && changes == m_lastChanges)
+        return changes.clear();
+    if (++m_round >= (1U << 29)) {
         m_stamps.assign(m_stamps.size(), 0);
         m_round = 1;
     }
     m_work.clear();
-    for (const Invalidation& change : changes)
-        Push(change.node, change.extent);
+    m_lastChanges.swap(changes);
     changes.clear();
+    for (const Invalidation& change : m_lastChanges)
+        Push(change);
+    const std::size_t before = announced.size();
     for (std::size_t next = 0; next < m_work.size(); ++next)
         Visit(map, m_work[next], announced);
+    m_isClean = announced.size() == before;
 }
 
 std::vector<std::uint32_t> DependencyGraph::AffectedBy(CNodeMap& map, CNode& node) {
@@ -168,33 +194,53 @@ std::vector<std::uint32_t> DependencyGraph::AffectedBy(CNodeMap& map, CNode& nod
     return affected;
 }
 
-void DependencyGraph::Push(std::uint32_t node, EInvalidate extent) {
-    const std::uint32_t stamp = m_stamps[node];
-    if ((stamp >> 2) == m_round && (stamp & 3U) >= static_cast<std::uint32_t>(extent))
-        return;
-    m_work.push_back({node, extent});
+namespace {
+
+// What a visit did, in the stamp's lower bits; the round of it lies above.
+constexpr std::uint32_t kRules = 1U << 2;
+constexpr unsigned kStampBits = 3;
+
+std::uint32_t WorkOf(const Invalidation& change) noexcept {
+    return static_cast<std::uint32_t>(change.extent) | (change.rules ? kRules : 0U);
+}
+
+// True when a visit that did \a done did all of \a wanted.
+bool Includes(std::uint32_t done, std::uint32_t wanted) noexcept {
+    return (done & 3U) >= (wanted & 3U) && (done & kRules) >= (wanted & kRules);
+}
+
+}  // namespace
+
+void DependencyGraph::Push(const Invalidation& change) {
+    const std::uint32_t stamp = m_stamps[change.node];
+    if ((stamp >> kStampBits) != m_round || !Includes(stamp, WorkOf(change)))
+        m_work.push_back(change);
 }
 
 void DependencyGraph::Visit(CNodeMap& map, Invalidation change, std::vector<std::uint32_t>& announced) {
     std::uint32_t& stamp = m_stamps[change.node];
-    const bool isFirst = (stamp >> 2) != m_round;
-    if (!isFirst && (stamp & 3U) >= static_cast<std::uint32_t>(change.extent))
+    const bool isFirst = (stamp >> kStampBits) != m_round;
+    const std::uint32_t done = isFirst ? 0U : stamp & 7U;
+    if (!isFirst && Includes(done, WorkOf(change)))
         return;
-    stamp = (m_round << 2) | static_cast<std::uint32_t>(change.extent);
+    const std::uint32_t extent = std::max(done & 3U, static_cast<std::uint32_t>(change.extent));
+    stamp = (m_round << kStampBits) | extent | (done & kRules) | (change.rules ? kRules : 0U);
     CNode& node = *map.NodeAt(change.node);
     if (change.extent != EInvalidate::Derived)
         DropContent(map, change);
-    if (!isFirst && node.Kind() != ENodeKind::StructReg)
+    const bool isStructure = node.Kind() == ENodeKind::StructReg;
+    const bool hasNewRules = change.rules && (done & kRules) == 0;
+    if (!isFirst && !isStructure && !hasNewRules)
         return;
-    node.Clear(kCached);
+    node.Clear(change.rules ? kCached : kValueCached);
     if (RegisterCore* core = node.Register())
         core->ForgetAddress();
-    if (node.Has(kHasCallback))
+    if (node.Has(kHasCallback) && isFirst)
         announced.push_back(change.node);
     // What happens to a structure happens to its entries.
-    const bool isStructure = node.Kind() == ENodeKind::StructReg;
     for (const Invalidation& dependent : DependentsOf(map, change.node))
-        Push(dependent.node, isStructure ? std::max(change.extent, dependent.extent) : dependent.extent);
+        Push({dependent.node, isStructure ? std::max(change.extent, dependent.extent) : dependent.extent,
+              change.rules || dependent.rules});
 }
 
 // A feature's value lies in registers below it: those must be asked again.
@@ -207,12 +253,12 @@ void DependencyGraph::DropContent(CNodeMap& map, Invalidation change) {
         const bool isShared = block != nullptr && block->valid;
         core->DropContent();
         for (RegisterCore* user = isShared ? block->users : nullptr; user != nullptr; user = user->NextUser())
-            Push(user->Owner().Index(), EInvalidate::Derived);
+            Push({user->Owner().Index(), EInvalidate::Derived, false});
         return;
     }
     for (const Property& property : node.Properties()) {
         if (IsValueSource(property.tag) && property.node != kNoNode)
-            Push(property.node, change.extent);
+            Push({property.node, change.extent});
     }
 }
 

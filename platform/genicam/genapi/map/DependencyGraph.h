@@ -25,6 +25,9 @@ enum class EInvalidate : std::uint8_t {
 struct Invalidation {
     std::uint32_t node;
     EInvalidate extent;
+    bool rules = true;  ///< access mode and limits may be others, too, and not the value alone
+
+    friend bool operator==(const Invalidation&, const Invalidation&) = default;
 };
 
 /// A node that refers to another one, and the element that does.
@@ -46,12 +49,14 @@ public:
     /// The nodes with callbacks that a write to a node may change: those that it writes to, those that share bytes with
     /// them, and all that depend on them. Caches stay as they are.
     std::vector<std::uint32_t> AffectedBy(CNodeMap& map, CNode& node);
+    /// Says that something is known now that a change may have to drop: a value, an address, bytes; or a new callback.
+    void Learned() noexcept { m_isClean = false; }
 
 private:
     void Build(CNodeMap& map);
     void Visit(CNodeMap& map, Invalidation change, std::vector<std::uint32_t>& announced);
     void DropContent(CNodeMap& map, Invalidation change);
-    void Push(std::uint32_t node, EInvalidate extent);
+    void Push(const Invalidation& change);
 
     bool m_built = false;
     std::vector<std::uint32_t> m_first;  // of the dependents of each node, and one past the end
@@ -59,6 +64,8 @@ private:
     std::vector<std::uint32_t> m_stamps;  // round of the last visit and how much it invalidated
     std::uint32_t m_round = 0;
     std::vector<Invalidation> m_work;
+    std::vector<Invalidation> m_lastChanges;
+    bool m_isClean = false;                      // all that the last changes reach is dropped, and nobody is to be told
     std::vector<std::uint32_t> m_firstReferrer;  // as m_first; found when they are first asked for
     std::vector<Referrer> m_referrers;
 };

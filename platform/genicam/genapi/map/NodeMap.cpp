@@ -344,12 +344,14 @@ void CNodeMap::Dropped(CNode& node) {
 
 void CNodeMap::BlockChanged(RegisterBlock& block) {
     ForgetMemories();
-    for (RegisterCore* user = block.users; user != nullptr; user = user->NextUser())
-        Changed(user->Owner());
+    const auto usersChanged = [this](const RegisterBlock& changed) {
+        for (RegisterCore* user = changed.users; user != nullptr; user = user->NextUser())
+            m_changes.push_back({user->Owner().Index(), EInvalidate::Derived, false});
+    };
+    usersChanged(block);
     for (RegisterBlock* other : m_registers.OverlapsOf(block)) {
         other->valid = false;
-        for (RegisterCore* user = other->users; user != nullptr; user = user->NextUser())
-            Changed(user->Owner());
+        usersChanged(*other);
     }
 }
 
@@ -361,7 +363,7 @@ void CNodeMap::Spread() {
 void CNodeMap::SpreadQuietly(RegisterBlock& block) {
     std::vector<Invalidation> changes;
     for (RegisterCore* user = block.users; user != nullptr; user = user->NextUser())
-        changes.push_back({user->Owner().Index(), EInvalidate::Derived});
+        changes.push_back({user->Owner().Index(), EInvalidate::Derived, false});
     std::vector<std::uint32_t> nobody;
     m_graph.Spread(*this, changes, nobody);
 }
@@ -394,6 +396,7 @@ CallbackHandleType CNodeMap::AddCallback(CNode& node, CNodeCallback* callback) {
     const AutoLock lock(m_lock);
     const CallbackHandleType handle = m_callbacks.Add(node.Index(), callback);
     node.Set(kHasCallback);
+    m_graph.Learned();
     return handle;
 }
 

@@ -68,8 +68,10 @@ bool CNode::Remembers(EPart part, const Evaluation& evaluation) const noexcept {
 void CNode::MarkKnown(EPart part, const Evaluation& evaluation) noexcept {
     const std::uint32_t flag = CacheFlag(part, m_number, m_map->ChecksCaches());
     Clear(flag);
-    if (evaluation.cacheable)
+    if (evaluation.cacheable) {
         Set(flag);
+        m_map->Dependencies().Learned();
+    }
     if (Has(flag & ~(kIntegerChecked | kFloatChecked)) && !evaluation.ignoreCache)
         return;
     AccessMemory& memory = m_map->Memories();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "Base/GCException.h"
@@ -150,6 +151,7 @@ void RegisterCore::AttachConstant() {
         RegisterCache& cache = m_owner.Map().Registers();
         cache.Attach(cache.Get(*m_port, m_address, m_length), *this);
         m_isResolved = true;
+        m_owner.Map().Dependencies().Learned();
     }
 }
 
@@ -180,6 +182,7 @@ RegisterBlock& RegisterCore::Resolve(Evaluation& evaluation) {
         m_dropsUnlessMoved = false;
     }
     m_isResolved = parts.cacheable;
+    m_owner.Map().Dependencies().Learned();
     return Settle(*m_block);
 }
 
@@ -255,6 +258,7 @@ std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluati
     block.Prepare();
     std::memcpy(block.Data(), buffer.Data(), buffer.Size());
     block.valid = block.hasData = true;
+    m_owner.Map().Dependencies().Learned();
     block.round = m_owner.Map().Registers().Round();
     return {block.Data(), buffer.Size()};
 }
@@ -282,7 +286,9 @@ void RegisterCore::Write(std::span<const std::uint8_t> bytes, Evaluation& evalua
         std::memcpy(block.Data(), bytes.data(), bytes.size());
     block.hasData = true;
     // Behind the address of a write-only register there may be another one to read.
-    block.valid = m_caching == WriteThrough && m_access == RW;
+    const bool wasValid = std::exchange(block.valid, m_caching == WriteThrough && m_access == RW);
+    if (block.valid && !wasValid)
+        map.Dependencies().Learned();
     block.round = map.Registers().Round();
     map.BlockChanged(block);
 }
