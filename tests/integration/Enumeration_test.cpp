@@ -66,6 +66,24 @@ TEST_F(EnumeratesCameras, WithCompleteRecords) {
     EXPECT_EQ(value, "Baud115200");
 }
 
+TEST_F(EnumeratesCameras, WithSerialNumbersThatAreNoNames) {
+    auto camera = Camera("21-0042/A (b) %23");
+    camera.firmware = "2.1 beta/3";
+    Add("cam0", camera);
+    const DeviceInfoList list = Enumerate();
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].GetSerialNumber(), camera.serial);
+    gcstring value;
+    EXPECT_TRUE(list[0].GetPropertyValue("DeviceID", value));
+    EXPECT_THAT(value.str(), testing::EndsWith("#Marlow#Heron#H2048#2.1 beta/3#21-0042/A (b) %23"));
+    Vanto::IVantoDevice* const device = CTlFactory::GetInstance().CreateDevice(list[0]);
+    device->Open();
+    EXPECT_THAT(SerialNumbers(), ElementsAre(camera.serial)) << "asked of the open device";
+    device->Close();
+    EXPECT_THAT(SerialNumbers(), ElementsAre(camera.serial));
+    CTlFactory::GetInstance().DestroyDevice(device);
+}
+
 TEST_F(EnumeratesCameras, OfEnabledPortsOnly) {
     Add("cam0", Camera("21"));
     simulator.Add("cam1", Camera("22"));
