@@ -30,7 +30,7 @@ set(rooms
     "VantoCLSer/base|"
     "VantoCLSer/configuration|base"
     "VantoCLSer/stream|base"
-    "VantoCLSer/module|"
+    "VantoCLSer/module|base"
     "platform/vanto/log|"
     "platform/vanto/factory|"
     "platform/vanto/bindings|log"

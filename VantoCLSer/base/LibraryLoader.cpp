@@ -5,15 +5,63 @@
 
 #include "VantoCLSer/base/LibraryLoader.h"
 
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
 #include "Base/GCUtilities.h"
+#include "VantoCLSer/base/ModuleHold.h"
 #include "os/Path.h"
 
 namespace Vanto {
 
-/// Waits for a loading that hangs: the plug-in, whose code runs there, may be unloaded next.
+namespace {
+
+std::atomic<std::size_t> g_left{0};
+
+}  // namespace
+
+/// What a loading and who waits for it share: the one may outlive the other.
+struct CLibraryLoader::Loading {
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool isDone = false;
+    bool isLeft = false;  // nobody waits for it any more
+    os::Library library;  // not loaded where that failed
+};
+
+/// A loading that hangs is left alone; nothing can interrupt it. What it loads in the end is unloaded again.
 CLibraryLoader::~CLibraryLoader() {
+    if (!m_loading)
+        return;
+    {
+        const std::lock_guard lock(m_loading->mutex);
+        if (!m_loading->isDone) {
+            m_loading->isLeft = true;
+            ++g_left;
+            KeepModule();
+            m_thread.detach();
+        }
+    }
     if (m_thread.joinable())
         m_thread.join();
+}
+
+// Runs on a thread of its own.
+void CLibraryLoader::Run(const std::shared_ptr<Loading>& loading, const std::string& file) noexcept {
+    os::Library library;
+    try {
+        library = os::Library(file);
+    } catch (const std::exception&) {
+        // It stays not loaded.
+    }
+    const std::lock_guard lock(loading->mutex);
+    g_left -= loading->isLeft ? 1 : 0;
+    loading->library = std::move(library);
+    loading->isDone = true;
+    loading->ended.notify_all();
 }
 
 /**
@@ -29,31 +77,51 @@ bool CLibraryLoader::Load(const gcstring& path) noexcept {
     try {
         gcstring expanded = path;
         GenICam::ReplaceEnvironmentVariables(expanded);
-        if (expanded.size() + 1 >= os::kMaxPath)
+        if (expanded.size() + 1 >= os::kMaxPath || IsStuck())
             return false;
-        if (IsStuck(std::chrono::milliseconds(0)))
-            return false;
-        std::packaged_task<os::Library()> load(
-            [file = os::ToSystemSeparators(expanded.view())] { return os::Library(file); });
-        m_loading = load.get_future();
-        m_thread = std::thread(std::move(load));
-        if (IsStuck(m_patience))
-            return false;
-        m_library = m_loading.get();
-        return true;
+        TakeResult();
+        const auto loading = std::make_shared<Loading>();
+        m_thread = std::thread([loading, file = os::ToSystemSeparators(expanded.view())] { Run(loading, file); });
+        m_loading = loading;
+        return WaitUntilDone() && TakeResult();
     } catch (const std::exception&) {
         return false;
     }
 }
 
-// Whether the last loading, which may be an earlier one, does not end in time.
-bool CLibraryLoader::IsStuck(std::chrono::milliseconds patience) {
-    if (m_thread.joinable()) {
-        if (m_loading.wait_for(patience) != std::future_status::ready)
+// Of a loading that is done; one that was given up before has none that anybody wants.
+bool CLibraryLoader::TakeResult() {
+    const std::shared_ptr<Loading> done = std::exchange(m_loading, nullptr);
+    if (!done)
+        return false;
+    m_thread.join();
+    if (!done->library.IsLoaded())
+        return false;
+    m_library = std::move(done->library);
+    return true;
+}
+
+bool CLibraryLoader::IsStuck() const noexcept {
+    return m_loading && !IsDone(std::chrono::milliseconds(0));
+}
+
+bool CLibraryLoader::IsDone(std::chrono::milliseconds patience) const {
+    std::unique_lock lock(m_loading->mutex);
+    return m_loading->ended.wait_for(lock, patience, [this] { return m_loading->isDone; });
+}
+
+bool CLibraryLoader::WaitUntilDone() const {
+    for (auto left = m_patience.total; left > std::chrono::milliseconds(0); left -= m_patience.reminder) {
+        if (IsDone(std::min(left, m_patience.reminder)))
             return true;
-        m_thread.join();
+        if (m_patience.remind)
+            m_patience.remind();
     }
     return false;
+}
+
+std::size_t CLibraryLoader::CountLeft() noexcept {
+    return g_left;
 }
 
 }  // namespace Vanto

@@ -5,7 +5,10 @@
 #pragma once
 
 #include <chrono>
-#include <future>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
 #include <thread>
 
 #include "os/Library.h"
@@ -17,11 +20,15 @@ namespace Vanto {
 /// time.
 class CLibraryLoader {
 public:
-    /// Time after which a loading that does not end counts as failed. The libraries of a frame grabber may come from a
-    /// slow disk.
-    static constexpr std::chrono::milliseconds kPatience{10000};
+    /// How long a loading is waited for, and how often somebody is reminded of it meanwhile.
+    struct Patience {
+        std::chrono::milliseconds total{10000};
+        std::chrono::milliseconds reminder{10000};
+        std::function<void()> remind;
+    };
 
-    explicit CLibraryLoader(std::chrono::milliseconds patience = kPatience) : m_patience(patience) {}
+    CLibraryLoader() = default;
+    explicit CLibraryLoader(Patience patience) : m_patience(std::move(patience)) {}
     ~CLibraryLoader();
     CLibraryLoader(const CLibraryLoader&) = delete;
     CLibraryLoader& operator=(const CLibraryLoader&) = delete;
@@ -29,15 +36,25 @@ public:
     bool Load(const gcstring& path) noexcept;
     void Unload() noexcept { m_library.Unload(); }
     bool IsLoaded() const noexcept { return m_library.IsLoaded(); }
+    /// Whether a loading that was given up has not ended yet.
+    bool IsStuck() const noexcept;
     const os::Library& GetLibrary() const noexcept { return m_library; }
 
-private:
-    bool IsStuck(std::chrono::milliseconds patience);
+    /// Loadings that nobody waits for any more, in the whole process.
+    static std::size_t CountLeft() noexcept;
 
-    const std::chrono::milliseconds m_patience;
+private:
+    struct Loading;
+
+    static void Run(const std::shared_ptr<Loading>& loading, const std::string& file) noexcept;
+    bool TakeResult();
+    bool IsDone(std::chrono::milliseconds patience) const;
+    bool WaitUntilDone() const;
+
+    const Patience m_patience;
     os::Library m_library;
-    std::thread m_thread;  // loads, and may hang in doing so
-    std::future<os::Library> m_loading;
+    std::thread m_thread;                // loads, and may hang in doing so
+    std::shared_ptr<Loading> m_loading;  // the last one, until its result is taken
 };
 
 }  // namespace Vanto

@@ -7,6 +7,7 @@
 
 #include "VantoCLSer/VantoCLSerTL.h"
 #include "VantoCLSer/VantoCLSerTLInfo.h"
+#include "VantoCLSer/base/ModuleHold.h"
 #include "os/LockName.h"
 #include "vanto/TlFactory.h"
 #include "vanto/VantoCLSerDeviceInfo.h"
@@ -43,6 +44,7 @@ VANTOCLSER_API ITransportLayer* Create(const CTlInfo& info) {
     if (info.GetDeviceClass() != kDeviceClass)
         return nullptr;
     const std::lock_guard lock(g_singletonLock);
+    HoldModule();
     if (g_singleton == nullptr)
         g_singleton = new CVantoCLSerTl;
     return g_singleton;
@@ -58,6 +60,9 @@ VANTOCLSER_API void Destroy(ITransportLayer* tl) {
             g_singleton = nullptr;
     }
     delete dynamic_cast<CVantoCLSerTl*>(tl);
+    const std::lock_guard lock(g_singletonLock);
+    if (g_singleton == nullptr)
+        ReleaseModule();
 }
 
 }  // extern "C"

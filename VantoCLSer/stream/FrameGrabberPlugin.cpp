@@ -6,6 +6,7 @@
 #include "VantoCLSer/stream/FrameGrabberPlugin.h"
 
 #include <algorithm>
+#include <chrono>
 #include <vector>
 
 #include "VantoCLSer/base/Log.h"
@@ -22,6 +23,9 @@ constexpr char kSource[] = "VantoCLSer/VantoCLSerStreamGrabber";
 constexpr char kFamily[] = "Sapera";
 constexpr char kFileName[] = "SaperaFgPlugin";
 constexpr char kFileSuffix[] = "_MD_VC100.dll";
+// A board's driver may load firmware first, from a slow disk.
+constexpr std::chrono::seconds kLoadingTime{300};
+constexpr std::chrono::seconds kReminderTime{10};
 constexpr std::uint32_t kLongestErrorText = 65536;  // bytes; a plug-in's word for a length is not trusted
 
 // Calls into the plug-in. What it throws is replaced by an exception whose code is ours.
@@ -51,6 +55,11 @@ bool Try(const Call& call) noexcept {
 }
 
 }  // namespace
+
+CFrameGrabberPlugin::CFrameGrabberPlugin(const gcstring& parameters)
+    : m_parameters(parameters),
+      m_library({kLoadingTime, kReminderTime,
+                 [] { LogTrace(StreamLog(), tracelog::kWarning, "The FGPlugin DLL is still loading."); }}) {}
 
 /**
  * \brief Refuse parameters that name no plug-in at all
@@ -91,6 +100,10 @@ void CFrameGrabberPlugin::Load() {
 
 void CFrameGrabberPlugin::LoadLibrary(const gcstring& path) {
     if (!m_library.Load(path)) {
+        if (m_library.IsStuck())
+            LogTrace(StreamLog(), tracelog::kError,
+                     "FGPlugin DLL '%s' does not end to load within %u s and is given up.", path,
+                     static_cast<unsigned>(kLoadingTime.count()));
         LogTrace(StreamLog(), tracelog::kWarning, "Could not load FGPlugin DLL");
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not load FrameGrabber plug-in DLL.");
     }

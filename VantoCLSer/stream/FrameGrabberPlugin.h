@@ -13,7 +13,7 @@ namespace Vanto {
 /// none leaves the plug-in, whose code may be unloaded before the exception is. Guarded by its owner.
 class CFrameGrabberPlugin {
 public:
-    explicit CFrameGrabberPlugin(const gcstring& parameters) : m_parameters(parameters) {}
+    explicit CFrameGrabberPlugin(const gcstring& parameters);
 
     void CheckParameters() const;
     void Load();

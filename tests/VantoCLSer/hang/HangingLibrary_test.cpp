@@ -16,6 +16,7 @@ namespace Vanto {
 namespace {
 
 constexpr std::chrono::seconds kLong(60);
+const CLibraryLoader::Patience kImpatience{std::chrono::milliseconds(1), std::chrono::milliseconds(1), {}};
 constexpr char kPortId[] = "Scripted#Port0";
 #ifdef _WIN32
 constexpr char kPortList[] = ";";
@@ -71,7 +72,7 @@ TEST_F(HangingLibrary, KeepsNoPortFromConnecting) {
 }
 
 TEST_F(HangingLibrary, IsTriedAgainOnceItIsReleased) {
-    CLibraryLoader loader(std::chrono::milliseconds(1));
+    CLibraryLoader loader(kImpatience);
     EXPECT_TRUE(Ends([&] { EXPECT_FALSE(loader.Load(scripted::DriverPath())); }));
     EXPECT_TRUE(Ends([&] { EXPECT_FALSE(loader.Load(scripted::DriverPath())); }));
     EXPECT_FALSE(loader.IsLoaded());
@@ -80,6 +81,28 @@ TEST_F(HangingLibrary, IsTriedAgainOnceItIsReleased) {
     while (!loader.Load(scripted::DriverPath()) && std::chrono::steady_clock::now() < end)
         std::this_thread::yield();
     EXPECT_TRUE(loader.IsLoaded());
+}
+
+TEST_F(HangingLibrary, DoesNotHangWhoGivesUpALoading) {
+    auto loader = std::make_unique<CLibraryLoader>(kImpatience);
+    EXPECT_TRUE(Ends([&] { EXPECT_FALSE(loader->Load(scripted::DriverPath())); }));
+    EXPECT_TRUE(loader->IsStuck());
+    EXPECT_EQ(CLibraryLoader::CountLeft(), 0U);
+    EXPECT_TRUE(Ends([&] { loader.reset(); }));
+    EXPECT_EQ(CLibraryLoader::CountLeft(), 1U);
+    m_hanging.Release();
+    while (CLibraryLoader::CountLeft() != 0)
+        std::this_thread::yield();
+}
+
+TEST_F(HangingLibrary, IsRemindedOfWhileAnotherOneLoads) {
+    int reminders = 0;
+    CLibraryLoader loader({kLong, std::chrono::milliseconds(1), [&] {
+                               if (++reminders == 3)
+                                   m_hanging.Release();
+                           }});
+    EXPECT_TRUE(Ends([&] { EXPECT_TRUE(loader.Load(scripted::DriverPath())); }));
+    EXPECT_GE(reminders, 3);
 }
 
 }  // namespace
