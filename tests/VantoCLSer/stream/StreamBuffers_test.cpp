@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "AllocationCount.h"
 #include "StreamTest.h"
 
 namespace {
@@ -14,6 +15,43 @@ namespace {
 using namespace stream_test;
 using namespace Vanto;
 using GenICam::RuntimeException;
+
+// A delivery never allocates, whatever is queued and delivered beside it.
+TEST(StreamBuffers, HaveRoomForAFrameThatIsUnderWayWhileAnotherBufferIsQueued) {
+    CStreamBuffers buffers;
+    std::uint8_t memory[2] = {};
+    const StreamBufferHandle first = buffers.Register(&memory[0], 1).result.handle;
+    const StreamBufferHandle second = buffers.Register(&memory[1], 1).result.handle;
+    buffers.Queue(first);
+    EXPECT_EQ(buffers.TakeEmpty(), first);
+    buffers.Queue(second);
+    EXPECT_EQ(buffers.TakeEmpty(), second);
+    const std::size_t before = AllocationsOfThisThread();
+    buffers.PutFilled(second);
+    buffers.PutFilled(first);
+    EXPECT_EQ(AllocationsOfThisThread(), before);
+    EXPECT_EQ(buffers.TakeFilled(), second);
+    EXPECT_EQ(buffers.TakeFilled(), first);
+}
+
+TEST(StreamBuffers, CountNoFrameThatIsNotUnderWayAnyMore) {
+    CStreamBuffers buffers;
+    std::uint8_t memory = 0;
+    const StreamBufferHandle handle = buffers.Register(&memory, 1).result.handle;
+    std::size_t before = 0;
+    for (int frame = 0; frame < 1000; ++frame) {
+        if (frame == 10)
+            before = AllocationsOfThisThread();
+        buffers.Queue(handle);
+        buffers.TakeEmpty();
+        buffers.ForgetTaken();
+        buffers.Queue(handle);
+        buffers.TakeEmpty();
+        buffers.PutFilled(handle);
+        buffers.TakeFilled();
+    }
+    EXPECT_EQ(AllocationsOfThisThread(), before);
+}
 
 class StreamBuffersTest : public StreamTest {
 protected:
