@@ -29,6 +29,7 @@ using namespace Vanto;
 using Clock = std::chrono::steady_clock;
 
 constexpr double kLeastBandwidth = 0.95;
+constexpr double kLeastTogether = 0.9;
 constexpr double kMostLockPairs = 60;
 constexpr double kMostLatency = 2;
 
@@ -183,6 +184,83 @@ BENCHMARK(BandwidthOfPitchedFrames)
     ->Args({4096, 2048})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
+
+/// One of several stream grabbers of a camera, whose thread copies a frame and delivers one in turns.
+class Neighbour {
+public:
+    Neighbour(CVantoCLSerDevice* device, PlainPlugin& plugin, std::size_t size)
+        : m_grabber("Sapera", device), m_data(kPairs, Memory(size, std::uint8_t{1})), m_memories(kPairs, Memory(size)) {
+        m_grabber.Initialize();
+        m_callee = plugin->callee;
+        m_grabber.Open();
+        // The camera is locked by the first of them already.
+        m_grabber.PrepareGrab();
+        for (Memory& memory : m_memories)
+            m_handles.push_back(m_grabber.RegisterBuffer(memory.data(), memory.size()));
+    }
+
+    void Run(std::size_t rounds) {
+        const std::size_t size = m_data.front().size();
+        for (std::size_t round = 0; round < rounds; ++round) {
+            const std::size_t copied = round % kPairs;
+            const std::size_t queued = (round + kPairs / 2) % kPairs;
+            m_grabber.QueueBuffer(m_handles[queued], nullptr);
+            const PlainFrame frame = FrameOf(m_data[queued], static_cast<std::uint32_t>(size), 1, size);
+            bare.push_back(SecondsOf([&] {
+                CopyWhole(m_memories[copied].data(),
+                          FrameOf(m_data[copied], static_cast<std::uint32_t>(size), 1, size));
+            }));
+            delivered.push_back(SecondsOf([&] { m_callee->table->frameDelivered(m_callee, &frame); }));
+            GrabResult result;
+            allCame = m_grabber.RetrieveResult(result) && result.Succeeded() && allCame;
+        }
+    }
+
+    std::vector<double> bare;
+    std::vector<double> delivered;
+    bool allCame = true;
+
+private:
+    static constexpr std::size_t kPairs = 6;
+
+    CVantoCLSerStreamGrabber m_grabber;
+    PlainCallee* m_callee = nullptr;
+    std::vector<Memory> m_data;
+    std::vector<Memory> m_memories;
+    std::vector<StreamBufferHandle> m_handles;
+};
+
+// What four stream grabbers deliver together, over as many copies on as many threads.
+void BandwidthOfFourAtOnce(benchmark::State& state) {
+    constexpr std::size_t kGrabbers = 4;
+    constexpr std::size_t kSize = std::size_t{4} << 20;
+    constexpr std::size_t kRounds = 200;
+    const scripted::ScopedVariable root("VANTO_ROOT", TreeOf("plain"));
+    PlainPlugin plugin;
+    OpenDevice device;
+    std::vector<std::unique_ptr<Neighbour>> neighbours;
+    for (std::size_t index = 0; index < kGrabbers; ++index)
+        neighbours.push_back(std::make_unique<Neighbour>(device.Get(), plugin, kSize));
+    for (auto iteration : state) {
+        static_cast<void>(iteration);
+        std::vector<std::jthread> threads;
+        for (const auto& neighbour : neighbours)
+            threads.emplace_back([&neighbour] { neighbour->Run(kRounds); });
+    }
+    double bare = 0;
+    double delivered = 0;
+    for (const auto& neighbour : neighbours) {
+        if (!neighbour->allCame)
+            state.SkipWithError("no frame came");
+        bare += kSize / MedianOf(neighbour->bare);
+        delivered += kSize / MedianOf(neighbour->delivered);
+    }
+    state.counters["bare_MBs"] = bare / 1e6;
+    state.counters["delivered_MBs"] = delivered / 1e6;
+    state.counters["ratio"] = delivered / bare;
+    state.counters["limit"] = kLeastTogether;
+}
+BENCHMARK(BandwidthOfFourAtOnce)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 void FixedCost(benchmark::State& state) {
     constexpr int kRounds = 201;
