@@ -130,7 +130,7 @@ std::string FormatArgument::ToString() const {
     return std::visit(Printer{plain}, m_value);
 }
 
-std::string FormatTyped(const char* format, std::span<const FormatArgument> arguments) {
+std::string FormatTyped(const char* format, const FormatArguments& arguments) {
     const std::string_view text = format != nullptr ? format : "";
     std::string result;
     std::size_t next = 0;

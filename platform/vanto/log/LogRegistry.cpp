@@ -29,7 +29,7 @@ CategoryId LogRegistry::GetCategory(std::string_view name) {
 }
 
 void LogRegistry::Write(const Category& category, std::uint32_t level, const char* format,
-                        std::span<const GenICam::FormatArgument> arguments) {
+                        const GenICam::FormatArguments& arguments) {
     LogMessage message{.category = category.GetName(),
                        .level = level,
                        .format = format != nullptr ? format : "",

@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +24,7 @@ public:
 
     CategoryId GetCategory(std::string_view name);
     void Write(const Category& category, std::uint32_t level, const char* format,
-               std::span<const GenICam::FormatArgument> arguments);
+               const GenICam::FormatArguments& arguments);
     void Add(std::shared_ptr<Subscriber> subscriber);
     void Remove(const Subscriber& subscriber) noexcept;
 

@@ -25,7 +25,7 @@ CategoryId LogGetCatID(const char* name) {
  * \context Thread-safe
  */
 void WriteMessage(CategoryId category, std::uint32_t level, const char* format,
-                  std::span<const GenICam::FormatArgument> arguments) noexcept {
+                  const GenICam::FormatArguments& arguments) noexcept {
     try {
         LogRegistry::Instance().Write(*category, level, format, arguments);
     } catch (...) {  // see above

@@ -34,7 +34,10 @@ public:
         left.m_bits |= right.m_bits;
         return left;
     }
-    friend constexpr bool operator==(AccessModeSet, AccessModeSet) noexcept = default;
+    friend constexpr bool operator==(AccessModeSet left, AccessModeSet right) noexcept {
+        return left.m_bits == right.m_bits;
+    }
+    friend constexpr bool operator!=(AccessModeSet left, AccessModeSet right) noexcept { return !(left == right); }
 
 private:
     std::uint32_t m_bits = Control | Stream | Event;

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <atomic>
-#include <span>
 #include <string>
 #include <utility>
 
@@ -39,7 +38,7 @@ using CategoryId = const Category*;
 VANTOBASE_API CategoryId LogGetCatID(const char* name);
 
 VANTOBASE_API void WriteMessage(CategoryId category, std::uint32_t level, const char* format,
-                                std::span<const GenICam::FormatArgument> arguments) noexcept;
+                                const GenICam::FormatArguments& arguments) noexcept;
 
 /// Writes a message; one that is switched off costs one relaxed atomic load. Never throws. Thread-safe.
 template <class... Arguments>

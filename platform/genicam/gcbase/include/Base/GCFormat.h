@@ -4,9 +4,8 @@
  */
 #pragma once
 
-#include <concepts>
+#include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -59,9 +58,26 @@ private:
     Value m_value;
 };
 
+/// The arguments of one formatted text, borrowed.
+class FormatArguments {
+public:
+    FormatArguments() = default;
+    template <std::size_t Count>
+    FormatArguments(const FormatArgument (&arguments)[Count]) noexcept : m_first(arguments), m_count(Count) {}
+
+    const FormatArgument* begin() const noexcept { return m_first; }
+    const FormatArgument* end() const noexcept { return m_first + m_count; }
+    std::size_t size() const noexcept { return m_count; }
+    const FormatArgument& operator[](std::size_t index) const noexcept { return m_first[index]; }
+
+private:
+    const FormatArgument* m_first = nullptr;
+    std::size_t m_count = 0;
+};
+
 /// Formats as printf does, with the length prefixes h, l, ll, z and I64. A conversion that is incomplete, unknown or
 /// has no argument left is copied as it stands and takes no argument. Never throws but for lack of memory.
-GCBASE_API std::string FormatTyped(const char* format, std::span<const FormatArgument> arguments);
+GCBASE_API std::string FormatTyped(const char* format, const FormatArguments& arguments);
 
 template <class... Arguments>
 std::string FormatText(const char* format, const Arguments&... arguments) {

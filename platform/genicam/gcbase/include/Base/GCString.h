@@ -4,10 +4,11 @@
  */
 #pragma once
 
-#include <compare>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Base/GCTypes.h"
 
@@ -91,18 +92,39 @@ public:
     friend gcstring operator+(const gcstring& left, const gcstring& right) { return left.m_text + right.m_text; }
     friend gcstring operator+(const gcstring& left, const char* right) { return gcstring(left) += right; }
     friend gcstring operator+(const char* left, const gcstring& right) { return gcstring(left) += right; }
-    friend bool operator==(const gcstring& left, const gcstring& right) noexcept { return left.m_text == right.m_text; }
-    friend bool operator==(const gcstring& left, const char* right) noexcept { return left.m_text == right; }
-    friend bool operator==(const gcstring& left, const std::string& right) noexcept { return left.m_text == right; }
-    friend std::strong_ordering operator<=>(const gcstring& left, const gcstring& right) noexcept {
-        return left.m_text.compare(right.m_text) <=> 0;
+// Written out for each of them: C++17 has no operator that stands for all.
+#define GCSTRING_COMPARISON(op)                                                        \
+    friend bool operator op(const gcstring& left, const gcstring& right) noexcept {    \
+        return left.m_text.compare(right.m_text) op 0;                                 \
+    }                                                                                  \
+    friend bool operator op(const gcstring& left, const std::string& right) noexcept { \
+        return left.m_text.compare(right) op 0;                                        \
+    }                                                                                  \
+    friend bool operator op(const std::string& left, const gcstring& right) noexcept { \
+        return left.compare(right.m_text) op 0;                                        \
+    }                                                                                  \
+    friend bool operator op(const gcstring& left, const char* right) noexcept {        \
+        return left.m_text.compare(NotNull(right)) op 0;                               \
+    }                                                                                  \
+    friend bool operator op(const char* left, const gcstring& right) noexcept {        \
+        return 0 op right.m_text.compare(NotNull(left));                               \
     }
-    friend std::strong_ordering operator<=>(const gcstring& left, const char* right) noexcept {
-        return left.m_text.compare(right) <=> 0;
+    GCSTRING_COMPARISON(==)
+    GCSTRING_COMPARISON(!=)
+    GCSTRING_COMPARISON(<)
+    GCSTRING_COMPARISON(<=)
+    GCSTRING_COMPARISON(>)
+    GCSTRING_COMPARISON(>=)
+#undef GCSTRING_COMPARISON
+    friend std::ostream& operator<<(std::ostream& out, const gcstring& text) {
+        return out << text.m_text;
     }
-    friend std::ostream& operator<<(std::ostream& out, const gcstring& text) { return out << text.m_text; }
 
 private:
+    static const char* NotNull(const char* text) noexcept {
+        return text != nullptr ? text : "";
+    }
+
     std::string m_text;
 };
 

@@ -54,7 +54,10 @@ public:
         return false;
     }
 
-    friend bool operator==(const gcstring_vector& left, const gcstring_vector& right) = default;
+    friend bool operator==(const gcstring_vector& left, const gcstring_vector& right) {
+        return left.m_texts == right.m_texts;
+    }
+    friend bool operator!=(const gcstring_vector& left, const gcstring_vector& right) { return !(left == right); }
 
 private:
     std::vector<gcstring> m_texts;

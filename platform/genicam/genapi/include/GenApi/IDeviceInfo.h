@@ -14,7 +14,10 @@ struct Version_t {
     std::uint16_t Minor = 0;
     std::uint16_t SubMinor = 0;
 
-    friend bool operator==(const Version_t&, const Version_t&) = default;
+    friend bool operator==(const Version_t& left, const Version_t& right) noexcept {
+        return left.Major == right.Major && left.Minor == right.Minor && left.SubMinor == right.SubMinor;
+    }
+    friend bool operator!=(const Version_t& left, const Version_t& right) noexcept { return !(left == right); }
 };
 
 struct IDeviceInfo {

@@ -70,15 +70,14 @@ CallbackHandleType Register(INode* node, const Function& function, ECallbackType
     return node->RegisterCallback(new Function_NodeCallback<Function>(node, function, callbackType));
 }
 
-template <class Client, class Member>
-requires std::is_member_function_pointer_v<Member> CallbackHandleType
-Register(INode* node, Client& client, Member member, ECallbackType callbackType = cbPostInsideLock) {
+template <class Client, class Member, class = std::enable_if_t<std::is_member_function_pointer_v<Member>>>
+CallbackHandleType Register(INode* node, Client& client, Member member, ECallbackType callbackType = cbPostInsideLock) {
     return node->RegisterCallback(new Member_NodeCallback<Client, Member>(node, client, member, callbackType));
 }
 
-template <class Client, class Member>
-requires std::is_member_function_pointer_v<Member> Member_NodeCallback<Client, Member>
-*make_NodeCallback(INode* node, Client& client, Member member, ECallbackType callbackType = cbPostInsideLock) {
+template <class Client, class Member, class = std::enable_if_t<std::is_member_function_pointer_v<Member>>>
+Member_NodeCallback<Client, Member>* make_NodeCallback(INode* node, Client& client, Member member,
+                                                       ECallbackType callbackType = cbPostInsideLock) {
     return new Member_NodeCallback<Client, Member>(node, client, member, callbackType);
 }
 
