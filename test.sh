@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 . packaging/steps.sh
 
 ci_stages=(format layers docs release install fuzz)
-all_stages=("${ci_stages[@]}" clang asan tsan lockorder)
+all_stages=("${ci_stages[@]}" clang asan tsan lockorder packages)
 
 usage() {
     cat <<END
@@ -16,13 +16,14 @@ Installs the Debian packages that are missing, then runs the stages that are nam
 (${ci_stages[*]}):
   format    clang-format over all sources
   layers    what each folder includes
-  docs      links, packages and commands that the documentation names
+  docs      links, packages and commands that the documentation names, and the reference of the public headers
   release   build with g++ and run the tests
   clang     build with clang++, warnings are errors
   asan      build with address and undefined-behaviour sanitizers and run the tests
   tsan      build with the thread sanitizer and run the tests
   lockorder build with names of locks, run the tests, and fail where threads can wait for each other in a circle
-  install   install into a folder, move it, and list simulated cameras from there
+  install   what the libraries export; install into a folder, move it, and use it from there as others do
+  packages  make the Debian packages, install them in an empty Debian, use and remove them
   fuzz      each fuzzing target for ${FUZZ_SECONDS:-30} seconds (FUZZ_SECONDS)
 --quick runs format, layers, docs and release; --full runs all of them, which takes over an hour on two cores where the
 compiler cache is empty. JOBS sets how many jobs run at once.
@@ -74,7 +75,15 @@ run_tests() { # run_tests PRESET [CTEST_ARGUMENT...]: runs ctest and keeps its s
 sources() { git ls-files '*.h' '*.cpp' '*.c'; }
 stage_format() { sources | xargs -r clang-format --dry-run -Werror; }
 stage_layers() { cmake -P cmake/check-layers.cmake; }
-stage_docs() { cmake -P cmake/check-docs.cmake; }
+stage_docs() { cmake -P cmake/check-docs.cmake && make_reference; }
+make_reference() {
+    local folder result
+    folder=$(mktemp -d)
+    VANTO_VERSION=- VANTO_REFERENCE=$folder doxygen docs/Doxyfile
+    result=$?
+    rm -rf "$folder"
+    return $result
+}
 stage_release() { build release && run_tests release; }
 stage_clang() { build clang; }
 stage_asan() { build asan && run_tests asan; }
@@ -85,7 +94,8 @@ stage_lockorder() {
     build lockorder && run_tests lockorder &&
         build/lockorder/bin/lock-order "$records" tests/support/lockorder/known.txt
 }
-stage_install() { build release && packaging/check-install.sh build/release; }
+stage_install() { build release && packaging/check-abi.sh build/release && packaging/check-install.sh build/release; }
+stage_packages() { packaging/make-packages.sh && packaging/check-packages.sh build/package/packages; }
 stage_fuzz() {
     build clang fuzz -DVANTO_FUZZ_SECONDS="${FUZZ_SECONDS:-30}" && run_tests clang -L fuzz
 }

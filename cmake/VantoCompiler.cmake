@@ -1,5 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
 # Language level, warnings, sanitizers and where results go: the same for every target.
+get_property(multiple_configurations GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT CMAKE_BUILD_TYPE AND NOT multiple_configurations)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo or MinSizeRel" FORCE)
+endif()
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -38,7 +43,7 @@ target_compile_options(
               -Wpedantic
               -Wshadow
               -Wconversion
-              -Werror
+              $<$<BOOL:${VANTO_WERROR}>:-Werror>
               $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
               $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
               # g++ 12 sees overlaps in std::string's operator+ where there are none (GCC bug 105651).

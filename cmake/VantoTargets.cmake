@@ -1,6 +1,13 @@
 # SPDX-License-Identifier: Apache-2.0
 # Targets by folder: a folder's sources are its *.cpp files and those of its posix/ or windows/ folder.
 
+include(GNUInstallDirs)
+foreach(folder BINDIR LIBDIR INCLUDEDIR DATADIR)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_${folder}}")
+        message(FATAL_ERROR "CMAKE_INSTALL_${folder} must lie below the prefix: the parts find each other from there")
+    endif()
+endforeach()
+
 # Where the parts of an installed tree lie below its root; the build tree has the same shape below
 # build/<preset>, so that what is found by place is found in both.
 if(WIN32)
@@ -8,12 +15,15 @@ if(WIN32)
     set(VANTO_DIR_LIBRARIES "bin")
     set(VANTO_DRIVER_SYSTEM "Win64_x64")
 else()
-    set(VANTO_DIR_LIBRARIES "lib")
+    set(VANTO_DIR_LIBRARIES "${CMAKE_INSTALL_LIBDIR}")
     set(VANTO_DRIVER_SYSTEM "Linux64_x64")
 endif()
 set(VANTO_DIR_TL "${VANTO_DIR_LIBRARIES}/vanto/tl")
 set(VANTO_DIR_PLUGINS "${VANTO_DIR_LIBRARIES}/vanto/plugins")
 set(VANTO_DIR_GENTL "${VANTO_DIR_LIBRARIES}/vanto/gentl")
+set(VANTO_DIR_DOCUMENTS "${CMAKE_INSTALL_DATADIR}/doc/vanto")
+# Headers lie in a folder of ours, so that Base/ and GenApi/ meet no others; its number is that of the interface.
+set(VANTO_DIR_HEADERS "${CMAKE_INSTALL_INCLUDEDIR}/vanto-${PROJECT_VERSION_MAJOR}")
 set(VANTO_DIR_DRIVERS "${VANTO_DIR_LIBRARIES}/vanto/clprotocol/${VANTO_DRIVER_SYSTEM}")
 
 # vanto_sources(<result> <folder>...): the sources of folders, for the system that is built for.
@@ -30,6 +40,41 @@ function(vanto_sources result)
         list(APPEND found ${files})
     endforeach()
     set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+# vanto_exports(<target>): keeps all but the names of our own name spaces out of a library's table of symbols. On Windows
+# there is nothing else in it.
+function(vanto_exports target)
+    if(NOT WIN32)
+        set(map "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+        target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${map}")
+    endif()
+endfunction()
+
+# vanto_public(<target> NAME <name> [INCLUDES <folders>...] [ANY_LANGUAGE]): a library that other programs link as
+# Vanto::<name>. Its headers are C++17, unless they look after the language level themselves; the name of its file has the number of the interface where the system has such names (docs/abi.md).
+function(vanto_public target)
+    cmake_parse_arguments(arg "ANY_LANGUAGE" "NAME" "INCLUDES" ${ARGN})
+    add_library(Vanto::${arg_NAME} ALIAS ${target})
+    get_target_property(type ${target} TYPE)
+    set(scope PUBLIC)
+    if(type STREQUAL "INTERFACE_LIBRARY")
+        set(scope INTERFACE)
+    endif()
+    foreach(folder IN LISTS arg_INCLUDES)
+        get_filename_component(folder "${folder}" ABSOLUTE)
+        target_include_directories(${target} ${scope} "$<BUILD_INTERFACE:${folder}>")
+    endforeach()
+    if(NOT arg_ANY_LANGUAGE)
+        target_compile_features(${target} ${scope} cxx_std_17)
+    endif()
+    set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_NAME})
+    if(type STREQUAL "SHARED_LIBRARY")
+        set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+        vanto_exports(${target})
+    endif()
+    set_property(GLOBAL APPEND PROPERTY VANTO_PUBLIC_TARGETS ${target})
 endfunction()
 
 # vanto_gtest(<name> [FOLDER <folders>...] [LINK <targets>...] [LABELS <labels>...] [TIMEOUT <seconds>]): one test program

@@ -21,7 +21,7 @@ program=$(echo "$users"/*/bin/vanto-cl.exe)
 
 for library in cli11 nlohmann_json gcc mingw-w64 $(find "$(windows_libraries)/lib" -maxdepth 1 -type f -name 'lib*.a' \
     ! -name 'libg[mt]*' -printf '%f '); do
-    license=$(echo "$users"/*/share/doc/vanto-cl/licenses/"$(basename "$library" .a).txt")
+    license=$(echo "$users"/*/share/doc/vanto/licenses/"$(basename "$library" .a).txt")
     [ -s "$license" ] || { echo "the archive lacks $license" && exit 1; }
 done
 

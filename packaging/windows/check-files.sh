@@ -4,18 +4,21 @@
 # Windows has and what lies beside it. (The plug-in's tests look closer at the plug-in.)
 # usage: packaging/windows/check-files.sh WINDOWS_BUILD
 set -euo pipefail
-cd "$1/bin"
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+build=$(cd "$1" && pwd)
+packaging/check-abi.sh "$build"
+cd "$build/bin"
 objdump=x86_64-w64-mingw32-objdump
 # Libraries of every Windows since Windows 7.
 system=" ADVAPI32.dll KERNEL32.dll msvcrt.dll SHELL32.dll SHLWAPI.dll USER32.dll WS2_32.dll "
-ours=" CLProtocol.dll GCBase.dll GenApi.dll VantoBase.dll "
+ours=" CLProtocol.dll GCBase.dll GenApi.dll VantoApplication.dll VantoBase.dll VantoImage.dll "
 tl=vanto/tl/VantoCLSer.dll
 plugin=vanto/plugins/SaperaFgPlugin_MD_VC100.dll
 driver=vanto/clprotocol/Win64_x64/MarlowCLProtocol.dll
 failures=0
 complain() { echo "$*" >&2 && failures=$((failures + 1)); }
 
-for file in GCBase.dll GenApi.dll CLProtocol.dll VantoBase.dll clsertty.dll $tl $plugin $driver vanto-cl.exe example-*.exe; do
+for file in $ours clsertty.dll $tl $plugin $driver vanto-cl.exe example-*.exe; do
     [ -f "$file" ] || { complain "$file was not built" && continue; }
     for library in $($objdump -p "$file" | sed -n 's/.*DLL Name: //p'); do
         case $file in

@@ -5,6 +5,9 @@
 
 #include "vanto/VantoFolders.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "Base/GCException.h"
 #include "os/Environment.h"
 #include "os/Library.h"
@@ -14,9 +17,17 @@ namespace Vanto {
 
 namespace {
 
+/// The folder of the library without VANTO_DIR_LIBRARIES at its end, which may be several folders deep.
+std::string FindFolderAboveLibrary() {
+    const std::string_view libraries = VANTO_DIR_LIBRARIES;
+    std::string folder = os::FolderOfLibraries(reinterpret_cast<const void*>(&getVantoFolderPath));
+    for (auto depth = 1 + std::count(libraries.begin(), libraries.end(), '/'); depth != 0; --depth)
+        folder = os::FolderOf(folder);
+    return folder;
+}
+
 const std::string& FolderAboveLibrary() {
-    static const std::string folder =
-        os::FolderOf(os::FolderOfLibraries(reinterpret_cast<const void*>(&getVantoFolderPath)));
+    static const std::string folder = FindFolderAboveLibrary();
     return folder;
 }
 
@@ -62,11 +73,16 @@ const char* BelowRoot(eFolderType type) {
  * The root is VANTO_ROOT if set and not empty, else the parent of the folder that the base library lies in. The
  * environment is read at each call. The folder need not exist.
  *
+ * The configuration of the root /usr is in /etc/vanto but on Windows.
+ *
  * \throw InvalidArgumentException The type is none of eFolderType
  */
 gcstring getVantoFolderPath(eFolderType type) {
     const char* const part = BelowRoot(type);
     std::string path = RootFolder();
+    // What belongs to /usr is configured in /etc, where a system has them (Filesystem Hierarchy Standard).
+    if (type == eConfigurationFolder && os::kPathSeparator == '/' && path == "/usr")
+        path = "/";
     if (*part != '\0') {
         if (path.empty() || !os::IsPathSeparator(path.back()))
             path += os::kPathSeparator;

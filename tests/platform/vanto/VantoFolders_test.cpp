@@ -33,6 +33,13 @@ TEST(VantoFolders, DropSeparatorsAtTheEndOfVantoRoot) {
     EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/bin"));
 }
 
+TEST(VantoFolders, OfTheSystemAreConfiguredInEtc) {
+    const ScopedEnvironment root("VANTO_ROOT", Native("/usr"));
+    EXPECT_EQ(getVantoFolderPath(eConfigurationFolder),
+              os::kPathSeparator == '/' ? "/etc/vanto" : Native("/usr/etc/vanto"));
+    EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/usr/bin"));
+}
+
 TEST(VantoFolders, AreFoundByPlaceWithoutVantoRoot) {
     const ScopedEnvironment root("VANTO_ROOT", "");
     EXPECT_EQ(std::filesystem::weakly_canonical(getVantoFolderPath(eRootFolder).str()),

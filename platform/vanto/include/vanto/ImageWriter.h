@@ -10,8 +10,15 @@
 #include "vanto/PixelType.h"
 #include "vanto/VantoTypes.h"
 
+#ifdef VantoImage_EXPORTS
+#define VANTOIMAGE_API GCBASE_EXPORT
+#else
+#define VANTOIMAGE_API GCBASE_IMPORT
+#endif
+
 namespace Vanto {
 
+/// Formats of image files.
 enum class EImageFileFormat {
     kPng,   ///< 8 or 16 bits; fewer significant bits are shifted up to 16, and how many they are is noted (sBIT)
     kPnm,   ///< binary PGM or PPM; values as they are
@@ -21,16 +28,16 @@ enum class EImageFileFormat {
 
 /// An image in memory. Borrowed.
 struct ImageView {
-    const void* data = nullptr;
-    std::size_t size = 0;  ///< bytes
-    EPixelType pixelType = PixelType_Undefined;
-    std::uint32_t width = 0;   ///< pixels
-    std::uint32_t height = 0;  ///< lines
-    std::size_t pitch = 0;     ///< bytes from one line to the next; 0 when lines follow each other without a gap
+    const void* data = nullptr;                  ///<  the first byte
+    std::size_t size = 0;                        ///< bytes
+    EPixelType pixelType = PixelType_Undefined;  ///<  the type of its pixels
+    std::uint32_t width = 0;                     ///< pixels
+    std::uint32_t height = 0;                    ///< lines
+    std::size_t pitch = 0;  ///< bytes from one line to the next; 0 when lines follow each other without a gap
 };
 
-bool CanWriteImage(EImageFileFormat format, EPixelType pixelType) noexcept;
-const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noexcept;
-void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image);
+VANTOIMAGE_API bool CanWriteImage(EImageFileFormat format, EPixelType pixelType) noexcept;
+VANTOIMAGE_API const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noexcept;
+VANTOIMAGE_API void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image);
 
 }  // namespace Vanto
