@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 . packaging/steps.sh
 . packaging/windows/wine.sh
 
-all_stages=(libraries build tests files chain archive)
+all_stages=(libraries build tests files chain archive installer)
 
 usage() {
     cat <<END
@@ -19,6 +19,7 @@ Installs the Debian packages that are missing, then runs the stages that are nam
   files      exports, imports and version resources of what was built
   chain      cameras on this machine's pseudo-terminals, used over COM ports
   archive    the zip archive, unpacked and used
+  installer  the installer, run, used and removed
 Wine gets a prefix of its own, which is removed at the end. JOBS sets how many jobs run at once.
 END
 }
@@ -66,6 +67,7 @@ stage_tests() {
 
 stage_files() { packaging/windows/check-files.sh build/windows; }
 stage_chain() { packaging/windows/check-chain.sh build/windows build/release; }
+stage_installer() { packaging/windows/check-installer.sh build/windows; }
 stage_archive() { packaging/windows/check-archive.sh build/windows build/release; }
 
 start=$SECONDS
