@@ -22,20 +22,6 @@ namespace Vanto {
 
 namespace {
 
-constexpr std::uint64_t kBitsPerByte = 8;
-
-std::uint64_t NotNegative(std::int32_t value) noexcept {
-    return value > 0 ? static_cast<std::uint32_t>(value) : 0;
-}
-
-FrameStatus StatusOf(const GrabResult& result) noexcept {
-    if (!result.Succeeded())
-        return FrameStatus::kFailed;
-    const std::uint64_t bits =
-        NotNegative(result.width) * NotNegative(result.height) * BitPerPixel(result.GetPixelType());
-    return result.payloadSize < (bits + kBitsPerByte - 1) / kBitsPerByte ? FrameStatus::kCut : FrameStatus::kComplete;
-}
-
 /// The format that the end of a file name asks for; throws CameraError for others.
 EImageFileFormat FormatOf(const std::string& path) {
     constexpr std::array<std::pair<std::string_view, EImageFileFormat>, 7> kFormats{{{".png", EImageFileFormat::kPng},
@@ -54,14 +40,6 @@ EImageFileFormat FormatOf(const std::string& path) {
 }
 
 }  // namespace
-
-FrameData::FrameData(const GrabResult& grabbed, FrameBuffer own, std::weak_ptr<StreamCore> from)
-    : result(grabbed), status(StatusOf(grabbed)), buffer(std::move(own)), m_stream(std::move(from)) {}
-
-FrameData::~FrameData() {
-    if (const auto stream = m_stream.lock())
-        stream->GiveBack(std::move(buffer));
-}
 
 Frame::Frame(std::shared_ptr<FrameData> data) noexcept : m_data(std::move(data)) {}
 Frame::Frame(const Frame&) = default;
@@ -101,16 +79,16 @@ std::size_t Frame::Size() const noexcept {
     return m_data->status == FrameStatus::kFailed ? 0 : static_cast<std::size_t>(m_data->result.payloadSize);
 }
 std::uint32_t Frame::Width() const noexcept {
-    return static_cast<std::uint32_t>(NotNegative(m_data->result.width));
+    return NotNegative(m_data->result.width);
 }
 std::uint32_t Frame::Height() const noexcept {
-    return static_cast<std::uint32_t>(NotNegative(m_data->result.height));
+    return NotNegative(m_data->result.height);
 }
 std::uint32_t Frame::OffsetX() const noexcept {
-    return static_cast<std::uint32_t>(NotNegative(m_data->result.offsetX));
+    return NotNegative(m_data->result.offsetX);
 }
 std::uint32_t Frame::OffsetY() const noexcept {
-    return static_cast<std::uint32_t>(NotNegative(m_data->result.offsetY));
+    return NotNegative(m_data->result.offsetY);
 }
 std::int32_t Frame::PixelType() const noexcept {
     return m_data->result.pixelType;

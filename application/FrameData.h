@@ -22,6 +22,11 @@ struct FrameBuffer {
     std::size_t size = 0;
 };
 
+/// A number of a result, which is -1 where it is unknown.
+inline std::uint32_t NotNegative(std::int32_t value) noexcept {
+    return value > 0 ? static_cast<std::uint32_t>(value) : 0;
+}
+
 /// What a frame holds. When it goes, its buffer goes back to the stream, or away where the stream is gone.
 class FrameData {
 public:

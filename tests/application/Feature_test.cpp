@@ -44,6 +44,10 @@ TEST_F(Features, TakeValuesAsPeopleWriteThem) {
     EXPECT_DOUBLE_EQ(camera.Get<double>("ExposureTime"), 2000.0);
     camera["ExposureTime"] = "0.0025s";
     EXPECT_DOUBLE_EQ(camera.Get<double>("ExposureTime"), 2500.0);
+    camera["ExposureTime"] = "+3e3 us";
+    EXPECT_DOUBLE_EQ(camera.Get<double>("ExposureTime"), 3000.0);
+    camera["ExposureTime"] = "500000 ns";
+    EXPECT_DOUBLE_EQ(camera.Get<double>("ExposureTime"), 500.0);
     camera["Width"] = "0x400";
     EXPECT_EQ(camera.Get<int>("Width"), 1024);
     camera["PixelFormat"] = "mono16";
@@ -57,6 +61,8 @@ TEST_F(Features, RefuseAnotherUnit) {
     EXPECT_THAT(error.what(), HasSubstr("ExposureTime is a number in us, which '2 Hz' is not"));
     EXPECT_EQ(error.FeatureName(), "ExposureTime");
     EXPECT_EQ(error.CameraName(), "Marlow H2048 (21)");
+    for (const char* text : {"", "ms", "2 m", "2 5 ms", "2 msx", "1e999 us", "nan", "0x us"})
+        EXPECT_THROW(camera["ExposureTime"] = text, Vanto::FeatureTypeError) << text;
 }
 
 TEST_F(Features, SayWhatTheyTakeWhenAValueIsOutOfRange) {
