@@ -183,6 +183,7 @@ Frame Camera::GrabOne() const {
 /**
  * \brief Have something called for each frame, on a thread of its own, for as long as the result lives
  * \param[in] callback It must not destroy the camera
+ * \param[in] options How the stream runs
  * \param[in] failed Called at most once, at the end, with what ended the stream but the end of the result: CameraGone,
  * or what a callback threw. Without it that is logged \throw As Stream
  */

@@ -70,12 +70,16 @@ public:
     virtual bool Init(const char* parameters, FgCallee* callee) = 0;
     /// Ends everything; the callee must not be used any more once it returns.
     virtual void Shutdown() = 0;
+    /// Starts to deliver frames. Called with the stream grabber's lock held: it must not wait for a thread that
+    /// delivers.
     virtual bool StartGrab() = 0;
     /// Returns when no frame will be delivered any more.
     virtual bool StopGrab() = 0;
     /// Length of the text in bytes, without a NUL. With a buffer it writes at most \a size bytes of the text, too.
     virtual std::uint32_t GetLastErrorText(char* buffer, std::uint32_t size) = 0;
+    /// A number that the grabber knows, kFgPixelClockDetected for instance; 0 for what it does not know.
     virtual std::uint64_t GetValue(std::uint32_t parameter) = 0;
+    /// Obeys kFgPoCLOff and kFgPoCLOn; for kFgPoCLQuery it returns 1 when power is on.
     virtual std::int32_t PoCLControl(std::uint32_t command) = 0;
 
 protected:

@@ -13,6 +13,7 @@ const gcstring CInfoBase::PropertyNotAvailable("N/A");
 
 /**
  * \brief Read a property, and note that it was read
+ * \param[in] name Its name
  * \param[out] value The property's value; left alone when there is none
  * \return Whether the property is there
  */
@@ -102,6 +103,7 @@ bool CInfoBase::GetPropertyAvailable(const gcstring& name) const {
 
 /**
  * \brief Read a property
+ * \param[in] name Its name
  * \param[out] value The property's value, or PropertyNotAvailable
  * \return Whether the property is there
  */

@@ -28,12 +28,12 @@ class IVantoDevice;
 
 /// A camera as it was found. Texts that it does not tell are empty.
 struct CameraRecord {
-    std::string name;  ///< for people: "Marlow H2048 (24000001)"
-    std::string serialNumber;
-    std::string port;      ///< as CLProtocol names it: "COM_Port#ttyS0"
-    std::string fullName;  ///< names this camera on this port and no other
-    std::string vendor;
-    std::string model;
+    std::string name;                                             ///< for people: "Marlow H2048 (24000001)"
+    std::string serialNumber;                                     ///<  the camera's own
+    std::string port;                                             ///< as CLProtocol names it: "COM_Port#ttyS0"
+    std::string fullName;                                         ///< names this camera on this port and no other
+    std::string vendor;                                           ///<  the camera's maker
+    std::string model;                                            ///<  the camera's model
     std::vector<std::pair<std::string, std::string>> properties;  ///< all of them, sorted by name
 };
 
@@ -49,11 +49,14 @@ public:
     explicit Camera(const std::string& name);
     /// Opens the camera that has all properties of a record, which may be partial.
     explicit Camera(const CDeviceInfo& wanted);
+    /// Takes the camera over; the other may only be destroyed or assigned to.
     Camera(Camera&&) noexcept;
+    /// Closes its camera and takes another over.
     Camera& operator=(Camera&&) noexcept;
     ~Camera();
 
     const std::string& Name() const noexcept;
+    /// What was found of it.
     CameraRecord Record() const;
     bool IsOpen() const noexcept;
     bool IsGone() const noexcept;
@@ -63,15 +66,19 @@ public:
     FeatureMap Features() const;
     FeatureMap StreamFeatures() const;
     FeatureMap TransportFeatures() const;
+    /// The feature of a name; throws UnknownFeature.
     Feature operator[](const std::string& name) const { return Features()[name]; }
+    /// The value of a feature, as Feature::Get.
     template <class T>
     T Get(const std::string& name) const {
         return (*this)[name].template Get<T>();
     }
+    /// Sets a feature, as Feature::Set.
     template <class T>
     void Set(const std::string& name, const T& value) const {
         (*this)[name].Set(value);
     }
+    /// Executes a command and waits until it is done, as Feature::Execute.
     void Execute(const std::string& name, std::chrono::milliseconds timeout = std::chrono::seconds(10)) const {
         (*this)[name].Execute(timeout);
     }

@@ -92,6 +92,7 @@ public:
     FeatureError(const FeatureError&) = default;
     FeatureError& operator=(const FeatureError&) = default;
 
+    /// The name of the feature.
     const std::string& FeatureName() const noexcept;
     /// What the feature takes at present ("16 .. 2048 step 16", or entries); empty where that is not the question.
     const std::string& Allowed() const noexcept;
@@ -135,9 +136,9 @@ public:
 
 /// A feature that was not saved or not loaded, and why.
 struct SettingFault {
-    std::string feature;
-    std::string selectors;  ///< "TriggerSelector=FrameStart", empty without selectors
-    std::string reason;
+    std::string feature;     ///< its name
+    std::string selectors;   ///< "TriggerSelector=FrameStart", empty without selectors
+    std::string reason;      ///<  a sentence
     std::uint64_t line = 0;  ///< of the file, from 1; 0 when saving
 };
 
@@ -149,6 +150,7 @@ public:
     SettingsRefused(const SettingsRefused&) = default;
     SettingsRefused& operator=(const SettingsRefused&) = default;
 
+    /// Each of them, in the order of the file.
     const std::vector<SettingFault>& Faults() const noexcept;
 
 private:

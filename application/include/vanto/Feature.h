@@ -32,23 +32,26 @@ using FeatureBytes = std::vector<std::uint8_t>;
 /// A value of any feature. Enumerations have the name of their entry; commands and categories have no value.
 using FeatureValue = std::variant<std::int64_t, double, bool, std::string, FeatureBytes>;
 
+/// What kind of value a feature has.
 enum class FeatureKind { kInteger, kFloat, kBoolean, kEnumeration, kString, kRegister, kCommand, kCategory, kOther };
+/// What may be done with a feature at present.
 enum class FeatureAccess { kNotImplemented, kNotAvailable, kWriteOnly, kReadOnly, kReadWrite };
+/// For whom a feature is meant, from beginners to nobody.
 enum class FeatureVisibility { kBeginner, kExpert, kGuru, kInvisible };
 
 /// One entry of an enumeration.
 struct FeatureEntry {
-    std::string name;
-    std::int64_t value = 0;
-    std::string displayName;
-    std::string description;
-    bool isAvailable = false;
+    std::string name;          ///<  as values have it
+    std::int64_t value = 0;    ///<  what stands in the camera's register
+    std::string displayName;   ///<  for people
+    std::string description;   ///<  the documentation; may be empty
+    bool isAvailable = false;  ///<  whether it can be set at present
 };
 
 /// What a number may be at present, both ends included.
 struct FeatureRange {
-    FeatureValue least;
-    FeatureValue most;
+    FeatureValue least;                ///<  the least one
+    FeatureValue most;                 ///<  the greatest one
     std::optional<FeatureValue> step;  ///< from least on; none where every value between the ends is taken
     std::vector<FeatureValue> values;  ///< the only ones that are taken, where there is such a list
 };
@@ -58,11 +61,14 @@ struct FeatureRange {
 class VANTOAPPLICATION_API Feature {
 public:
     // --- What it is; asks no camera ---
+    /// The name, as the camera's description spells it.
     std::string Name() const;
+    /// What kind of value it has.
     FeatureKind Kind() const;
     std::string DisplayName() const;
     std::string ToolTip() const;
     std::string Description() const;
+    /// For whom it is meant.
     FeatureVisibility Visibility() const;
     std::string Unit() const;
     bool IsStreamable() const;
@@ -72,8 +78,11 @@ public:
 
     // --- What it takes at present; may ask the camera ---
     FeatureAccess Access() const;
+    /// Whether its value can be read at present.
     bool IsReadable() const;
+    /// Whether its value can be set, or a command be executed, at present.
     bool IsWritable() const;
+    /// Whether anything can be done with it at present.
     bool IsAvailable() const;
     std::optional<FeatureRange> Range() const;
     std::vector<FeatureEntry> Entries() const;
@@ -115,6 +124,7 @@ public:
         else
             SetValue(FeatureValue(value));
     }
+    /// Sets the value, as Set.
     template <class T, class = std::enable_if_t<!std::is_same_v<T, Feature>>>
     const Feature& operator=(const T& value) const {
         Set(value);

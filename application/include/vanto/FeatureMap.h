@@ -23,6 +23,7 @@ public:
     /// The feature of this name, as the camera's description spells it; throws UnknownFeature with a similar name.
     Feature operator[](const std::string& name) const;
     std::optional<Feature> Find(const std::string& name) const;
+    /// Whether there is a feature of this name.
     bool Contains(const std::string& name) const { return Find(name).has_value(); }
     std::vector<Feature> List(FeatureVisibility most = FeatureVisibility::kInvisible) const;
     std::vector<std::string> Names(FeatureVisibility most = FeatureVisibility::kInvisible) const;

@@ -16,6 +16,7 @@ namespace Vanto {
 
 class FrameData;
 
+/// What came of an image.
 enum class FrameStatus {
     kComplete,
     kCut,    ///< a part of the image is missing: Size() says how many bytes came
@@ -26,7 +27,9 @@ enum class FrameStatus {
 /// camera's queue when the last of them goes. It may outlive stream and camera. Const operations are thread-safe.
 class VANTOAPPLICATION_API Frame {
 public:
+    /// What came of the image.
     FrameStatus Status() const noexcept;
+    /// Whether all of the image is there.
     bool IsComplete() const noexcept { return Status() == FrameStatus::kComplete; }
     std::string Error() const;
 
@@ -39,6 +42,7 @@ public:
     /// When it was taken from the queue, by this machine's clock.
     std::chrono::system_clock::time_point Time() const noexcept;
 
+    /// The first byte of the image; good as long as a copy of this frame lives.
     const std::uint8_t* Data() const noexcept;
     /// For those who want to change the image in place.
     std::uint8_t* Data() noexcept;
@@ -53,9 +57,13 @@ public:
 
     void Save(const std::string& path) const;
 
+    /// Another holder of the same image.
     Frame(const Frame&);
+    /// Lets its image go and holds that of another.
     Frame& operator=(const Frame&);
+    /// Takes the image over; the other may only be destroyed or assigned to.
     Frame(Frame&&) noexcept;
+    /// Lets its image go and takes another over.
     Frame& operator=(Frame&&) noexcept;
     ~Frame();
 

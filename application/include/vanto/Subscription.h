@@ -17,7 +17,9 @@ public:
     /// For those who give subscriptions out: \a cancel is called once.
     explicit Subscription(std::function<void()> cancel) : m_cancel(std::move(cancel)) {}
     ~Subscription() { Cancel(); }
+    /// Takes the registration over.
     Subscription(Subscription&& other) noexcept : m_cancel(std::exchange(other.m_cancel, nullptr)) {}
+    /// Ends its registration and takes another over.
     Subscription& operator=(Subscription&& other) noexcept {
         if (this != &other) {
             Cancel();
@@ -33,6 +35,7 @@ public:
         if (const auto cancel = std::exchange(m_cancel, nullptr))
             cancel();
     }
+    /// Whether it was not ended yet.
     bool IsActive() const noexcept { return m_cancel != nullptr; }
 
 private:

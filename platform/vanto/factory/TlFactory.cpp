@@ -188,7 +188,8 @@ void CTlFactory::DestroyDevice(IVantoDevice* device) {
 /**
  * \brief Whether a device could be opened
  * \param[in] info A record, whole or partial, as for CreateDevice
- * \param[out] accessibility May be null
+ * \param[in] mode How it would be opened
+ * \param[out] accessibility Why it can't be; may be null
  */
 bool CTlFactory::IsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode, AccessibilityCode* accessibility) {
     const std::vector<TlOffer> offers = m_impl->Catalogue().OffersFor(info);

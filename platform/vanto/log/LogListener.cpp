@@ -65,6 +65,7 @@ std::size_t Count(const std::vector<LogMessage>& messages, std::string LogMessag
 
 /**
  * \brief How many messages have a whole formatted text
+ * \param[in] text All of it
  * \param[in] level Only messages of exactly this level; 0 for any
  */
 std::size_t LogRecorder::CountText(std::string_view text, std::uint32_t level) const {
@@ -74,6 +75,7 @@ std::size_t LogRecorder::CountText(std::string_view text, std::uint32_t level) c
 
 /**
  * \brief How many messages were written with a format text
+ * \param[in] format The text with its conversions, as the program has it
  * \param[in] level Only messages of exactly this level; 0 for any
  */
 std::size_t LogRecorder::CountFormat(std::string_view format, std::uint32_t level) const {

@@ -13,13 +13,15 @@ class VANTOBASE_API CConfigFileRegistry {
 public:
     /// Where a camera's description comes from, and what is merged into it.
     struct CBinding {
-        bool useDeviceDescription = true;
-        bool hasDescriptionFile = false;
-        gcstring descriptionFile;
-        bool hasMergeFile = false;
-        gcstring mergeFile;
+        bool useDeviceDescription = true;  ///<  whether the camera's own description is used
+        bool hasDescriptionFile =
+            false;                  ///<  whether there is a file to use in place of it, or where the camera has none
+        gcstring descriptionFile;   ///<  path of that file
+        bool hasMergeFile = false;  ///<  whether nodes are merged into the description
+        gcstring mergeFile;         ///<  path of the file that holds them
     };
 
+    /// The one registry of the process.
     static CConfigFileRegistry& GetInstance();
 
     CBinding GetXmlFileBinding(const IProperties& info) const;

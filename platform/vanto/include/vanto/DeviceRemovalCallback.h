@@ -31,6 +31,7 @@ protected:
 template <class Callable>
 class CFunctionRemovalCallback : public CDeviceRemovalCallback {
 public:
+    /// Keeps a copy of what it calls.
     explicit CFunctionRemovalCallback(Callable callable) : m_callable(std::move(callable)) {}
     void operator()(IVantoDevice* device) const override { std::invoke(m_callable, device); }
     std::unique_ptr<CDeviceRemovalCallback> Clone() const override {
@@ -54,6 +55,7 @@ auto MakeDeviceRemovalCallback(Object& object, Result (Object::*member)(IVantoDe
         [target = &object, member](IVantoDevice* device) { std::invoke(member, target, device); });
 }
 
+/// Another name of MakeDeviceRemovalCallback.
 template <class... Arguments>
 auto make_DeviceRemovalCallback(Arguments&&... arguments) {
     return MakeDeviceRemovalCallback(std::forward<Arguments>(arguments)...);

@@ -17,12 +17,17 @@ namespace Vanto {
 /// Named string properties. Names are case-sensitive.
 class VANTOBASE_API IProperties {
 public:
+    /// Replaces the list by the names of all properties; returns how many there are.
     virtual int GetPropertyNames(StringList_t& names) const = 0;
+    /// Whether there is a property of this name.
     virtual bool GetPropertyAvailable(const gcstring& name) const = 0;
+    /// Sets \a value and returns true when there is a property of this name.
     virtual bool GetPropertyValue(const gcstring& name, gcstring& value) const = 0;
+    /// Sets or adds a property.
     virtual IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) = 0;
     /// True when every property of \a subset is here with the same value.
     virtual bool IsSubset(const IProperties& subset) const = 0;
+    /// Whether the application made the record, not a transport layer.
     virtual bool IsUserProvided() const = 0;
     virtual ~IProperties() = default;
 };
@@ -33,6 +38,7 @@ class VANTOBASE_API CPropertyBag {
 public:
     bool Get(const gcstring& name, gcstring& value) const;
     void Set(const gcstring& name, const gcstring& value);
+    /// Whether there is a property of this name.
     bool Contains(const gcstring& name) const;
     int GetNames(StringList_t& names) const;
     bool IsModified() const noexcept;
@@ -66,7 +72,9 @@ private:
 /// What an info record holds: its properties, and whether the application made it. Copies keep all of it.
 class VANTOBASE_API CInfoImpl : public CPropertyBag {
 public:
+    /// Whether the application made the record.
     bool IsUserProvided() const noexcept { return m_userProvided; }
+    /// Makes it a transport layer's record.
     void ClearUserProvidedFlag() noexcept { m_userProvided = false; }
 
 private:
@@ -79,13 +87,17 @@ public:
     static const gcstring PropertyNotAvailable;  ///< what a getter returns for an absent property
 
     CInfoBase();
+    /// A copy with all flags.
     CInfoBase(const CInfoBase& other);
+    /// Becomes a copy with all flags.
     CInfoBase& operator=(const CInfoBase& other);
     ~CInfoBase() override;
 
     int GetPropertyNames(StringList_t& names) const override;
+    /// Whether there is a property of this name.
     bool GetPropertyAvailable(const gcstring& name) const override;
     bool GetPropertyValue(const gcstring& name, gcstring& value) const override;
+    /// Sets or adds a property.
     IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) override;
     bool IsSubset(const IProperties& subset) const override;
     bool IsUserProvided() const override;
@@ -114,11 +126,13 @@ public:
     CInfoImpl& GetInfoImpl() noexcept {
         return *m_impl;
     }
+    /// The record's property bag.
     const CInfoImpl& GetInfoImpl() const noexcept {
         return *m_impl;
     }
 
 protected:
+    /// A property's value, or PropertyNotAvailable.
     gcstring GetOrNotAvailable(const char* name) const;
 
 private:
@@ -133,6 +147,7 @@ public:
     CDeviceInfo(const CDeviceInfo&) = default;
     CDeviceInfo& operator=(const CDeviceInfo&) = default;
 
+    /// Sets or adds a property.
     IProperties& SetPropertyValue(const gcstring& name, const gcstring& value) override;
 
     VANTO_INFO_PROPERTY(CDeviceInfo, ModelName)
@@ -159,6 +174,7 @@ public:
 template <class Info>
 class CInfoPrivateT : public Info {
 public:
+    /// Whether the application made the record.
     bool IsUserProvided() const override { return this->GetInfoImpl().IsUserProvided(); }
 };
 

@@ -20,6 +20,7 @@ public:
     explicit LogRules(std::string_view text);
 
     std::uint32_t ThresholdOf(std::string_view category) const noexcept;
+    /// Whether there are no rules.
     bool IsEmpty() const noexcept { return m_rules.empty(); }
     /// The entries that could not be understood and are ignored.
     const std::vector<std::string>& GetBadEntries() const noexcept { return m_badEntries; }

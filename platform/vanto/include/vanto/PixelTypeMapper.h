@@ -22,6 +22,7 @@ public:
     CPixelTypeMapper() = default;
     explicit CPixelTypeMapper(GenApi::IEnumeration* pixelFormat);
 
+    /// Whether it knows any value.
     bool IsValid() const noexcept { return !m_entries.empty(); }
     EPixelType GetVantoPixelTypeFromNodeValue(std::int64_t nodeValue) const noexcept;
     static EPixelType GetVantoPixelTypeByName(const char* name) noexcept;

@@ -20,8 +20,8 @@ using DestroyFunction = void(ITransportLayer* tl);
 
 /// A library in the folder of transport layers that could not be used, and why.
 struct RejectedTl {
-    gcstring path;
-    gcstring reason;
+    gcstring path;    ///<  the library's file
+    gcstring reason;  ///<  why it could not be used
 };
 
 /// Loads transport layers from the root's folder of transport layers, hands out, counts and releases them. Thread-safe.
@@ -37,11 +37,14 @@ public:
     std::vector<RejectedTl> GetRejectedTls() const;
 
     int EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& filter, bool addToList = false) override;
+    /// Finds the devices of all transport layers.
     int EnumerateDevices(DeviceInfoList& list, bool addToList = false) override;
     IVantoDevice* CreateDevice(const gcstring& fullName) override;
     IVantoDevice* CreateDevice(const CDeviceInfo& info, const gcstring_vector& injectedXml) override;
+    /// As of IDeviceFactory, by the transport layer of the record's device class.
     IVantoDevice* CreateDevice(const CDeviceInfo& info) override;
     IVantoDevice* CreateFirstDevice(const CDeviceInfo& info, const gcstring_vector& injectedXml) override;
+    /// As of IDeviceFactory, by the transport layer of the record's device class.
     IVantoDevice* CreateFirstDevice(const CDeviceInfo& info) override;
     void DestroyDevice(IVantoDevice* device) override;
     bool IsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode = AccessModeSet(),

@@ -22,8 +22,11 @@ inline constexpr std::uint32_t kOff = ~std::uint32_t{0};
 /// One log category. It lives as long as the process; its threshold may change at any time.
 class Category {
 public:
+    /// A category that is switched off; LogGetCatID makes those that count.
     explicit Category(std::string name) : m_name(std::move(name)) {}
+    /// The name, "Vanto.CLSer.Port" for instance.
     const std::string& GetName() const noexcept { return m_name; }
+    /// Whether messages of a level are wanted at present.
     bool IsOn(std::uint32_t level) const noexcept { return level >= m_threshold.load(std::memory_order_relaxed); }
 
 private:

@@ -14,14 +14,15 @@ namespace CLProtocol {
 
 /// One step of a look for a camera or of the fetch of a description.
 struct Activity {
+    /// What happens.
     enum class Kind {
         kAsking,    ///< a driver is about to look for a camera on a port
         kAnswered,  ///< it ended; deviceId names the camera and is empty when there is none of the driver's own
         kFailed,    ///< it could not: errorCode and reason say why
         kFetching   ///< bytes of a description came in
     };
-    Kind kind = Kind::kAsking;
-    GenICam::gcstring portId{};
+    Kind kind = Kind::kAsking;       ///<  what happens
+    GenICam::gcstring portId{};      ///<  the port it happens on
     GenICam::gcstring deviceId{};    ///< full DeviceID or template that is looked for; after kAnswered of the camera
     std::int32_t errorCode = 0;      ///< of a CLErrException; 0 for any other failure
     GenICam::gcstring reason{};      ///< the failure's description

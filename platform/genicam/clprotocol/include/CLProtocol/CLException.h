@@ -17,6 +17,7 @@ namespace CLProtocol {
 /// A serial library, a driver or the module itself failed with a Camera Link or CLProtocol error code.
 class CLPROTOCOL_API CLErrException : public GenICam::RuntimeException {
 public:
+    /// As GenericException, with a Camera Link or CLProtocol error code.
     CLErrException(const char* description, const char* sourceFileName, unsigned sourceLine, std::int32_t errorCode)
         : RuntimeException(description, sourceFileName, sourceLine, "CLErrException"), m_errorCode(errorCode) {}
     ~CLErrException() override;

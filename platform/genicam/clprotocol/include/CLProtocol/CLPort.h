@@ -31,6 +31,7 @@ public:
 
     void Connect(const GenICam::gcstring& portId, const GenICam::gcstring& deviceId);
     void Disconnect();
+    /// Whether a camera is connected. Thread-safe.
     bool IsConnected() const;
     void SetSerialTimeOut(std::uint32_t timeoutMs);
     GenICam::gcstring GetDeviceID() const;

@@ -11,11 +11,12 @@
 namespace CLProtocol {
 
 /// A CLProtocol device identifier or template:
-/// DriverDirectory#DriverFileName#Manufacturer#Family#Model[#Version][#SerialNumber]. Six tokens end in the serial
+/// `DriverDirectory#DriverFileName#Manufacturer#Family#Model[#Version][#SerialNumber]`. Six tokens end in the serial
 /// number, seven in version and serial number. All getters of an unparsed identifier yield the empty string.
 class CLPROTOCOL_API CDeviceID {
 public:
     CDeviceID() = default;
+    /// Parses as FromString does.
     explicit CDeviceID(const GenICam::gcstring& deviceId) { FromString(deviceId); }
 
     static GenICam::gcstring GetTokenSeperator();
@@ -24,12 +25,18 @@ public:
     GenICam::gcstring ToString() const;
 
     GenICam::gcstring GetDriverDirectory(bool replaceEnvironmentVariables = false) const;
+    /// The driver's file, without folder and system-dependent ending.
     GenICam::gcstring GetDriverFileName() const { return m_driverFileName; }
     GenICam::gcstring GetDriverPath() const;
+    /// The camera's maker.
     GenICam::gcstring GetCameraManufacturer() const { return m_manufacturer; }
+    /// The camera's family.
     GenICam::gcstring GetCameraFamily() const { return m_family; }
+    /// The camera's model.
     GenICam::gcstring GetCameraModel() const { return m_model; }
+    /// The camera's version; empty in identifiers of six tokens.
     GenICam::gcstring GetCameraVersion() const { return m_version; }
+    /// The camera's serial number; empty in templates.
     GenICam::gcstring GetCameraSerialNumber() const { return m_serialNumber; }
     GenICam::gcstring GetShortDeviceID() const;
     bool IsMatchingTemplate(const GenICam::gcstring& deviceIdTemplate) const;

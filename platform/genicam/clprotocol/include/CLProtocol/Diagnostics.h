@@ -16,7 +16,7 @@ namespace CLProtocol {
 
 /// One library file that the module considered.
 struct LibraryReport {
-    GenICam::gcstring path;
+    GenICam::gcstring path;           ///<  the library's file
     GenICam::gcstring version;        ///< of the interface, "1.0" ...; empty when unknown
     GenICam::gcstring maker;          ///< of a serial library
     GenICam::gcstring_vector offers;  ///< port names of a serial library, short DeviceID templates of a driver

@@ -28,9 +28,15 @@ protected:
 #endif
 
 public:
+    /// Reads up to \a bufferSize bytes and waits up to \a serialTimeout milliseconds for them; \a bufferSize becomes
+    /// how many came.
     virtual CLINT32 clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) = 0;
+    /// Writes \a bufferSize bytes, which becomes how many were written when \a serialTimeout milliseconds were not
+    /// enough.
     virtual CLINT32 clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) = 0;
+    /// Sets the flags CL_BAUDRATE_... of the rates that the line can have.
     virtual CLINT32 clGetSupportedBaudRates(CLUINT32* baudRates) = 0;
+    /// Sets the line's rate, one flag CL_BAUDRATE_...
     virtual CLINT32 clSetBaudRate(CLUINT32 baudRate) = 0;
 
     ISerial() = default;

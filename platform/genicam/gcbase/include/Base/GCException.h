@@ -15,16 +15,22 @@ namespace GenICam {
 /// Root of all GenICam exceptions.
 class GCBASE_API GenericException : public std::exception {
 public:
+    /// \a sourceFileName and \a sourceLine tell where it was thrown, \a exceptionType the name of its class.
     GenericException(const char* description, const char* sourceFileName, unsigned sourceLine,
                      const char* exceptionType = "GenericException");
     ~GenericException() override;
     GenericException(const GenericException&) = default;
     GenericException& operator=(const GenericException&) = default;
 
+    /// What happened, without the place.
     const char* GetDescription() const noexcept { return m_description.c_str(); }
+    /// The source file that threw it, as the thrower names it.
     const char* GetSourceFileName() const noexcept { return m_sourceFileName.c_str(); }
+    /// The line of that file, from 1.
     unsigned GetSourceLine() const noexcept { return m_sourceLine; }
+    /// The name of the exception's class.
     const char* GetExceptionType() const noexcept { return m_exceptionType.c_str(); }
+    /// Description, type and place in one text.
     const char* what() const noexcept override { return m_what.c_str(); }
 
 private:
@@ -62,9 +68,11 @@ GENICAM_DECLARE_EXCEPTION(DynamicCastException);
 template <class Exception>
 class ExceptionReporter {
 public:
+    /// Where the exception is thrown, and the name of its class.
     ExceptionReporter(const char* sourceFileName, unsigned sourceLine, const char* exceptionType)
         : m_sourceFileName(sourceFileName), m_sourceLine(sourceLine), m_exceptionType(exceptionType) {}
 
+    /// The exception with a text that is formatted as FormatTyped does; the caller throws it.
     template <class... Arguments>
     Exception Report(const char* format, const Arguments&... arguments) const {
         return Exception(FormatText(format, arguments...).c_str(), m_sourceFileName, m_sourceLine, m_exceptionType);

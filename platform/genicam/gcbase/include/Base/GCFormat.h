@@ -18,13 +18,17 @@ namespace GenICam {
 /// One argument of a formatted text. Texts are borrowed: the argument lives no longer than what it was made from.
 class GCBASE_API FormatArgument {
 public:
+    /// What an argument may be.
     using Value = std::variant<std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, double, char, std::string_view,
                                const void*>;
 
+    /// Numbers of all widths, enumerations, characters, texts and pointers; a null text prints as "(null)".
     template <class T>
     FormatArgument(const T& value) : m_value(MakeValue(value)) {}
 
+    /// The value.
     const Value& Get() const noexcept { return m_value; }
+    /// The value as a text, without the widths and flags of a format.
     std::string ToString() const;
 
 private:
@@ -62,12 +66,17 @@ private:
 class FormatArguments {
 public:
     FormatArguments() = default;
+    /// All of an array, which must stand longer.
     template <std::size_t Count>
     FormatArguments(const FormatArgument (&arguments)[Count]) noexcept : m_first(arguments), m_count(Count) {}
 
+    /// The first argument.
     const FormatArgument* begin() const noexcept { return m_first; }
+    /// Behind the last argument.
     const FormatArgument* end() const noexcept { return m_first + m_count; }
+    /// How many there are.
     std::size_t size() const noexcept { return m_count; }
+    /// The argument of an index below size().
     const FormatArgument& operator[](std::size_t index) const noexcept { return m_first[index]; }
 
 private:

@@ -27,12 +27,12 @@ enum EWarningKind {
 
 /// One fault of a description that did not keep it from being loaded.
 struct Warning {
-    EWarningKind Kind = wkSyntax;
-    GenICam::gcstring File;  ///< file name, or the device name for a text
-    std::uint32_t Line = 0;  ///< from 1; 0 when it has no place
-    std::uint32_t Column = 0;
-    GenICam::gcstring Node;  ///< name of the node, may be empty
-    GenICam::gcstring Message;
+    EWarningKind Kind = wkSyntax;  ///<  what kind of fault
+    GenICam::gcstring File;        ///< file name, or the device name for a text
+    std::uint32_t Line = 0;        ///< from 1; 0 when it has no place
+    std::uint32_t Column = 0;      ///<  from 1; 0 when it has no place
+    GenICam::gcstring Node;        ///< name of the node, may be empty
+    GenICam::gcstring Message;     ///<  what is wrong, and what was done about it
 };
 
 using WarningList_t = std::vector<Warning>;

@@ -8,7 +8,9 @@
 
 namespace GenApi {
 
+/// What has an access mode: nodes, values, ports. Thread-safe, as everything that a node map implements.
 struct IBase {
+    /// What may be done with it at present; may ask the device, and tells NA when that fails.
     virtual EAccessMode GetAccessMode() const = 0;
 
 protected:

@@ -9,6 +9,7 @@
 
 namespace GenApi {
 
+/// A node that groups features.
 struct ICategory : virtual public IValue {
     /// The features and categories below this one, in the order of the description, without those not implemented.
     virtual void GetFeatures(FeatureList_t& features) const = 0;

@@ -8,6 +8,7 @@
 
 namespace GenApi {
 
+/// What nodes reach a device's registers through. Addresses and lengths count bytes.
 struct IPort : virtual public IBase {
     /// Reads \a length bytes (at least 1) from \a address into \a buffer; throws a GenICam exception on failure.
     virtual void Read(void* buffer, std::int64_t address, std::int64_t length) = 0;

@@ -11,11 +11,14 @@ namespace GenApi {
 
 struct INode;
 
+/// A node with a value that can be a text.
 struct IValue : virtual public IBase {
+    /// The node.
     virtual INode* GetNode() = 0;
     /// The value as a text; with \a verify a value outside its range is an exception, with \a ignoreCache the device
     /// is asked.
     virtual GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) = 0;
+    /// Sets the value from a text, as FromString.
     IValue& operator=(const GenICam::gcstring& text) {
         FromString(text);
         return *this;

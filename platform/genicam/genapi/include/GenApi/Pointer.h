@@ -24,20 +24,31 @@ template <class T, class B = IBase>
 class CPointer {
 public:
     CPointer() noexcept = default;
+    /// Points to nothing.
     CPointer(std::nullptr_t) noexcept {}
+    /// Points to the object's interface T; to nothing when it has none.
     CPointer(B* object) : m_pT(dynamic_cast<T*>(object)) {}
+    /// Points to another object's interface.
     CPointer& operator=(B* object) {
         m_pT = dynamic_cast<T*>(object);
         return *this;
     }
 
+    /// The interface; null for none.
     operator T*() const noexcept { return m_pT; }
+    /// The interface; throws LogicalErrorException when it points to nothing.
     T& operator*() const { return *Checked(); }
+    /// The interface; throws LogicalErrorException when it points to nothing.
     T* operator->() const { return Checked(); }
+    /// Whether it points to something.
     bool IsValid() const noexcept { return m_pT != nullptr; }
+    /// Whether it points to something.
     explicit operator bool() const noexcept { return m_pT != nullptr; }
+    /// Whether both point to the same.
     bool operator==(const CPointer& other) const noexcept { return m_pT == other.m_pT; }
+    /// Whether it points to this.
     bool operator==(const T* other) const noexcept { return m_pT == other; }
+    /// Whether it points to nothing.
     bool operator==(std::nullptr_t) const noexcept { return m_pT == nullptr; }
 
 private:

@@ -18,8 +18,11 @@ public:
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
 
+    /// Takes it; waits while another thread holds it.
     void Lock() { m_mutex.lock(); }
+    /// Takes it if no other thread holds it.
     bool TryLock() { return m_mutex.try_lock(); }
+    /// Gives it back, once for each time that it was taken.
     void Unlock() { m_mutex.unlock(); }
 
     /// Waits as Lock does, but gives up after a while: who only asks TryLock again and again loses against a thread
@@ -33,6 +36,7 @@ private:
 /// Holds a CLock for its own lifetime.
 class AutoLock {
 public:
+    /// Takes the lock.
     explicit AutoLock(CLock& lock) : m_lock(lock) { m_lock.Lock(); }
     ~AutoLock() { m_lock.Unlock(); }
     AutoLock(const AutoLock&) = delete;
