@@ -50,7 +50,7 @@ for compiler in g++ clang++; do
     command -v $compiler >/dev/null || continue
     xargs -P "${JOBS:-2}" -I{} bash -c "check_header {} $compiler" <"$folder/headers"
 done
-printf '#include "clser/ClSerial.h"\n#include "gentl/GenTL.h"\n' | gcc -std=c99 -Wall -Wpedantic -Werror -I"$headers" -fsyntax-only -x c -
+printf '#include "clser/ClSerial.h"\n#include "gentl/GenTL.h"\n#include "CLProtocol/CLProtocolC.h"\n' | gcc -std=c99 -Wall -Wpedantic -Werror -I"$headers" -fsyntax-only -x c -
 echo "$(wc -l <"$folder/headers") headers"
 [ "$(find "$tree/include" -mindepth 1 -maxdepth 1 | wc -l)" -eq 1 ] || fail "headers lie beside the folder of ours"
 

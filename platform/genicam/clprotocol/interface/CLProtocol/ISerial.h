@@ -16,6 +16,7 @@
 
 namespace CLProtocol {
 
+/// The serial line that the host hands to a CLProtocol driver.
 class ISerial {
 protected:
 #if defined(_WIN32) && defined(__GNUC__)
