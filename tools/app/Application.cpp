@@ -76,6 +76,16 @@ public:
     bool Simulates() const { return m_simulateOption->count() > 0; }
     int SimulatedCameras() const { return m_simulate; }
 
+    /// The command that asks for the help of what stands in the line.
+    std::string HelpHere() {
+        std::string words = "vanto-cl";
+        for (const CLI::App* place = &m_app; !place->get_subcommands().empty();) {
+            place = place->get_subcommands().front();
+            words += " " + place->get_name();
+        }
+        return words + " --help";
+    }
+
     /// The commands and options at the place where an unknown word stands, for a suggestion.
     std::vector<std::string> NamesBeside() {
         const CLI::App* place = &m_app;
@@ -104,6 +114,8 @@ private:
         CLI::App* app = parent->add_subcommand(name, entry.summary);
         app->group(*entry.summary != '\0' ? kGroup : "");
         m_commands.push_back(entry.make());
+        // '--simulate' may stand behind the command, too.
+        app->fallthrough();
         Command* command = m_commands.back().get();
         Options options(*app);
         command->Declare(options);
@@ -145,7 +157,7 @@ ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, cons
     for (int index = 1; index < count && hint.empty(); ++index)
         if (std::find(names.begin(), names.end(), arguments[index]) == names.end())
             hint = DidYouMean(arguments[index], names);
-    output.Error(error.what(), hint.empty() ? "'vanto-cl --help' lists the commands and options." : hint);
+    output.Error(error.what(), hint.empty() ? fmt::format("'{}' explains it.", line.HelpHere()) : hint);
     return ExitCode::kUsage;
 }
 

@@ -20,6 +20,10 @@ inline constexpr std::string_view kOtherError = "Port '%s': Generic Exceptiopn! 
 inline constexpr std::string_view kEnumerationFailed = "Exception in %s while enumerating devices. '%s'";
 inline constexpr std::string_view kFileNotReadable = "CLBindings file '%s' does not exist or could not be read.";
 
+/// What the transport layer says of a description that it can't get, up to the reason; and the rules for a recorder.
+inline constexpr std::string_view kNoDescription = "Exception while calling CCLPort::GetXML error: ";
+inline constexpr std::string_view kLayerErrors = "Vanto.CLSer.TL:error";
+
 /// Rules for a recorder that hears what follows.
 inline constexpr std::string_view kDeviceWarnings = "Vanto.CLSer.Device:warning";
 

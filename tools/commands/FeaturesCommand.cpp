@@ -2,6 +2,8 @@
 /*
  * vanto-cl features: a camera's features and their values
  */
+#include <fmt/format.h>
+
 #include <memory>
 #include <string>
 
@@ -11,6 +13,7 @@
 #include "features/FeatureTable.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
+#include "output/Output.h"
 
 namespace tools {
 
@@ -36,17 +39,20 @@ void FeaturesCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print the tree as JSON, with ranges, units and documentation");
     options.Value("--visibility", m_visibility, "LEVEL", "beginner, expert, guru (this is the default) or invisible");
     options.Exclude("--tree", "--json");
-    options.Footer("Ranges and entries are what the camera takes at present.");
+    options.Footer(
+        "Ranges and entries are what the camera takes at present. Where one can't be read, its place says why,\n"
+        "and the exit code is 1.");
 }
 
 ExitCode FeaturesCommand::Run(Output& output) {
     const GenApi::EVisibility visibility = VisibilityFromWord(m_visibility);
     const OpenDevice device(m_device, output);
-    if (m_json)
-        PrintFeaturesAsJson(output, device, visibility);
-    else
-        PrintFeatures(output, device, visibility, m_tree);
-    return ExitCode::kDone;
+    const std::size_t failures =
+        m_json ? PrintFeaturesAsJson(output, device, visibility) : PrintFeatures(output, device, visibility, m_tree);
+    if (failures == 0)
+        return ExitCode::kDone;
+    output.Warn(fmt::format("{} of the values could not be read", failures));
+    return ExitCode::kFailed;
 }
 
 std::unique_ptr<Command> MakeFeaturesCommand() {

@@ -35,24 +35,30 @@ private:
 void SaveCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Argument("FILE", m_file, "The file to write, - for standard output");
-    options.Footer("Saved are the streamable features that can be set at present, for each value of their selectors.");
+    options.Footer(
+        "Saved are the streamable features that can be set at present, for each value of their selectors.\n"
+        "What can't be read is reported, the rest is saved, and the exit code is 1.");
 }
 
 ExitCode SaveCommand::Run(Output& output) {
     const OpenDevice device(m_device, output);
     std::vector<Setting> settings;
+    std::vector<std::string> failures;
     {
         const Progress progress(output, "Reading the settings of " + device.Name());
-        settings = CollectSettings(device.Nodes());
+        settings = CollectSettings(device.Nodes(), failures);
+        device.ThrowIfGone();
     }
     const std::string text = SettingsText({"Settings of " + device.Name() + ", for 'vanto-cl load'"}, settings);
+    for (const std::string& failure : failures)
+        output.Warn("not saved: " + Printable(failure));
     if (m_file == "-") {
         output.Print(text);
-        return ExitCode::kDone;
+    } else {
+        WriteFile(PathOf(m_file), text);
+        output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
     }
-    WriteFile(PathOf(m_file), text);
-    output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
-    return ExitCode::kDone;
+    return failures.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }
 
 std::unique_ptr<Command> MakeSaveCommand() {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cameras/CameraSearch.h"
+#include "cameras/DescriptionTrouble.h"
 #include "cameras/DeviceChoice.h"
 #include "cameras/Fetching.h"
 #include "cameras/Records.h"
@@ -55,7 +56,7 @@ ExitCode XmlCommand::Run(Output& output) {
         const Interruption::Watch watch;
         CameraSearch(layer, output).Find(m_device, [&](const Vanto::CDeviceInfo& camera) {
             const Fetching progress(layer.Ports(), output, "Fetching the description of " + NameOf(camera));
-            provider->ProvideXMLFile(camera, source, xml);
+            ReadDescription(NameOf(camera), [&] { provider->ProvideXMLFile(camera, source, xml); });
             elapsed = progress.Elapsed();
         });
         ThrowIfInterrupted();

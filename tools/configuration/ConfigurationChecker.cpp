@@ -105,11 +105,21 @@ private:
         const std::size_t digits = std::min(text.find_first_of("0123456789"), text.size());
         const std::string_view number = std::string_view(text).substr(digits);
         if (std::find(kBaudRates.begin(), kBaudRates.end(), number) != kBaudRates.end())
-            return;
+            return CheckBaudRateSpelling(entry, number);
         Report(
             Severity::kWarning, entry.baudRate.place,
             fmt::format("'{}' is none of the baud rates of Camera Link", Printable(text)),
             fmt::format("They are {}. Without BaudRate the highest common rate is used.", fmt::join(kBaudRates, ", ")));
+    }
+
+    /// The text is compared with the names of the entries in the camera's description, case and all.
+    void CheckBaudRateSpelling(const PortEntry& entry, std::string_view number) {
+        const std::string usual = fmt::format("Baud{}", number);
+        if (entry.baudRate.text != usual)
+            Report(
+                Severity::kWarning, entry.baudRate.place,
+                fmt::format("cameras do not call a baud rate '{}', so it is not set", Printable(entry.baudRate.text)),
+                fmt::format("Write {}: an entry of the camera's ClSerialPortBaudRate.", usual));
     }
 
     void CheckDuplicates() {

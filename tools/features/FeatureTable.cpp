@@ -22,26 +22,28 @@ namespace {
 
 /// What a camera answers, or the failure in its place: one broken feature must not hide the others.
 template <class Read>
-std::string Answer(const OpenDevice& device, Read read) {
+std::string Answer(const OpenDevice& device, std::size_t& failures, Read read) {
     ThrowIfInterrupted();
     try {
         return read();
     } catch (const GenICam::GenericException& error) {
         if (device.IsGone())
             throw;
+        ++failures;
         return std::string("(") + error.GetDescription() + ")";
     }
 }
 
-std::vector<Table::Cell> Row(const OpenDevice& device, GenApi::INode& node, const std::string& indent) {
+std::vector<Table::Cell> Row(const OpenDevice& device, GenApi::INode& node, const std::string& indent,
+                             std::size_t& failures) {
     if (node.GetPrincipalInterfaceType() == GenApi::intfICategory)
         return {{indent + node.GetName().str(), Style::kBold}, "", "", "", ""};
     const GenApi::EAccessMode mode = node.GetAccessMode();
     const bool isValue = HasValue(node);
     const std::string value =
-        isValue && GenApi::IsReadable(mode) ? Answer(device, [&] { return ValueText(node); }) : std::string();
+        isValue && GenApi::IsReadable(mode) ? Answer(device, failures, [&] { return ValueText(node); }) : std::string();
     const std::string range =
-        isValue && GenApi::IsWritable(mode) ? Answer(device, [&] { return RangeText(node); }) : std::string();
+        isValue && GenApi::IsWritable(mode) ? Answer(device, failures, [&] { return RangeText(node); }) : std::string();
     return {{indent + node.GetName().str(), GenApi::IsAvailable(mode) ? Style::kPlain : Style::kDim},
             KindText(node),
             AccessText(mode),
@@ -81,14 +83,14 @@ void AddLimits(GenApi::INode& node, Json& json) {
     }
 }
 
-Json ToJson(const OpenDevice& device, GenApi::INode& node) {
+Json ToJson(const OpenDevice& device, GenApi::INode& node, std::size_t& failures) {
     const GenApi::EAccessMode mode = node.GetAccessMode();
     Json json{{"Name", node.GetName().str()},
               {"Interface", KindText(node)},
               {"Access", AccessText(mode)},
               {"Visibility", VisibilityText(node.GetVisibility())},
               {"DisplayName", node.GetDisplayName().str()}};
-    const std::string failure = Answer(device, [&] {
+    const std::string failure = Answer(device, failures, [&] {
         if (HasValue(node) && GenApi::IsAvailable(mode)) {
             json["Value"] = GenApi::IsReadable(mode) ? ValueJson(node) : Json(nullptr);
             AddLimits(node, json);
@@ -112,20 +114,23 @@ Json ToJson(const OpenDevice& device, GenApi::INode& node) {
  * \brief Print a line for each feature: kind, access, value, and what it takes
  * \param[in] tree With a line for each category, its features indented below it
  */
-void PrintFeatures(Output& output, const OpenDevice& device, GenApi::EVisibility visibility, bool tree) {
+std::size_t PrintFeatures(Output& output, const OpenDevice& device, GenApi::EVisibility visibility, bool tree) {
+    std::size_t failures = 0;
     Table table({{"Feature"}, {"Kind"}, {"Access"}, {"Value"}, {"Range, entries, unit"}});
     {
         const Progress progress(output, "Reading the features of " + device.Name());
         WalkFeatures(device.Nodes(), visibility, [&](GenApi::INode& node, std::size_t depth) {
             if (tree || node.GetPrincipalInterfaceType() != GenApi::intfICategory)
-                table.AddRow(Row(device, node, std::string(tree ? 2 * depth : 0, ' ')));
+                table.AddRow(Row(device, node, std::string(tree ? 2 * depth : 0, ' '), failures));
         });
     }
     table.PrintTo(output);
+    return failures;
 }
 
 /// Prints an array of the features below the root; a category has its own in "Features".
-void PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisibility visibility) {
+std::size_t PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisibility visibility) {
+    std::size_t failures = 0;
     Json json = Json::array();
     {
         const Progress progress(output, "Reading the features of " + device.Name());
@@ -133,10 +138,11 @@ void PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisi
             Json* features = &json;
             for (std::size_t level = 0; level < depth; ++level)
                 features = &features->back()["Features"];
-            features->push_back(ToJson(device, node));
+            features->push_back(ToJson(device, node, failures));
         });
     }
     output.Line(ToText(json));
+    return failures;
 }
 
 }  // namespace tools

@@ -11,7 +11,8 @@ namespace tools {
 class OpenDevice;
 class Output;
 
-void PrintFeatures(Output& output, const OpenDevice& device, GenApi::EVisibility visibility, bool tree);
-void PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisibility visibility);
+/// Both return how many features could not be read.
+std::size_t PrintFeatures(Output& output, const OpenDevice& device, GenApi::EVisibility visibility, bool tree);
+std::size_t PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisibility visibility);
 
 }  // namespace tools

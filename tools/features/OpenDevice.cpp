@@ -8,6 +8,7 @@
 
 #include "cameras/BaudRates.h"
 #include "cameras/CameraSearch.h"
+#include "cameras/DescriptionTrouble.h"
 #include "cameras/Fetching.h"
 #include "cameras/LogTexts.h"
 #include "cameras/Records.h"
@@ -52,7 +53,7 @@ void OpenDevice::Create(const Vanto::CDeviceInfo& camera) {
     m_name = NameOf(camera);
     m_address = AddressOf(camera);
     const Fetching progress(m_layer.Ports(), m_output, "Opening " + m_name);
-    m_device = m_layer.Require().CreateDevice(camera);
+    ReadDescription(m_name, [&] { m_device = m_layer.Require().CreateDevice(camera); });
 }
 
 void OpenDevice::Prepare(Use use) {

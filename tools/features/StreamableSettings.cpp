@@ -148,18 +148,23 @@ std::vector<Setting> SettingsOf(const std::vector<Refusal>& refusals) {
  *
  * A feature with selectors is read for each of their values. The selectors stand as before when this returns.
  *
+ * \param[out] failures Features that could not be read, each with the reason
  * \throw ToolError A selector has too many values, or the user asked to end
- * \throw GenericException The camera can't be read
+ * \throw GenericException A selector can't be moved
  */
-std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes) {
+std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes, std::vector<std::string>& failures) {
     std::vector<Setting> settings;
     Selectors selectors(nodes);
     for (const Group& group : GroupsOf(nodes)) {
         selectors.ForEach(group.selectors, [&](const SelectorState& state) {
             for (GenApi::INode* feature : group.features) {
-                ThrowIfInterrupted();
-                if (feature->GetAccessMode() == GenApi::RW)
-                    settings.push_back({feature->GetName().str(), ValueText(*feature), state});
+                const std::string name = feature->GetName().str();
+                const auto reason = WhyRefused([&] {
+                    if (feature->GetAccessMode() == GenApi::RW)
+                        settings.push_back({name, ValueText(*feature), state});
+                });
+                if (reason)
+                    failures.push_back(fmt::format("{}: {}", name, *reason));
             }
         });
     }

@@ -18,7 +18,7 @@ struct Refusal {
     std::string reason;
 };
 
-std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes);
+std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes, std::vector<std::string>& failures);
 std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings);
 
 }  // namespace tools

@@ -139,8 +139,20 @@ TEST_P(ConfigurationCheckerRates, AreKnown) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ConfigurationCheckerRates,
-                         testing::Values("9600", "19200", "38400", "57600", "115200", "230400", "460800", "921600",
-                                         "Baud115200", "Baud_9600", ""));
+                         testing::Values("Baud9600", "Baud19200", "Baud38400", "Baud57600", "Baud115200", "Baud230400",
+                                         "Baud460800", "Baud921600", ""));
+
+class BaudRateSpelling : public testing::TestWithParam<const char*> {};
+
+TEST_P(BaudRateSpelling, IsThatOfTheCamera) {
+    const PortConfiguration configuration = Check(
+        Entry(std::string(kGoodStart) + "<Manufacturer>Marlow</Manufacturer><BaudRate>" + GetParam() + "</BaudRate>"));
+    ASSERT_EQ(std::distance(configuration.findings.begin(), configuration.findings.end()), 1);
+    EXPECT_EQ(configuration.findings.begin()->severity, Severity::kWarning);
+    EXPECT_THAT(configuration.findings.begin()->hint, testing::HasSubstr("Write Baud115200:"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BaudRateSpelling, testing::Values("115200", "baud115200", "Baud_115200", "BAUD115200"));
 
 TEST(ConfigurationChecker, ComparesNoPortsWhenTheyAreNotKnown) {
     EXPECT_TRUE(Check(Entry("<ID>Grabber#A</ID><Enabled>1</Enabled><Manufacturer>Marlow</Manufacturer>"), std::nullopt)

@@ -1,0 +1,93 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Tests of cameras of which a part can't be read, and of looks that are ended early
+ */
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "../Eventually.h"
+#include "CamerasFixture.h"
+#include "PlayedCameras.h"
+
+namespace {
+
+using testing::HasSubstr;
+using tools_test::BlockedRun;
+using tools_test::PlayedCameras;
+using tools_test::RunResult;
+using tools_test::RunVantoCl;
+
+/// A camera whose description has one register where the camera has none.
+class BrokenFeature : public testing::Test {
+protected:
+    RunResult Run(const std::vector<std::string>& arguments) const { return m_cameras.Run(arguments); }
+
+private:
+    std::string Description() const {
+        std::string text = PlayedCameras().Run({"xml", "0"}).out;
+        const std::size_t reg = text.find("<Address>", text.find("<IntReg Name=\"WidthReg\""));
+        text.replace(reg, text.find("</Address>", reg) - reg, "<Address>0x7fff0000");
+        const std::string file = (m_folder.Path() / "camera.xml").string();
+        std::ofstream(file, std::ios::binary) << text;
+        return file;
+    }
+
+    tools::TemporaryFolder m_folder;
+    PlayedCameras m_cameras{{"cam0,serial=S0,description=" + Description()}};
+};
+
+TEST_F(BrokenFeature, LeavesTheOthersToBeSaved) {
+    const RunResult run = Run({"save", "S0", "-"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("warning: not saved: Width: "));
+    EXPECT_THAT(run.out, HasSubstr("\nExposureTime="));
+}
+
+TEST_F(BrokenFeature, LeavesTheOthersToBeListed) {
+    const RunResult run = Run({"features", "S0"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(" of the values could not be read"));
+    EXPECT_THAT(run.out, HasSubstr("\nExposureTime "));
+}
+
+// Probe and connection take fewer packets than that, the description more.
+TEST(DescriptionThatCantBeHad, IsSaidWithTheReason) {
+    const PlayedCameras played({"cam0,serial=S0,silent-after=80"});
+    const RunResult run = played.Run({"get", "COM_Port#cam0", "Width"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("the description of Marlow H2048 (S0) can't be had: "));
+    EXPECT_THAT(run.err, testing::Not(HasSubstr("Don't know what XML")));
+}
+
+TEST(Usage, NamesTheCommandsOwnHelp) {
+    EXPECT_THAT(RunVantoCl({"get"}).err, HasSubstr("'vanto-cl get --help' explains it."));
+    EXPECT_THAT(RunVantoCl({"config"}).err, HasSubstr("'vanto-cl config --help' explains it."));
+}
+
+/// Thirty-two ports: one silent, one of another maker.
+TEST(ManyCameras, AreListedWithAllThatKeepsSomeFromBeingFound) {
+    std::vector<std::string> cameras;
+    for (int camera = 0; camera < 30; ++camera)
+        cameras.push_back("cam" + std::to_string(camera) + ",serial=S" + std::to_string(camera));
+    cameras.emplace_back("foreign,manufacturer=Acme,serial=F");
+    cameras.emplace_back("silent,silent=on");
+    const PlayedCameras played(cameras);
+    const RunResult run = played.Run({"list"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, HasSubstr("30 cameras found in "));
+    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#foreign': a camera of another maker answers: "));
+    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent': no camera answers: "));
+}
+
+TEST(EndedList, IsNotKilled) {
+    const PlayedCameras played({"cam0,serial=S0", "cam1,silent=on", "cam2,silent=on", "cam3,silent=on"});
+    BlockedRun run({"list"}, played.Variables());
+    const auto hasBegun = [&] { return played.Command("stats cam0").find("packets-in=0 ") == std::string::npos; };
+    ASSERT_TRUE(tools_test::Eventually(hasBegun));
+    run.Interrupt();
+    EXPECT_EQ(run.Wait().exitCode, 130);
+}
+
+}  // namespace
