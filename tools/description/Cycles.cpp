@@ -89,7 +89,8 @@ private:
     std::vector<std::vector<std::size_t>> m_circles;
 };
 
-void Report(std::vector<Finding>& findings, const DescriptionModel& model, const Edges& edges, const char* what) {
+void Report(std::vector<Finding>& findings, const DescriptionModel& model, const Edges& edges, const char* what,
+            const char* rule) {
     constexpr std::size_t kMostNames = 12;
     for (const std::vector<std::size_t>& circle : CircleFinder(edges).Find()) {
         std::string names;
@@ -98,7 +99,8 @@ void Report(std::vector<Finding>& findings, const DescriptionModel& model, const
         if (circle.size() > kMostNames)
             names += "... -> ";
         const DescribedNode& first = model.Nodes()[circle.front()];
-        findings.push_back({Severity::kError, first.place, fmt::format("{}: {}{}", what, names, ShownName(first)), {}});
+        findings.push_back(
+            {Severity::kError, first.place, fmt::format("{}: {}{}", what, names, ShownName(first)), {}, rule});
     }
 }
 
@@ -110,9 +112,9 @@ std::vector<Finding> FindCycles(const DescriptionModel& model) {
     const auto isNeed = [](std::string_view name) {
         return std::find(kNeeds.begin(), kNeeds.end(), name) != kNeeds.end();
     };
-    Report(findings, model, EdgesOf(model, isNeed), "a value or access rule depends on itself");
+    Report(findings, model, EdgesOf(model, isNeed), "a value or access rule depends on itself", "circle");
     Report(findings, model, EdgesOf(model, [](std::string_view name) { return name == "pFeature"; }),
-           "a category holds itself");
+           "a category holds itself", "category-circle");
     return findings;
 }
 

@@ -139,7 +139,8 @@ private:
                                    std::string(Trimmed(xml.attribute("Name").value())),
                                    PlaceOf(xml),
                                    {},
-                                   {}});
+                                   {},
+                                   xml.attribute("NameSpace").value()});
         const bool isEntry = m_model.m_nodes[index].kind == "EnumEntry";
         const std::string& name = m_model.m_nodes[index].name;
         // Entries of several enumerations may have one name, so they are not found by it.
@@ -175,7 +176,7 @@ private:
     void AddNested(std::size_t from, const char* element, std::size_t to) {
         const std::size_t inner = std::max(from, to);
         m_model.m_nodes[from].elements.push_back(
-            {element, m_model.m_nodes[to].name, m_model.m_nodes[inner].place, to, false});
+            {element, m_model.m_nodes[to].name, {}, m_model.m_nodes[inner].place, to, false});
     }
 
     /// An entry of a structure takes what it lacks from the structure, wherever that stands.
@@ -192,11 +193,12 @@ private:
 
     void AddElement(std::size_t index, const pugi::xml_node& element) {
         m_model.m_nodes[index].elements.push_back(
-            {std::string(LocalName(element.name())), std::string(Trimmed(element.child_value())), PlaceOf(element)});
+            {std::string(LocalName(element.name())), std::string(Trimmed(element.child_value())),
+             std::string(Trimmed(element.attribute("Name").value())), PlaceOf(element)});
         // <pIndex Offset=".." pOffset="Node">: an attribute that refers to a node.
         if (const pugi::xml_attribute offset = element.attribute("pOffset"))
             m_model.m_nodes[index].elements.push_back(
-                {"pOffset", std::string(Trimmed(offset.value())), PlaceOf(element)});
+                {"pOffset", std::string(Trimmed(offset.value())), {}, PlaceOf(element)});
     }
 
     struct Entry {

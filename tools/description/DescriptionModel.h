@@ -20,6 +20,7 @@ struct NodeElement {
 
     std::string name;
     std::string text;
+    std::string label{};  ///< its attribute Name: of a variable, constant or expression
     Place place;
     std::size_t nested = kByName;  ///< of a node that lies within this one: its index
     bool isInherited = false;      ///< of an entry: it stands in the structure around it
@@ -32,6 +33,7 @@ struct DescribedNode {
     Place place;
     std::vector<NodeElement> elements;
     std::vector<std::size_t> entries;  ///< of an enumeration: indices of its entries
+    std::string nameSpace{};           ///< "Standard", "Custom", or empty
 
     const NodeElement* Find(std::string_view element) const;
     std::string Text(std::string_view element) const;

@@ -7,7 +7,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <set>
+#include <utility>
 
+#include "description/rules/Rules.h"
 #include "error/ExitCode.h"
 #include "output/Text.h"
 
@@ -16,10 +20,6 @@ namespace tools {
 namespace {
 
 constexpr std::string_view kRoot = "Root";
-
-std::string Label(const DescribedNode& node) {
-    return node.name.empty() ? ShownName(node) : fmt::format("{} '{}'", node.kind, Printable(node.name));
-}
 
 /// Likeness is looked for only among so many names: each comparison takes time.
 constexpr std::size_t kMostNamesToCompare = 20'000;
@@ -36,6 +36,30 @@ std::vector<std::string> AllNames(const DescriptionModel& model) {
 bool NeedsNoReference(const DescribedNode& node) {
     return node.kind == "Port" || node.kind == "EnumEntry" || node.kind == "StructReg" || node.kind == "StructEntry" ||
            node.kind == "ConfRom" || node.name == kRoot || node.name == "TLParamsLocked";
+}
+
+/// What nobody would show to a user: formulas, converters and registers of other nodes' making.
+bool IsHelper(const DescribedNode& node) {
+    static constexpr std::array kKinds{"IntSwissKnife", "SwissKnife", "IntConverter", "Converter", "IntReg",
+                                       "MaskedIntReg",  "FloatReg",   "StringReg",    "Register"};
+    return node.Text("Visibility") == "Invisible" || std::ranges::find(kKinds, node.kind) != kKinds.end();
+}
+
+/// Makers leave such nodes behind by the hundred: one line says enough.
+Finding HelpersFinding(const std::vector<const DescribedNode*>& helpers) {
+    constexpr std::size_t kMostNames = 5;
+    std::string names;
+    for (std::size_t index = 0; index < std::min(helpers.size(), kMostNames); ++index)
+        names += (index > 0 ? ", " : "") + ShownName(*helpers[index]);
+    if (helpers.size() > kMostNames)
+        names += " ...";
+    return {Severity::kNote,
+            helpers.front()->place,
+            fmt::format("{} {} can't be reached and {} nothing: {}", helpers.size(),
+                        helpers.size() == 1 ? "helper node" : "helper nodes", helpers.size() == 1 ? "serves" : "serve",
+                        names),
+            {},
+            "unreachable-helpers"};
 }
 
 std::vector<bool> Reached(const DescriptionModel& model, std::size_t root) {
@@ -60,6 +84,18 @@ std::vector<bool> Reached(const DescriptionModel& model, std::size_t root) {
     return reached;
 }
 
+/// Complaints of the engine about lines of which a rule says more precisely what is wrong.
+std::vector<Finding> WithoutKnown(std::vector<Finding> complaints, const std::vector<Finding>& known) {
+    std::set<std::uint64_t> lines;
+    for (const Finding& finding : known)
+        if (finding.severity != Severity::kNote)
+            lines.insert(finding.place.line);
+    std::erase_if(complaints, [&](const Finding& finding) {
+        return finding.place.line != 0 && lines.contains(finding.place.line);
+    });
+    return complaints;
+}
+
 }  // namespace
 
 /// References to nodes that do not exist, with the name that was probably meant.
@@ -73,10 +109,12 @@ std::vector<Finding> FindDanglingReferences(const DescriptionModel& model) {
                 continue;
             if (names.empty())
                 names = AllNames(model);
-            findings.push_back({Severity::kError, element.place,
-                                fmt::format("{} of {} refers to '{}', which does not exist", element.name, Label(node),
-                                            Printable(element.text)),
-                                findings.size() < Findings::kMost ? DidYouMean(element.text, names) : std::string()});
+            findings.push_back(
+                {Severity::kError, element.place,
+                 fmt::format("{} of {} refers to '{}', which does not exist", element.name, Label(node),
+                             Printable(element.text)),
+                 findings.size() < Findings::kMostShown ? DidYouMean(element.text, names) : std::string(),
+                 "dangling-reference"});
         }
     }
     return findings;
@@ -86,7 +124,7 @@ std::vector<Finding> FindDanglingReferences(const DescriptionModel& model) {
 std::vector<Finding> FindUnreachableNodes(const DescriptionModel& model) {
     const DescribedNode* root = model.Find(kRoot);
     if (root == nullptr)
-        return {{Severity::kError, {}, "there is no category 'Root', so no feature can be reached", {}}};
+        return {{Severity::kError, {}, "there is no category 'Root', so no feature can be reached", {}, "no-root"}};
     const std::vector<bool> reached = Reached(model, model.IndexOf(*root));
     // Of nodes that only serve another unreachable one, that one is enough to name.
     std::vector<bool> serves(reached.size(), false);
@@ -96,14 +134,23 @@ std::vector<Finding> FindUnreachableNodes(const DescriptionModel& model) {
                 target != nullptr && !reached[index] && model.IndexOf(*target) != index)
                 serves[model.IndexOf(*target)] = true;
     std::vector<Finding> findings;
+    std::vector<const DescribedNode*> helpers;
     for (std::size_t index = 0; index < reached.size(); ++index) {
         const DescribedNode& node = model.Nodes()[index];
-        if (!reached[index] && !serves[index] && !NeedsNoReference(node))
+        const bool isHidden = model.Find(node.name) != &node && !node.name.empty();  // by another node of its name
+        if (reached[index] || serves[index] || isHidden || NeedsNoReference(node))
+            continue;
+        if (IsHelper(node))
+            helpers.push_back(&node);
+        else
             findings.push_back({Severity::kWarning,
                                 node.place,
                                 fmt::format("{} can't be reached: the category Root does not lead to it", Label(node)),
-                                {}});
+                                {},
+                                "unreachable-feature"});
     }
+    if (!helpers.empty())
+        findings.push_back(HelpersFinding(helpers));
     return findings;
 }
 
@@ -113,20 +160,23 @@ std::vector<Finding> FindUnreachableNodes(const DescriptionModel& model) {
  * \return Findings in the order of the file
  */
 Findings LintDescription(const std::string& text) {
-    Findings findings;
-    const auto addAll = [&](const std::vector<Finding>& more) {
-        for (const Finding& finding : more)
-            findings.Add(finding);
+    std::vector<Finding> all;
+    const auto addAll = [&](std::vector<Finding> more) {
+        all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
     };
     try {
         const DescriptionModel model(text);
         addAll(FindDanglingReferences(model));
         addAll(FindCycles(model));
-        addAll(FindEngineComplaints(model, text));
+        addAll(FindBrokenRules(model));
+        addAll(WithoutKnown(FindEngineComplaints(model, text), all));
         addAll(FindUnreachableNodes(model));
     } catch (const ToolError& failure) {
-        findings.Add({Severity::kError, {}, failure.what(), failure.Hint()});
+        all.push_back({Severity::kError, {}, failure.what(), failure.Hint(), "not-loadable"});
     }
+    Findings findings;
+    for (Finding& finding : all)
+        findings.Add(std::move(finding));
     findings.SortByPlace();
     return findings;
 }

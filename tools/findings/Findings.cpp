@@ -9,12 +9,12 @@
 
 namespace tools {
 
-/// Keeps a finding; beyond the first hundred they are only counted, the first error aside.
+/// Keeps a finding; beyond the most that are kept they are only counted, the first error aside.
 void Findings::Add(Finding finding) {
-    const bool isError = finding.severity == Severity::kError;
-    if (m_kept.size() < kMost || (isError && m_errors == 0))
+    const Severity severity = finding.severity;
+    if (m_kept.size() < kMost || (severity == Severity::kError && m_errors == 0))
         m_kept.push_back(std::move(finding));
-    ++(isError ? m_errors : m_warnings);
+    ++(severity == Severity::kError ? m_errors : severity == Severity::kWarning ? m_warnings : m_notes);
 }
 
 /// Orders by line and column; what concerns the whole file comes last.

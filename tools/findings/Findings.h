@@ -16,20 +16,23 @@ struct Place {
     std::uint64_t column = 0;
 };
 
-/// An error keeps something from working; a warning points at what was probably not meant.
-enum class Severity { kError, kWarning };
+/// An error keeps something from working; a warning points at what was probably not meant; a note is a matter of taste
+/// or of a standard.
+enum class Severity { kError, kWarning, kNote };
 
 struct Finding {
     Severity severity = Severity::kError;
     Place place;
     std::string text;
-    std::string hint;  ///< what to do about it; may be empty
+    std::string hint;    ///< what to do about it; may be empty
+    std::string rule{};  ///< which rule it breaks; empty where there are no rules with names
 };
 
-/// Findings of one file: as many as people read, the rest is counted.
+/// Findings of one file. All are kept within reason, as programs read them; people are shown the first ones.
 class Findings {
 public:
-    static constexpr std::size_t kMost = 100;
+    static constexpr std::size_t kMost = 100'000;
+    static constexpr std::size_t kMostShown = 100;
 
     void Add(Finding finding);
     void SortByPlace();
@@ -37,7 +40,8 @@ public:
     bool HasErrors() const noexcept { return m_errors > 0; }
     std::uint64_t Errors() const noexcept { return m_errors; }
     std::uint64_t Warnings() const noexcept { return m_warnings; }
-    std::uint64_t LeftOut() const noexcept { return m_errors + m_warnings - m_kept.size(); }
+    std::uint64_t Notes() const noexcept { return m_notes; }
+    std::uint64_t LeftOut() const noexcept { return m_errors + m_warnings + m_notes - m_kept.size(); }
 
     std::size_t size() const noexcept { return m_kept.size(); }
     bool empty() const noexcept { return m_kept.empty(); }
@@ -51,6 +55,7 @@ private:
     std::vector<Finding> m_kept;
     std::uint64_t m_errors = 0;
     std::uint64_t m_warnings = 0;
+    std::uint64_t m_notes = 0;
 };
 
 }  // namespace tools

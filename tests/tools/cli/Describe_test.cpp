@@ -63,6 +63,47 @@ TEST_F(Describe, ChecksAndPrintsJson) {
     EXPECT_GE(answer.at("Errors"), 1);
 }
 
+constexpr const char* kTwoFaults =
+    "<RegisterDescription SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" "
+    "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
+    "<Category Name=\"Root\"><pFeature>X</pFeature></Category>\n"
+    "<Integer Name=\"X\"><Value>1</Value><Min>9</Min><Max>5</Max><Unit>furlong</Unit></Integer></RegisterDescription>";
+
+TEST_F(Describe, LeavesOutWhatIsBelowTheLevel) {
+    Write(kTwoFaults);
+    EXPECT_THAT(RunVantoCl({"describe", File(), "--check"}).out, HasSubstr("[unknown-unit]"));
+    const RunResult run = RunVantoCl({"describe", File(), "--check", "--level", "error"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.out,
+                HasSubstr(":2:35: error: the minimum 9 of Integer 'X' is above its maximum 5 [min-above-max]"));
+    EXPECT_THAT(run.out, testing::Not(HasSubstr("furlong")));
+}
+
+TEST_F(Describe, PrintsAnnotationsOfAWorkflow) {
+    Write(kTwoFaults);
+    const RunResult run = RunVantoCl({"describe", File(), "--check", "--format", "github"});
+    EXPECT_THAT(run.out, HasSubstr("::error file=" + File() + ",line=2,col=35,title=min-above-max::the minimum"));
+    EXPECT_THAT(run.out, HasSubstr("::notice file="));
+}
+
+TEST_F(Describe, PrintsSarif) {
+    Write(kTwoFaults);
+    const json answer = json::parse(RunVantoCl({"describe", File(), "--check", "--format", "sarif"}).out);
+    EXPECT_EQ(answer.at("version"), "2.1.0");
+    const json& run = answer.at("runs").at(0);
+    EXPECT_GT(run.at("tool").at("driver").at("rules").size(), 30U);
+    const json& result = run.at("results").at(0);
+    EXPECT_EQ(result.at("ruleId"), "min-above-max");
+    EXPECT_EQ(result.at("locations").at(0).at("physicalLocation").at("region").at("startLine"), 2);
+}
+
+TEST_F(Describe, LevelAndFormatBelongToChecking) {
+    Write(kTwoFaults);
+    EXPECT_EQ(RunVantoCl({"describe", File(), "--level", "error"}).exitCode, 2);
+    EXPECT_EQ(RunVantoCl({"describe", File(), "--check", "--level", "all"}).exitCode, 2);
+    EXPECT_EQ(RunVantoCl({"describe", File(), "--check", "--json", "--format", "text"}).exitCode, 2);
+}
+
 TEST_F(Describe, NamesTheFaultyFile) {
     Write("<RegisterDescription>");
     const RunResult run = RunVantoCl({"describe", File()});
