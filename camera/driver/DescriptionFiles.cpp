@@ -5,13 +5,13 @@
 
 #include "DescriptionFiles.h"
 
-#include <fmt/ranges.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <limits>
 
 #include "DriverError.h"
-#include "Sha1.h"
+#include "base/Sha1.h"
 
 namespace marlow {
 
@@ -77,7 +77,7 @@ std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_
  * \return Its size and SHA-1; empty for an entry without SHA-1, for which a changed file can't be told from the old one
  */
 std::string DigestOf(const gencp::ManifestEntry& entry) {
-    return entry.HasSha1() ? fmt::format("{} {:02x}", entry.size, fmt::join(entry.sha1, "")) : std::string();
+    return entry.HasSha1() ? fmt::format("{} {}", entry.size, base::ToText(entry.sha1)) : std::string();
 }
 
 /**
@@ -90,7 +90,7 @@ std::string DigestOf(const gencp::ManifestEntry& entry) {
  */
 void FetchDescription(CameraMemory& memory, const DescriptionFile& file, std::span<std::uint8_t> buffer) {
     memory.Read(file.entry.address, buffer);
-    if (file.entry.HasSha1() && Sha1(buffer) != file.entry.sha1)
+    if (file.entry.HasSha1() && base::Sha1(buffer) != file.entry.sha1)
         throw DriverError(kDamagedFile, fmt::format("The description '{}' of {} bytes at 0x{:X} has another SHA-1 than "
                                                     "the camera's manifest says.",
                                                     file.xmlId, file.entry.size, file.entry.address));

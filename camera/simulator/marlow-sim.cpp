@@ -4,12 +4,12 @@
  */
 
 #include <CLI/CLI.hpp>
-#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/Sha1.h"
 #include "camera/CameraModel.h"
 #include "camera/Description.h"
 #include "os/StandardStreams.h"
@@ -54,10 +54,7 @@ std::vector<NamedCamera> ParseCameras(const std::vector<std::string>& texts) {
 int PrintSha1(const std::vector<NamedCamera>& cameras) {
     for (const NamedCamera& camera : cameras) {
         const std::string text = DescriptionText(FindModel(camera.options.model), camera.options);
-        for (const std::uint8_t byte : Sha1({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {
-            std::cout << std::hex << std::setw(2) << std::setfill('0') << unsigned{byte};
-        }
-        std::cout << "  " << camera.name << std::endl;
+        std::cout << base::ToText(base::Sha1(text)) << "  " << camera.name << std::endl;
     }
     return 0;
 }

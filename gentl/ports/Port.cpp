@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "base/Sha1.h"
 #include "support/GenTLError.h"
 #include "support/Identity.h"
 
@@ -92,7 +93,8 @@ std::vector<std::uint8_t> Port::DescriptionHash() {
     const DescriptionFacts facts = Description();
     std::vector<std::uint8_t> text(facts.size);
     Read(facts.address, text);
-    return Sha1Of(text);
+    const base::Sha1Sum sum = base::Sha1(text);
+    return {sum.begin(), sum.end()};
 }
 
 }  // namespace gentl

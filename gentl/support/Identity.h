@@ -5,9 +5,7 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
-#include <vector>
 
 namespace gentl {
 
@@ -21,7 +19,5 @@ inline constexpr std::uint32_t kGenTLMinor = 6;
 
 std::string ProducerVersion();
 std::string ProducerPath();
-
-std::vector<std::uint8_t> Sha1Of(std::span<const std::uint8_t> bytes);
 
 }  // namespace gentl

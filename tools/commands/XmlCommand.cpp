@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "base/Sha1.h"
 #include "cameras/CameraSearch.h"
 #include "cameras/DescriptionTrouble.h"
 #include "cameras/DeviceChoice.h"
@@ -15,7 +16,6 @@
 #include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Progress.h"
-#include "output/Sha1.h"
 #include "output/Text.h"
 #include "system/Files.h"
 #include "system/Interruptible.h"
@@ -67,7 +67,7 @@ ExitCode XmlCommand::Run(Output& output) {
     }
     WriteFile(PathOf(m_file), xml.view());
     output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
-                            Sha1(xml.view())));
+                            base::ToText(base::Sha1(xml.view()))));
     return ExitCode::kDone;
 }
 

@@ -141,7 +141,7 @@ std::set<std::string, std::less<>> ConditionsOf(const CameraModel& model, std::u
 
 /// A different text gets a different GUID, and the same text always the same one.
 std::string GuidOf(std::string_view text) {
-    const Sha1Sum sum = Sha1({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+    const base::Sha1Sum sum = base::Sha1(text);
     std::string guid;
     for (std::size_t index = 0; index < 16; ++index) {
         guid += index == 4 || index == 6 || index == 8 || index == 10 ? "-" : "";
@@ -207,7 +207,7 @@ DescriptionFile MakeDescriptionFile(const CameraModel& model, const CameraOption
     file.bytes =
         options.zip ? ZipOneFile(std::string(model.name) + ".xml", text) : gencp::Bytes(text.begin(), text.end());
     if (options.sha1) {
-        file.sha1 = Sha1(file.bytes);
+        file.sha1 = base::Sha1(file.bytes);
     }
     return file;
 }

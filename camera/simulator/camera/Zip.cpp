@@ -1,9 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Packs a file and computes its checksum
+ * Packs a file
  */
 
-#include <gcrypt.h>
 #include <zip.h>
 
 #include <memory>
@@ -41,17 +40,6 @@ gencp::Bytes BytesOf(zip_source_t* source) {
 }
 
 }  // namespace
-
-/**
- * \brief Compute the SHA-1 of bytes
- */
-Sha1Sum Sha1(gencp::ByteView bytes) {
-    static const bool isReady = gcry_check_version(nullptr) != nullptr;
-    static_cast<void>(isReady);
-    Sha1Sum sum{};
-    gcry_md_hash_buffer(GCRY_MD_SHA1, sum.data(), bytes.data(), bytes.size());
-    return sum;
-}
 
 /**
  * \brief Make a ZIP file with one file in it; the same content always gives the same bytes

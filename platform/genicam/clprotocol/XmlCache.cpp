@@ -10,7 +10,7 @@
 #include "Base/GCUtilities.h"
 #include "ModuleLog.h"
 #include "SearchPath.h"
-#include "Sha1.h"
+#include "base/Sha1.h"
 #include "os/File.h"
 #include "os/Path.h"
 
@@ -28,7 +28,7 @@ std::string SumOf(const std::string& key, std::string_view xml) {
     std::string bytes = key;
     bytes += '\0';
     bytes += xml;
-    return Sha1Of(bytes);
+    return base::ToText(base::Sha1(bytes));
 }
 
 std::string FirstLine(const std::string& key) {
@@ -81,7 +81,7 @@ std::string XmlCache::PathOf(const std::string& key) const {
     std::string name = FirstLine(key).substr(0, kMaxReadableName);
     std::replace_if(
         name.begin(), name.end(), [](char character) { return !IsHarmless(character); }, '_');
-    return m_folder + os::kPathSeparator + name + "-" + Sha1Of(key).substr(0, kHashInName) + ".cache";
+    return m_folder + os::kPathSeparator + name + "-" + base::ToText(base::Sha1(key)).substr(0, kHashInName) + ".cache";
 }
 
 /// A description that was stored under that very key; nothing when there is none or it is damaged.

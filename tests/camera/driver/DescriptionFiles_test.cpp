@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Rig.h"
-#include "Sha1.h"
+#include "base/Sha1.h"
 
 namespace {
 
@@ -38,13 +38,6 @@ struct DescriptionFilesTest : testing::Test, MemoryRig {
     }
 };
 
-TEST(Sha1, IsThatOfTheStandard) {
-    // FIPS 180: SHA-1 of "abc".
-    const Sha1Digest expected{0xA9, 0x99, 0x3E, 0x36, 0x47, 0x06, 0x81, 0x6A, 0xBA, 0x3E,
-                              0x25, 0x71, 0x78, 0x50, 0xC2, 0x6C, 0x9C, 0xD0, 0xD8, 0x9D};
-    EXPECT_EQ(Sha1(Bytes{'a', 'b', 'c'}), expected);
-}
-
 TEST_F(DescriptionFilesTest, XmlIdHasSchemaDeviceAndVersion) {
     camera.SetFiles({{Entry(3), Bytes(10)}});
     EXPECT_EQ(Ids(), std::vector<std::string>{"SchemaVersion.1.1@Marlow#Heron#H2048#1@XMLVersion.1.2.3"});
@@ -54,7 +47,7 @@ TEST_F(DescriptionFilesTest, DigestIsSizeAndSha1) {
     auto entry = Entry();
     entry.size = 80123;
     EXPECT_EQ(DigestOf(entry), "");
-    entry.sha1 = Sha1(Bytes{'a', 'b', 'c'});
+    entry.sha1 = base::Sha1(Bytes{'a', 'b', 'c'});
     EXPECT_EQ(DigestOf(entry), "80123 a9993e364706816aba3e25717850c26c9cd0d89d");
 }
 
@@ -76,7 +69,7 @@ TEST_F(DescriptionFilesTest, ZippedFileIsGivenAsItIs) {
     auto entry = Entry();
     entry.fileFormat = 1;
     const Bytes zip{'P', 'K', 3, 4, 0, 0, 9};
-    entry.sha1 = Sha1(zip);
+    entry.sha1 = base::Sha1(zip);
     camera.SetFiles({{entry, zip}});
     EXPECT_EQ(Fetch(), zip);
 }
@@ -144,7 +137,7 @@ TEST_F(DescriptionFilesTest, LongFileIsFetchedInWholePackets) {
     for (std::size_t i = 0; i < file.size(); ++i)
         file[i] = static_cast<std::uint8_t>(i * 7);
     auto entry = Entry();
-    entry.sha1 = Sha1(file);
+    entry.sha1 = base::Sha1(file);
     camera.SetFiles({{entry, file}});
     ListDescriptions(memory, "M", logger);
     camera.received.clear();
@@ -154,7 +147,7 @@ TEST_F(DescriptionFilesTest, LongFileIsFetchedInWholePackets) {
 
 TEST_F(DescriptionFilesTest, FileWithAnotherSha1IsAFailure) {
     auto entry = Entry();
-    entry.sha1 = Sha1(Bytes(10, 'a'));
+    entry.sha1 = base::Sha1(Bytes(10, 'a'));
     camera.SetFiles({{entry, Bytes(10, 'b')}});
     EXPECT_EQ(CodeOf([&] { Fetch(); }), kDamagedFile);
 }

@@ -10,7 +10,6 @@
 #include <memory>
 
 #include "output/Progress.h"
-#include "output/Sha1.h"
 
 namespace {
 
@@ -105,14 +104,6 @@ TEST(DurationText, ShowsTenthsOfSeconds) {
 
 TEST(DurationText, ShowsMinutes) {
     EXPECT_EQ(DurationText(std::chrono::milliseconds(125'000)), "2 min 05 s");
-}
-
-TEST(Sha1, OfThePublishedExample) {
-    EXPECT_EQ(Sha1("abc"), "a9993e364706816aba3e25717850c26c9cd0d89d");
-}
-
-TEST(Sha1, OfNothing) {
-    EXPECT_EQ(Sha1(""), "da39a3ee5e6b4b0d3255bfef95601890afd80709");
 }
 
 }  // namespace

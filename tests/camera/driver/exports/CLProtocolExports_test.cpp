@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "LoadedDriver.h"
-#include "Sha1.h"
 #include "VirtualLine.h"
+#include "base/Sha1.h"
 #include "clser/ClSerial.h"
 #include "gencp/Memory.h"
 
@@ -213,7 +213,7 @@ TEST_F(ExportsTest, DescriptionIsGivenAsItLiesInTheCamera) {
     const gencp::Bytes file{'P', 'K', 0, 0, 7};
     gencp::ManifestEntry entry;
     entry.schemaMajor = entry.schemaMinor = entry.versionMajor = 1;
-    entry.sha1 = marlow::Sha1(file);
+    entry.sha1 = base::Sha1(file);
     camera.SetFiles({{entry, file}});
     ASSERT_EQ(Probe(), 0);
     char ids[200];
@@ -237,7 +237,7 @@ TEST_F(ExportsTest, DescriptionIsGivenAsItLiesInTheCamera) {
 
 TEST_F(ExportsTest, DigestOfADescriptionIsTheManifestsOfNow) {
     gencp::ManifestEntry entry;
-    entry.sha1 = marlow::Sha1(Bytes(3, 'x'));
+    entry.sha1 = base::Sha1(Bytes(3, 'x'));
     camera.SetFiles({{entry, Bytes(3, 'x')}});
     ASSERT_EQ(Probe(), 0);
     char ids[200] = "";
@@ -247,7 +247,7 @@ TEST_F(ExportsTest, DigestOfADescriptionIsTheManifestsOfNow) {
     size = sizeof(first);
     EXPECT_EQ(driver.digest(&line, cookie, ids, first, &size, kTimeout), 0);
     EXPECT_EQ(std::string(first).substr(0, 2), "3 ");
-    entry.sha1 = marlow::Sha1(Bytes(3, 'y'));
+    entry.sha1 = base::Sha1(Bytes(3, 'y'));
     camera.SetFiles({{entry, Bytes(3, 'y')}});
     size = sizeof(ids);
     ASSERT_EQ(driver.xmlIds(&line, cookie, ids, &size, kTimeout), 0);

@@ -154,18 +154,11 @@ TEST(DescriptionText, CanComeFromAFile) {
     EXPECT_THROW(TextOf(options), std::invalid_argument);
 }
 
-TEST(Sha1, IsThatOfTheStandardsExample) {
-    const std::string text = "abc";
-    const Sha1Sum sum = Sha1({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-    EXPECT_EQ(sum, (Sha1Sum{0xA9, 0x99, 0x3E, 0x36, 0x47, 0x06, 0x81, 0x6A, 0xBA, 0x3E,
-                            0x25, 0x71, 0x78, 0x50, 0xC2, 0x6C, 0x9C, 0xD0, 0xD8, 0x9D}));
-}
-
 TEST(MakeDescriptionFile, PlainIsTheText) {
     const DescriptionFile file = MakeDescriptionFile(FindModel("H2048"), {});
     EXPECT_FALSE(file.isZip);
     EXPECT_EQ(std::string(file.bytes.begin(), file.bytes.end()), TextOf({}));
-    EXPECT_EQ(file.sha1, Sha1(file.bytes));
+    EXPECT_EQ(file.sha1, base::Sha1(file.bytes));
 }
 
 TEST(MakeDescriptionFile, ZipHoldsTheTextAlone) {
@@ -173,7 +166,7 @@ TEST(MakeDescriptionFile, ZipHoldsTheTextAlone) {
     options.zip = true;
     const DescriptionFile file = MakeDescriptionFile(FindModel("H2048"), options);
     EXPECT_TRUE(file.isZip);
-    EXPECT_EQ(file.sha1, Sha1(file.bytes));
+    EXPECT_EQ(file.sha1, base::Sha1(file.bytes));
     zip_source_t* source = zip_source_buffer_create(file.bytes.data(), file.bytes.size(), 0, nullptr);
     zip_t* archive = zip_open_from_source(source, ZIP_RDONLY, nullptr);
     ASSERT_NE(archive, nullptr);

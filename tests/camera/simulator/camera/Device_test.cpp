@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/Sha1.h"
 #include "gencp/Manifest.h"
 #include "gencp/Memory.h"
 #include "simulator/CameraRegisters.h"
@@ -259,7 +260,7 @@ TEST_F(DeviceTest, PointsToItsDescription) {
     const Bytes& file = m_device->Registers().Description();
     EXPECT_EQ(entry->address, kDescriptionAddress);
     EXPECT_EQ(entry->size, file.size());
-    EXPECT_EQ(entry->sha1, Sha1(file));
+    EXPECT_EQ(entry->sha1, base::Sha1(file));
     EXPECT_EQ(entry->schemaMajor, 1);
     EXPECT_EQ(entry->schemaMinor, 1);
     const Bytes last = Read(entry->address + entry->size - 4, 4).scd;

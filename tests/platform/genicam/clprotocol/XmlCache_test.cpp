@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "CLProtocol/Log.h"
-#include "Sha1.h"
+#include "base/Sha1.h"
 #include "os/File.h"
 #include "scripted/Scripted.h"
 
@@ -55,7 +55,7 @@ TEST_F(Cache, KeepsOnlyWhatLooksWhole) {
 TEST_F(Cache, HealsFilesThatWereKeptCutShort) {
     cache.Store(kId, "<a/>");
     std::string bytes = std::string(kId) + '\0' + "<a";
-    const std::string content = "CLProtocol description 1\n" + CLProtocol::Sha1Of(bytes) + "\n<a";
+    const std::string content = "CLProtocol description 1\n" + base::ToText(base::Sha1(bytes)) + "\n<a";
     ASSERT_TRUE(os::WriteWholeFile(File(), content));
     EXPECT_FALSE(cache.Load(kId));
     cache.Store(kId, "<a/>");
