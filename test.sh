@@ -72,8 +72,17 @@ run_tests() { # run_tests PRESET [CTEST_ARGUMENT...]: runs ctest and keeps its s
     return $result
 }
 
-sources() { git ls-files '*.h' '*.cpp' '*.c'; }
-stage_format() { sources | xargs -r clang-format --dry-run -Werror; }
+# Those that are not added yet as well: they are part of the change.
+sources() { git ls-files --cached --others --exclude-standard '*.h' '*.cpp' '*.c' | while read -r file; do [ -f "$file" ] && echo "$file"; done; }
+stage_format() {
+    local file wrong=()
+    while read -r file; do
+        clang-format --dry-run -Werror "$file" || wrong+=("$file")
+    done < <(sources)
+    [ ${#wrong[@]} -eq 0 ] && return 0
+    echo "This repairs it: clang-format -i ${wrong[*]}" >&2
+    return 1
+}
 stage_layers() { cmake -P cmake/check-layers.cmake; }
 stage_docs() { cmake -P cmake/check-docs.cmake && make_reference; }
 make_reference() {

@@ -10,10 +10,12 @@
 #include <utility>
 
 #include "CLProtocol/CLException.h"
+#include "CLProtocol/CLProtocolTypes.h"
 #include "CLProtocol/DeviceID.h"
 #include "GenApi/INodeMap.h"
 #include "GenApi/IValue.h"
 #include "VantoCLSer/base/Log.h"
+#include "clser/ClSerial.h"
 #include "vanto/internal/VantoException.h"
 
 namespace Vanto {
@@ -33,7 +35,7 @@ constexpr boost::chrono::milliseconds kGiveWayInterval(5);
 
 // Camera Link's time-out, and the drivers' own code for it.
 bool IsNoAnswer(std::int32_t errorCode) {
-    return errorCode == -10004 || errorCode == -30209;
+    return errorCode == CL_ERR_TIMEOUT || errorCode == CLProtocol::CLP_DRIVER_NO_ANSWER;
 }
 
 }  // namespace
@@ -517,6 +519,7 @@ void CVantoCLSerPort::CloseDueToInactivity() {
         if (timer.IsBeingDeleted())
             break;
     }
+    // The text stays as it is: logs are searched for it.
     if (!lock.owns_lock() || !Close(true))
         LogTrace(PortLog(), tracelog::kWarning, "Clould not AutoClose CLPort '%s'.", m_portId);
 }

@@ -254,6 +254,7 @@ std::size_t CVantoCLSerTl::ProbePorts(const gcstring_vector& ports, gcstring_vec
     const gcstring_vector usable = SelectTemplates(templates);
     slots.resize(ports.size());
     if (usable.empty()) {
+        // The text stays as it is: logs are searched for it.
         LogTrace(TlLog(), tracelog::kDebug, "No usable usable DeviceIDTemplates found!");
         return before;
     }
@@ -316,6 +317,7 @@ IVantoDevice* CVantoCLSerTl::InternalCreateDevice(const CDeviceInfo& info) {
     if (!port.Connect(deviceId))
         ThrowLogged(GenICam::ExceptionReporter<RuntimeException>(kSource, __LINE__, "RuntimeException"),
                     "Could not open CLPort with PortID '%s' and DeviceID '%s'.", portId, deviceId);
+    // The text stays as it is: logs are searched for it.
     LogTrace(TlLog(), tracelog::kDebug, "Successfully opend CLPort with PortID '%s' and DeviceID '%s'.", portId,
              deviceId);
     // Without a device the connection ends: it would keep the camera from being opened again.

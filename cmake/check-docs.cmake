@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
-# Checks the documentation against the tree: links lead to files, packages are explained, commands exist.
+# Checks the documentation against the tree: links lead to files, packages are explained, commands and their options
+# exist, test programs are listed.
 # Run in the project's root: cmake -P cmake/check-docs.cmake
+cmake_minimum_required(VERSION 3.25)
 set(failures 0)
 macro(complain text)
     message(SEND_ERROR "${text}")
@@ -9,6 +11,16 @@ endmacro()
 
 file(GLOB_RECURSE pages "docs/*.md")
 list(APPEND pages README.md CONTRIBUTING.md)
+
+# What the programs and scripts take. Their sources have each option as "--word" or "-w,--word", scripts as they come.
+set(known)
+file(GLOB sources tools/commands/*.cpp tools/app/*.cpp camera/simulator/marlow-sim.cpp test.sh test-windows.sh)
+foreach(source IN LISTS sources)
+    file(READ "${source}" text)
+    string(REGEX MATCHALL "[\", ]--[a-z][a-z0-9-]*" found "${text}")
+    list(APPEND known ${found})
+endforeach()
+list(TRANSFORM known REPLACE ".(--.*)" "\\1")
 
 foreach(page IN LISTS pages)
     get_filename_component(folder "${page}" DIRECTORY)
@@ -37,6 +49,34 @@ foreach(page IN LISTS pages)
         string(REGEX REPLACE ".* " "" command "${use}")
         if(NOT table MATCHES "\"${command}[\" ]")
             complain("${page}: vanto-cl has no command '${command}'")
+        endif()
+    endforeach()
+
+    # Every option behind a program, or that stands in the text by itself, is one.
+    string(REGEX MATCHALL "((vanto-cl|marlow-sim) |`)[^\n`]*" uses "${text}")
+    list(FILTER uses INCLUDE REGEX "^(vanto-cl|marlow-sim|`--)")
+    foreach(use IN LISTS uses)
+        string(REGEX REPLACE " #.*" "" use "${use}")
+        string(REGEX MATCHALL "--[a-z][a-z0-9-]*" options "${use}")
+        foreach(option IN LISTS options)
+            if(NOT option IN_LIST known)
+                complain("${page}: nothing takes the option ${option}")
+            endif()
+        endforeach()
+    endforeach()
+endforeach()
+
+# Who changes a file finds the program that tests it.
+file(READ CONTRIBUTING.md contributing)
+file(GLOB_RECURSE lists tests/CMakeLists.txt)
+foreach(list IN LISTS lists)
+    file(READ "${list}" text)
+    string(REGEX MATCHALL "vanto_gtest\\([ \n]*[a-z_0-9]+" programs "${text}")
+    foreach(program IN LISTS programs)
+        string(REGEX REPLACE ".*[(][ \n]*" "" program "${program}")
+        string(REGEX REPLACE "^tools_[a-z]+_test$" "tools_<folder>_test" program "${program}")
+        if(NOT contributing MATCHES "`${program}`")
+            complain("CONTRIBUTING.md does not say what ${program} tests")
         endif()
     endforeach()
 endforeach()

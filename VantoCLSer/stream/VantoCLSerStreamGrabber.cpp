@@ -177,6 +177,7 @@ void CVantoCLSerStreamGrabber::Close() {
 // there.
 void CVantoCLSerStreamGrabber::WarnAboutLeftBuffers() {
     if (!m_state.Is(CGrabState::kOpen))
+        // The number is that of the buffers still registered, and stays it: readers of logs know it so.
         LogTrace(StreamLog(), tracelog::kWarning, "Invalid streamgrabber state (%i) in %s", m_buffers.Count(), "Close");
     if (!m_buffers.Empty().IsEmpty()) {
         LogTrace(StreamLog(), tracelog::kWarning, "Still %u empty bufferers in queue when calling Close().",
