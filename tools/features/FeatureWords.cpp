@@ -11,8 +11,8 @@
 #include <fstream>
 #include <optional>
 
+#include "base/Sha1.h"
 #include "output/Json.h"
-#include "output/Sha1.h"
 #include "system/Files.h"
 #include "system/Folders.h"
 
@@ -27,7 +27,7 @@ std::optional<std::filesystem::path> Folder() {
 
 std::optional<std::filesystem::path> FileOf(const std::string& deviceId) {
     const std::optional<std::filesystem::path> folder = Folder();
-    return folder ? std::optional(*folder / (Sha1(deviceId) + ".json")) : std::nullopt;
+    return folder ? std::optional(*folder / (base::ToText(base::Sha1(deviceId)) + ".json")) : std::nullopt;
 }
 
 /// What tells one description of a camera from another.
