@@ -9,6 +9,7 @@
 #include "Base/GCException.h"
 #include "cameras/LogTexts.h"
 #include "error/ExitCode.h"
+#include "system/Interruptible.h"
 #include "vanto/LogListener.h"
 
 namespace tools {
@@ -31,6 +32,7 @@ void ReadDescription(const std::string& camera, const std::function<void()>& act
     try {
         action();
     } catch (const GenICam::GenericException&) {
+        ThrowIfInterrupted();  // who ended it knows why it failed
         const std::string reason = LoggedReason(log);
         if (reason.empty())
             throw;
