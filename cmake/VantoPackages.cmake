@@ -5,6 +5,7 @@ if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
 endif()
 
 set(CPACK_PACKAGE_NAME vanto)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "Vanto maintainers <maintainers@vanto.example.org>")
 set(CPACK_PACKAGE_VENDOR "Vanto")
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -63,41 +64,41 @@ set(same_version "(= ${PROJECT_VERSION})")
 vanto_package(
     libraries libvanto
     DESCRIPTION "Camera Link cameras as GenICam devices: libraries
- Finds cameras on Camera Link serial lines and gives applications their
- features by name, as GenICam describes them, and their images.
- .
- This package holds the libraries, the transport layer, the serial library
- for ttys, and the CLProtocol driver of Marlow's cameras."
+Finds cameras on Camera Link serial lines and gives applications their
+features by name, as GenICam describes them, and their images.
+
+This package holds the libraries, the transport layer, the serial library
+for ttys, and the CLProtocol driver of Marlow's cameras."
     SECTION libs
     SUGGESTS vanto-cl
     CONTROL triggers libvanto.postinst libvanto.postrm libvanto.conffiles)
 vanto_package(
     development libvanto-dev
     DESCRIPTION "Camera Link cameras as GenICam devices: development files
- Headers, CMake package, files for pkg-config and examples for programs that
- use cameras, for frame-grabber plug-ins and for CLProtocol drivers."
+Headers, CMake package, files for pkg-config and examples for programs that
+use cameras, for frame-grabber plug-ins and for CLProtocol drivers."
     SECTION libdevel
     DEPENDS "libvanto ${same_version}"
     SUGGESTS vanto-doc)
 vanto_package(
     tools vanto-cl
     DESCRIPTION "Camera Link cameras from the command line
- Lists cameras, shows and sets their features, takes images, and finds out
- why a camera is not found. A simulator is with it: every command can be
- tried without a camera."
+Lists cameras, shows and sets their features, takes images, and finds out
+why a camera is not found. A simulator is with it: every command can be
+tried without a camera."
     SECTION graphics
     DEPENDS "libvanto ${same_version}"
     SUGGESTS vanto-doc)
 vanto_package(
     documentation vanto-doc
     DESCRIPTION "Camera Link cameras as GenICam devices: documentation
- Guides for users of cameras and for programmers, and the reference of all
- classes."
+Guides for users of cameras and for programmers, and the reference of all
+classes."
     SECTION doc
     ARCHITECTURE all)
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_LIBRARIES_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_LIBRARIES_PACKAGE_GENERATE_SHLIBS_POLICY "=")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_BINARY_DIR}/${VANTO_DIR_LIBRARIES}")
 
