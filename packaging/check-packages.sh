@@ -16,7 +16,8 @@ clean_up() {
 trap clean_up EXIT
 fail() { echo "check-packages: $*" >&2 && exit 1; }
 quietly() { "$@" >"$work/log" 2>&1 || { tail -n 60 "$work/log" >&2 && fail "$*"; }; }
-inside() { env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM=dumb DEBIAN_FRONTEND=noninteractive chroot "$root" "$@"; }
+inside() { env -i http_proxy="${http_proxy:-}" https_proxy="${https_proxy:-}" PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM=dumb DEBIAN_FRONTEND=noninteractive chroot "$root" "$@"; }
+deb() { echo "/packages/$(basename "$packages/$1"_*.deb)"; } # deb PACKAGE: its file, as seen from inside
 apt() { quietly inside apt-get -qq -y --no-install-recommends "$@"; }
 
 echo "-- an empty Debian"
@@ -27,6 +28,10 @@ mount -t proc proc "$root/proc"
 mkdir -p "$root/dev/pts"
 mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
 ln -sfn pts/ptmx "$root/dev/ptmx"
+# It reaches Debian's packages as this machine does.
+cp -L /etc/resolv.conf "$root/etc/resolv.conf"
+apt-config dump Acquire | grep -E '^Acquire::(http|https|ftp|Retries)' >"$root/etc/apt/apt.conf.d/99machine" || true
+quietly inside apt-get -qq update
 mkdir "$root/packages"
 cp "$packages"/*.deb "$root/packages"
 apt install man-db bash-completion
@@ -38,7 +43,7 @@ files() {
 files >"$work/before"
 
 echo "-- the programs"
-apt install /packages/libvanto_*.deb /packages/vanto-cl_*.deb
+apt install "$(deb libvanto)" "$(deb vanto-cl)"
 inside vanto-cl --version
 listed=$(inside vanto-cl --simulate list)
 echo "$listed"
@@ -56,7 +61,7 @@ inside test -f /etc/vanto/DescriptionBindings.xml
 inside grep -q 'GROUP="dialout"' /usr/lib/udev/rules.d/70-vanto.rules
 
 echo "-- a program that is built with them"
-apt install /packages/libvanto-dev_*.deb /packages/vanto-doc_*.deb g++ cmake make pkg-config
+apt install "$(deb libvanto-dev)" "$(deb vanto-doc)" g++ cmake make pkg-config
 quietly inside cmake -S /usr/share/doc/vanto/examples -B /tmp/examples
 quietly inside cmake --build /tmp/examples -j "${JOBS:-2}"
 # shellcheck disable=SC2016 # for the shell inside
@@ -70,7 +75,9 @@ done
 inside test -f /usr/share/doc/vanto/reference/index.html || fail "there is no reference"
 
 echo "-- removed again"
-quietly inside vanto-cl config init
+# As "vanto-cl config init" does where there are serial ports.
+inside mkdir -p /etc/Marlow/CLBindings
+inside sh -c 'echo "<CLBindings></CLBindings>" >/etc/Marlow/CLBindings/PortConfiguration_x64.xml'
 apt purge libvanto libvanto-dev vanto-cl vanto-doc g++ cmake make pkg-config
 apt autoremove --purge
 files >"$work/after"
