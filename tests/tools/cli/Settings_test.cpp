@@ -80,8 +80,8 @@ TEST_F(Settings, OfAFaultyFileTouchNoCamera) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.err, HasSubstr("settings.txt:2: 'nonsense' is no NAME=VALUE"));
     EXPECT_EQ(Run({"get", "0", "Height"}).out, "2048\n");
-    EXPECT_EQ(Run({"load", "0", "/nonexistent"}).exitCode, 1);
-    EXPECT_EQ(Run({"save", "0", "/nonexistent/x"}).exitCode, 1);
+    EXPECT_EQ(Run({"load", "0", File() + ".none"}).exitCode, 1);
+    EXPECT_EQ(Run({"save", "0", File() + ".none/x"}).exitCode, 1);
     EXPECT_EQ(Run({"save", "nobody", File()}).exitCode, 3);
 }
 
