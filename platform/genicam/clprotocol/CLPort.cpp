@@ -202,10 +202,10 @@ private:
  * \class CCLPort
  * \brief One connection to one camera
  *
- * The foreign libraries' functions run on a thread of the connection's own. When one does not return, neither giving
- * a sign of life on the serial line, the access ends with CLErrException -10004 after the time that Patience::callMs
- * says, and so does every later one at once: nothing can interrupt such a function. Its port stays open until it
- * returns; other ports are not affected.
+ * The foreign libraries' functions run on a thread of the connection's own, which ends while nobody uses it. When one
+ * does not return, neither giving a sign of life on the serial line, the access ends with CLErrException -10004 after
+ * the time that Patience::callMs says, and so does every later one at once: nothing can interrupt such a function. Its
+ * port stays open until it returns; other ports are not affected.
  *
  * \context Thread-safe; accesses to one port run one after the other.
  */

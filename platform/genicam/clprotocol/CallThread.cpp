@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A thread on which foreign functions run
+ * Runs foreign functions on another thread
  */
 
 #include "CallThread.h"
@@ -38,7 +38,9 @@ struct CallThread::State {
     Job job;
     std::vector<std::shared_ptr<void>> left;  // what the worker gives up when it is free
     bool hasJob = false;                      // from the moment it is given until it is done
+    bool hasThread = false;
     bool isOver = false;
+    bool isGivenUp = false;
     bool isStuck = false;  // was given up and has not come back; counts among the stuck threads
     std::exception_ptr error;
     ForeignActivity activity;
@@ -46,20 +48,17 @@ struct CallThread::State {
 
 /**
  * \class CallThread
- * \brief Runs one job after the other on a thread of its own
+ * \brief Runs one job after the other on a thread of its own, which lives only while there is something to do
+ *
+ * The first job starts the thread; one that has waited for the next job for a while ends, and the next one starts it
+ * anew. So a connection that nobody uses costs no thread.
  *
  * A job that hangs in foreign code is given up: the thread is left alone with all that the job holds, which is freed
  * when the foreign function returns after all. Nothing can interrupt such a function.
  *
  * \context Bound to one thread at a time. A job must own all that it uses, for it may outlive its caller.
  */
-CallThread::CallThread() : m_state(std::make_shared<State>()) {
-    try {
-        m_thread = std::thread([state = m_state] { Work(state); });
-    } catch (const std::system_error& error) {
-        throw RUNTIME_EXCEPTION("Could not start a thread: %s", error.what());
-    }
-}
+CallThread::CallThread() : m_state(std::make_shared<State>()) {}
 
 CallThread::~CallThread() {
     {
@@ -69,44 +68,69 @@ CallThread::~CallThread() {
     }
     if (m_isStuck)
         m_thread.detach();
-    else
+    else if (m_thread.joinable())
         m_thread.join();
+}
+
+// With the lock held, for which a thread that has ended by itself does not wait any more.
+void CallThread::StartThread() {
+    if (m_state->hasThread)
+        return;
+    if (m_thread.joinable())
+        m_thread.join();
+    try {
+        m_thread = std::thread([state = m_state] { Work(state); });
+    } catch (const std::system_error& error) {
+        throw RUNTIME_EXCEPTION("Could not start a thread: %s", error.what());
+    }
+    m_state->hasThread = true;
 }
 
 void CallThread::Work(const std::shared_ptr<State>& state) {
     const ActivityWatch watch(state->activity);
     std::unique_lock lock(state->mutex);
-    while (true) {
-        if (state->isStuck && !state->job && state->left.empty()) {
-            state->isStuck = false;
-            --g_stuckThreads;
-        }
-        state->changed.wait(lock,
-                            [&] { return state->isOver || !state->left.empty() || (state->hasJob && state->job); });
-        if (!state->left.empty()) {
-            auto left = std::exchange(state->left, {});
-            lock.unlock();
-            left.clear();
-            lock.lock();
+    while (HasWork(lock, *state)) {
+        if (state->left.empty()) {
+            DoJob(lock, *state);
             continue;
         }
-        if (!state->job)
-            return;
-        Job job = std::exchange(state->job, nullptr);
+        auto left = std::exchange(state->left, {});
         lock.unlock();
-        std::exception_ptr error;
-        try {
-            const os::AwaitedWork work(kWorkName);
-            job();
-        } catch (...) {
-            error = std::current_exception();
-        }
-        job = nullptr;
+        left.clear();
         lock.lock();
-        state->error = std::move(error);
-        state->hasJob = false;
-        state->changed.notify_all();
     }
+    state->hasThread = false;
+}
+
+// Waits for something to do. What was given up waits on: it may be left more to free.
+bool CallThread::HasWork(std::unique_lock<std::mutex>& lock, State& state) {
+    if (state.isStuck && !state.job && state.left.empty()) {
+        state.isStuck = false;
+        --g_stuckThreads;
+    }
+    const auto mustWake = [&] { return state.isOver || !state.left.empty() || state.job; };
+    if (state.isGivenUp)
+        state.changed.wait(lock, mustWake);
+    else
+        state.changed.wait_for(lock, kIdle, mustWake);
+    return !state.left.empty() || state.job;
+}
+
+void CallThread::DoJob(std::unique_lock<std::mutex>& lock, State& state) {
+    Job job = std::exchange(state.job, nullptr);
+    lock.unlock();
+    std::exception_ptr error;
+    try {
+        const os::AwaitedWork work(kWorkName);
+        job();
+    } catch (...) {
+        error = std::current_exception();
+    }
+    job = nullptr;
+    lock.lock();
+    state.error = std::move(error);
+    state.hasJob = false;
+    state.changed.notify_all();
 }
 
 std::size_t CountStuckThreads() noexcept {
@@ -119,6 +143,7 @@ std::size_t CountStuckThreads() noexcept {
  * \param[in] silence Time that a foreign function may take without a sign of life, besides the module's patience
  * \param[in] limit Time that the whole job may take
  * \throw CLErrException Code -10004: a foreign function hangs, now or since an earlier job; the text names it
+ * \throw GenICam::RuntimeException No thread could be started
  * \throw ... What the job throws
  */
 void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
@@ -130,6 +155,7 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
     const auto patience = Milliseconds(GetPatience().callMs) + silence;
     os::AwaitWork(kWorkName);
     std::unique_lock lock(m_state->mutex);
+    StartThread();
     m_state->job = std::move(job);
     m_state->hasJob = true;
     m_state->changed.notify_all();
@@ -142,6 +168,7 @@ void CallThread::Run(Job job, Milliseconds silence, Milliseconds limit) {
     } while (m_state->hasJob && Clock::now() < end && m_state->activity.Progress() != progress);
     if (m_state->hasJob) {
         m_isStuck = true;
+        m_state->isGivenUp = true;
         m_state->isStuck = true;
         ++g_stuckThreads;
         KeepModuleLoaded();

@@ -13,6 +13,7 @@
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
 #include "ForeignCall.h"
+#include "os/PerThread.h"
 
 namespace {
 
@@ -38,6 +39,26 @@ TEST_F(Calls, RunJobsOnOneThreadOfTheirOwn) {
     thread.Run([&] { second = std::this_thread::get_id(); });
     EXPECT_EQ(first, second);
     EXPECT_NE(first, std::this_thread::get_id());
+}
+
+// Tells when its thread ends.
+struct EndOfThread {
+    std::promise<void> promise;
+    ~EndOfThread() { promise.set_value(); }
+};
+
+std::future<void> EndOfThreadOf(CallThread& thread) {
+    std::future<void> hasEnded;
+    thread.Run([&] { hasEnded = os::PerThread<EndOfThread>().promise.get_future(); });
+    return hasEnded;
+}
+
+TEST_F(Calls, GiveTheirThreadBackWhileThereAreNone) {
+    CallThread thread;
+    for (int turn = 0; turn < 2; ++turn) {
+        const std::future<void> hasEnded = EndOfThreadOf(thread);
+        ASSERT_EQ(hasEnded.wait_for(std::chrono::minutes(1)), std::future_status::ready) << turn;
+    }
 }
 
 TEST_F(Calls, PassOnExceptions) {
