@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "DriverError.h"
+#include "base/TokenEscape.h"
 
 namespace marlow {
 
@@ -25,7 +26,7 @@ std::vector<std::string> Split(std::string_view text) {
     std::vector<std::string> tokens;
     for (;;) {
         const std::size_t end = text.find(kTokenSeparator);
-        tokens.emplace_back(text.substr(0, end));
+        tokens.push_back(base::UnescapeToken(text.substr(0, end)));
         if (end == std::string_view::npos)
             return tokens;
         text.remove_prefix(end + 1);
@@ -35,9 +36,11 @@ std::vector<std::string> Split(std::string_view text) {
 }  // namespace
 
 /// Manufacturer, family, model, version and serial number: all five, since hosts differ in what they take the last of
-/// four for. What is empty keeps its place.
+/// four for. What is empty keeps its place; separators within the tokens are escaped.
 std::string CameraName::ToShortDeviceId() const {
-    return fmt::format("{1}{0}{2}{0}{3}{0}{4}{0}{5}", kTokenSeparator, manufacturer, family, model, version, serial);
+    using base::EscapeToken;
+    return fmt::format("{1}{0}{2}{0}{3}{0}{4}{0}{5}", kTokenSeparator, EscapeToken(manufacturer), EscapeToken(family),
+                       EscapeToken(model), EscapeToken(version), EscapeToken(serial));
 }
 
 /// Whether both name one camera, be it with another version.
@@ -80,7 +83,7 @@ std::string DeviceRequest::ShortDeviceId() const {
     std::string text = m_manufacturer;
     for (const auto& token : {m_family, m_model, m_serial}) {
         if (token)
-            text += kTokenSeparator + *token;
+            text += kTokenSeparator + base::EscapeToken(*token);
     }
     return text;
 }

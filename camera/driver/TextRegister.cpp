@@ -21,10 +21,9 @@ bool IsSurrogate(char32_t sign) {
     return sign >= 0xD800 && sign <= 0xDFFF;
 }
 
-// '#' and the tab separate tokens and identifiers; control characters would spoil any line they are printed in.
+// The tab separates identifiers; control characters would spoil any line they are printed in.
 bool IsAllowed(char32_t sign) {
-    return sign >= 0x20 && sign != U'#' && sign <= kLastCodePoint && !IsSurrogate(sign) &&
-           !(sign >= 0x7F && sign < 0xA0);
+    return sign >= 0x20 && sign <= kLastCodePoint && !IsSurrogate(sign) && !(sign >= 0x7F && sign < 0xA0);
 }
 
 void AppendSign(std::string& text, char32_t sign) {
@@ -107,11 +106,11 @@ std::size_t TerminatedLength(gencp::ByteView bytes, TextEncoding encoding) noexc
 }
 
 /**
- * \brief A register's text as a token of a DeviceID
+ * \brief A register's text for a token of a DeviceID
  * \param[in] bytes The register, with or without terminator
  * \param[in] encoding Of the register
  *
- * \return UTF-8; '#', control characters and what is no text in that encoding are replaced by '_'
+ * \return UTF-8; control characters and what is no text in that encoding are replaced by '_'
  */
 std::string DecodeToken(gencp::ByteView bytes, TextEncoding encoding) {
     bytes = bytes.first(TerminatedLength(bytes, encoding));

@@ -67,7 +67,7 @@ TEST_F(EnumeratesCameras, WithCompleteRecords) {
 }
 
 TEST_F(EnumeratesCameras, WithSerialNumbersThatAreNoNames) {
-    auto camera = Camera("21-0042/A (b) %23");
+    auto camera = Camera("21#0042/A (b) %23");
     camera.firmware = "2.1 beta/3";
     Add("cam0", camera);
     const DeviceInfoList list = Enumerate();
@@ -75,7 +75,7 @@ TEST_F(EnumeratesCameras, WithSerialNumbersThatAreNoNames) {
     EXPECT_EQ(list[0].GetSerialNumber(), camera.serial);
     gcstring value;
     EXPECT_TRUE(list[0].GetPropertyValue("DeviceID", value));
-    EXPECT_THAT(value.str(), testing::EndsWith("#Marlow#Heron#H2048#2.1 beta/3#21-0042/A (b) %23"));
+    EXPECT_THAT(value.str(), testing::EndsWith("#Marlow#Heron#H2048#2.1 beta/3#21%230042/A (b) %2523"));
     Vanto::IVantoDevice* const device = CTlFactory::GetInstance().CreateDevice(list[0]);
     device->Open();
     EXPECT_THAT(SerialNumbers(), ElementsAre(camera.serial)) << "asked of the open device";

@@ -10,6 +10,7 @@
 #include "Base/GCUtilities.h"
 #include "DriverLocations.h"
 #include "Texts.h"
+#include "base/TokenEscape.h"
 
 namespace CLProtocol {
 
@@ -20,6 +21,15 @@ constexpr std::size_t kFirstShortToken = 2;
 constexpr std::size_t kMinTokens = 3;  // no template is cut off further than the manufacturer
 constexpr std::size_t kMaxTokens = 7;
 constexpr std::size_t kTokensWithVersion = 7;
+
+// Drivers of others may mean the escapes as they stand.
+constexpr std::string_view kEscapingDriver = "MarlowCLProtocol";
+
+// What the camera's register says.
+GenICam::gcstring Plain(const GenICam::gcstring& driver, const GenICam::gcstring& token) {
+    const bool isEscaped = driver.view().find(kEscapingDriver) != std::string_view::npos;
+    return isEscaped ? GenICam::gcstring(base::UnescapeToken(token.view())) : token;
+}
 
 }  // namespace
 
@@ -75,6 +85,26 @@ GenICam::gcstring CDeviceID::GetDriverPath() const {
     if (m_driverFileName.empty())
         return {};
     return DriverPathIn(m_driverDirectory.str(), m_driverFileName.str());
+}
+
+GenICam::gcstring CDeviceID::GetCameraManufacturer() const {
+    return Plain(m_driverFileName, m_manufacturer);
+}
+
+GenICam::gcstring CDeviceID::GetCameraFamily() const {
+    return Plain(m_driverFileName, m_family);
+}
+
+GenICam::gcstring CDeviceID::GetCameraModel() const {
+    return Plain(m_driverFileName, m_model);
+}
+
+GenICam::gcstring CDeviceID::GetCameraVersion() const {
+    return Plain(m_driverFileName, m_version);
+}
+
+GenICam::gcstring CDeviceID::GetCameraSerialNumber() const {
+    return Plain(m_driverFileName, m_serialNumber);
 }
 
 /// The identifier without the driver's directory and file name.

@@ -69,7 +69,7 @@ TEST_F(ConnectionTest, FullRegistersAreReadToTheirEnd) {
 }
 
 TEST_F(ConnectionTest, SerialNumbersThatAreNoNamesComeBackAsTheyAre) {
-    for (const char* number : {"007", "21-0042/A", "SN 4711 (b)", "\"x\",<&>", "%23", "\xC3\xA4\xE2\x82\xAC"}) {
+    for (const char* number : {"007", "21-0042/A", "SN 4711 (b)", "\"x\",<&>", "50%", "\xC3\xA4\xE2\x82\xAC"}) {
         camera.SetText(gencp::abrm::kSerialNumber, number);
         const std::string id = OpenedAs();
         EXPECT_EQ(id, std::string("Marlow#Heron#H2048#2.0#") + number);
@@ -84,10 +84,10 @@ TEST_F(ConnectionTest, NewFirmwareOfAKnownCameraShowsInItsName) {
     EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.1#21790042");
 }
 
-TEST_F(ConnectionTest, SeparatorsInNamesAreReplaced) {
+TEST_F(ConnectionTest, SeparatorsInNamesAreEscaped) {
     camera.SetText(gencp::abrm::kModelName, "H#20\t48");
-    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H_20_48#2.0#21790042");
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H_20_48#2.0#21790042"), "Marlow#Heron#H_20_48#2.0#21790042");
+    EXPECT_EQ(OpenedAs(), "Marlow#Heron#H%2320_48#2.0#21790042");
+    EXPECT_EQ(OpenedAs("Marlow#Heron#H%2320_48#2.0#21790042"), "Marlow#Heron#H%2320_48#2.0#21790042");
 }
 
 TEST_F(ConnectionTest, WideNamesAreRead) {

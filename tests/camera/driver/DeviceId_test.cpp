@@ -17,6 +17,13 @@ TEST(CameraName, IsFiveTokens) {
     EXPECT_EQ((CameraName{"Marlow", "Heron", "H2048", "", ""}.ToShortDeviceId()), "Marlow#Heron#H2048##");
 }
 
+TEST(CameraName, KeepsSeparatorsOfItsTokensApart) {
+    const CameraName odd{"Marlow", "He#ron", "H%23", "1#", "4#2"};
+    EXPECT_EQ(odd.ToShortDeviceId(), "Marlow#He%23ron#H%2523#1%23#4%232");
+    EXPECT_TRUE(DeviceRequest(odd.ToShortDeviceId()).Fits(odd));
+    EXPECT_EQ(DeviceRequest(odd.ToShortDeviceId()).ShortDeviceId(), "Marlow#He%23ron#H%2523#4%232");
+}
+
 TEST(CameraName, IsThatOfTheSameCameraWhateverItsVersion) {
     EXPECT_TRUE(kCamera.IsSameCameraAs({"Marlow", "Heron", "H2048", "2.0", "42"}));
     EXPECT_FALSE(kCamera.IsSameCameraAs({"Acme", "Heron", "H2048", "1.0", "42"}));

@@ -30,7 +30,7 @@ TEST(TextRegister, NumbersStayNumbers) {
 }
 
 TEST(TextRegister, SeparatorsAndControlCharactersAreReplaced) {
-    EXPECT_EQ(DecodeToken(B("a#b\tc\nd\x7F\x01"), TextEncoding::Ascii), "a_b_c_d__");
+    EXPECT_EQ(DecodeToken(B("a#b\tc\nd\x7F\x01"), TextEncoding::Ascii), "a#b_c_d__");
     EXPECT_EQ(DecodeToken(B("\xC2\x85x"), TextEncoding::Utf8), "_x");
 }
 
@@ -45,7 +45,7 @@ TEST(TextRegister, WhatIsNoUtf8IsReplacedByteByByte) {
 
 TEST(TextRegister, Utf16IsBigEndian) {
     EXPECT_EQ(DecodeToken(B("\0H\0#\0\xE4\xD8\x3D\xDC\xF7\0\0\0x"sv), TextEncoding::Utf16),
-              "H_\xC3\xA4\xF0\x9F\x93\xB7");
+              "H#\xC3\xA4\xF0\x9F\x93\xB7");
 }
 
 TEST(TextRegister, SignsAtTheEndsOfEachLengthAreWrittenInIt) {

@@ -88,6 +88,17 @@ TEST(DeviceID, NamesADriverThatCanBeLoaded) {
     EXPECT_EQ(CDeviceID(scripted::FullDeviceId("Marlow")).GetDriverPath(), scripted::DriverPath());
 }
 
+TEST(DeviceID, ReadsEscapesOfThisProjectsDriverOnly) {
+    const CDeviceID own("d#libMarlowCLProtocol.so#M%23#F%23#N%23#1%23#A%23%2523");
+    EXPECT_EQ(own.GetCameraManufacturer(), "M#");
+    EXPECT_EQ(own.GetCameraFamily(), "F#");
+    EXPECT_EQ(own.GetCameraModel(), "N#");
+    EXPECT_EQ(own.GetCameraVersion(), "1#");
+    EXPECT_EQ(own.GetCameraSerialNumber(), "A#%23");
+    EXPECT_EQ(own.GetShortDeviceID(), "M%23#F%23#N%23#1%23#A%23%2523");
+    EXPECT_EQ(CDeviceID("d#libX.so#M#F#N#1#A%23").GetCameraSerialNumber(), "A%23");
+}
+
 TEST(DeviceID, MatchesTemplatesTokenByToken) {
     const CDeviceID id("d#f#Marlow#Heron#H2048#17");
     for (const char* text : {"d#f#Marlow", "d#f#Marlow#Heron", "d#f#Marlow#Heron#H2048", "d#f#Marlow#Heron#H2048#17"})

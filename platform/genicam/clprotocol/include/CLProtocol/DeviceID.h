@@ -12,7 +12,8 @@ namespace CLProtocol {
 
 /// A CLProtocol device identifier or template:
 /// `DriverDirectory#DriverFileName#Manufacturer#Family#Model[#Version][#SerialNumber]`. Six tokens end in the serial
-/// number, seven in version and serial number. All getters of an unparsed identifier yield the empty string.
+/// number, seven in version and serial number. All getters of an unparsed identifier yield the empty string. Where this
+/// project's own driver stands in it, "%23" in a token is a '#' of the camera's, and getters say so.
 class CLPROTOCOL_API CDeviceID {
 public:
     CDeviceID() = default;
@@ -29,15 +30,15 @@ public:
     GenICam::gcstring GetDriverFileName() const { return m_driverFileName; }
     GenICam::gcstring GetDriverPath() const;
     /// The camera's maker.
-    GenICam::gcstring GetCameraManufacturer() const { return m_manufacturer; }
+    GenICam::gcstring GetCameraManufacturer() const;
     /// The camera's family.
-    GenICam::gcstring GetCameraFamily() const { return m_family; }
+    GenICam::gcstring GetCameraFamily() const;
     /// The camera's model.
-    GenICam::gcstring GetCameraModel() const { return m_model; }
+    GenICam::gcstring GetCameraModel() const;
     /// The camera's version; empty in identifiers of six tokens.
-    GenICam::gcstring GetCameraVersion() const { return m_version; }
+    GenICam::gcstring GetCameraVersion() const;
     /// The camera's serial number; empty in templates.
-    GenICam::gcstring GetCameraSerialNumber() const { return m_serialNumber; }
+    GenICam::gcstring GetCameraSerialNumber() const;
     GenICam::gcstring GetShortDeviceID() const;
     bool IsMatchingTemplate(const GenICam::gcstring& deviceIdTemplate) const;
 
