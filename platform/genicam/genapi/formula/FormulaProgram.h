@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "map/Arena.h"
+#include "schema/Arena.h"
 
 namespace GenApi {
 

@@ -8,7 +8,7 @@
 #include <array>
 
 #include "Base/GCException.h"
-#include "map/Text.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

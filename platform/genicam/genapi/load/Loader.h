@@ -12,9 +12,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "core/NodeMap.h"
 #include "load/SourceText.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

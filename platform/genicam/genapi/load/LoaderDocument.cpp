@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "Base/GCException.h"
+#include "core/Port.h"
 #include "load/Loader.h"
-#include "map/Text.h"
-#include "nodes/Port.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

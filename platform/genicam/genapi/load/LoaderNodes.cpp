@@ -8,9 +8,9 @@
 
 #include "Base/GCException.h"
 #include "load/Loader.h"
-#include "map/Text.h"
-#include "map/Values.h"
 #include "nodes/NodeFactory.h"
+#include "schema/Text.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

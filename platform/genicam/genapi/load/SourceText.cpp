@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "map/Text.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

@@ -6,10 +6,10 @@
 #include "nodes/Boolean.h"
 
 #include "Base/GCException.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
-#include "map/Values.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
+#include "schema/Text.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

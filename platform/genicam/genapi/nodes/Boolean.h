@@ -5,7 +5,7 @@
 #pragma once
 
 #include "GenApi/IBoolean.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {

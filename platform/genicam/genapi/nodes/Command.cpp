@@ -7,9 +7,9 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

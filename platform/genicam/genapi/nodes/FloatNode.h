@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "GenApi/IFloat.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {

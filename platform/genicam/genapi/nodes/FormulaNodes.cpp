@@ -9,8 +9,8 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/NodeMap.h"
-#include "map/Values.h"
+#include "core/NodeMap.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

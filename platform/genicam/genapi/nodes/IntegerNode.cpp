@@ -9,9 +9,9 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Values.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

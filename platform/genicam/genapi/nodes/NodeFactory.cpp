@@ -5,11 +5,11 @@
 
 #include "nodes/NodeFactory.h"
 
+#include "core/Port.h"
 #include "nodes/Boolean.h"
 #include "nodes/Command.h"
 #include "nodes/Enumeration.h"
 #include "nodes/FormulaNodes.h"
-#include "nodes/Port.h"
 #include "nodes/RegisterNodes.h"
 #include "nodes/SimpleNodes.h"
 

@@ -4,8 +4,8 @@
  */
 #pragma once
 
-#include "map/Arena.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
+#include "schema/Arena.h"
 
 namespace GenApi {
 

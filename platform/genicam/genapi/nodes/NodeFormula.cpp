@@ -11,11 +11,11 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "core/NodeMap.h"
 #include "formula/FormulaCompiler.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
 #include "nodes/Enumeration.h"
 #include "nodes/FormulaNodes.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

@@ -6,9 +6,9 @@
 
 #include "GenApi/IRegister.h"
 #include "GenApi/IString.h"
+#include "core/RegisterCore.h"
 #include "nodes/FloatNode.h"
 #include "nodes/IntegerNode.h"
-#include "nodes/RegisterCore.h"
 
 namespace GenApi {
 

@@ -7,10 +7,10 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
 #include "nodes/ConfigurationRom.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "GenApi/ICategory.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
 #include "nodes/RegisterNodes.h"
 
 namespace GenApi {

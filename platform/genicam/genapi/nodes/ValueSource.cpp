@@ -9,10 +9,10 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "core/NodeMap.h"
 #include "formula/FormulaArithmetic.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
-#include "map/Values.h"
+#include "schema/Text.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "map/Property.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
+#include "schema/Property.h"
 
 namespace GenApi {
 

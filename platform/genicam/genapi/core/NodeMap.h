@@ -15,13 +15,13 @@
 #include "GenApi/Diagnostics.h"
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/INodeMap.h"
-#include "map/AccessMemory.h"
-#include "map/Arena.h"
-#include "map/CallbackTable.h"
-#include "map/DependencyGraph.h"
-#include "map/NameIndex.h"
-#include "map/RegisterCache.h"
-#include "nodes/Node.h"
+#include "core/AccessMemory.h"
+#include "core/CallbackTable.h"
+#include "core/DependencyGraph.h"
+#include "core/Node.h"
+#include "core/RegisterCache.h"
+#include "schema/Arena.h"
+#include "schema/NameIndex.h"
 
 namespace GenApi {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "map/Property.h"
+#include "schema/Property.h"
 
 namespace GenApi {
 

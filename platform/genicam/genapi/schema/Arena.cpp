@@ -3,7 +3,7 @@
  * Memory of a node map: given out in pieces, given back as a whole
  */
 
-#include "map/Arena.h"
+#include "schema/Arena.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
  * Words of the schema: access modes, representations and the like
  */
 
-#include "map/Values.h"
+#include "schema/Values.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "Base/GCFormat.h"
-#include "map/Text.h"
+#include "schema/Text.h"
 
 namespace GenApi {
 

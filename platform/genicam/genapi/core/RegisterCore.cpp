@@ -3,7 +3,7 @@
  * A piece of register space as a node sees it: address, length, byte order, caching
  */
 
-#include "nodes/RegisterCore.h"
+#include "core/RegisterCore.h"
 
 #include <algorithm>
 #include <array>
@@ -13,10 +13,10 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
-#include "map/Values.h"
-#include "nodes/Port.h"
+#include "core/NodeMap.h"
+#include "core/Port.h"
+#include "schema/Text.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

@@ -3,13 +3,13 @@
  * Evaluates from below what is too deep to be evaluated from above
  */
 
-#include "map/Descent.h"
+#include "core/Descent.h"
 
 #include <utility>
 
 #include "Base/GCException.h"
-#include "map/NodeMap.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
+#include "core/NodeMap.h"
 
 namespace GenApi {
 

@@ -3,7 +3,7 @@
  * The callbacks of a node map
  */
 
-#include "map/CallbackTable.h"
+#include "core/CallbackTable.h"
 
 #include <algorithm>
 #include <chrono>

@@ -8,7 +8,7 @@
 #include <exception>
 #include <unordered_map>
 
-#include "map/Evaluation.h"
+#include "core/Evaluation.h"
 
 namespace GenApi {
 

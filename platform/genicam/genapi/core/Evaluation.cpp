@@ -3,11 +3,11 @@
  * Marks nodes that are being evaluated, so that circles end
  */
 
-#include "map/Evaluation.h"
+#include "core/Evaluation.h"
 
 #include "Base/GCException.h"
-#include "map/Descent.h"
-#include "nodes/Node.h"
+#include "core/Descent.h"
+#include "core/Node.h"
 
 namespace GenApi {
 

@@ -3,7 +3,7 @@
  * Finds nodes by name
  */
 
-#include "map/NameIndex.h"
+#include "schema/NameIndex.h"
 
 #include <bit>
 #include <cstring>

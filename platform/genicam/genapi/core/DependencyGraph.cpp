@@ -3,12 +3,12 @@
  * Who depends on whom: what a change invalidates and announces
  */
 
-#include "map/DependencyGraph.h"
+#include "core/DependencyGraph.h"
 
 #include <algorithm>
 
-#include "map/NodeMap.h"
-#include "nodes/RegisterCore.h"
+#include "core/NodeMap.h"
+#include "core/RegisterCore.h"
 
 namespace GenApi {
 

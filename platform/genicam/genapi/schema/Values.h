@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "GenApi/Types.h"
-#include "map/Schema.h"
+#include "schema/Schema.h"
 
 namespace GenApi {
 

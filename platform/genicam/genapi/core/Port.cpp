@@ -3,13 +3,13 @@
  * Port: where registers lie
  */
 
-#include "nodes/Port.h"
+#include "core/Port.h"
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Values.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

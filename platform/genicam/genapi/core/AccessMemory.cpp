@@ -3,7 +3,7 @@
  * What an access has found out up to now
  */
 
-#include "map/AccessMemory.h"
+#include "core/AccessMemory.h"
 
 #include <utility>
 

@@ -9,7 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "map/Evaluation.h"
+#include "core/Evaluation.h"
 
 namespace GenApi {
 

@@ -9,10 +9,10 @@
 #include <utility>
 
 #include "Base/GCException.h"
+#include "core/Descent.h"
+#include "core/Node.h"
+#include "core/NodeMap.h"
 #include "formula/FormulaArithmetic.h"
-#include "map/Descent.h"
-#include "map/NodeMap.h"
-#include "nodes/Node.h"
 
 namespace GenApi {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "GenApi/Pointer.h"
-#include "map/NodeMap.h"
-#include "map/Values.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
+#include "core/NodeMap.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

@@ -3,15 +3,15 @@
  * What a node map knows of the register space: bytes by port, address and length
  */
 
-#include "map/RegisterCache.h"
+#include "core/RegisterCache.h"
 
 #include <algorithm>
 #include <bit>
 #include <functional>
 #include <tuple>
 
-#include "map/NameIndex.h"
-#include "nodes/RegisterCore.h"
+#include "core/RegisterCore.h"
+#include "schema/NameIndex.h"
 
 namespace GenApi {
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "map/Schema.h"
+#include "schema/Schema.h"
 
 namespace GenApi {
 

@@ -7,10 +7,10 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "core/Node.h"
+#include "core/NodeMap.h"
 #include "formula/FormulaArithmetic.h"
-#include "map/NodeMap.h"
-#include "map/Values.h"
-#include "nodes/Node.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

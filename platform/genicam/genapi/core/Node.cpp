@@ -3,17 +3,17 @@
  * The base of all nodes: names, texts and links
  */
 
-#include "nodes/Node.h"
+#include "core/Node.h"
 
 #include <algorithm>
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
-#include "map/MapAccess.h"
-#include "map/NodeMap.h"
-#include "map/Text.h"
-#include "map/Values.h"
-#include "nodes/RegisterCore.h"
+#include "core/MapAccess.h"
+#include "core/NodeMap.h"
+#include "core/RegisterCore.h"
+#include "schema/Text.h"
+#include "schema/Values.h"
 
 namespace GenApi {
 

@@ -3,7 +3,7 @@
  * Texts of a description: blanks, numbers, characters that are not UTF-8
  */
 
-#include "map/Text.h"
+#include "schema/Text.h"
 
 #include <charconv>
 #include <cstring>

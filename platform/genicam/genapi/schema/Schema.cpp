@@ -3,7 +3,7 @@
  * The elements and attributes of the schema
  */
 
-#include "map/Schema.h"
+#include "schema/Schema.h"
 
 #include <array>
 

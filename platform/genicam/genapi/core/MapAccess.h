@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "map/NodeMap.h"
+#include "core/NodeMap.h"
 
 namespace GenApi {
 

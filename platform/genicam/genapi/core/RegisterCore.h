@@ -8,8 +8,8 @@
 #include <span>
 
 #include "GenApi/Types.h"
-#include "map/Evaluation.h"
-#include "map/Schema.h"
+#include "core/Evaluation.h"
+#include "schema/Schema.h"
 
 namespace GenApi {
 

@@ -3,7 +3,7 @@
  * The nodes of one description, and what they share: the lock, the caches, the callbacks
  */
 
-#include "map/NodeMap.h"
+#include "core/NodeMap.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,11 +12,9 @@
 
 #include "Base/GCException.h"
 #include "Base/GCUtilities.h"
-#include "map/MapAccess.h"
-#include "nodes/Enumeration.h"
-#include "nodes/FormulaNodes.h"
-#include "nodes/Port.h"
-#include "nodes/RegisterCore.h"
+#include "core/MapAccess.h"
+#include "core/Port.h"
+#include "core/RegisterCore.h"
 
 namespace GenApi {
 

@@ -14,8 +14,8 @@
 #include "GenApi/Diagnostics.h"
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
-#include "map/Evaluation.h"
-#include "map/Property.h"
+#include "core/Evaluation.h"
+#include "schema/Property.h"
 
 namespace GenApi {
 

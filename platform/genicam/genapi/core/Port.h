@@ -5,7 +5,7 @@
 #pragma once
 
 #include "GenApi/IPort.h"
-#include "nodes/Node.h"
+#include "core/Node.h"
 
 namespace GenApi {
 

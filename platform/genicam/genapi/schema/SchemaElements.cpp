@@ -6,7 +6,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "map/Schema.h"
+#include "schema/Schema.h"
 
 namespace GenApi {
 

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "map/Schema.h"
+#include "schema/Schema.h"
 
 namespace GenApi {
 
