@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <system_error>
 
 #include "error/ExitCode.h"
-#include "output/Json.h"
 #include "output/Output.h"
 #include "output/Text.h"
 #include "system/FileLock.h"
@@ -24,6 +24,8 @@
 namespace tools {
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 constexpr std::uintmax_t kLargestFile = 1 << 20;
 constexpr std::size_t kHighestNumber = 9999;
@@ -86,7 +88,8 @@ std::string TextOf(const KnownCameras& cameras) {
             one["RestBaudRate"] = camera.restBaudRate;
         list.push_back(std::move(one));
     }
-    return ToText(Json{{"About", kAbout}, {"Cameras", std::move(list)}}) + "\n";
+    const Json file{{"About", kAbout}, {"Cameras", std::move(list)}};
+    return file.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 /// The file's text; nothing when there is no such file. Throws ToolError when it can't be read.

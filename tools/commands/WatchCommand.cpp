@@ -53,8 +53,7 @@ public:
         m_text = text;
         if (json)
             // One line for each change, so that a reader need not wait for the end.
-            output.Line(Json{{"Name", m_name}, {"Value", isReadable ? ValueJson(m_node) : Json(nullptr)}}.dump(
-                -1, ' ', false, Json::error_handler_t::replace));
+            output.Line(ToLine(Json{{"Name", m_name}, {"Value", isReadable ? ValueJson(m_node) : Json(nullptr)}}));
         else
             output.Line(isReadable ? fmt::format("{}={}", m_name, Printable(text)) : m_name + " is not available");
     }

@@ -9,16 +9,18 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "base/Sha1.h"
-#include "output/Json.h"
 #include "system/Files.h"
 #include "system/Folders.h"
 
 namespace tools {
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 std::optional<std::filesystem::path> Folder() {
     const std::optional<std::filesystem::path> state = StateFolder();

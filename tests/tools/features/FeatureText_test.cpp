@@ -72,11 +72,11 @@ TEST_F(FeatureText, ShowsValuesWithAllTheirDigits) {
 }
 
 TEST_F(FeatureText, ShowsValuesInJsonWithTheirTypes) {
-    EXPECT_EQ(ValueJson(Node("Whole")), 16);
-    EXPECT_EQ(ValueJson(Node("Hex")), 255);
-    EXPECT_EQ(ValueJson(Node("Number")), 0.1);
-    EXPECT_EQ(ValueJson(Node("Switch")), true);
-    EXPECT_EQ(ValueJson(Node("Choice")), "Red");
+    EXPECT_EQ(ToLine(ValueJson(Node("Whole"))), "16");
+    EXPECT_EQ(ToLine(ValueJson(Node("Hex"))), "255");
+    EXPECT_EQ(ToLine(ValueJson(Node("Number"))), "0.1");
+    EXPECT_EQ(ToLine(ValueJson(Node("Switch"))), "true");
+    EXPECT_EQ(ToLine(ValueJson(Node("Choice"))), "\"Red\"");
 }
 
 TEST_F(FeatureText, ShowsRanges) {
