@@ -71,7 +71,7 @@ stage_installer() { packaging/windows/check-installer.sh build/windows; }
 stage_archive() { packaging/windows/check-archive.sh build/windows build/release; }
 
 start=$SECONDS
-install_missing_packages packaging/debian-packages.txt packaging/windows/packages.txt || exit 1
+install_missing_packages build test windows || exit 1
 mkdir -p build
 work=$(mktemp -d)
 trap 'end_wine; rm -rf "$work"' EXIT

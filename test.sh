@@ -12,7 +12,7 @@ usage() {
     cat <<END
 usage: ./test.sh [--quick | --full] [STAGE...]
 
-Installs the Debian packages that are missing, then runs the stages that are named, or those that CI runs
+Installs the Debian packages that the stages need and that are missing, then runs the stages that are named, or those that CI runs
 (${ci_stages[*]}):
   format    clang-format over all sources
   layers    what each folder includes
@@ -109,8 +109,20 @@ stage_fuzz() {
     build clang fuzz -DVANTO_FUZZ_SECONDS="${FUZZ_SECONDS:-30}" && run_tests clang -L fuzz
 }
 
+steps_of() { # steps_of STAGE: the steps whose packages the stage needs
+    case $1 in
+        format) echo format ;;
+        layers) echo build ;;
+        docs) echo build docs ;;
+        packages) echo build test docs packages ;;
+        clang | fuzz) echo build test clang ;;
+        *) echo build test ;;
+    esac
+}
+
 start=$SECONDS
-install_missing_packages || exit 1
+mapfile -t steps < <(for stage in "${stages[@]}"; do steps_of "$stage"; done | tr ' ' '\n' | sort -u)
+install_missing_packages "${steps[@]}" || exit 1
 mkdir -p build
 summaries=()
 for stage in "${stages[@]}"; do

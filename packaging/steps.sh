@@ -6,12 +6,24 @@ unset VANTO_ROOT VANTO_CL_BINDINGS VANTO_USE_TL VANTO_XML_BINDINGS VANTO_LOG
 unset GENICAM_CLPROTOCOL GENICAM_CACHE CLSERIALPATH CLSERTTY_PATH
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 
-# install_missing_packages [LIST...]: installs the Debian packages of the lists, packaging/debian-packages.txt where none is
-# named, that are missing; without any, nothing is asked of apt or the network.
+# packages_of STEP...: the Debian packages that packaging/debian-packages.txt lists for the steps.
+packages_of() {
+    local step
+    for step in "$@"; do
+        if ! grep -qx "\[$step\]" packaging/debian-packages.txt; then
+            echo "packaging/debian-packages.txt lists nothing for the step '$step'" >&2
+            return 1
+        fi
+        sed -n "/^\[$step\]/,/^\[/{/^[a-z]/s/[[:space:]].*//p}" packaging/debian-packages.txt
+    done
+}
+
+# install_missing_packages STEP...: installs the packages of the steps that are missing; where none is, nothing is asked of
+# apt or the network.
 install_missing_packages() {
-    local missing=() package
-    [ $# -gt 0 ] || set -- packaging/debian-packages.txt
-    for package in $(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$@"); do
+    local missing=() packages package
+    packages=$(packages_of "$@") || return 1
+    for package in $packages; do
         [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
