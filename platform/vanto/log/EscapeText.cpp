@@ -29,7 +29,7 @@ void AppendEscaped(std::string& result, unsigned char character) {
             result += "\\t";
             break;
         default:
-            fmt::format_to(std::back_inserter(result), "\\x{:02x}", character);
+            result += fmt::format("\\x{:02x}", character);
     }
 }
 
