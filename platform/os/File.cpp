@@ -55,7 +55,7 @@ std::vector<std::string> ListFiles(const std::string& folder) {
 }
 
 /**
- * \brief Makes a folder and those above it
+ * \brief Make a folder and those above it
  * \return Whether the folder is there afterwards
  */
 bool CreateFolders(const std::string& folder) noexcept {
@@ -69,7 +69,7 @@ bool CreateFolders(const std::string& folder) noexcept {
 }
 
 /**
- * \brief Reads a file
+ * \brief Read a file
  * \param[in] path Path of the file
  * \param[in] maxSize Bytes that are accepted at most
  * \return The content; nothing when it can't be read, is no plain file or is longer than \a maxSize
@@ -91,7 +91,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t ma
 }
 
 /**
- * \brief Writes a file so that a reader sees either the old content or all of the new one
+ * \brief Write a file so that a reader sees either the old content or all of the new one
  * \param[in] path Path of the file; its folder must exist
  * \param[in] content The new content
  * \return False when it can't be written; then the old file stands as it was and nothing else is left behind

@@ -30,7 +30,7 @@ bool IsPathSeparator(char character) noexcept {
 }
 
 /**
- * \brief Turns the separators of other systems into this system's
+ * \brief Turn the separators of other systems into this system's
  * \return The text with each kForeignSeparator replaced by kPathSeparator
  */
 std::string ToSystemSeparators(std::string_view path) {

@@ -249,7 +249,7 @@ void CCLPort::GetDeviceIDTemplates(GenICam::gcstring_vector& templates) {
 }
 
 /**
- * \brief Looks for a camera on a port
+ * \brief Look for a camera on a port
  * \param[in] portId One of GetPortIDs
  * \param[in] deviceIdTemplate A full DeviceID template or a DeviceID
  * \param[in] timeoutMs Time-out in milliseconds of each single exchange on the line
@@ -274,7 +274,7 @@ GenICam::gcstring CCLPort::ProbeDevice(const GenICam::gcstring& portId, const Ge
 }
 
 /**
- * \brief Connects to a camera
+ * \brief Connect to a camera
  * \param[in] portId One of GetPortIDs
  * \param[in] deviceId Full DeviceID of the camera, or a template
  * \throw CLErrException As ProbeDevice does; -20101 when another camera answers
@@ -286,7 +286,7 @@ void CCLPort::Connect(const GenICam::gcstring& portId, const GenICam::gcstring& 
 }
 
 /**
- * \brief Ends the connection, if there is one
+ * \brief End the connection, if there is one
  * \throw GenICam::GenericException A library failed; the connection is gone nevertheless
  */
 void CCLPort::Disconnect() {
@@ -359,7 +359,7 @@ GenApi::EAccessMode CCLPort::GetAccessMode() const {
 }
 
 /**
- * \brief Reads registers
+ * \brief Read registers
  * \param[out] buffer Takes the bytes; unchanged on failure
  * \param[in] address Address of the first byte
  * \param[in] length Number of bytes, 1 to 64 MiB
@@ -380,7 +380,7 @@ void CCLPort::Read(void* buffer, std::int64_t address, std::int64_t length) {
 }
 
 /**
- * \brief Writes registers and waits until the camera is done with it
+ * \brief Write registers and wait until the camera is done with it
  * \param[in] buffer The bytes
  * \param[in] address Address of the first byte
  * \param[in] length Number of bytes, 1 to 64 MiB

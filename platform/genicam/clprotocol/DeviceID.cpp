@@ -39,7 +39,7 @@ GenICam::gcstring CDeviceID::GetTokenSeperator() {
 }
 
 /**
- * \brief Takes a full DeviceID or DeviceID template apart
+ * \brief Take a full DeviceID or DeviceID template apart
  * \return False when it has less than three or more than seven tokens, or control characters; then all getters yield
  * the empty string
  */

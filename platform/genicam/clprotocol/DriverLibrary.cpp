@@ -43,7 +43,7 @@ auto DriverLibrary::Call(const char* name, Function function, Arguments... argum
  */
 
 /**
- * \brief Loads a driver and initialises it
+ * \brief Load a driver and initialise it
  * \throw os::LibraryError It can't be loaded or lacks a function
  * \throw GenICam::RuntimeException It has another version, or it failed
  */
@@ -128,7 +128,7 @@ std::vector<std::string> DriverLibrary::ShortTemplates() const {
 }
 
 /**
- * \brief Looks for a camera and connects to it
+ * \brief Look for a camera and connect to it
  * \param[in] serial The line, at 9600 baud
  * \param[in] templateOrDeviceId What to look for, in its short form
  * \param[out] deviceId Short DeviceID of the camera found; empty when there is none
@@ -163,7 +163,7 @@ CLINT32 DriverLibrary::GetXmlIds(ISerial& serial, CLUINT32 cookie, std::string& 
 }
 
 /**
- * \brief Fetches a description
+ * \brief Fetch a description
  * \param[out] xml The bytes as the camera has them: a text or an archive with one
  * \return The driver's result; -10001 when the description is longer than 64 MiB or its size makes no sense
  */

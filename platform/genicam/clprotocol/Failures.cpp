@@ -96,7 +96,7 @@ Meaning MeaningOf(std::int32_t code, LineEvidence evidence) {
 }  // namespace
 
 /**
- * \brief Throws what stands for an error code that a driver gave for a connected camera
+ * \brief Throw what stands for an error code that a driver gave for a connected camera
  * \param[in] text Description, the code included
  * \param[in] code Negative
  * \param[in] evidence What the line has shown during the call

@@ -63,7 +63,7 @@ private:
 [[noreturn]] void ThrowForeignException(const std::string& library, const char* function, const char* what);
 
 /**
- * \brief Calls a function of a foreign library
+ * \brief Call a function of a foreign library
  * \param[in] library Path of the library
  * \param[in] function Name of the function
  * \return What the function returns

@@ -52,7 +52,7 @@ void WriteLog(CLINT32 level, const char* category, const std::string& message) n
 }
 
 /**
- * \brief Logs a driver's message, with the driver's path in front
+ * \brief Log a driver's message, with the driver's path in front
  * \param[in] level One of CLP_LOG_LEVELS
  * \param[in] format A printf text for \a arguments; messages beyond 4095 bytes are cut
  */

@@ -54,7 +54,7 @@ private:
  */
 
 /**
- * \brief Opens a port at 9600 baud and discards what it has received
+ * \brief Open a port at 9600 baud and discard what it has received
  * \throw CLErrException The library refuses
  * \throw GenICam::RuntimeException The library threw
  */
@@ -129,7 +129,7 @@ CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
 }
 
 /**
- * \brief Reads bytes
+ * \brief Read bytes
  * \param[out] buffer Takes the bytes
  * \param[in] bufferSize Number of bytes that are wanted, and copied if the call succeeds. It stays what it is, so that
  * a driver can repeat the call with the same variable.
@@ -184,7 +184,7 @@ CLINT32 SerialConnection::ReadPiece(std::size_t wanted, CLUINT32 timeoutMs) {
 }
 
 /**
- * \brief Writes bytes
+ * \brief Write bytes
  * \param[in] buffer The bytes
  * \param[in,out] bufferSize Their number; afterwards of those that were written
  * \param[in] serialTimeout Milliseconds until all must be written

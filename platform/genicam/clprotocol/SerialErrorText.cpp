@@ -28,7 +28,7 @@ std::string TextIn(const char* bytes) {
 }  // namespace
 
 /**
- * \brief Asks a serial library for the text of an error code, whichever of two forms its function has
+ * \brief Ask a serial library for the text of an error code, whichever of two forms its function has
  * \param[in] library Path of the library, for messages
  * \param[in] maker Its maker's name
  * \param[in] function Its clGetErrorText

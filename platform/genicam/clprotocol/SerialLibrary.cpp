@@ -41,7 +41,7 @@ auto SerialLibrary::Call(const char* name, Function function, Arguments... argum
  */
 
 /**
- * \brief Loads a library
+ * \brief Load a library
  * \throw os::LibraryError It can't be loaded or lacks a function of its version
  * \throw GenICam::RuntimeException It is no Camera Link library, or it failed
  */
@@ -166,7 +166,7 @@ std::optional<std::string> SerialLibrary::PortName(std::uint32_t index) const {
 }
 
 /**
- * \brief Opens a port
+ * \brief Open a port
  * \param[in] portId The port's name for messages
  * \return What the library calls the port
  * \throw CLErrException It can't be opened; the text is the library's

@@ -127,7 +127,7 @@ std::vector<SerialPort> SerialPorts::Enumerate() {
 }
 
 /**
- * \brief Looks a port up
+ * \brief Look a port up
  * \return The port as the last enumeration found it, or else as a new one does
  * \throw CLErrException There is no such port
  */

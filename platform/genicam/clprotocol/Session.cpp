@@ -58,7 +58,7 @@ Session::~Session() {
 }
 
 /**
- * \brief Looks for a camera and connects to it
+ * \brief Look for a camera and connect to it
  * \param[in] templateOrDeviceId What to look for, in its short form
  * \param[in] timeoutMs Time-out of each single exchange on the line
  * \return Short DeviceID of the camera that was found; empty when there is none

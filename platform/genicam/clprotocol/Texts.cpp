@@ -82,7 +82,7 @@ std::string WithoutControlCharacters(std::string_view text, std::string_view all
 }
 
 /**
- * \brief Asks a foreign function for a text of unknown size
+ * \brief Ask a foreign function for a text of unknown size
  * \param[in] function Gives the text
  * \param[in] firstSize Size of the buffer to begin with, NUL included
  * \param[in] maxSize Size that is granted at most

@@ -82,7 +82,7 @@ bool IsZip(const std::string& bytes) {
 }
 
 /**
- * \brief Unpacks the one description of an archive
+ * \brief Unpack the one description of an archive
  * \param[in] archive Bytes of the archive
  * \return The first file whose name ends in ".xml", or else the first one
  * \throw GenICam::RuntimeException It is damaged or encrypted, or what it holds is too large

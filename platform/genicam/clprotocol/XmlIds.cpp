@@ -64,7 +64,7 @@ bool IsUsable(const XmlId& id, std::string_view shortDeviceId) {
 }
 
 /**
- * \brief Sorts candidates as the CLProtocol standard does
+ * \brief Sort candidates as the CLProtocol standard does
  *
  * Higher schema first, then the longer DeviceID part, then the higher XML version. What is equal in all of it is the
  * same description: a file comes before the camera, as it need not be fetched.

@@ -19,7 +19,7 @@ constinit std::mutex g_environment;
 }  // namespace
 
 /**
- * \brief Reads an environment variable as into a buffer of fixed size
+ * \brief Read an environment variable as into a buffer of fixed size
  * \param[in] name Name of the variable
  * \param[in] bufferSize Bytes that the value may take, its terminating NUL included
  * \return Which of the four cases it is, and the value where it is present

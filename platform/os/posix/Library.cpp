@@ -23,7 +23,7 @@ std::string LastReason() {
 }  // namespace
 
 /**
- * \brief Loads a shared library
+ * \brief Load a shared library
  * \param[in] path Path of the library
  *
  * All its symbols are resolved at once and stay its own.

@@ -55,7 +55,7 @@ std::optional<std::string> UserCacheFolder() {
 }
 
 /**
- * \brief Appends a relative path with exactly one separator between
+ * \brief Append a relative path with exactly one separator between
  * \param[in,out] path The path; an empty one becomes \a part
  * \param[in] part What to append; separators at its start do not count, an empty one changes nothing
  * \return False, with \a path unchanged, when the result and its NUL are longer than kMaxPath

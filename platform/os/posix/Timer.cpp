@@ -138,7 +138,7 @@ private:
 }  // namespace
 
 /**
- * \brief Makes a timer queue
+ * \brief Make a timer queue
  * \context The queue's operations may be called by any thread. A queue must not be destroyed while one runs.
  * \return The queue, or null when the system has no thread to give
  */

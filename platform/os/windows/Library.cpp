@@ -40,7 +40,7 @@ public:
 }  // namespace
 
 /**
- * \brief Loads a shared library
+ * \brief Load a shared library
  * \param[in] path Path of the library
  * \context Any thread.
  * \throw LibraryError It can't be loaded; the text holds the path and the system's error number
