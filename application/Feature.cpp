@@ -50,7 +50,12 @@ FeatureRange RangeOf(GenApi::IFloat& number) {
 }  // namespace
 
 Feature::Feature(std::shared_ptr<CameraState> camera, GenApi::INode& node) noexcept
-    : m_camera(std::move(camera)), m_node(&node) {}
+    : m_camera(std::move(camera)), m_node(&node) {
+    if (Kind() == FeatureKind::kInteger)
+        m_integer = GenApi::CIntegerPtr(m_node);
+    if (Kind() == FeatureKind::kFloat)
+        m_number = GenApi::CFloatPtr(m_node);
+}
 
 Feature::~Feature() = default;
 
@@ -203,11 +208,13 @@ std::string Feature::Text() const {
 }
 
 std::int64_t Feature::GetInteger() const {
-    return Vanto::Access(*m_camera, m_node, [&] { return ReadInteger(*m_node); });
+    return Vanto::Access(*m_camera, m_node,
+                         [&] { return m_integer != nullptr ? m_integer->GetValue() : ReadInteger(*m_node); });
 }
 
 double Feature::GetNumber() const {
-    return Vanto::Access(*m_camera, m_node, [&] { return ReadNumber(*m_node); });
+    return Vanto::Access(*m_camera, m_node,
+                         [&] { return m_number != nullptr ? m_number->GetValue() : ReadNumber(*m_node); });
 }
 
 bool Feature::GetBoolean() const {

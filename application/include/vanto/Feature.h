@@ -20,6 +20,8 @@
 #include "vanto/Subscription.h"
 
 namespace GenApi {
+struct IFloat;
+struct IInteger;
 struct INode;
 struct IValue;
 }  // namespace GenApi
@@ -174,6 +176,8 @@ private:
 
     std::shared_ptr<CameraState> m_camera;
     GenApi::INode* m_node;
+    GenApi::IInteger* m_integer = nullptr;  // of an integer: looking for it takes longer than a cached value
+    GenApi::IFloat* m_number = nullptr;     // of a float
 };
 
 }  // namespace Vanto
