@@ -9,9 +9,7 @@
 #include <chrono>
 #include <utility>
 
-#include "VantoCLSer/VantoCLSerDevice.h"
 #include "VantoCLSer/base/Log.h"
-#include "VantoCLSer/stream/FrameCopy.h"
 #include "VantoCLSer/stream/GrabberRegisters.h"
 #include "VantoCLSer/stream/NodeMapLocks.h"
 #include "VantoCLSer/stream/TLParamsLock.h"
@@ -27,7 +25,6 @@ namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerStreamGrabber";
 constexpr std::size_t kReservedCallbacks = 10;
-constexpr std::uint32_t kUnreadableResult = 0xFFFFFFFF;
 
 // Kinds of the own node callbacks.
 constexpr std::uint32_t kAreaOfInterest = 1;
@@ -52,7 +49,7 @@ thread_local FgNodeCallbackHandle t_registered = 0;
  * fills the buffer and puts it into the queue of filled ones, RetrieveResult takes it from there.
  */
 
-CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, CVantoCLSerDevice* device)
+CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, IVantoDevice* device)
     : GenApi::CNodeMapRef("Device"),
       m_device(device),
       m_nodes(CameraMap()),
@@ -62,7 +59,8 @@ CVantoCLSerStreamGrabber::CVantoCLSerStreamGrabber(const gcstring& deviceSpecifi
           [this](GenApi::INode* node) {
               return GenApi::make_NodeCallback(node, *this, &CVantoCLSerStreamGrabber::OnNodeChanged);
           },
-          [this] { return m_state.IsStopOverdue(); }) {}
+          [this] { return m_state.IsStopOverdue(); }),
+      m_deliveries({device, m_lock, m_state, m_buffers, m_resultData, m_waitObject}) {}
 
 CVantoCLSerStreamGrabber::~CVantoCLSerStreamGrabber() {
     if (IsOpen()) {
@@ -387,111 +385,10 @@ bool CVantoCLSerStreamGrabber::RetrieveResult(GrabResult& result) {
     return true;
 }
 
-/**
- * \brief Copy a frame into the buffer that waits longest
- * \param[in] frame The plug-in's; used until the operation returns
- * \return Always false
- * \context Any thread of the plug-in; several at once
- */
+// Any thread of the plug-in; several at once.
 bool CVantoCLSerStreamGrabber::FrameDelivered(const FgFrame* frame) noexcept {
-    try {
-        const CDeliveryGate::Pass pass(m_deliveries);
-        if (!pass)
-            return false;
-        if (frame != nullptr)
-            Deliver(*frame);
-        else
-            LogTrace(StreamLog(), tracelog::kError, "Invalid frame descriptor passed.");
-    } catch (const std::exception& error) {
-        LogTrace(StreamLog(), tracelog::kError, "Exception while delivering a frame (%s)", error.what());
-    }
+    m_deliveries.Deliver(frame);
     return false;
-}
-
-// The image is copied without the grabber lock: nobody waits for a large copy.
-void CVantoCLSerStreamGrabber::Deliver(const FgFrame& frame) {
-    StreamBufferHandle handle = 0;
-    const CStreamBuffers::BufferPtr buffer = TakeEmptyBuffer(handle);
-    if (!buffer)
-        return;
-    GrabResult filled;
-    const bool isComplete = ReadFrameData(filled, frame, *buffer);
-    // Only now: reading from the camera may call the application, which may wait for another delivery.
-    const std::lock_guard filling(buffer->filling);
-    if (isComplete)
-        Fill(filled, frame, *buffer);
-    PutFilledBuffer(handle, *buffer, std::move(filled));
-}
-
-CStreamBuffers::BufferPtr CVantoCLSerStreamGrabber::TakeEmptyBuffer(StreamBufferHandle& handle) {
-    const Lock lock(m_lock);
-    if (m_state.Is(CGrabState::kCancelled)) {
-        LogTrace(StreamLog(), tracelog::kError, "State is cancelled!");
-        return nullptr;
-    }
-    if (m_buffers.Empty().IsEmpty()) {
-        LogTrace(StreamLog(), tracelog::kTrace, "Buffer underrun*!");
-        return nullptr;
-    }
-    handle = m_buffers.TakeEmpty();
-    CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
-    if (!buffer) {
-        m_buffers.ForgetTaken();
-        LogTrace(StreamLog(), tracelog::kError, "Invalid Bufferhandle %p encountered", handle);
-    }
-    return buffer;
-}
-
-bool CVantoCLSerStreamGrabber::ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) {
-    const bool hasData = frame.data != nullptr || frame.dataSize == 0 || buffer.size == 0;
-    if (hasData && ReadResultData(result, buffer))
-        return true;
-    result.status = GrabFailed;
-    result.errorCode = kUnreadableResult;
-    result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
-                                      : "The frame grabber plug-in delivered a frame without data.";
-    return false;
-}
-
-// Reading from the camera takes its time, and who is told there that it is gone may close the stream grabber: then the
-// buffer's memory is not touched. A copy that has begun is waited for by Close.
-void CVantoCLSerStreamGrabber::Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) {
-    if (buffer.isForgotten)
-        return;
-    result.payloadSize = CopyFrame(frame, buffer.result.buffer, buffer.size);
-    result.width = static_cast<std::int32_t>(frame.width);
-    result.height = frame.lineCount;
-    result.offsetX = std::max(result.offsetX, 0);
-    result.offsetY = std::max(result.offsetY, 0);
-    result.status = Grabbed;
-    result.reservedX = 0;
-    result.reservedY = 0;
-    result.kind = 0;
-    result.frameTag = frame.frameTag;
-}
-
-// Who stops the plug-in, which waits for its deliveries, may hold the lock of the camera's node map: so does everybody
-// who is told, in a node's callback or by a failed access, that the camera is gone.
-bool CVantoCLSerStreamGrabber::ReadResultData(GrabResult& result, const StreamBuffer& buffer) {
-    if (!m_device->IsOpen())
-        m_resultData.Forget();
-    return m_resultData.Read(result, [this, &buffer] { return buffer.isForgotten || m_state.IsStopOverdue(); });
-}
-
-void CVantoCLSerStreamGrabber::PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled) {
-    {
-        const Lock lock(m_lock);
-        filled.context = buffer.result.context;
-        filled.handle = buffer.result.handle;
-        filled.buffer = buffer.result.buffer;
-        buffer.result = std::move(filled);
-        if (m_state.Is(CGrabState::kCancelled)) {
-            m_buffers.ForgetTaken();
-            return;
-        }
-        m_buffers.PutFilled(handle);
-    }
-    m_waitObject.Signal();
 }
 
 /**

@@ -8,7 +8,7 @@
 #include <initializer_list>
 
 #include "GenApi/GenApi.h"
-#include "VantoCLSer/stream/DeliveryGate.h"
+#include "VantoCLSer/stream/FrameDelivery.h"
 #include "VantoCLSer/stream/FrameGrabberPlugin.h"
 #include "VantoCLSer/stream/GrabState.h"
 #include "VantoCLSer/stream/GrabberNodes.h"
@@ -20,8 +20,6 @@
 #include "vanto/StreamGrabber.h"
 
 namespace Vanto {
-
-class CVantoCLSerDevice;
 
 /// Moves frames from a frame-grabber plug-in into an application's buffers. Initialize comes first, from one thread;
 /// then everything is thread-safe. Locks are taken in this order: the camera's node map, the own node map, then the
@@ -36,7 +34,7 @@ public:
     virtual void RegisterNodeCallback(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
                                       void* context, std::uint32_t kind);
 
-    CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, CVantoCLSerDevice* device);
+    CVantoCLSerStreamGrabber(const gcstring& deviceSpecific, IVantoDevice* device);
     ~CVantoCLSerStreamGrabber() override;
 
     void Initialize();
@@ -85,16 +83,10 @@ private:
     Lock StopPlugin(std::initializer_list<CGrabState::State> accepted, const char* operation);
     void CancelGrabForFinish();
     Lock LockForRegisters();
-    void Deliver(const FgFrame& frame);
-    CStreamBuffers::BufferPtr TakeEmptyBuffer(StreamBufferHandle& handle);
-    bool ReadFrameData(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
-    static void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer);
-    bool ReadResultData(GrabResult& result, const StreamBuffer& buffer);
     FgNodeCallbackHandle RegisterForPlugin(GenApi::INodeMap* map, const char* nodeName, FgNodeCallback function,
                                            void* context, std::uint32_t kind) noexcept;
-    void PutFilledBuffer(StreamBufferHandle handle, StreamBuffer& buffer, GrabResult&& filled);
 
-    CVantoCLSerDevice* const m_device;
+    IVantoDevice* const m_device;
     CGrabberNodes m_nodes;
     CResultData m_resultData;
     CFrameGrabberPlugin m_plugin;
@@ -107,7 +99,7 @@ private:
     CStreamBuffers m_buffers;
 
     CNodeCallbackTable m_nodeCallbacks;
-    CDeliveryGate m_deliveries;
+    CFrameDelivery m_deliveries;
 };
 
 }  // namespace Vanto
