@@ -14,6 +14,8 @@
 #include <optional>
 #include <sstream>
 
+#include "os/File.h"
+
 namespace ClSerTty {
 
 namespace {
@@ -54,9 +56,10 @@ std::optional<int> FindByLock(const struct stat& tty) {
 
 bool HasOpen(const fs::path& process, dev_t tty) {
     std::error_code error;
-    for (fs::directory_iterator entry(process / "fd", error), end; !error && entry != end; entry.increment(error)) {
+    for (const std::string& descriptor : os::ListFolder((process / "fd").string(), error)) {
         struct stat status {};
-        if (::stat(entry->path().c_str(), &status) == 0 && S_ISCHR(status.st_mode) && status.st_rdev == tty) {
+        if (::stat((process / "fd" / descriptor).c_str(), &status) == 0 && S_ISCHR(status.st_mode) &&
+            status.st_rdev == tty) {
             return true;
         }
     }
@@ -66,9 +69,9 @@ bool HasOpen(const fs::path& process, dev_t tty) {
 /// For programs that take a tty without a lock; finds those of the same user, and all for root.
 std::optional<int> FindByOpenFile(const struct stat& tty) {
     std::error_code error;
-    for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
-        const std::optional<int> pid = ParseNumber(entry->path().filename().string());
-        if (pid && *pid != ::getpid() && HasOpen(entry->path(), tty.st_rdev)) {
+    for (const std::string& name : os::ListFolder("/proc", error)) {
+        const std::optional<int> pid = ParseNumber(name);
+        if (pid && *pid != ::getpid() && HasOpen(fs::path("/proc") / name, tty.st_rdev)) {
             return pid;
         }
     }

@@ -15,6 +15,7 @@
 
 #include "TtyKind.h"
 #include "os/Environment.h"
+#include "os/File.h"
 #include "os/Path.h"
 
 namespace ClSerTty {
@@ -83,8 +84,7 @@ PortList MachineTtys(const SystemFolders& folders) {
     const fs::path sysClass = fs::path(folders.sys) / "class" / "tty";
     PortList ports;
     std::error_code error;
-    for (fs::directory_iterator entry(sysClass, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+    for (const std::string& name : os::ListFolder(sysClass.string(), error)) {
         const fs::path file = fs::path(folders.dev) / DeviceFileName(name);
         std::error_code missing;
         if (IsSerialHardware(sysClass, name) && fs::exists(file, missing)) {
@@ -102,13 +102,13 @@ PortList MachineTtys(const SystemFolders& folders) {
 PortList LinkedTtys(const std::string& folder) {
     PortList ports;
     std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+    for (const std::string& name : os::ListFolder(folder, error)) {
+        const std::string link = (fs::path(folder) / name).string();
         std::error_code unreadable;
         struct stat status {};
-        if (entry->is_symlink(unreadable) && IsPortName(name) && ::stat(entry->path().c_str(), &status) == 0 &&
+        if (fs::is_symlink(link, unreadable) && IsPortName(name) && ::stat(link.c_str(), &status) == 0 &&
             S_ISCHR(status.st_mode) && IsTtyNumber(status.st_rdev)) {
-            ports.push_back({name, entry->path().string()});
+            ports.push_back({name, link});
         }
     }
     return ports;
