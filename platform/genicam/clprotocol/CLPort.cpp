@@ -22,6 +22,7 @@
 #include "PortSerial.h"
 #include "SerialPorts.h"
 #include "Session.h"
+#include "Texts.h"
 #include "XmlFetch.h"
 
 namespace CLProtocol {
@@ -114,8 +115,8 @@ void CloseSession(CallThread& thread, std::shared_ptr<Session> session) {
 void CloseQuietly(CallThread& thread, std::shared_ptr<Session> session) {
     try {
         CloseSession(thread, std::move(session));
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_WARN, "Could not disconnect after a probe: %s", error.GetDescription());
+    } catch (const std::exception& error) {
+        Log(CLP_LOG_WARN, "Could not disconnect after a probe: %s", ReasonOf(error));
     }
 }
 
@@ -225,6 +226,8 @@ CCLPort::~CCLPort() noexcept(false) {
         if (std::uncaught_exceptions() == 0)
             throw;
         Log(CLP_LOG_ERROR, "Could not disconnect: %s", error.GetDescription());
+    } catch (const std::exception& error) {  // no memory: all is freed nevertheless
+        Log(CLP_LOG_ERROR, "Could not disconnect: %s", error.what());
     }
 }
 

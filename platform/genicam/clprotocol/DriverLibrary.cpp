@@ -60,8 +60,8 @@ DriverLibrary::DriverLibrary(const std::string& path) : m_path(path) {
 DriverLibrary::~DriverLibrary() {
     try {
         Call("clpCloseLib", m_closeLib);
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_ERROR, "%s", error.GetDescription());
+    } catch (const std::exception& error) {
+        Log(CLP_LOG_ERROR, "%s", ReasonOf(error));
     }
 }
 

@@ -26,23 +26,22 @@ struct OwnActivity {
 }  // namespace
 
 /// Notes what is entered and returns what was current before, for Leave.
-ForeignActivity::Place ForeignActivity::Enter(const std::string& library, const char* function) {
-    Place place{library, function};
+ForeignActivity::Entry ForeignActivity::Enter(const Entry& entry) noexcept {
     const std::lock_guard lock(m_mutex);
-    return std::exchange(m_place, std::move(place));
+    return std::exchange(m_entry, entry);
 }
 
 /// Notes a return.
-void ForeignActivity::Leave(Place&& previous) noexcept {
+void ForeignActivity::Leave(const Entry& previous) noexcept {
     const std::lock_guard lock(m_mutex);
-    m_place = std::move(previous);
+    m_entry = previous;
     ++m_returned;
 }
 
 /// The innermost foreign function that has not returned.
 ForeignActivity::Place ForeignActivity::Current() const {
     const std::lock_guard lock(m_mutex);
-    return m_place;
+    return {m_entry.library != nullptr ? *m_entry.library : std::string(), m_entry.function};
 }
 
 /// A number that grows with each foreign function that returns.

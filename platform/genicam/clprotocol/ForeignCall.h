@@ -22,14 +22,21 @@ public:
         const char* function = "";
     };
 
-    Place Enter(const std::string& library, const char* function);
-    void Leave(Place&& previous) noexcept;
+    /// The same without a text of its own, so that a call can be noted without memory. The library's is the caller's,
+    /// who keeps it until Leave.
+    struct Entry {
+        const std::string* library = nullptr;
+        const char* function = "";
+    };
+
+    Entry Enter(const Entry& entry) noexcept;
+    void Leave(const Entry& previous) noexcept;
     Place Current() const;
     std::uint64_t Progress() const;
 
 private:
     mutable std::mutex m_mutex;
-    Place m_place;
+    Entry m_entry;
     std::uint64_t m_returned = 0;
 };
 
@@ -50,14 +57,15 @@ std::string CurrentForeignLibrary();
 class ForeignScope {
 public:
     ForeignScope(const std::string& library, const char* function)
-        : m_activity(CurrentActivity()), m_previous(m_activity.Enter(library, function)) {}
-    ~ForeignScope() { m_activity.Leave(std::move(m_previous)); }
+        : m_activity(CurrentActivity()), m_previous(m_activity.Enter({&library, function})) {}
+    ForeignScope(std::string&& library, const char* function) = delete;  // it must outlive the scope
+    ~ForeignScope() { m_activity.Leave(m_previous); }
     ForeignScope(const ForeignScope&) = delete;
     ForeignScope& operator=(const ForeignScope&) = delete;
 
 private:
     ForeignActivity& m_activity;
-    ForeignActivity::Place m_previous;
+    ForeignActivity::Entry m_previous;
 };
 
 [[noreturn]] void ThrowForeignException(const std::string& library, const char* function, const char* what);

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -17,6 +18,7 @@
 #include "ModuleLifetime.h"
 #include "ModuleLog.h"
 #include "SearchPath.h"
+#include "Texts.h"
 #include "os/File.h"
 
 namespace CLProtocol {
@@ -80,10 +82,8 @@ public:
                     use(library);
             });
             return *refusal;
-        } catch (const GenICam::GenericException& error) {
-            reason = error.GetDescription();
         } catch (const std::exception& error) {
-            reason = error.what();
+            reason = ReasonOf(error);
         }
         if (thread.IsStuck())
             job->GiveUp();
@@ -134,10 +134,10 @@ private:
                 if (entry->library.use_count() == 1)
                     entry->library = nullptr;
             });
-        } catch (const GenICam::GenericException& error) {
+        } catch (const std::exception& error) {
             if (thread.IsStuck())
                 job->GiveUp();
-            Log(CLP_LOG_WARN, "Library '%s' can't be unloaded: %s", path, error.GetDescription());
+            Log(CLP_LOG_WARN, "Library '%s' can't be unloaded: %s", path, ReasonOf(error));
         }
     }
 
@@ -160,10 +160,10 @@ private:
             entry.refusal.clear();
             Log(CLP_LOG_INFO, "Loaded library '%s'", path);
             return;
-        } catch (const GenICam::GenericException& error) {
-            entry.refusal = error.GetDescription();
+        } catch (const std::bad_alloc&) {
+            throw;  // the file is not to blame, and gets its chance again
         } catch (const std::exception& error) {
-            entry.refusal = error.what();
+            entry.refusal = ReasonOf(error);
         }
         entry.refusedFile = file;
         Log(CLP_LOG_WARN, "Library '%s' is refused: %s", path, entry.refusal);

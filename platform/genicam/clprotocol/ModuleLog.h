@@ -20,9 +20,12 @@ extern "C" void CLP_CC LogFromDriver(CLINT32 level, const char* format, va_list 
 
 /// Logs a message of the module itself.
 template <class... Arguments>
-void Log(CLINT32 level, const char* format, const Arguments&... arguments) {
-    if (IsLogged(level))
-        WriteLog(level, kLogCategory, GenICam::FormatText(format, arguments...));
+void Log(CLINT32 level, const char* format, const Arguments&... arguments) noexcept {
+    try {
+        if (IsLogged(level))
+            WriteLog(level, kLogCategory, GenICam::FormatText(format, arguments...));
+    } catch (const std::exception&) {  // no memory, no message
+    }
 }
 
 }  // namespace CLProtocol

@@ -12,6 +12,7 @@
 
 #include "CLProtocol/CLException.h"
 #include "ModuleLog.h"
+#include "Texts.h"
 
 namespace CLProtocol {
 
@@ -84,8 +85,8 @@ SerialConnection::SerialConnection(std::shared_ptr<const SerialLibrary> library,
 SerialConnection::~SerialConnection() {
     try {
         m_library->Close(m_port);
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_ERROR, "Could not close a port: %s", error.GetDescription());
+    } catch (const std::exception& error) {
+        Log(CLP_LOG_ERROR, "Could not close a port: %s", ReasonOf(error));
     }
 }
 

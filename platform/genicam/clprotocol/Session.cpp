@@ -51,8 +51,8 @@ Session::Session(const SerialPort& port, std::shared_ptr<const DriverLibrary> dr
 Session::~Session() {
     try {
         Disconnect();
-    } catch (const GenICam::GenericException& error) {
-        Log(CLP_LOG_ERROR, "%s", error.GetDescription());
+    } catch (const std::exception& error) {
+        Log(CLP_LOG_ERROR, "%s", ReasonOf(error));
     }
     m_line->Attach(nullptr);
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Base/GCException.h"
 #include "clser/ClSerial.h"
 
 namespace CLProtocol {
@@ -22,6 +23,12 @@ bool IsControl(char character) {
 }
 
 }  // namespace
+
+/// What an exception says, without the place in the code that GenICam's say as well. It lives as long as \a error does.
+const char* ReasonOf(const std::exception& error) noexcept {
+    const auto* const own = dynamic_cast<const GenICam::GenericException*>(&error);
+    return own != nullptr ? own->GetDescription() : error.what();
+}
 
 /// The parts between separators; at least one, which may be empty.
 std::vector<std::string> Split(std::string_view text, char separator) {

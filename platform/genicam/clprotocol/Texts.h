@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ bool BeginsWithTokens(std::string_view text, std::string_view start, char separa
 std::string LowerCase(std::string_view text);
 bool HasControlCharacters(std::string_view text);
 std::string WithoutControlCharacters(std::string_view text, std::string_view allowed = {});
+const char* ReasonOf(const std::exception& error) noexcept;
 
 /// Asks a foreign function for a text: it takes a buffer and the buffer's size, which it changes.
 using TextFunction = std::function<std::int32_t(char* buffer, std::uint32_t* size)>;

@@ -11,6 +11,7 @@
 #include "CLProtocol/CLException.h"
 #include "DriverLocations.h"
 #include "ModuleLog.h"
+#include "Texts.h"
 #include "Unzip.h"
 #include "XmlCache.h"
 #include "os/File.h"
@@ -43,8 +44,8 @@ public:
             return;
         try {
             m_session.SetRate(m_previous, m_timeoutMs);
-        } catch (const GenICam::GenericException& error) {
-            Log(CLP_LOG_ERROR, "Could not put back the baud rate: %s", error.GetDescription());
+        } catch (const std::exception& error) {
+            Log(CLP_LOG_ERROR, "Could not put back the baud rate: %s", ReasonOf(error));
         }
     }
 

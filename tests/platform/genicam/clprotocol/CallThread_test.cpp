@@ -19,6 +19,10 @@ namespace {
 
 using CLProtocol::CallThread;
 
+const std::string kLibrary = "/lib/x.so";
+const std::string kDriver = "/lib/driver.so";
+const std::string kSerial = "/lib/clserxyz.so";
+
 class Calls : public testing::Test {
 public:
     Calls() { CLProtocol::SetPatience({50, 1000}); }
@@ -102,7 +106,7 @@ TEST_F(Calls, GiveUpOnAFunctionThatDoesNotReturn) {
         CallThread thread;
         try {
             thread.Run([latch, held = std::move(held)] {
-                const CLProtocol::ForeignScope scope("/lib/x.so", "clpHang");
+                const CLProtocol::ForeignScope scope(kLibrary, "clpHang");
                 latch->opened.wait();
             });
             FAIL();
@@ -123,7 +127,7 @@ TEST_F(Calls, WaitForWhatGivesSignsOfLife) {
     std::atomic<bool> isDone{false};
     thread.Run([&] {
         for (int i = 0; i < 40; ++i) {
-            const CLProtocol::ForeignScope scope("/lib/x.so", "clSerialRead");
+            const CLProtocol::ForeignScope scope(kLibrary, "clSerialRead");
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
         isDone = true;
@@ -137,7 +141,7 @@ TEST_F(Calls, GiveUpInTheEndOnWhatNeverEnds) {
     EXPECT_THROW(thread.Run(
                      [isOver] {
                          while (!*isOver) {
-                             const CLProtocol::ForeignScope scope("/lib/x.so", "clSerialRead");
+                             const CLProtocol::ForeignScope scope(kLibrary, "clSerialRead");
                              std::this_thread::sleep_for(std::chrono::milliseconds(1));
                          }
                      },
@@ -169,9 +173,9 @@ TEST_F(Calls, StopForeignExceptions) {
 }
 
 TEST_F(Calls, KnowTheInnermostLibrary) {
-    const CLProtocol::ForeignScope outer("/lib/driver.so", "clpReadRegister");
+    const CLProtocol::ForeignScope outer(kDriver, "clpReadRegister");
     {
-        const CLProtocol::ForeignScope inner("/lib/clserxyz.so", "clSerialRead");
+        const CLProtocol::ForeignScope inner(kSerial, "clSerialRead");
         EXPECT_EQ(CLProtocol::CurrentForeignLibrary(), "/lib/clserxyz.so");
     }
     EXPECT_EQ(CLProtocol::CurrentForeignLibrary(), "/lib/driver.so");

@@ -72,7 +72,8 @@ TEST_F(ModuleLog, IsSilentWithoutASink) {
 
 TEST_F(ModuleLog, FormatsWhatDriversLog) {
     Listen(CLProtocol::CLP_LOG_DEBUG);
-    const CLProtocol::ForeignScope scope("/lib/driver.so", "clpReadRegister");
+    const std::string driver = "/lib/driver.so";
+    const CLProtocol::ForeignScope scope(driver, "clpReadRegister");
     LogAsDriver(CLProtocol::CLP_LOG_NOTICE, "%d %s %.1f\n", 7, "seven", 7.0);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].text, "/lib/driver.so: 7 seven 7.0");
