@@ -255,8 +255,8 @@ void CVantoCLSerDevice::CreateNodeMapFromString(const gcstring& xml, const gcstr
  */
 GenApi::INodeMap* CVantoCLSerDevice::GetTLNodeMap() {
     try {
-        if (LoadTLNodeMap())
-            FollowAutoCloseTimeout();
+        LoadTLNodeMap();
+        FollowAutoCloseTimeout();
     } catch (const GenericException& error) {
         LogTrace(DeviceLog(), tracelog::kError, "Could not load TL nodemap. Error: '%hs'", error.GetDescription());
     } catch (const std::exception& error) {
@@ -266,30 +266,41 @@ GenApi::INodeMap* CVantoCLSerDevice::GetTLNodeMap() {
     return m_tlParams._GetNodeMap();
 }
 
-// Returns whether this call has loaded it. Nobody else has the map yet, so that nobody holds its lock.
-bool CVantoCLSerDevice::LoadTLNodeMap() {
+// Nobody else has the map yet, so that nobody holds its lock.
+void CVantoCLSerDevice::LoadTLNodeMap() {
     const std::lock_guard lock(m_tlParamsLock);
     if (m_tlParams._GetNodeMap() != nullptr)
-        return false;
+        return;
     m_tlParams._LoadXMLFromString(kTransportLayerDescription);
     m_tlParamsName.Set(&m_tlParams._GetLock(), "TL map");
-    return true;
+    m_mustFollow = true;
 }
 
 // Without m_tlParamsLock: thread T may be in a callback of the application that holds the map's own lock and calls
 // GetTLNodeMap, while this thread waits for the map's lock. A value that T has set meanwhile takes effect when the node
-// is invalidated.
+// is invalidated. Once in the map's life, but for what failed.
 void CVantoCLSerDevice::FollowAutoCloseTimeout() {
-    GenApi::INode* node = m_tlParams._GetNode(kAutoCloseNode);
-    if (node == nullptr)
-        return;
-    const GenApi::CallbackHandleType handle =
-        GenApi::Register(node, *this, &CVantoCLSerDevice::OnAutoCloseTimeoutChanged, GenApi::cbPostInsideLock);
     {
         const std::lock_guard lock(m_tlParamsLock);
-        m_autoCloseCallback = handle;
+        if (!std::exchange(m_mustFollow, false))
+            return;
     }
-    node->InvalidateNode();
+    try {
+        GenApi::INode* node = m_tlParams._GetNode(kAutoCloseNode);
+        if (node == nullptr)
+            return;
+        const GenApi::CallbackHandleType handle =
+            GenApi::Register(node, *this, &CVantoCLSerDevice::OnAutoCloseTimeoutChanged, GenApi::cbPostInsideLock);
+        {
+            const std::lock_guard lock(m_tlParamsLock);
+            m_autoCloseCallback = handle;
+        }
+        node->InvalidateNode();
+    } catch (...) {
+        const std::lock_guard lock(m_tlParamsLock);
+        m_mustFollow = m_autoCloseCallback == 0;
+        throw;
+    }
 }
 
 void CVantoCLSerDevice::OnAutoCloseTimeoutChanged(GenApi::INode* node) {

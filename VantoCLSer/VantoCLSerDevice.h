@@ -67,7 +67,7 @@ private:
     void SetFastestBaudRate(GenApi::IEnumeration& node, const gcstring& name, std::int64_t fastest);
     void EndOpening() noexcept;
     void RestoreBaudRate() noexcept;
-    bool LoadTLNodeMap();
+    void LoadTLNodeMap();
     void FollowAutoCloseTimeout();
     void DeregisterAutoCloseCallback() noexcept;
     void OnAutoCloseTimeoutChanged(GenApi::INode* node);
@@ -87,11 +87,12 @@ private:
     CRemovalCallbacks m_removalCallbacks;
     gcstring m_deviceName;
     GenApi::CallbackHandleType m_autoCloseCallback = 0;
+    bool m_mustFollow = false;  // the auto-close timeout of a map that is loaded
     std::atomic<bool> m_open{false};
     std::int32_t m_channelCount = -1;  // not known yet
     std::int64_t m_oldBaudRate = 0;    // an entry's value; 0 is nothing to restore
 
-    std::mutex m_tlParamsLock;  // guards the loading of m_tlParams, and m_autoCloseCallback
+    std::mutex m_tlParamsLock;  // guards the loading of m_tlParams, m_autoCloseCallback and m_mustFollow
     [[no_unique_address]] const os::LockName m_tlParamsLockName{&m_tlParamsLock, "TL map's making"};
     std::mutex m_streamGrabberLock;  // guards m_streamGrabber, m_channelCount and m_streamGrabberMaker
     [[no_unique_address]] const os::LockName m_streamGrabberLockName{&m_streamGrabberLock, "stream grabber's making"};

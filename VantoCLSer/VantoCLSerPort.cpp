@@ -188,6 +188,7 @@ void CVantoCLSerPort::DisconnectLocked() noexcept {
         log(error.GetDescription());
     } catch (const std::exception& error) {
         log(error.what());
+        m_clPort.reset();  // it has ended all the same, and throws nothing more
     }
 }
 

@@ -5,6 +5,10 @@
 
 #include "failing/FailingAllocation.h"
 
+#include <execinfo.h>
+#include <unistd.h>
+
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
@@ -18,8 +22,18 @@ constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 std::atomic<std::ptrdiff_t> g_live{0};
 std::atomic<std::int64_t> g_remaining{kNever};  // below 0 once one has failed
 
+std::atomic<bool> g_lasts{false};
+std::array<void*, 40> g_stack;
+std::atomic<int> g_depth{0};
+
 bool Fails() noexcept {
-    return g_remaining.load(std::memory_order_relaxed) != kNever && g_remaining.fetch_sub(1) == 0;
+    if (g_remaining.load(std::memory_order_relaxed) == kNever)
+        return false;
+    const std::int64_t before = g_remaining.fetch_sub(1);
+    if (before != 0)
+        return before < 0 && g_lasts;
+    g_depth = ::backtrace(g_stack.data(), static_cast<int>(g_stack.size()));
+    return true;
 }
 
 }  // namespace
@@ -48,7 +62,8 @@ std::ptrdiff_t LiveBlocks() noexcept {
     return g_live;
 }
 
-FailingAllocation::FailingAllocation(std::size_t index) noexcept {
+FailingAllocation::FailingAllocation(std::size_t index, Shortage shortage) noexcept {
+    g_lasts = shortage == Shortage::kFromThenOn;
     g_remaining = static_cast<std::int64_t>(index);
 }
 
@@ -58,6 +73,10 @@ FailingAllocation::~FailingAllocation() {
 
 bool FailingAllocation::HasFailed() const noexcept {
     return g_remaining < 0;
+}
+
+void PrintWhereItFailed() noexcept {
+    ::backtrace_symbols_fd(g_stack.data(), g_depth, STDERR_FILENO);
 }
 
 }  // namespace failing

@@ -22,8 +22,8 @@ using failing::FailingAllocation;
 using failing::LiveBlocks;
 using Vanto::IVantoDevice;
 
-/// A shortage of memory for a moment, in the operations of a device.
-class FailingAllocations : public testing::Test {
+/// A shortage of memory in the operations of a device, for a moment or to their end.
+class FailingAllocations : public testing::TestWithParam<failing::Shortage> {
 protected:
     FailingAllocations() {
         scripted::Serial().SetPorts(1, {kCamera});
@@ -71,30 +71,46 @@ protected:
         std::size_t index = 0;
         for (bool hasFailed = true; hasFailed && !HasFailure(); ++index) {
             SCOPED_TRACE("allocation " + std::to_string(index));
-            const std::ptrdiff_t before = LiveBlocks();
-            prepare();
-            {
-                const FailingAllocation shortage(index);
-                Try(operation);
-                hasFailed = shortage.HasFailed();
-            }
-            cleanUp();
-            GoTheWholeWay();
-            EXPECT_TRUE(HaveBlocksLeft(before)) << LiveBlocks() - before << " more than before";
+            std::ptrdiff_t before = 0;
+            // What an error leaves the first time, and no other time, is kept for the next one.
+            int tries = 0;
+            do {
+                before = LiveBlocks();
+                prepare();
+                hasFailed = RunShortOfMemory(index, operation);
+                cleanUp();
+                GoTheWholeWay();
+            } while (!HasBlocksLeft(before) && ++tries < 2);
+            EXPECT_LT(tries, 2) << LiveBlocks() - before << " blocks more than before";
         }
+        if (HasFailure())
+            failing::PrintWhereItFailed();
         EXPECT_GT(index, 1u);
         RecordProperty("allocations", static_cast<int>(index));
     }
 
+    bool RunShortOfMemory(std::size_t index, const std::function<void()>& operation) const {
+        const FailingAllocation shortage(index, GetParam());
+        Try(operation);
+        return shortage.HasFailed();
+    }
+
     // Threads that have ended give their last memory back in their own time.
-    static bool HaveBlocksLeft(std::ptrdiff_t expected) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    static bool HasBlocksLeft(std::ptrdiff_t expected) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
         while (LiveBlocks() != expected) {
             if (std::chrono::steady_clock::now() > end)
                 return false;
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return true;
+    }
+
+    static bool IsClosedForInactivity() {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (scripted::Serial().Port(0).isOpen && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return !scripted::Serial().Port(0).isOpen;
     }
 
     // One error of a kind that callers expect, or none where the memory was not needed.
@@ -114,7 +130,7 @@ protected:
     IVantoDevice* m_device = nullptr;
 };
 
-TEST_F(FailingAllocations, OfOpening) {
+TEST_P(FailingAllocations, OfOpening) {
     FailEach([&] { m_device = Create(); }, [&] { m_device->Open(); },
              [&] {
                  if (m_device->IsOpen())
@@ -125,13 +141,43 @@ TEST_F(FailingAllocations, OfOpening) {
              });
 }
 
-TEST_F(FailingAllocations, OfReading) {
+TEST_P(FailingAllocations, OfReading) {
     FailEach([&] { CreateAndOpen(); }, [&] { Width(*m_device)->GetValue(false, true); }, [&] { Destroy(); });
 }
 
-TEST_F(FailingAllocations, OfWriting) {
+TEST_P(FailingAllocations, OfWriting) {
     FailEach([&] { CreateAndOpen(); }, [&] { Width(*m_device)->SetValue(7); }, [&] { Destroy(); });
 }
+
+TEST_P(FailingAllocations, OfClosing) {
+    FailEach([&] { CreateAndOpen(); }, [&] { m_device->Close(); }, [&] { Destroy(); });
+}
+
+TEST_P(FailingAllocations, OfEnumerating) {
+    Vanto::DeviceInfoList list;
+    FailEach([&] { list.clear(); }, [&] { m_tl->EnumerateDevices(list); }, [&] { list = {}; });
+}
+
+TEST_P(FailingAllocations, OfCreating) {
+    FailEach([] {}, [&] { m_device = Create(); },
+             [&] {
+                 if (m_device != nullptr)
+                     Destroy();
+             });
+}
+
+TEST_P(FailingAllocations, OfTheTLMap) {
+    FailEach([&] { CreateAndOpen(); }, [&] { m_device->GetTLNodeMap(); },
+             [&] {
+                 const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
+                 timeout->SetValue(1);
+                 EXPECT_TRUE(IsClosedForInactivity());
+                 Destroy();
+             });
+}
+
+INSTANTIATE_TEST_SUITE_P(Once, FailingAllocations, testing::Values(failing::Shortage::kOnce));
+INSTANTIATE_TEST_SUITE_P(FromThenOn, FailingAllocations, testing::Values(failing::Shortage::kFromThenOn));
 
 }  // namespace
 }  // namespace clser_test

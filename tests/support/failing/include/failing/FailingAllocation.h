@@ -11,11 +11,14 @@ namespace failing {
 /// Blocks of operator new, of any thread, that were not given back yet.
 std::ptrdiff_t LiveBlocks() noexcept;
 
-/// Lets one call of operator new fail: the one with an index, counted over all threads from now on, as long as it
-/// lives. One at a time.
+/// How long there is no memory.
+enum class Shortage { kOnce, kFromThenOn };
+
+/// Lets a call of operator new fail: the one with an index, counted over all threads from now on, or that one and all
+/// behind it, as long as it lives. One at a time.
 class FailingAllocation {
 public:
-    explicit FailingAllocation(std::size_t index) noexcept;
+    explicit FailingAllocation(std::size_t index, Shortage shortage = Shortage::kOnce) noexcept;
     ~FailingAllocation();
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
@@ -23,5 +26,8 @@ public:
     /// Whether there were so many allocations.
     bool HasFailed() const noexcept;
 };
+
+/// The calls that led to the failure before, for who looks into what came of it.
+void PrintWhereItFailed() noexcept;
 
 }  // namespace failing
