@@ -13,6 +13,7 @@ constexpr CommandEntry kCommands[] = {
     {"ports", "List the serial ports of this machine and their configuration", &MakePortsCommand},
     {"xml", "Fetch a camera's own description", &MakeXmlCommand},
     {"features", "List a camera's features with their values", &MakeFeaturesCommand},
+    {"info", "Show all that is known of features", &MakeInfoCommand},
     {"get", "Print the values of features", &MakeGetCommand},
     {"set", "Change features, all or none", &MakeSetCommand},
     {"exec", "Execute a command of a camera", &MakeExecCommand},

@@ -14,6 +14,7 @@ std::unique_ptr<Command> MakeListCommand();
 std::unique_ptr<Command> MakePortsCommand();
 std::unique_ptr<Command> MakeXmlCommand();
 std::unique_ptr<Command> MakeFeaturesCommand();
+std::unique_ptr<Command> MakeInfoCommand();
 std::unique_ptr<Command> MakeGetCommand();
 std::unique_ptr<Command> MakeSetCommand();
 std::unique_ptr<Command> MakeExecCommand();

@@ -66,7 +66,7 @@ ExitCode ConfigInitCommand::Run(Output& output) {
     output.Line(fmt::format("{} enables:", Printable(place.path.string())));
     for (const std::string& port : ports)
         output.Line("  " + Printable(port));
-    output.Line("'vanto-cl list' looks for cameras now. Take out the ports that have something else behind them.");
+    output.Prose("'vanto-cl list' looks for cameras now. Take out the ports that have something else behind them.");
     return ExitCode::kDone;
 }
 

@@ -47,7 +47,7 @@ ExitCode ConfigShowCommand::Run(Output& output) {
     }
     output.Note(Printable(path.string()));
     Table table({{"Line", true},
-                 {"Port"},
+                 KeyColumn("Port"),
                  {"Enabled"},
                  {"Manufacturer"},
                  {"Family"},

@@ -10,6 +10,7 @@
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
+#include "features/FeatureFilter.h"
 #include "features/FeatureTable.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
@@ -26,6 +27,7 @@ public:
 
 private:
     std::string m_device;
+    std::string m_pattern;
     std::string m_visibility = "guru";
     bool m_tree = false;
     bool m_json = false;
@@ -35,6 +37,9 @@ private:
 
 void FeaturesCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.OptionalArgument(
+        "PATTERN", m_pattern,
+        "Only those with these words in name, category or documentation, or named like 'Trigger*'");
     options.Flag("--tree", m_tree, "Show the categories, too");
     options.Flag("--json", m_json, "Print the tree as JSON, with ranges, units and documentation");
     options.Value("--visibility", m_visibility, "LEVEL", "beginner, expert, guru (this is the default) or invisible");
@@ -47,8 +52,9 @@ void FeaturesCommand::Declare(Options& options) {
 ExitCode FeaturesCommand::Run(Output& output) {
     const GenApi::EVisibility visibility = VisibilityFromWord(m_visibility);
     const OpenDevice device(m_device, output);
+    const std::vector<TreeNode> features = SelectFeatures(device.Nodes(), visibility, m_pattern);
     const std::size_t failures =
-        m_json ? PrintFeaturesAsJson(output, device, visibility) : PrintFeatures(output, device, visibility, m_tree);
+        m_json ? PrintFeaturesAsJson(output, device, features) : PrintFeatures(output, device, features, m_tree);
     if (failures == 0)
         return ExitCode::kDone;
     output.Warn(fmt::format("{} of the values could not be read", failures));

@@ -62,7 +62,7 @@ void PrintJson(Output& output, const std::vector<ListedCamera>& cameras) {
 }
 
 void PrintTable(Output& output, const std::vector<ListedCamera>& cameras) {
-    Table table({{"#", true}, {"Camera"}, {"Port"}, {"Baud rate", true}, {"State"}});
+    Table table({{"#", true}, KeyColumn("Camera"), KeyColumn("Port"), {"Baud rate", true}, {"State"}});
     for (const ListedCamera& camera : cameras)
         table.AddRow({camera.known ? std::to_string(camera.known->number) : "-",
                       camera.known ? camera.Name() : "unknown", camera.portId,
@@ -81,17 +81,15 @@ std::string Summary(const Enumeration& enumeration, std::chrono::milliseconds el
 
 /// In JSON the array is the whole answer, so the reasons go beside it.
 void PrintReasons(Output& output, const std::vector<Reason>& reasons, bool beside) {
-    std::string text;
-    const auto width = static_cast<std::size_t>(beside ? 0 : output.Width());
+    const auto print = [&](const std::string& text, const char* indent) {
+        beside ? output.Note(text, indent) : output.Prose(text, indent);
+    };
+    print("No camera was found.", "");
     for (const Reason& reason : reasons) {
-        text += fmt::format("\n{}", Wrapped(PrintableLines(reason.cause), width, ""));
+        print(PrintableLines(reason.cause), "");
         if (!reason.remedy.empty())
-            text += fmt::format("\n  {}", Wrapped(PrintableLines(reason.remedy), width, "  "));
+            print("  " + PrintableLines(reason.remedy), "  ");
     }
-    if (beside)
-        output.Note("No camera was found." + text);
-    else
-        output.Line("No camera was found." + text);
 }
 
 void Warn(Output& output, const Enumeration& enumeration, const std::vector<ListedCamera>& cameras) {

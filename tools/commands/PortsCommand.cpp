@@ -76,7 +76,7 @@ void PrintJson(Output& output, const std::vector<std::string>& ports, const std:
 }
 
 void PrintTable(Output& output, const std::vector<std::string>& ports, const std::vector<PortEntry>& entries) {
-    Table table({{"Port"}, {"Device"}, {"Enabled"}, {"Line"}, {"Expected camera"}, {"Baud rate"}});
+    Table table({KeyColumn("Port"), {"Device"}, {"Enabled"}, {"Line"}, {"Expected camera"}, {"Baud rate"}});
     for (const std::string& port : ports) {
         const std::vector<PortEntry> configured = EntriesOf(port, entries);
         const std::string device = DeviceOfPort(port).string();
@@ -109,9 +109,9 @@ ExitCode PortsCommand::Run(Output& output) {
         output.Line("No serial port was found.");
         for (const CLProtocol::LibraryReport& library : CLProtocol::GetSerialLibraries())
             if (!library.refusal.empty())
-                output.Line(fmt::format("'{}' was refused: {}", Printable(library.path.view()),
-                                        Printable(library.refusal.view())));
-        output.Line("'vanto-cl doctor' shows where serial libraries and devices are looked for.");
+                output.Prose(fmt::format("'{}' was refused: {}", Printable(library.path.view()),
+                                         Printable(library.refusal.view())));
+        output.Prose("'vanto-cl doctor' shows where serial libraries and devices are looked for.");
     } else {
         PrintTable(output, ports, entries);
     }

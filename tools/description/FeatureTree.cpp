@@ -84,7 +84,7 @@ Json ToJson(const DescriptionModel& model, const DescribedNode& node) {
 
 /// Prints one line for each feature, indented below its category.
 void PrintFeatureTree(Output& output, const DescriptionModel& model) {
-    Table table({{"Feature"}, {"Kind"}, {"Access"}, {"Range, entries, unit"}, {"What it is"}});
+    Table table({KeyColumn("Feature"), {"Kind"}, {"Access"}, {"Range, entries, unit"}, {"What it is"}});
     const auto visit = [&](const DescribedNode& node, std::size_t depth) {
         const FeatureFacts facts = FactsOf(model, node);
         const std::string indent(2 * depth, ' ');

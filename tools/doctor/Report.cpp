@@ -53,10 +53,11 @@ void PrintSection(Output& output, const Section& section) {
     for (const Observation& observation : section.observations) {
         const std::string subject = Printable(observation.subject);
         const std::string padding(column - std::min(column, DisplayWidth(subject)), ' ');
-        output.Line(fmt::format("  {} {}{}  {}", Mark(output, observation.health), subject, padding,
-                                Printable(observation.state)));
+        output.Prose(fmt::format("  {} {}{}  {}", Mark(output, observation.health), subject, padding,
+                                 Printable(observation.state)),
+                     "       ");
         if (!observation.advice.empty())
-            output.Line(fmt::format("       -> {}", Printable(observation.advice)));
+            output.Prose(fmt::format("       -> {}", Printable(observation.advice)), "          ");
     }
     output.Line();
 }
@@ -66,10 +67,10 @@ void PrintSection(Output& output, const Section& section) {
 void Print(Output& output, const Report& report) {
     for (const Section& section : report.sections)
         PrintSection(output, section);
-    output.Line(output.Styled(Style::kBold, "Verdict: ") +
-                output.Styled(report.healthy ? Style::kGood : Style::kBad, PrintableLines(report.verdict)));
+    output.Prose(output.Styled(Style::kBold, "Verdict: ") +
+                 output.Styled(report.healthy ? Style::kGood : Style::kBad, PrintableLines(report.verdict)));
     if (!report.nextStep.empty())
-        output.Line(output.Styled(Style::kBold, "Next step: ") + PrintableLines(report.nextStep));
+        output.Prose(output.Styled(Style::kBold, "Next step: ") + PrintableLines(report.nextStep));
 }
 
 Json ToJson(const Report& report) {

@@ -4,7 +4,9 @@
  */
 #pragma once
 
-#include "GenApi/Types.h"
+#include <vector>
+
+#include "features/FeatureFilter.h"
 
 namespace tools {
 
@@ -12,7 +14,7 @@ class OpenDevice;
 class Output;
 
 /// Both return how many features could not be read.
-std::size_t PrintFeatures(Output& output, const OpenDevice& device, GenApi::EVisibility visibility, bool tree);
-std::size_t PrintFeaturesAsJson(Output& output, const OpenDevice& device, GenApi::EVisibility visibility);
+std::size_t PrintFeatures(Output& output, const OpenDevice& device, const std::vector<TreeNode>& features, bool tree);
+std::size_t PrintFeaturesAsJson(Output& output, const OpenDevice& device, const std::vector<TreeNode>& features);
 
 }  // namespace tools

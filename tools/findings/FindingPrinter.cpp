@@ -57,18 +57,19 @@ void PrintFindings(Output& output, const std::string& file, const Findings& find
             break;
         const std::string place =
             finding.place.line > 0 ? fmt::format(":{}:{}", finding.place.line, finding.place.column) : "";
-        output.Line(fmt::format("{}{}: {} {}{}", Printable(file), place,
-                                output.Styled(StyleOf(finding.severity), std::string(NameOf(finding.severity)) + ":"),
-                                PrintableLines(finding.text), finding.rule.empty() ? "" : " [" + finding.rule + "]"));
+        output.Prose(fmt::format("{}{}: {} {}{}", Printable(file), place,
+                                 output.Styled(StyleOf(finding.severity), std::string(NameOf(finding.severity)) + ":"),
+                                 PrintableLines(finding.text), finding.rule.empty() ? "" : " [" + finding.rule + "]"),
+                     "  ");
         if (!finding.hint.empty())
-            output.Line("  " + PrintableLines(finding.hint));
+            output.Prose("  " + PrintableLines(finding.hint), "  ");
     }
     const std::uint64_t left = findings.LeftOut() + findings.size() - std::min(findings.size(), Findings::kMostShown);
     if (left > 0)
         output.Line(fmt::format("... and {} more", left));
-    output.Line(fmt::format("{}: {}{}, {}{}", Printable(file), summary, Counted(findings.Errors(), "error"),
-                            Counted(findings.Warnings(), "warning"),
-                            findings.Notes() > 0 ? ", " + Counted(findings.Notes(), "note") : ""));
+    output.Prose(fmt::format("{}: {}{}, {}{}", Printable(file), summary, Counted(findings.Errors(), "error"),
+                             Counted(findings.Warnings(), "warning"),
+                             findings.Notes() > 0 ? ", " + Counted(findings.Notes(), "note") : ""));
 }
 
 void PrintFindingsAsJson(Output& output, const std::string& file, const Findings& findings) {

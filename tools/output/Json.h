@@ -51,6 +51,9 @@ public:
     const Json& at(std::string_view name) const;
     const Json& at(std::size_t index) const;
     bool contains(std::string_view name) const;
+    bool is_null() const { return std::holds_alternative<std::nullptr_t>(m_value); }
+    bool is_text() const { return std::holds_alternative<std::string>(m_value); }
+    bool is_array() const { return std::holds_alternative<Array>(m_value); }
     /// Throws std::bad_variant_access unless this is a text.
     const std::string& text() const;
 

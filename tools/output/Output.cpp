@@ -61,8 +61,12 @@ void Output::Line(std::string_view text) {
     Write(m_out, "\n");
 }
 
-void Output::Note(std::string_view text) {
-    Tell({}, text);
+void Output::Prose(std::string_view text, std::string_view indent) {
+    Line(Wrapped(text, static_cast<std::size_t>(m_width), indent));
+}
+
+void Output::Note(std::string_view text, std::string_view indent) {
+    Tell({}, text, indent);
 }
 
 void Output::Warn(std::string_view text) {
@@ -80,12 +84,12 @@ void Output::Error(std::string_view text, std::string_view hint) {
         Note(PrintableLines(hint));
 }
 
-void Output::Tell(std::string_view start, std::string_view text) {
+void Output::Tell(std::string_view start, std::string_view text, std::string_view indent) {
     std::fflush(m_out);
     const std::lock_guard guard(m_errLock);
     ClearStatus();
     Write(m_err, start);
-    Write(m_err, text);
+    Write(m_err, Wrapped(text, static_cast<std::size_t>(TerminalWidth(m_err)), indent, DisplayWidth(start)));
     Write(m_err, "\n");
 }
 

@@ -20,11 +20,14 @@ class Output {
 public:
     Output(std::FILE* out, std::FILE* err);
 
-    /// Results.
+    /// Results, as they are.
     void Print(std::string_view text);
     void Line(std::string_view text = {});
+    /// A result that people read rather than programs: wrapped at blanks to the width of the terminal, where there is
+    /// one. \param[in] indent Put before all lines but the first
+    void Prose(std::string_view text, std::string_view indent = {});
     /// Messages for the person at the keyboard, beside the results.
-    void Note(std::string_view text);
+    void Note(std::string_view text, std::string_view indent = {});
     void Warn(std::string_view text);
     void Error(std::string_view text, std::string_view hint = {});
 
@@ -43,7 +46,7 @@ public:
     bool Flush();
 
 private:
-    void Tell(std::string_view start, std::string_view text);
+    void Tell(std::string_view start, std::string_view text, std::string_view indent = {});
     void ClearStatus();
     std::string StyledFor(bool colours, Style style, std::string_view text) const;
     void Write(std::FILE* stream, std::string_view text);

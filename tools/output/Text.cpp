@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "output/CharacterWidth.h"
+
 namespace tools {
 
 namespace {
@@ -58,6 +60,28 @@ std::string MadeVisible(std::string_view text, bool keepLines) {
     return result;
 }
 
+/// The character at the beginning of a text.
+struct Glyph {
+    std::size_t bytes;
+    std::size_t columns;
+};
+
+char32_t Decoded(std::string_view sequence) {
+    constexpr unsigned kContinued = 0x3F;
+    constexpr unsigned kLeading[] = {0x7F, 0x1F, 0x0F, 0x07};
+    char32_t character = static_cast<unsigned char>(sequence.front()) & kLeading[sequence.size() - 1];
+    for (const char byte : sequence.substr(1))
+        character = (character << 6) | (static_cast<unsigned char>(byte) & kContinued);
+    return character;
+}
+
+Glyph FirstGlyph(std::string_view text) {
+    if (text.starts_with("\033["))
+        return {std::min(text.find('m'), text.size() - 1) + 1, 0};
+    const std::size_t length = SequenceLength(text);
+    return length == 0 ? Glyph{1, 1} : Glyph{length, CharacterWidth(Decoded(text.substr(0, length)))};
+}
+
 }  // namespace
 
 /**
@@ -76,10 +100,15 @@ std::string PrintableLines(std::string_view text) {
     return MadeVisible(text, true);
 }
 
-/// Columns that a printable text takes: its characters, not its bytes.
+/// Columns that a text takes on a terminal; sequences that choose colours take none.
 std::size_t DisplayWidth(std::string_view text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+    std::size_t columns = 0;
+    while (!text.empty()) {
+        const Glyph glyph = FirstGlyph(text);
+        columns += glyph.columns;
+        text.remove_prefix(glyph.bytes);
+    }
+    return columns;
 }
 
 /// A printable text cut to a width, with an ellipsis at its end where something is missing.
@@ -87,35 +116,46 @@ std::string Shortened(std::string_view text, std::size_t width) {
     if (DisplayWidth(text) <= width || width == 0)
         return std::string(text);
     std::size_t bytes = 0;
-    for (std::size_t columns = 0; columns + 1 < width; ++columns)
-        bytes += std::max<std::size_t>(SequenceLength(text.substr(bytes)), 1);
+    for (std::size_t columns = 0; columns + 1 < width;) {
+        const Glyph glyph = FirstGlyph(text.substr(bytes));
+        columns += glyph.columns;
+        if (columns + 1 > width)
+            break;
+        bytes += glyph.bytes;
+    }
     return std::string(text.substr(0, bytes)) + "…";
 }
 
 /**
- * \brief Break a text at its blanks
+ * \brief Break a text at its blanks; line ends that it has stay
  * \param[in] width Columns of a line, the indent included; 0 for no limit
  * \param[in] indent Put before each line but the first
+ * \param[in] column Columns of the first line that are taken already
  */
-std::string Wrapped(std::string_view text, std::size_t width, std::string_view indent) {
-    if (width == 0)
-        return std::string(text);
+std::string Wrapped(std::string_view text, std::size_t width, std::string_view indent, std::size_t column) {
     std::string result;
-    std::size_t column = indent.size();
+    bool isLineStart = true;
+    const auto breakLine = [&] {
+        result.erase(result.find_last_not_of(' ') + 1);
+        result.append("\n").append(indent);
+        column = indent.size();
+        isLineStart = true;
+    };
     while (!text.empty()) {
-        const std::size_t blank = std::min(text.find(' '), text.size());
-        const std::string_view word = text.substr(0, blank);
-        text.remove_prefix(std::min(blank + 1, text.size()));
-        const std::size_t columns = DisplayWidth(word);
-        if (column + 1 + columns > width && column > indent.size()) {
-            result.append("\n").append(indent);
-            column = indent.size();
-        } else if (!result.empty()) {
+        const std::size_t end = std::min(text.find_first_of(" \n"), text.size());
+        const std::size_t columns = DisplayWidth(text.substr(0, end));
+        if (!isLineStart && width != 0 && column + 1 + columns > width) {
+            breakLine();
+        } else if (!isLineStart) {
             result += ' ';
             ++column;
         }
-        result += word;
+        result += text.substr(0, end);
         column += columns;
+        isLineStart = false;
+        if (end < text.size() && text[end] == '\n')
+            breakLine();
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
     return result;
 }

@@ -15,7 +15,7 @@ std::string Printable(std::string_view text);
 std::string PrintableLines(std::string_view text);
 std::size_t DisplayWidth(std::string_view text);
 std::string Shortened(std::string_view text, std::size_t width);
-std::string Wrapped(std::string_view text, std::size_t width, std::string_view indent);
+std::string Wrapped(std::string_view text, std::size_t width, std::string_view indent, std::size_t column = 0);
 
 std::string_view Trimmed(std::string_view text);
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);

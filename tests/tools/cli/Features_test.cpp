@@ -49,6 +49,44 @@ TEST_F(Features, ListsTheTree) {
     EXPECT_THAT(run.out, testing::ContainsRegex("\n  Width +Integer"));
 }
 
+TEST_F(Features, ListsThoseThatFitAPattern) {
+    const std::string named = Run({"features", "0", "trigger*"}).out;
+    EXPECT_THAT(named, HasSubstr("\nTriggerDelay "));
+    EXPECT_THAT(named, testing::Not(HasSubstr("ExposureMode")));
+    EXPECT_THAT(Run({"features", "0", "microseconds sensor"}).out, HasSubstr("\nExposureTime "));
+    const std::string tree = Run({"features", "0", "digitalio", "--tree"}).out;
+    EXPECT_THAT(tree, HasSubstr("\nDigitalIOControl\n  LineSelector "));
+    EXPECT_THAT(tree, testing::Not(HasSubstr("ImageFormatControl")));
+    EXPECT_EQ(json::parse(Run({"features", "0", "LineMode", "--json"}).out).at(0).at("Features").size(), 1U);
+    ExpectFailure({"features", "0", "nosuch"}, 1, "no feature fits 'nosuch'");
+}
+
+TEST_F(Features, TellsAllOfOne) {
+    const std::string text = Run({"info", "0", "PixelFormat", "LineInverter"}).out;
+    for (const char* line :
+         {"PixelFormat (Pixel Format)\n", "\n  Value          Mono8\n", "\n  Kind           Enumeration\n",
+          "\n  Category       ImageFormatControl\n", "\n  Registers      PixelFormatReg: 0x100078, 4 bytes\n",
+          "\n    Mono12 (17825797): Twelve bits of brightness", "\n  Selected by    LineSelector=Line1\n"})
+        EXPECT_THAT(text, HasSubstr(line));
+    ExpectFailure({"info", "0", "Widht"}, 1, "did you mean 'Width'?");
+}
+
+TEST_F(Features, TellsAllOfOneInJson) {
+    const json info = json::parse(Run({"info", "0", "Width", "PixelFormat", "LineSelector", "--json"}).out);
+    EXPECT_EQ(info.at(0).at("Max"), 2048);
+    EXPECT_EQ(info.at(0).at("Registers").at(0).at("Address"), "0x10005C");
+    EXPECT_EQ(info.at(1).at("Entries").at(2).at("Name"), "Mono12");
+    EXPECT_EQ(info.at(1).at("Entries").at(2).at("Available"), true);
+    EXPECT_THAT(info.at(2).at("Selects"), testing::Contains("LineInverter"));
+}
+
+TEST_F(Features, TellsWhyOneCanNotBeSet) {
+    ASSERT_EQ(Run({"set", "0", "ExposureAuto=Continuous"}).exitCode, 0);
+    const std::string text = Run({"info", "0", "ExposureTime"}).out;
+    EXPECT_THAT(text, HasSubstr("Access         RO\n"));
+    EXPECT_THAT(text, HasSubstr("it is locked (pIsLocked ExposureIsAutomatic; ExposureAuto=Continuous)"));
+}
+
 TEST_F(Features, ListsWhatALevelSees) {
     EXPECT_THAT(Run({"features", "0", "--visibility", "beginner"}).out, testing::Not(HasSubstr("LUTIndex")));
     EXPECT_THAT(Run({"features", "0", "--visibility", "Guru"}).out, HasSubstr("LUTIndex"));

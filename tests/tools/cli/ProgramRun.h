@@ -28,6 +28,11 @@ Environment WithoutTheUsersState(Environment environment);
 /// Runs vanto-cl to its end, at most two minutes.
 RunResult RunVantoCl(const std::vector<std::string>& arguments, const Environment& environment = {});
 
+/// The same on a terminal of this width, not on Windows: what appears there, lines ending in "\n", is in \a out. What a
+/// line of progress showed before it was written over is gone.
+RunResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
+                        const Environment& environment = {});
+
 /// A run whose standard output nobody reads, so that it stands still as soon as it prints more than a little.
 class BlockedRun {
 public:

@@ -47,6 +47,14 @@ TEST_F(Printed, TableAlignsColumns) {
               "10  H       COM_Port#b\n");
 }
 
+TEST_F(Printed, TableIsNotWidenedByAHugeValue) {
+    Table table({KeyColumn("A"), {"B"}, {"C"}});
+    table.AddRow({"x", std::string(2048, 'v'), "c"});
+    table.AddRow({"y", "v", "c"});
+    table.PrintTo(m_output);
+    EXPECT_EQ(TextOf(m_out.get()), "A  B  C\nx  " + std::string(2048, 'v') + "  c\ny  v  c\n");
+}
+
 TEST_F(Printed, TableHasNoBlanksAtLineEnds) {
     Table table({{"A"}, {"B"}});
     table.AddRow({"long text"});

@@ -36,6 +36,17 @@ TEST(DisplayWidth, CountsCharacters) {
     EXPECT_EQ(DisplayWidth("äöü"), 3U);
 }
 
+TEST(DisplayWidth, CountsWideCharactersTwiceAndMarksNotAtAll) {
+    EXPECT_EQ(DisplayWidth("相机A"), 5U);
+    EXPECT_EQ(DisplayWidth("e\u0301"), 1U);
+    EXPECT_EQ(DisplayWidth("\033[1mA\033[0m"), 1U);
+}
+
+TEST(Shortened, GivesWideCharactersTheirTwoColumns) {
+    EXPECT_EQ(Shortened("相机相机", 5), "相机…");
+    EXPECT_EQ(Shortened("相机相机", 6), "相机…");
+}
+
 TEST(Shortened, KeepsWhatFits) {
     EXPECT_EQ(Shortened("Heron", 5), "Heron");
 }
@@ -49,7 +60,15 @@ TEST(Shortened, CutsBetweenCharacters) {
 }
 
 TEST(Wrapped, BreaksAtBlanksAndIndents) {
-    EXPECT_EQ(Wrapped("one two three", 8, "  "), "one\n  two\n  three");
+    EXPECT_EQ(Wrapped("one two three", 7, "  "), "one two\n  three");
+}
+
+TEST(Wrapped, LeavesRoomForWhatStandsBefore) {
+    EXPECT_EQ(Wrapped("one two", 8, "", 4), "one\ntwo");
+}
+
+TEST(Wrapped, KeepsLineEnds) {
+    EXPECT_EQ(Wrapped("one\ntwo three", 8, " "), "one\n two\n three");
 }
 
 TEST(Wrapped, KeepsOneLineWithoutWidth) {

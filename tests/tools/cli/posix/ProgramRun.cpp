@@ -91,6 +91,25 @@ RunResult WaitFor(pid_t pid) {
     return result;
 }
 
+/// The terminal ends lines with "\r\n"; progress goes back to the line's beginning and clears it.
+std::string WithoutWhatWasWrittenOver(const std::string& text) {
+    std::string result;
+    std::size_t line = 0;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text.compare(index, 2, "\r\n") == 0)
+            continue;
+        if (text[index] == '\r')
+            result.resize(line);
+        else
+            result += text[index];
+        if (text[index] == '\n')
+            line = result.size();
+        if (constexpr std::string_view kClear = "\033[K"; std::string_view(result).ends_with(kClear))
+            result.resize(result.size() - kClear.size());
+    }
+    return result;
+}
+
 std::string TextOf(std::FILE* file) {
     std::rewind(file);
     std::string text;
@@ -108,6 +127,30 @@ RunResult RunVantoCl(const std::vector<std::string>& arguments, const Environmen
     RunResult result = WaitFor(Start(arguments, environment, ::fileno(out.get()), ::fileno(err.get())));
     result.out = TextOf(out.get());
     result.err = TextOf(err.get());
+    return result;
+}
+
+RunResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
+                        const Environment& environment) {
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    std::array<char, 256> name{};
+    if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0 ||
+        ::ptsname_r(terminal, name.data(), name.size()) != 0)
+        throw std::runtime_error("can't make a pseudo-terminal");
+    winsize size{};
+    size.ws_col = columns;
+    ::ioctl(terminal, TIOCSWINSZ, &size);
+    const int slave = ::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const pid_t pid = Start(arguments, environment, slave, slave);
+    ::close(slave);
+    std::string text;
+    std::array<char, 4096> buffer;
+    // The last writer that is gone ends it.
+    for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;)
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    RunResult result = WaitFor(pid);
+    ::close(terminal);
+    result.out = WithoutWhatWasWrittenOver(text);
     return result;
 }
 

@@ -63,6 +63,29 @@ TEST_F(OnTerminal, TablesKeepToTheWidth) {
               "1  aaaaaaaaaaaaaaaaaaa…  short\n");
 }
 
+TEST_F(OnTerminal, TablesKeepNamesWhole) {
+    SetEnvironment("NO_COLOR", "1");
+    Output output(m_terminal.Stream(), m_terminal.Stream());
+    Table table({KeyColumn("Name"), {"Value"}, {"Takes"}});
+    table.AddRow({"ANameOfMoreThanTwentyLetters", "1234567890", "one, two, three, four, five, six, seven"});
+    table.AddRow({"Short", "2", "all"});
+    table.PrintTo(output);
+    EXPECT_EQ(m_terminal.Text(),
+              "Name        Value     Takes\n"
+              "ANameOfMoreThanTwentyLetters\n"
+              "            1234567…  one,\n"
+              "                      two,\n"
+              "                      three, …\n"
+              "Short       2         all\n");
+}
+
+TEST_F(OnTerminal, MessagesAreWrapped) {
+    SetEnvironment("NO_COLOR", "1");
+    Output output(m_terminal.Stream(), m_terminal.Stream());
+    output.Warn("the camera does not answer any more");
+    EXPECT_EQ(m_terminal.Text(), "warning: the camera does not\nanswer any more\n");
+}
+
 TEST_F(OnTerminal, ProgressShowsWhatAndForHowLongAndGoesAway) {
     Output output(m_terminal.Stream(), m_terminal.Stream());
     std::string text;

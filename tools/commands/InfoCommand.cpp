@@ -1,0 +1,68 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl info: all that is known of features
+ */
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cameras/DeviceChoice.h"
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "features/FeatureInfo.h"
+#include "features/FeatureWalk.h"
+#include "features/OpenDevice.h"
+#include "output/Output.h"
+#include "system/Interruptible.h"
+
+namespace tools {
+
+namespace {
+
+class InfoCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::string m_device;
+    std::vector<std::string> m_names;
+    bool m_json = false;
+};
+
+}  // namespace
+
+void InfoCommand::Declare(Options& options) {
+    options.Argument("DEVICE", m_device, kDeviceHelp);
+    options.Arguments("NAME", m_names, "Names of features");
+    options.Flag("--json", m_json, "Print a JSON array with an object for each feature");
+    options.Footer("Where a feature can't be used at present, \"Because\" names the condition and what it looks at.");
+}
+
+ExitCode InfoCommand::Run(Output& output) {
+    const OpenDevice device(m_device, output);
+    std::vector<GenApi::INode*> nodes;
+    for (const std::string& name : m_names)
+        nodes.push_back(&FindFeature(device.Nodes(), name));
+    Json json = Json::array();
+    for (GenApi::INode* node : nodes) {
+        ThrowIfInterrupted();
+        Json info = FeatureInfo(*node);
+        device.ThrowIfGone();
+        if (!m_json) {
+            if (node != nodes.front())
+                output.Line();
+            PrintInfo(output, info);
+        }
+        json.push_back(std::move(info));
+    }
+    if (m_json)
+        output.Line(ToText(json));
+    return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeInfoCommand() {
+    return std::make_unique<InfoCommand>();
+}
+
+}  // namespace tools

@@ -1,0 +1,49 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * How many columns a terminal gives to a character
+ */
+#include "output/CharacterWidth.h"
+
+#include <algorithm>
+#include <span>
+
+namespace tools {
+
+namespace {
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// Sorted. Gaps of unassigned characters within a block are left in.
+constexpr Range kWide[] = {
+    {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},   {0x23F0, 0x23F0},
+    {0x23F3, 0x23F3},   {0x2614, 0x2615},   {0x2648, 0x2653},   {0x26A1, 0x26A1},   {0x2705, 0x2705},
+    {0x274C, 0x274C},   {0x2757, 0x2757},   {0x2795, 0x2797},   {0x2B1B, 0x2B1C},   {0x2B50, 0x2B50},
+    {0x2E80, 0x303E},   {0x3041, 0x33FF},   {0x3400, 0x4DBF},   {0x4E00, 0xA4CF},   {0xA960, 0xA97F},
+    {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE10, 0xFE19},   {0xFE30, 0xFE6F},   {0xFF01, 0xFF60},
+    {0xFFE0, 0xFFE6},   {0x17000, 0x18CFF}, {0x1B000, 0x1B2FF}, {0x1F1E6, 0x1F1FF}, {0x1F300, 0x1F64F},
+    {0x1F680, 0x1F6FF}, {0x1F900, 0x1F9FF}, {0x1FA70, 0x1FAFF}, {0x20000, 0x3FFFD}};
+constexpr Range kNarrowless[] = {{0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x064B, 0x065F},
+                                 {0x0E31, 0x0E31}, {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}, {0x1AB0, 0x1AFF},
+                                 {0x1DC0, 0x1DFF}, {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0x302A, 0x302D},
+                                 {0x3099, 0x309A}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}};
+
+bool IsIn(std::span<const Range> ranges, char32_t character) noexcept {
+    const auto range = std::ranges::lower_bound(ranges, character, {}, &Range::last);
+    return range != ranges.end() && range->first <= character;
+}
+
+}  // namespace
+
+unsigned CharacterWidth(char32_t character) noexcept {
+    constexpr char32_t kFirstMark = 0x0300;
+    if (character < kFirstMark)
+        return 1;
+    if (IsIn(kNarrowless, character))
+        return 0;
+    return IsIn(kWide, character) ? 2 : 1;
+}
+
+}  // namespace tools
