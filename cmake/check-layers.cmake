@@ -36,7 +36,7 @@ set(rooms
     "platform/genicam/genapi/formula|schema"
     "platform/genicam/genapi/core|formula schema"
     "platform/genicam/genapi/nodes|core formula schema"
-    "platform/genicam/genapi/load|core nodes schema"
+    "platform/genicam/genapi/load|schema"
     "platform/vanto/log|"
     "platform/vanto/factory|"
     "platform/vanto/bindings|log"

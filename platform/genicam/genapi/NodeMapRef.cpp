@@ -6,8 +6,10 @@
 #include "GenApi/NodeMapRef.h"
 
 #include "Base/GCUtilities.h"
+#include "core/NodeMap.h"
 #include "load/DescriptionFile.h"
 #include "load/Loader.h"
+#include "nodes/NodeFactory.h"
 
 namespace GenApi {
 
@@ -19,23 +21,35 @@ std::string ExpandedName(const GenICam::gcstring& fileName) {
     return expanded.str();
 }
 
-std::unique_ptr<CNodeMap> BuildMap(const GenICam::gcstring& deviceName, std::string xml, const std::string& name) {
-    auto map = std::make_unique<CNodeMap>(deviceName);
-    Loader loader(*map);
-    loader.Load(std::move(xml), name);
-    loader.Finish();
-    return map;
+/// A description to load, and one to inject into it.
+struct Sources {
+    SourceFile target;
+    const SourceFile* injected = nullptr;
+};
+
+std::shared_ptr<const Description> Read(const Sources& sources, const FileNames& names) {
+    Loader loader;
+    try {
+        loader.Load(sources.target);
+        if (sources.injected != nullptr)
+            loader.Inject(*sources.injected);
+        return loader.Finish();
+    } catch (...) {
+        CNodeMap::TellWarnings(loader.Warnings(), names);
+        throw;
+    }
 }
 
-std::unique_ptr<CNodeMap> BuildInjectedMap(const GenICam::gcstring& deviceName, std::string xml,
-                                           const std::string& name, std::string injected,
-                                           const std::string& injectedName) {
-    auto map = std::make_unique<CNodeMap>(deviceName);
-    Loader loader(*map);
-    loader.Load(std::move(xml), name);
-    loader.Inject(std::move(injected), injectedName);
-    loader.Finish();
-    return map;
+std::unique_ptr<CNodeMap> BuildMap(const GenICam::gcstring& deviceName, const Sources& sources) {
+    FileNames names{std::string(sources.target.name),
+                    std::string(sources.injected != nullptr ? sources.injected->name : "")};
+    std::shared_ptr<const Description> description = Read(sources, names);
+    return std::make_unique<CNodeMap>(deviceName, std::move(description), std::move(names), MakeNode);
+}
+
+std::unique_ptr<CNodeMap> BuildInjectedMap(const GenICam::gcstring& deviceName, const SourceFile& target,
+                                           const SourceFile& injected) {
+    return BuildMap(deviceName, {target, &injected});
 }
 
 }  // namespace
@@ -53,7 +67,8 @@ CNodeMapRef::~CNodeMapRef() = default;
  */
 void CNodeMapRef::_LoadXMLFromFile(const GenICam::gcstring& fileName) {
     const std::string name = ExpandedName(fileName);
-    m_map = BuildMap(m_deviceName, ReadDescriptionFile(name), name);
+    const std::string xml = ReadDescriptionFile(name);
+    m_map = BuildMap(m_deviceName, {{xml, name}});
 }
 
 /**
@@ -61,7 +76,7 @@ void CNodeMapRef::_LoadXMLFromFile(const GenICam::gcstring& fileName) {
  * \throw RuntimeException It is no description; names the device, line and column
  */
 void CNodeMapRef::_LoadXMLFromString(const GenICam::gcstring& xml) {
-    m_map = BuildMap(m_deviceName, xml.str(), m_deviceName.str());
+    m_map = BuildMap(m_deviceName, {{xml.str(), m_deviceName.str()}});
 }
 
 /**
@@ -75,8 +90,9 @@ void CNodeMapRef::_LoadXMLFromFileInject(const GenICam::gcstring& targetFileName
                                          const GenICam::gcstring& injectFileName) {
     const std::string name = ExpandedName(targetFileName);
     const std::string injectedName = ExpandedName(injectFileName);
-    m_map = BuildInjectedMap(m_deviceName, ReadDescriptionFile(name), name, ReadDescriptionFile(injectedName),
-                             injectedName);
+    const std::string xml = ReadDescriptionFile(name);
+    const std::string injectedXml = ReadDescriptionFile(injectedName);
+    m_map = BuildInjectedMap(m_deviceName, {xml, name}, {injectedXml, injectedName});
 }
 
 /**
@@ -84,7 +100,7 @@ void CNodeMapRef::_LoadXMLFromFileInject(const GenICam::gcstring& targetFileName
  * \throw RuntimeException One of both texts is no description
  */
 void CNodeMapRef::_LoadXMLFromStringInject(const GenICam::gcstring& targetXml, const GenICam::gcstring& injectXml) {
-    m_map = BuildInjectedMap(m_deviceName, targetXml.str(), m_deviceName.str(), injectXml.str(), "injected");
+    m_map = BuildInjectedMap(m_deviceName, {targetXml.str(), m_deviceName.str()}, {injectXml.str(), "injected"});
 }
 
 /**
@@ -100,7 +116,8 @@ void CNodeMapRef::_LoadXMLFromZIPFile(const GenICam::gcstring& zipFileName) {
  * \throw RuntimeException It is no archive or holds no description
  */
 void CNodeMapRef::_LoadXMLFromZIPData(const void* zipData, std::size_t zipSize) {
-    m_map = BuildMap(m_deviceName, UnzipDescription(zipData, zipSize, m_deviceName.str()), m_deviceName.str());
+    const std::string xml = UnzipDescription(zipData, zipSize, m_deviceName.str());
+    m_map = BuildMap(m_deviceName, {{xml, m_deviceName.str()}});
 }
 
 void CNodeMapRef::_Destroy() {

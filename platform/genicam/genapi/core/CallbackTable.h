@@ -40,6 +40,7 @@ public:
     /// Takes a callback out of the table, null when the handle is not known there.
     std::shared_ptr<CallbackEntry> Take(std::uint32_t node, CallbackHandleType handle);
     bool Has(std::uint32_t node) const { return m_entries.contains(node); }
+    bool IsEmpty() const noexcept { return m_entries.empty(); }
     /// True when a callback wants to run before changes. Takes no lock.
     bool WantsBefore() const noexcept { return m_before != 0; }
     /// Appends the callbacks of a node that are of a type.

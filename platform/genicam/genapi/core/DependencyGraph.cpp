@@ -39,35 +39,34 @@ bool IsValueOnly(ETag tag) {
 }
 
 // What one element of a node says about dependencies.
-Edge EdgeOf(const CNode& owner, const Property& property) {
-    const std::uint32_t self = owner.Index();
+Edge EdgeOf(const Description& description, std::uint32_t self, const Property& property) {
+    const std::uint32_t other = description.NodeOf(property);
     switch (property.tag) {
         case ETag::pInvalidator:
-            return {property.node, self, EInvalidate::Content};
+            return {other, self, EInvalidate::Content};
         case ETag::pSelected:
-            return {self, property.node, EInvalidate::Selected};
+            return {self, other, EInvalidate::Selected};
         case ETag::Nested:
             // An enumeration depends on its entries, but the entries of a structure on the structure.
-            return owner.Kind() == ENodeKind::Enumeration ? Edge{property.node, self, EInvalidate::Derived}
-                                                          : Edge{self, property.node, EInvalidate::Derived};
+            return description.Node(self).kind == ENodeKind::Enumeration ? Edge{other, self, EInvalidate::Derived}
+                                                                         : Edge{self, other, EInvalidate::Derived};
         case ETag::pError:
         case ETag::pBlockPolling:
             return {};
         default:
             break;
     }
-    return IsRequiredReference(property.tag)
-               ? Edge{property.node, self, EInvalidate::Derived, !IsValueOnly(property.tag)}
-               : Edge{};
+    return IsRequiredReference(property.tag) ? Edge{other, self, EInvalidate::Derived, !IsValueOnly(property.tag)}
+                                             : Edge{};
 }
 
 template <class Use>
-void ForEachEdge(const CNodeMap& map, Use&& use) {
-    for (const CNode* node : map.Nodes()) {
-        if (node->Is(kReplaced))
+void ForEachEdge(const Description& description, Use&& use) {
+    for (std::uint32_t node = 0; node < description.NodeCount(); ++node) {
+        if (description.Node(node).Is(kReplaced))
             continue;
-        for (const Property& property : node->Properties()) {
-            const Edge edge = EdgeOf(*node, property);
+        for (const Property& property : description.PropertiesOf(node)) {
+            const Edge edge = EdgeOf(description, node, property);
             if (edge.from != kNoNode && edge.to != kNoNode && edge.from != edge.to)
                 use(edge);
         }
@@ -75,13 +74,14 @@ void ForEachEdge(const CNodeMap& map, Use&& use) {
 }
 
 template <class Use>
-void ForEachReference(const CNodeMap& map, Use&& use) {
-    for (const CNode* node : map.Nodes()) {
-        if (node->Is(kReplaced))
+void ForEachReference(const Description& description, Use&& use) {
+    for (std::uint32_t node = 0; node < description.NodeCount(); ++node) {
+        if (description.Node(node).Is(kReplaced))
             continue;
-        for (const Property& property : node->Properties()) {
-            if (property.node != kNoNode)
-                use(property.node, Referrer{node->Index(), property.tag});
+        for (const Property& property : description.PropertiesOf(node)) {
+            const std::uint32_t other = description.NodeOf(property);
+            if (other != kNoNode)
+                use(other, Referrer{node, property.tag});
         }
     }
 }
@@ -100,14 +100,16 @@ bool IsValueSource(ETag tag) {
 }  // namespace
 
 void DependencyGraph::Build(CNodeMap& map) {
-    const std::size_t count = map.Nodes().size();
+    const std::size_t count = map.Schema().NodeCount();
     m_first.assign(count + 1, 0);
-    ForEachEdge(map, [this](const Edge& edge) { ++m_first[edge.from + 1]; });
+    ForEachEdge(map.Schema(), [this](const Edge& edge) { ++m_first[edge.from + 1]; });
     for (std::size_t i = 1; i <= count; ++i)
         m_first[i] += m_first[i - 1];
     m_dependents.resize(m_first.back());
     std::vector<std::uint32_t> next(m_first.begin(), m_first.end() - 1);
-    ForEachEdge(map, [&](const Edge& edge) { m_dependents[next[edge.from]++] = {edge.to, edge.extent, edge.rules}; });
+    ForEachEdge(map.Schema(), [&](const Edge& edge) {
+        m_dependents[next[edge.from]++] = {edge.to, edge.extent, edge.rules};
+    });
     m_stamps.assign(count, 0);
     m_round = 0;
     m_built = true;
@@ -121,15 +123,16 @@ std::span<const Invalidation> DependencyGraph::DependentsOf(CNodeMap& map, std::
 
 std::span<const Referrer> DependencyGraph::ReferrersOf(CNodeMap& map, std::uint32_t node) {
     if (m_firstReferrer.empty()) {
-        const std::size_t count = map.Nodes().size();
+        const std::size_t count = map.Schema().NodeCount();
         std::vector<std::uint32_t> first(count + 1, 0);
-        ForEachReference(map, [&](std::uint32_t target, const Referrer&) { ++first[target + 1]; });
+        ForEachReference(map.Schema(), [&](std::uint32_t target, const Referrer&) { ++first[target + 1]; });
         for (std::size_t i = 1; i <= count; ++i)
             first[i] += first[i - 1];
         m_referrers.resize(first.back());
         std::vector<std::uint32_t> next(first.begin(), first.end() - 1);
-        ForEachReference(
-            map, [&](std::uint32_t target, const Referrer& referrer) { m_referrers[next[target]++] = referrer; });
+        ForEachReference(map.Schema(), [&](std::uint32_t target, const Referrer& referrer) {
+            m_referrers[next[target]++] = referrer;
+        });
         m_firstReferrer = std::move(first);
     }
     return std::span(m_referrers).subspan(m_firstReferrer[node], m_firstReferrer[node + 1] - m_firstReferrer[node]);
@@ -162,31 +165,32 @@ void DependencyGraph::Spread(CNodeMap& map, std::vector<Invalidation>& changes, 
     m_isClean = announced.size() == before;
 }
 
-std::vector<std::uint32_t> DependencyGraph::AffectedBy(CNodeMap& map, CNode& node) {
+std::vector<std::uint32_t> DependencyGraph::AffectedBy(CNodeMap& map, CNode& written) {
     std::vector<std::uint32_t> affected;
-    std::vector<std::uint32_t> walk{node.Index()};
-    std::vector<bool> seen(map.Nodes().size(), false);
+    std::vector<std::uint32_t> walk{written.Index()};
+    std::vector<bool> seen(map.Schema().NodeCount(), false);
     const auto add = [&](std::uint32_t index) {
         if (index != kNoNode && !seen[index]) {
             seen[index] = true;
             walk.push_back(index);
         }
     };
-    seen[node.Index()] = true;
+    seen[written.Index()] = true;
     map.AttachRegisters();
     // First down to what is written, then up to what depends on it.
     for (std::size_t next = 0; next < walk.size(); ++next) {
-        CNode& written = *map.NodeAt(walk[next]);
-        for (const Property& property : written.Properties()) {
+        CNode& node = *map.NodeAt(walk[next]);
+        for (const Property& property : node.Properties()) {
             if (IsWritten(property.tag))
-                add(property.node);
+                add(map.Schema().NodeOf(property));
         }
-        RegisterBlock* block = written.Register() != nullptr ? written.Register()->AttachedBlock() : nullptr;
+        RegisterBlock* block = node.Register() != nullptr ? node.Register()->AttachedBlock() : nullptr;
         for (RegisterCore* user = block != nullptr ? block->users : nullptr; user != nullptr; user = user->NextUser())
             add(user->Owner().Index());
     }
     for (std::size_t next = 0; next < walk.size(); ++next) {
-        if (map.NodeAt(walk[next])->Has(kHasCallback))
+        const CNode* const node = map.KnownNode(walk[next]);
+        if (node != nullptr && node->Has(kHasCallback))
             affected.push_back(walk[next]);
         for (const Invalidation& dependent : DependentsOf(map, walk[next]))
             add(dependent.node);
@@ -225,18 +229,20 @@ void DependencyGraph::Visit(CNodeMap& map, Invalidation change, std::vector<std:
         return;
     const std::uint32_t extent = std::max(done & 3U, static_cast<std::uint32_t>(change.extent));
     stamp = (m_round << kStampBits) | extent | (done & kRules) | (change.rules ? kRules : 0U);
-    CNode& node = *map.NodeAt(change.node);
     if (change.extent != EInvalidate::Derived)
         DropContent(map, change);
-    const bool isStructure = node.Kind() == ENodeKind::StructReg;
+    const bool isStructure = map.Schema().Node(change.node).kind == ENodeKind::StructReg;
     const bool hasNewRules = change.rules && (done & kRules) == 0;
     if (!isFirst && !isStructure && !hasNewRules)
         return;
-    node.Clear(change.rules ? kCached : kValueCached);
-    if (RegisterCore* core = node.Register())
-        core->ForgetAddress();
-    if (node.Has(kHasCallback) && isFirst)
-        announced.push_back(change.node);
+    // Who was never asked for knows nothing.
+    if (CNode* const node = map.KnownNode(change.node)) {
+        node->Clear(change.rules ? kCached : kValueCached);
+        if (RegisterCore* core = node->Register())
+            core->ForgetAddress();
+        if (node->Has(kHasCallback) && isFirst)
+            announced.push_back(change.node);
+    }
     // What happens to a structure happens to its entries.
     for (const Invalidation& dependent : DependentsOf(map, change.node))
         Push({dependent.node, isStructure ? std::max(change.extent, dependent.extent) : dependent.extent,
@@ -245,8 +251,8 @@ void DependencyGraph::Visit(CNodeMap& map, Invalidation change, std::vector<std:
 
 // A feature's value lies in registers below it: those must be asked again.
 void DependencyGraph::DropContent(CNodeMap& map, Invalidation change) {
-    CNode& node = *map.NodeAt(change.node);
-    if (RegisterCore* core = node.Register()) {
+    CNode* const node = map.KnownNode(change.node);
+    if (RegisterCore* core = node != nullptr ? node->Register() : nullptr) {
         if (change.extent == EInvalidate::Selected && core->HasMovingAddress())
             return core->DropUnlessMoved();
         RegisterBlock* block = core->AttachedBlock();
@@ -256,9 +262,10 @@ void DependencyGraph::DropContent(CNodeMap& map, Invalidation change) {
             Push({user->Owner().Index(), EInvalidate::Derived, false});
         return;
     }
-    for (const Property& property : node.Properties()) {
-        if (IsValueSource(property.tag) && property.node != kNoNode)
-            Push({property.node, change.extent});
+    for (const Property& property : map.Schema().PropertiesOf(change.node)) {
+        const std::uint32_t source = IsValueSource(property.tag) ? map.Schema().NodeOf(property) : kNoNode;
+        if (source != kNoNode)
+            Push({source, change.extent});
     }
 }
 

@@ -54,7 +54,7 @@ bool Descent::PushNeed(const Evaluation& evaluation) {
 }
 
 void Descent::Push(TooDeep deep) {
-    if (++m_begun > kMostTasksOfANode * (m_map.Nodes().size() + 1))
+    if (++m_begun > kMostTasksOfANode * (m_map.Schema().NodeCount() + 1))
         throw LOGICAL_ERROR_EXCEPTION("%s: too many nodes depend on one another", deep.wanted.node->Label());
     for (const Waiting& waiting : deep.path)
         m_waiting.insert(KeyOf(*waiting.node, waiting.part));

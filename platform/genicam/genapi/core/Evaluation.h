@@ -94,16 +94,6 @@ enum ENodeFlag : std::uint32_t {
 };
 static_assert(FreshFlag(EPart::Inc) == 1U << 17);
 
-/// What is known of a node once it is loaded and never changes: it may be asked without the lock.
-enum ENodeTrait : std::uint32_t {
-    kReplaced = 1U << 0,        ///< another node of its name stands in its place
-    kIsFeature = 1U << 1,       ///< categories lead to it from Root
-    kUsesPolling = 1U << 2,     ///< it has a polling time
-    kHasAccessRules = 1U << 3,  ///< it has rules about its access mode
-    kIsRegister = 1U << 4,
-    kHasErrorNode = 1U << 5,  ///< it names a node that tells what the device thinks of a write
-};
-
 /// A part of a node that waits for another one.
 struct Waiting {
     CNode* node = nullptr;

@@ -18,80 +18,39 @@
 namespace GenApi {
 
 CNode::CNode(const NodeSeed& seed)
-    : m_map(seed.map), m_index(seed.index), m_kind(seed.kind), m_number(NumberOf(seed.kind)) {}
+    : m_map(seed.map),
+      m_description(seed.description),
+      m_index(seed.index),
+      m_traits(seed.description->Node(seed.index).traits),
+      m_kind(seed.description->Node(seed.index).kind),
+      m_number(NumberOf(m_kind)) {
+    if (Is(kIsBroken))
+        Set(kBroken);
+}
 
 // --- The description of the node ---
-
-std::string_view CNode::Name() const noexcept {
-    return m_map->Text(m_nameText, m_nameLength);
-}
-
-std::span<const Property> CNode::Properties() const noexcept {
-    return m_map->PropertiesOf(m_firstProperty, m_propertyCount);
-}
-
-// What an entry of a structure does not say itself, the structure around it says.
-const Property* CNode::Find(ETag tag) const noexcept {
-    for (const Property& property : Properties()) {
-        if (property.tag == tag)
-            return &property;
-        // Nothing but nested nodes comes behind the first of them.
-        if (property.tag == ETag::Nested)
-            break;
-    }
-    return m_kind == ENodeKind::StructEntry && Enclosing() != nullptr ? Enclosing()->Find(tag) : nullptr;
-}
-
-std::string_view CNode::TextOf(const Property& property) const noexcept {
-    return m_map->Text(property.text, property.length);
-}
 
 std::string_view CNode::TextOf(ETag tag) const noexcept {
     const Property* property = Find(tag);
     return property != nullptr ? TextOf(*property) : std::string_view();
 }
 
-CNode* CNode::NodeOf(const Property& property) const noexcept {
-    return m_map->NodeAt(property.node);
+CNode* CNode::NodeOf(const Property& property) const {
+    return m_map->NodeAt(m_description->NodeOf(property));
 }
 
-CNode* CNode::NodeOf(ETag tag) const noexcept {
+CNode* CNode::NodeOf(ETag tag) const {
     const Property* property = Find(tag);
     return property != nullptr ? NodeOf(*property) : nullptr;
 }
 
-CNode* CNode::Enclosing() const noexcept {
-    return m_map->NodeAt(m_enclosing);
-}
-
-std::string CNode::Label() const {
-    std::string label(NameOf(m_kind));
-    label += " '";
-    // Entries are known by the name of their enumeration as well: their own is not unique.
-    if (m_kind == ENodeKind::EnumEntry && Enclosing() != nullptr)
-        label += "EnumEntry_" + Shortened(Enclosing()->Name()) + '_';
-    label += Shortened(Name());
-    return label + "' (line " + std::to_string(m_line) + ")";
+CNode* CNode::Enclosing() const {
+    return m_map->NodeAt(m_description->Node(m_index).enclosing);
 }
 
 Warning CNode::MakeWarning(EWarningKind kind, const std::string& what) const {
-    return {kind, {}, m_line, m_column, GenICam::gcstring(Shortened(Name())), Label() + ": " + what};
-}
-
-void CNode::SetName(std::uint32_t text, std::uint32_t length) noexcept {
-    m_nameText = text;
-    m_nameLength = length;
-}
-
-void CNode::SetProperties(std::uint32_t first, std::uint32_t count) noexcept {
-    m_firstProperty = first;
-    m_propertyCount = count;
-}
-
-void CNode::SetPlace(std::uint32_t line, std::uint32_t column, CNode* enclosing) noexcept {
-    m_line = line;
-    m_column = column;
-    m_enclosing = enclosing != nullptr ? enclosing->m_index : kNoNode;
+    const NodeRecord& record = m_description->Node(m_index);
+    return {kind, {}, record.line, record.column, GenICam::gcstring(Shortened(Name())), Label() + ": " + what};
 }
 
 GenICam::gcstring CNode::StringOf(ETag tag) const {
@@ -124,7 +83,7 @@ EAccessMode CNode::GetAccessMode() const {
 GenICam::gcstring CNode::GetName(bool fullQualified) const {
     std::string name;
     if (fullQualified)
-        name = m_nameSpace == Standard ? "Std::" : "Cust::";
+        name = GetNameSpace() == Standard ? "Std::" : "Cust::";
     // Entries are known by the name of their enumeration as well: their own is not unique.
     if (m_kind == ENodeKind::EnumEntry && Enclosing() != nullptr) {
         name += "EnumEntry_";
@@ -136,7 +95,7 @@ GenICam::gcstring CNode::GetName(bool fullQualified) const {
 }
 
 ENameSpace CNode::GetNameSpace() const {
-    return m_nameSpace;
+    return m_description->Node(m_index).isStandard ? Standard : Custom;
 }
 
 EVisibility CNode::GetVisibility() const {

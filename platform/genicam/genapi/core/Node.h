@@ -15,7 +15,7 @@
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
 #include "core/Evaluation.h"
-#include "schema/Property.h"
+#include "schema/Description.h"
 
 namespace GenApi {
 
@@ -49,11 +49,12 @@ struct ValidValues {
 /// What a node is made from.
 struct NodeSeed {
     CNodeMap* map;
+    const Description* description;
     std::uint32_t index;
-    ENodeKind kind;
 };
 
-/// A node. Its public operations take the map's lock; the others (Integer, Access, ...) want it taken. Nodes lie in the
+/// A node of one map. What it is lies in the description, which other maps may share; what is known of it, here.
+/// Its public operations take the map's lock; the others (Integer, Access, ...) want it taken. Nodes lie in the
 /// map's arena and own nothing.
 class CNode : public INode, public ISelector {
 public:
@@ -100,12 +101,11 @@ public:
     CNodeMap& Map() const noexcept { return *m_map; }
     std::uint32_t Index() const noexcept { return m_index; }
     ENodeKind Kind() const noexcept { return m_kind; }
-    std::string_view Name() const noexcept;
+    std::string_view Name() const noexcept { return m_description->NameOf(m_index); }
     bool Has(std::uint32_t flags) const noexcept { return (m_flags & flags) != 0; }
     void Set(std::uint32_t flags) noexcept { m_flags |= flags; }
     void Clear(std::uint32_t flags) noexcept { m_flags &= ~flags; }
     bool Is(std::uint32_t traits) const noexcept { return (m_traits & traits) != 0; }
-    void AddTraits(std::uint32_t traits) noexcept { m_traits |= traits; }
 
     // Evaluation; the map's lock is held.
     /// The value as an integer, from the cache where it is known. A number with a fraction is rounded.
@@ -165,22 +165,17 @@ public:
     virtual RegisterCore* Register() { return nullptr; }
 
     // The description of the node.
-    std::span<const Property> Properties() const noexcept;
-    const Property* Find(ETag tag) const noexcept;
-    std::string_view TextOf(const Property& property) const noexcept;
+    std::span<const Property> Properties() const noexcept { return m_description->PropertiesOf(m_index); }
+    const Property* Find(ETag tag) const noexcept { return m_description->Find(m_index, tag); }
+    std::string_view TextOf(const Property& property) const noexcept { return m_description->TextOf(property); }
     std::string_view TextOf(ETag tag) const noexcept;
-    CNode* NodeOf(const Property& property) const noexcept;
-    CNode* NodeOf(ETag tag) const noexcept;
+    CNode* NodeOf(const Property& property) const;
+    CNode* NodeOf(ETag tag) const;
     /// A name for messages: kind, name and line.
-    std::string Label() const;
-    void SetName(std::uint32_t text, std::uint32_t length) noexcept;
-    void SetProperties(std::uint32_t first, std::uint32_t count) noexcept;
-    void SetPlace(std::uint32_t line, std::uint32_t column, CNode* enclosing) noexcept;
-    void SetNameSpace(ENameSpace nameSpace) noexcept { m_nameSpace = nameSpace; }
-    std::uint32_t Line() const noexcept { return m_line; }
+    std::string Label() const { return m_description->LabelOf(m_index); }
     /// A warning about this node, at its place.
     Warning MakeWarning(EWarningKind kind, const std::string& what) const;
-    CNode* Enclosing() const noexcept;
+    CNode* Enclosing() const;
 
 protected:
     ~CNode() = default;
@@ -255,19 +250,12 @@ private:
     bool YesOf(ETag tag, bool otherwise) const;
 
     CNodeMap* m_map;
+    const Description* m_description;  // that of the map
     std::uint32_t m_index;
-    std::uint32_t m_line = 0;
-    std::uint32_t m_column = 0;
-    std::uint32_t m_nameText = 0;
-    std::uint32_t m_nameLength = 0;
-    std::uint32_t m_firstProperty = 0;
-    std::uint32_t m_propertyCount = 0;
-    std::uint32_t m_enclosing = kNoNode;
     std::uint32_t m_flags = 0;
-    std::uint32_t m_traits = 0;
+    std::uint8_t m_traits;
     ENodeKind m_kind;
     ENumber m_number;
-    ENameSpace m_nameSpace : 8 = Custom;
     EVisibility m_userVisibility : 8 = Beginner;
     EAccessMode m_userAccess : 8 = RW;
     EAccessMode m_readAccess : 8 = NI;

@@ -88,7 +88,7 @@ void AddOnce(NodeList_t& list, INode* node) {
 template <class Links>
 std::vector<CNode*> Closure(CNode& start, Links&& links) {
     std::vector<CNode*> found{&start};
-    std::vector<bool> seen(start.Map().Nodes().size(), false);
+    std::vector<bool> seen(start.Map().Schema().NodeCount(), false);
     seen[start.Index()] = true;
     for (std::size_t next = 0; next < found.size(); ++next) {
         links(*found[next], [&](CNode* linked) {

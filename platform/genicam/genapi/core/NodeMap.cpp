@@ -22,7 +22,6 @@ namespace {
 
 // Callbacks that set nodes whose callbacks set nodes...: a circle of them must end.
 constexpr unsigned kMaxChangeDepth = 32;
-constexpr std::size_t kMaxWarnings = 10000;
 
 struct SinkHolder {
     std::mutex mutex;
@@ -42,8 +41,8 @@ bool IsCacheCheckWanted() {
 }
 
 // Structures and formulas within a node may have no name: nobody can ask for them.
-bool IsListed(const CNode* node) {
-    return !node->Is(kReplaced) && !node->Name().empty();
+bool IsListed(const Description& description, std::uint32_t node) {
+    return !description.Node(node).Is(kReplaced) && !description.NameOf(node).empty();
 }
 
 }  // namespace
@@ -54,73 +53,61 @@ void SetWarningSink(WarningSink_t sink) {
     holder.sink = std::move(sink);
 }
 
-CNodeMap::CNodeMap(const GenICam::gcstring& deviceName)
-    : m_deviceName(deviceName), m_checksCaches(IsCacheCheckWanted()) {}
+CNodeMap::CNodeMap(const GenICam::gcstring& deviceName, std::shared_ptr<const Description> description, FileNames files,
+                   NodeMaker maker)
+    : m_deviceName(deviceName),
+      m_description(std::move(description)),
+      m_files(std::move(files)),
+      m_maker(maker),
+      m_nodes(std::make_unique<std::atomic<CNode*>[]>(m_description->NodeCount())),
+      m_checksCaches(IsCacheCheckWanted()) {
+    TellWarnings(m_description->Warnings(), m_files);
+}
 
 CNodeMap::~CNodeMap() = default;
+
+// --- Nodes ---
+
+// Two threads may ask for one node at once; nodes are also asked for without the map's lock.
+CNode* CNodeMap::MakeNode(std::uint32_t node) const {
+    const std::lock_guard lock(m_makingMutex);
+    CNode* made = m_nodes[node].load(std::memory_order_relaxed);
+    if (made == nullptr) {
+        made = m_maker({&Self(), m_description.get(), node}, m_nodeArena);
+        m_nodes[node].store(made, std::memory_order_release);
+    }
+    return made;
+}
+
+// What nobody asked for knows nothing that could be forgotten.
+template <class Use>
+void CNodeMap::ForEachKnownNode(Use&& use) {
+    for (std::uint32_t node = 0; node < m_description->NodeCount(); ++node) {
+        if (CNode* const known = KnownNode(node))
+            use(*known);
+    }
+}
 
 // --- INodeMap ---
 
 void CNodeMap::GetNodes(NodeList_t& nodes) const {
     nodes.clear();
-    nodes.reserve(m_nodes.size());
-    std::copy_if(m_nodes.begin(), m_nodes.end(), std::back_inserter(nodes), IsListed);
+    nodes.reserve(m_description->NodeCount());
+    for (std::uint32_t node = 0; node < m_description->NodeCount(); ++node) {
+        if (IsListed(*m_description, node))
+            nodes.push_back(NodeAt(node));
+    }
 }
 
 std::uint64_t CNodeMap::GetNumNodes() const {
-    return static_cast<std::uint64_t>(std::count_if(m_nodes.begin(), m_nodes.end(), IsListed));
+    std::uint64_t count = 0;
+    for (std::uint32_t node = 0; node < m_description->NodeCount(); ++node)
+        count += IsListed(*m_description, node) ? 1 : 0;
+    return count;
 }
 
 INode* CNodeMap::GetNode(const GenICam::gcstring& name) const {
     return FindNode(name.view());
-}
-
-CNode* CNodeMap::FindNode(std::string_view name) const {
-    if (CNode* node = FindUnqualified(name))
-        return node;
-    for (const auto& [prefix, nameSpace] : {std::pair("Std::", Standard), std::pair("Cust::", Custom)}) {
-        const std::string_view start(prefix);
-        if (name.substr(0, start.size()) != start)
-            continue;
-        CNode* node = FindUnqualified(name.substr(start.size()));
-        return node != nullptr && node->GetNameSpace() == nameSpace ? node : nullptr;
-    }
-    return nullptr;
-}
-
-CNode* CNodeMap::FindUnqualified(std::string_view name) const {
-    CNode* node = FindIndexed(name);
-    const bool mayBeEntry = node == nullptr && name.substr(0, 10) == "EnumEntry_";
-    return mayBeEntry ? FindEntry(name.substr(10)) : node;
-}
-
-CNode* CNodeMap::FindIndexed(std::string_view name) const noexcept {
-    const std::uint32_t found = m_names.Find(NameIndex::Hash(name), [&](std::uint32_t index) {
-        return m_nodes[index]->Name() == name && !m_nodes[index]->Is(kReplaced);
-    });
-    return found != kNoNode ? m_nodes[found] : nullptr;
-}
-
-// The name of the enumeration, an underscore, that of the entry; both names may have underscores.
-CNode* CNodeMap::FindEntry(std::string_view name) const {
-    std::call_once(m_entriesIndexed, [this] { IndexEntries(); });
-    const std::uint32_t found = m_entryNames.Find(NameIndex::Hash(name), [&](std::uint32_t index) {
-        const std::string_view enumeration = m_nodes[index]->Enclosing()->Name();
-        return name.substr(0, enumeration.size()) == enumeration && name.size() > enumeration.size() &&
-               name[enumeration.size()] == '_' && name.substr(enumeration.size() + 1) == m_nodes[index]->Name();
-    });
-    return found != kNoNode ? m_nodes[found] : nullptr;
-}
-
-// Few maps are asked for entries by name: the others need not pay for an index. Called when all nodes are loaded.
-void CNodeMap::IndexEntries() const {
-    std::string name;
-    for (const CNode* node : m_nodes) {
-        if (node->Kind() != ENodeKind::EnumEntry || node->Is(kReplaced) || node->Enclosing() == nullptr)
-            continue;
-        name.assign(node->Enclosing()->Name()).append("_").append(node->Name());
-        m_entryNames.Insert(NameIndex::Hash(name), node->Index());
-    }
 }
 
 void CNodeMap::InvalidateNodes() const {
@@ -159,11 +146,7 @@ bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
 void CNodeMap::Poll(std::int64_t elapsedTime) {
     Change(nullptr, [&] {
         if (!m_polledKnown) {
-            for (CNode* node : m_nodes) {
-                if (node->Is(kUsesPolling) && !node->Is(kReplaced) && node->GetPollingTime() > 0)
-                    m_polled.push_back({node, node->GetPollingTime(), 0});
-            }
-            m_polledKnown = true;
+            FindPolled();
         }
         for (PolledNode& polled : m_polled) {
             if (polled.node->IsPollingBlocked())
@@ -177,14 +160,25 @@ void CNodeMap::Poll(std::int64_t elapsedTime) {
     });
 }
 
+void CNodeMap::FindPolled() {
+    m_polledKnown = true;
+    for (std::uint32_t index = 0; index < m_description->NodeCount(); ++index) {
+        const NodeRecord& record = m_description->Node(index);
+        CNode* const node = record.Is(kUsesPolling) && !record.Is(kReplaced) ? NodeAt(index) : nullptr;
+        if (node != nullptr && node->GetPollingTime() > 0)
+            m_polled.push_back({node, node->GetPollingTime(), 0});
+    }
+}
+
 bool CNodeMap::ParseSwissKnives(GenICam::gcstring_vector* errorList) const {
     const MapAccess access(Self());
     bool isFine = true;
-    for (CNode* node : m_nodes) {
-        const ENodeKind kind = node->Kind();
-        const bool hasFormula = kind == ENodeKind::IntSwissKnife || kind == ENodeKind::SwissKnife ||
-                                kind == ENodeKind::IntConverter || kind == ENodeKind::Converter;
-        if (!hasFormula || node->Is(kReplaced) || node->Usable())
+    for (std::uint32_t index = 0; index < m_description->NodeCount(); ++index) {
+        const NodeRecord& record = m_description->Node(index);
+        const bool hasFormula = record.kind == ENodeKind::IntSwissKnife || record.kind == ENodeKind::SwissKnife ||
+                                record.kind == ENodeKind::IntConverter || record.kind == ENodeKind::Converter;
+        CNode* const node = hasFormula && !record.Is(kReplaced) ? NodeAt(index) : nullptr;
+        if (node == nullptr || node->Usable())
             continue;
         isFine = false;
         if (errorList != nullptr)
@@ -200,43 +194,63 @@ void CNodeMap::GetGenApiVersion(Version_t& version, std::uint16_t& build) const 
 
 // --- Warnings and reasons ---
 
-WarningList_t CNodeMap::Warnings() const {
-    const AutoLock lock(m_lock);
-    return m_warnings;
+namespace {
+
+Warning WarningOf(const LoadWarning& found, const FileNames& files) {
+    Warning warning = found.warning;
+    warning.File = found.isOfInjected ? files.injected : files.description;
+    return warning;
 }
 
-bool CNodeMap::TakesWarnings() const noexcept {
-    return m_warnings.size() <= kMaxWarnings;
-}
-
-void CNodeMap::Warn(Warning warning) {
-    // A hostile file has millions of faults: the first ones tell enough.
-    if (!TakesWarnings())
-        return;
-    if (warning.File.empty())
-        warning.File = m_info.fileName;
-    if (m_warnings.size() == kMaxWarnings)
-        warning.Message = "There are more warnings; they are not listed";
-    m_warnings.push_back(warning);
+// False when the sink failed: a log that fails must not keep a camera from working.
+bool Tell(const Warning& warning) {
     WarningSink_t sink;
     {
         const std::lock_guard lock(Sink().mutex);
         sink = Sink().sink;
     }
-    if (!sink)
-        return;
     try {
-        sink(warning);
+        if (sink)
+            sink(warning);
+        return true;
     } catch (...) {
-        // A log that fails must not keep a camera from working.
-        m_warnings.back().Message += " (the warning sink failed)";
+        return false;
     }
 }
 
+}  // namespace
+
+WarningList_t CNodeMap::Warnings() const {
+    WarningList_t warnings;
+    for (const LoadWarning& found : m_description->Warnings())
+        warnings.push_back(WarningOf(found, m_files));
+    const AutoLock lock(m_lock);
+    warnings.insert(warnings.end(), m_warnings.begin(), m_warnings.end());
+    return warnings;
+}
+
+void CNodeMap::TellWarnings(std::span<const LoadWarning> warnings, const FileNames& files) {
+    for (const LoadWarning& found : warnings)
+        Tell(WarningOf(found, files));
+}
+
+void CNodeMap::Warn(Warning warning) {
+    // A hostile file has millions of faults: the first ones tell enough.
+    const std::size_t count = m_description->Warnings().size() + m_warnings.size();
+    if (count > kMostWarnings)
+        return;
+    if (warning.File.empty())
+        warning.File = m_files.description;
+    if (count == kMostWarnings)
+        warning.Message = "There are more warnings; they are not listed";
+    m_warnings.push_back(warning);
+    if (!Tell(warning))
+        m_warnings.back().Message += " (the warning sink failed)";
+}
+
 const std::string& CNodeMap::ReasonOf(const CNode& node) const {
-    static const std::string none;
     const auto found = m_reasons.find(node.Index());
-    return found != m_reasons.end() ? found->second : none;
+    return found != m_reasons.end() ? found->second : m_description->ReasonOf(node.Index());
 }
 
 void CNodeMap::SetReason(const CNode& node, const std::string& reason) {
@@ -260,8 +274,7 @@ void CNodeMap::CheckPorts() noexcept {
         changed = port->Refresh() || changed;
     if (!changed)
         return;
-    for (CNode* node : m_nodes)
-        node->Clear(kReadAccessValid | kFullAccessValid);
+    ForEachKnownNode([](CNode& node) { node.Clear(kReadAccessValid | kFullAccessValid); });
 }
 
 CNodeMap::ChangeScope::ChangeScope(CNodeMap& map) : m_map(map) {
@@ -277,8 +290,7 @@ CNodeMap::ChangeScope::~ChangeScope() {
 }
 
 void CNodeMap::ForgetAllMemos() noexcept {
-    for (CNode* node : m_nodes)
-        node->ForgetMemos();
+    ForEachKnownNode([](CNode& node) { node.ForgetMemos(); });
     m_memories.Use();
     m_memories.Forget();
 }
@@ -369,21 +381,24 @@ void CNodeMap::SpreadQuietly(RegisterBlock& block) {
 void CNodeMap::EverythingChanged() {
     ForgetMemories();
     m_registers.InvalidateAll();
-    for (CNode* node : m_nodes) {
-        node->Clear(kCached);
-        if (RegisterCore* core = node->Register())
+    ForEachKnownNode([this](CNode& node) {
+        node.Clear(kCached);
+        if (RegisterCore* core = node.Register())
             core->ForgetAddress();
-        if (node->Has(kHasCallback))
-            m_announced.push_back(node->Index());
-    }
+        if (node.Has(kHasCallback))
+            m_announced.push_back(node.Index());
+    });
 }
 
 void CNodeMap::AttachRegisters() {
-    if (m_registersAttached)
+    // Caches of what was never read need not hear of a write, but who registered a callback wants to.
+    if (m_registersAttached || m_callbacks.IsEmpty())
         return;
     m_registersAttached = true;
-    for (CNode* node : m_nodes) {
-        if (node->Is(kIsRegister) && !node->Is(kReplaced) && node->Usable() && node->Register() != nullptr)
+    for (std::uint32_t index = 0; index < m_description->NodeCount(); ++index) {
+        const NodeRecord& record = m_description->Node(index);
+        CNode* const node = record.Is(kIsRegister) && !record.Is(kReplaced) ? NodeAt(index) : nullptr;
+        if (node != nullptr && node->Usable() && node->Register() != nullptr)
             node->Register()->AttachConstant();
     }
 }

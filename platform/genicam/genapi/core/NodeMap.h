@@ -5,7 +5,9 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <unordered_map>
@@ -21,29 +23,27 @@
 #include "core/Node.h"
 #include "core/RegisterCache.h"
 #include "schema/Arena.h"
-#include "schema/NameIndex.h"
+#include "schema/Description.h"
 
 namespace GenApi {
 
 class CPort;
 
-/// What the root element says.
-struct DescriptionInfo {
-    GenICam::gcstring modelName;
-    GenICam::gcstring vendorName;
-    GenICam::gcstring toolTip;
-    GenICam::gcstring standardNameSpace;
-    GenICam::gcstring productGuid;
-    GenICam::gcstring versionGuid;
-    GenICam::gcstring fileName;
-    Version_t schemaVersion;
-    Version_t deviceVersion;
+/// Makes a node in an arena.
+using NodeMaker = CNode* (*)(const NodeSeed& seed, Arena& arena);
+
+/// The names of the files that a description and what is injected into it come from.
+struct FileNames {
+    std::string description;
+    std::string injected;
 };
 
 /// A node map. Its public operations are thread-safe; those that the nodes and the loader use want its lock.
 class CNodeMap final : public INodeMap, public IDeviceInfo {
 public:
-    explicit CNodeMap(const GenICam::gcstring& deviceName);
+    /// Nodes are made when they are first asked for.
+    CNodeMap(const GenICam::gcstring& deviceName, std::shared_ptr<const Description> description, FileNames files,
+             NodeMaker maker);
     ~CNodeMap();
     CNodeMap(const CNodeMap&) = delete;
     CNodeMap& operator=(const CNodeMap&) = delete;
@@ -60,28 +60,32 @@ public:
     std::uint64_t GetNumNodes() const override;
     bool ParseSwissKnives(GenICam::gcstring_vector* errorList = nullptr) const override;
     // IDeviceInfo
-    GenICam::gcstring GetModelName() const override { return m_info.modelName; }
-    GenICam::gcstring GetVendorName() const override { return m_info.vendorName; }
-    GenICam::gcstring GetToolTip() const override { return m_info.toolTip; }
-    GenICam::gcstring GetStandardNameSpace() const override { return m_info.standardNameSpace; }
+    GenICam::gcstring GetModelName() const override { return Info().modelName; }
+    GenICam::gcstring GetVendorName() const override { return Info().vendorName; }
+    GenICam::gcstring GetToolTip() const override { return Info().toolTip; }
+    GenICam::gcstring GetStandardNameSpace() const override { return Info().standardNameSpace; }
     void GetGenApiVersion(Version_t& version, std::uint16_t& build) const override;
-    void GetSchemaVersion(Version_t& version) const override { version = m_info.schemaVersion; }
-    void GetDeviceVersion(Version_t& version) const override { version = m_info.deviceVersion; }
-    GenICam::gcstring GetProductGuid() const override { return m_info.productGuid; }
-    GenICam::gcstring GetVersionGuid() const override { return m_info.versionGuid; }
+    void GetSchemaVersion(Version_t& version) const override { version = Info().schemaVersion; }
+    void GetDeviceVersion(Version_t& version) const override { version = Info().deviceVersion; }
+    GenICam::gcstring GetProductGuid() const override { return Info().productGuid; }
+    GenICam::gcstring GetVersionGuid() const override { return Info().versionGuid; }
 
     WarningList_t Warnings() const;
+    /// Sends what was found wrong in a description to the warning sink.
+    static void TellWarnings(std::span<const LoadWarning> warnings, const FileNames& files);
 
     // For the nodes; the lock is held.
-    CNode* FindNode(std::string_view name) const;
-    CNode* NodeAt(std::uint32_t index) const noexcept { return index < m_nodes.size() ? m_nodes[index] : nullptr; }
-    std::span<CNode* const> Nodes() const noexcept { return m_nodes; }
-    std::string_view Text(std::uint32_t position, std::uint32_t length) const noexcept {
-        return std::string_view(m_texts).substr(position, length);
+    CNode* FindNode(std::string_view name) const { return NodeAt(m_description->FindNode(name)); }
+    /// The node of a number, made now when nobody asked for it before; null for kNoNode. Wants no lock.
+    CNode* NodeAt(std::uint32_t node) const {
+        if (node >= m_description->NodeCount())
+            return nullptr;
+        CNode* const known = m_nodes[node].load(std::memory_order_acquire);
+        return known != nullptr ? known : MakeNode(node);
     }
-    std::span<const Property> PropertiesOf(std::uint32_t first, std::uint32_t count) const noexcept {
-        return std::span(m_properties).subspan(first, count);
-    }
+    /// The node of a number if it was ever asked for, null otherwise.
+    CNode* KnownNode(std::uint32_t node) const noexcept { return m_nodes[node].load(std::memory_order_acquire); }
+    const Description& Schema() const noexcept { return *m_description; }
     Arena& Memory() noexcept { return m_arena; }
     RegisterCache& Registers() noexcept { return m_registers; }
     DependencyGraph& Dependencies() noexcept { return m_graph; }
@@ -109,8 +113,6 @@ public:
     void SetReason(const CNode& node, const std::string& reason);
     /// Keeps a warning and sends it to the sink.
     void Warn(Warning warning);
-    /// False when there are so many warnings that no further one is kept.
-    bool TakesWarnings() const noexcept;
     /// Notes the access modes of the connected ports; drops cached access modes when one changed. Takes no lock.
     void CheckPorts() noexcept;
 
@@ -134,15 +136,14 @@ public:
     /// The text of a string node that has it itself.
     std::string OwnTextOf(const CNode& node) const;
     void SetOwnText(const CNode& node, const std::string& text);
-    /// Gives every register of a constant address its block, so that a write finds all that share it.
+    /// Where there are callbacks, gives every register of a constant address its block, so that a write finds all that
+    /// share it.
     void AttachRegisters();
 
     CallbackHandleType AddCallback(CNode& node, CNodeCallback* callback);
     bool RemoveCallback(CNode& node, CallbackHandleType handle);
 
 private:
-    friend class Loader;
-
     /// A change that is being made, within others that callbacks make. Throws when there are too many of them.
     class ChangeScope {
     public:
@@ -162,25 +163,25 @@ private:
         std::int64_t elapsed;
     };
 
+    void FindPolled();
     void ForgetAllMemos() noexcept;
     void RunBefore(CNode& node, ECallbackType type);
     std::exception_ptr EndChange(CallbackList& outside);
-    CNode* FindUnqualified(std::string_view name) const;
-    CNode* FindIndexed(std::string_view name) const noexcept;
-    CNode* FindEntry(std::string_view name) const;
-    void IndexEntries() const;
+    CNode* MakeNode(std::uint32_t node) const;
+    template <class Use>
+    void ForEachKnownNode(Use&& use);
+    const DescriptionInfo& Info() const noexcept { return m_description->Info(); }
     CNodeMap& Self() const noexcept { return const_cast<CNodeMap&>(*this); }
 
     const GenICam::gcstring m_deviceName;
-    DescriptionInfo m_info;
+    const std::shared_ptr<const Description> m_description;
+    const FileNames m_files;
+    const NodeMaker m_maker;
     mutable CLock m_lock;
     Arena m_arena;
-    std::string m_texts;
-    std::vector<Property> m_properties;
-    std::vector<CNode*> m_nodes;
-    NameIndex m_names;
-    mutable std::once_flag m_entriesIndexed;
-    mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
+    mutable std::mutex m_makingMutex;  // held while a node is made; nothing else is locked meanwhile
+    mutable Arena m_nodeArena;         // guarded by it
+    const std::unique_ptr<std::atomic<CNode*>[]> m_nodes;  // null for those that nobody asked for
     std::vector<CPort*> m_ports;
 
     AccessMemory m_memories;
@@ -198,7 +199,7 @@ private:
     std::unordered_map<std::uint32_t, std::string> m_ownTexts;
     std::vector<PolledNode> m_polled;
     bool m_polledKnown = false;
-    WarningList_t m_warnings;
+    WarningList_t m_warnings;  // since the description was loaded
 };
 
 /**

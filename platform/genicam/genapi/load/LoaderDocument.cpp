@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Loads a description into a node map: the document and its root
+ * Reads a description: the document and its root
  */
 
 #include <algorithm>
@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "Base/GCException.h"
-#include "core/Port.h"
 #include "load/Loader.h"
 #include "schema/Text.h"
 
@@ -32,128 +31,121 @@ std::uint16_t VersionPart(std::string_view text) {
 
 }  // namespace
 
-std::size_t Loader::PositionOf(pugi::xml_node element) const {
-    const char* const name = element.name();
-    return *name != '\0' ? m_source->PositionOf(name) : 0;
-}
-
 // Elements have few attributes nearly always: those before are looked through. A hostile one has a million.
-bool Loader::IsNewAttribute(pugi::xml_node element, std::string_view name, std::size_t count) {
+bool Loader::IsNewAttribute(std::string_view name, std::size_t count) {
     constexpr std::size_t kFew = 16;
-    if (count < kFew) {
-        pugi::xml_attribute before = element.first_attribute();
-        for (std::size_t i = 0; i < count; ++i, before = before.next_attribute()) {
-            if (before.name() == name)
-                return false;
-        }
-        return true;
-    }
+    const std::span<const XmlAttribute> before = m_scanner->Attributes().first(count);
+    if (count < kFew)
+        return std::none_of(before.begin(), before.end(), [&](const XmlAttribute& held) { return held.name == name; });
     if (count == kFew) {
-        pugi::xml_attribute before = element.first_attribute();
-        for (std::size_t i = 0; i < count; ++i, before = before.next_attribute())
-            m_attributeNames.insert(before.name());
+        m_attributeNames.clear();
+        for (const XmlAttribute& held : before)
+            m_attributeNames.insert(held.name);
     }
     return m_attributeNames.insert(name).second;
 }
 
 void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
-    if (!m_map.TakesWarnings())
+    if (!m_builder.TakesWarnings())
         return;
     const TextPlace place = m_source->PlaceOf(position);
-    m_map.Warn({kind, m_source->FileName(), place.line, place.column, GenICam::gcstring(Shortened(node)), message});
+    const bool isOfInjected = m_source != m_sources.front().get();
+    m_builder.Warn({{kind, {}, place.line, place.column, GenICam::gcstring(Shortened(node)), message}, isOfInjected});
 }
 
 void Loader::Refuse(std::size_t position, const std::string& message) {
     const TextPlace place = m_source->PlaceOf(position);
-    throw RUNTIME_EXCEPTION("%s(%u,%u): %s", m_source->FileName(), place.line, place.column, message);
+    throw RUNTIME_EXCEPTION("%s(%u,%u): %s", m_fileName, place.line, place.column, message);
 }
 
 /**
- * \brief Read one document into the map
+ * \brief Read one document
  * \throw RuntimeException It is no description; names file, line and column
  */
-void Loader::Read(std::string xml, const std::string& fileName, bool isInjected) {
-    if (xml.size() > kMaxDescription)
-        throw RUNTIME_EXCEPTION("%s(1,1): a description of %u bytes is too large", fileName, xml.size());
-    m_sources.push_back(std::make_unique<SourceText>(std::move(xml), fileName));
+void Loader::Read(const SourceFile& file, bool isInjected) {
+    if (file.xml.size() > kMaxDescription)
+        throw RUNTIME_EXCEPTION("%s(1,1): a description of %u bytes is too large", std::string(file.name),
+                                file.xml.size());
+    m_sources.push_back(std::make_unique<SourceText>(file.xml));
     m_source = m_sources.back().get();
+    m_fileName = file.name;
     m_isInjected = isInjected;
-    m_firstNode = static_cast<std::uint32_t>(m_map.m_nodes.size());
+    m_firstNode = m_builder.Built().NodeCount();
     if (isInjected)
-        m_injectedFrom = m_map.m_properties.size();
-    else
-        m_map.m_info.fileName = fileName;
-    pugi::xml_document document;
-    Parse(document);
-    const pugi::xml_node root = RootOf(document);
-    // Bare nodes are a fragment, too.
-    LoadNodes(root ? root : document, 0);
-}
-
-// References to characters and entities are left alone here: no entity is ever expanded or fetched.
-void Loader::Parse(pugi::xml_document& document) {
+        m_injectedFrom = m_positions.size();
     if (m_source->HasJunkBefore())
         Warn(wkSyntax, 0, "", "There is text before the XML declaration");
-    constexpr unsigned kOptions = pugi::parse_cdata | pugi::parse_doctype | pugi::parse_embed_pcdata;
-    const pugi::xml_parse_result result =
-        document.load_buffer_inplace(m_source->Data(), m_source->Size(),
-                                     m_isInjected ? kOptions | pugi::parse_fragment : kOptions, pugi::encoding_utf8);
-    CheckDocumentType(document);
-    if (!result) {
-        const std::size_t start = m_source->PositionOf(m_source->Data());
-        Refuse(start + static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)),
-               std::string("This is not XML: ") + result.description());
+    XmlScanner scanner(m_source->Text(), isInjected);
+    m_scanner = &scanner;
+    try {
+        ReadDocument();
+    } catch (const XmlFault& fault) {
+        Refuse(PositionOf(m_source->Text()) + fault.position, "This is not XML: " + fault.reason);
     }
 }
 
-void Loader::CheckDocumentType(const pugi::xml_document& document) {
-    for (const pugi::xml_node child : document.children()) {
-        if (child.type() != pugi::node_doctype)
+// The first element decides: it is the root, or what is injected are bare nodes.
+void Loader::ReadDocument() {
+    bool hadElement = false;
+    bool areBareNodes = false;
+    for (EXml found = m_scanner->Next(); found != EXml::End; found = m_scanner->Next()) {
+        if (found == EXml::DocumentType)
+            CheckDocumentType();
+        if (found != EXml::Open)
             continue;
-        const std::size_t position = m_source->PositionOf(child.value());
-        if (std::string_view(child.value()).find("<!ENTITY") != std::string_view::npos)
-            Refuse(position, "Entities must not be declared in a description");
-        Warn(wkSyntax, position, "", "A document type is not looked at");
-    }
-}
-
-pugi::xml_node Loader::RootOf(const pugi::xml_document& document) {
-    for (const pugi::xml_node child : document.children()) {
-        if (child.type() != pugi::node_element)
-            continue;
-        if (LocalName(child.name()) == kRootName) {
-            ReadRoot(child);
-            return child;
+        const bool isRoot = !hadElement && LocalName(m_scanner->Name()) == kRootName;
+        areBareNodes = areBareNodes || (!hadElement && !isRoot && m_isInjected);
+        if (isRoot) {
+            ReadRoot();
+            LoadNodes(0);
+        } else if (areBareNodes) {
+            LoadElement(0);
+        } else if (hadElement) {
+            m_scanner->Skip();
+        } else {
+            Refuse(PositionOf(m_scanner->Name()),
+                   "The root element is '" + Shortened(m_scanner->Name()) + "', not RegisterDescription");
         }
-        if (m_isInjected)
-            return {};
-        Refuse(PositionOf(child), "The root element is '" + Shortened(child.name()) + "', not RegisterDescription");
+        hadElement = true;
     }
-    if (!m_isInjected)
-        Refuse(m_source->PositionOf(m_source->Data()), "There is no root element RegisterDescription");
-    return {};
 }
 
-void Loader::ReadRoot(pugi::xml_node root) {
-    ReadSchema(root);
-    CheckNameSpace(root);
-    ForEachAttribute(root, [&](pugi::xml_attribute attribute, std::string_view name) {
-        const std::size_t position = m_source->PositionOf(attribute.name());
+void Loader::CheckDocumentType() {
+    const std::string_view text = m_scanner->Text();
+    if (text.find("<!ENTITY") != std::string_view::npos)
+        Refuse(PositionOf(text), "Entities must not be declared in a description");
+    Warn(wkSyntax, PositionOf(text), "", "A document type is not looked at");
+}
+
+std::optional<std::string_view> Loader::AttributeOf(std::string_view name) const {
+    for (const XmlAttribute& attribute : m_scanner->Attributes()) {
+        if (attribute.name == name)
+            return attribute.value;
+    }
+    return std::nullopt;
+}
+
+void Loader::ReadRoot() {
+    const std::size_t place = PositionOf(m_scanner->Name());
+    ReadSchema(place);
+    CheckNameSpace(place);
+    ForEachAttribute([&](const XmlAttribute& attribute) {
+        const std::string_view name = attribute.name;
         if (name == "xmlns" || name.find(':') != std::string_view::npos)
             return;
         m_decoded.clear();
-        const std::string_view raw = Trimmed(attribute.value());
-        Decode(raw, m_source->PositionOf(raw.data()));
-        Repair(position);
+        Decode(Trimmed(attribute.value));
+        Repair(PositionOf(name));
         if (!ReadRootAttribute(name, m_decoded))
-            Warn(wkUnknownAttribute, position, "", "RegisterDescription has an unknown attribute " + Shortened(name));
+            Warn(wkUnknownAttribute, PositionOf(name), "",
+                 "RegisterDescription has an unknown attribute " + Shortened(name));
     });
 }
 
 // What an injected description says about itself is not what the whole is.
 bool Loader::ReadRootAttribute(std::string_view name, const GenICam::gcstring& value) {
     DescriptionInfo ignored;
-    DescriptionInfo& info = m_isInjected ? ignored : m_map.m_info;
+    DescriptionInfo& info = m_isInjected ? ignored : m_builder.Info();
     const std::array<std::pair<std::string_view, GenICam::gcstring*>, 6> texts = {{
         {"ModelName", &info.modelName},
         {"VendorName", &info.vendorName},
@@ -182,36 +174,34 @@ bool Loader::ReadRootAttribute(std::string_view name, const GenICam::gcstring& v
     return name == "SchemaMajorVersion" || name == "SchemaMinorVersion" || name == "SchemaSubMinorVersion";
 }
 
-void Loader::ReadSchema(pugi::xml_node root) {
-    Version_t version{VersionPart(root.attribute("SchemaMajorVersion").value()),
-                      VersionPart(root.attribute("SchemaMinorVersion").value()),
-                      VersionPart(root.attribute("SchemaSubMinorVersion").value())};
-    if (!root.attribute("SchemaMajorVersion")) {
-        Warn(wkNameSpace, PositionOf(root), "", "RegisterDescription has no schema version; it is taken as 1.1");
+void Loader::ReadSchema(std::size_t position) {
+    const auto part = [this](std::string_view name) { return VersionPart(AttributeOf(name).value_or("")); };
+    Version_t version{part("SchemaMajorVersion"), part("SchemaMinorVersion"), part("SchemaSubMinorVersion")};
+    if (!AttributeOf("SchemaMajorVersion")) {
+        Warn(wkNameSpace, position, "", "RegisterDescription has no schema version; it is taken as 1.1");
         version = {kMajorVersion, kMinorVersion, 0};
     }
     if (version.Major > kMajorVersion)
-        Refuse(PositionOf(root),
-               GenICam::FormatText("Schema version %u.%u is newer than 1.1", version.Major, version.Minor));
+        Refuse(position, GenICam::FormatText("Schema version %u.%u is newer than 1.1", version.Major, version.Minor));
     if (version.Major < kMajorVersion || version.Minor > kMinorVersion)
-        Warn(wkNameSpace, PositionOf(root), "",
+        Warn(wkNameSpace, position, "",
              GenICam::FormatText("Schema version %u.%u is not known", version.Major, version.Minor));
     if (!m_isInjected)
-        m_map.m_info.schemaVersion = version;
+        m_builder.Info().schemaVersion = version;
 }
 
 // Files name whatever they like; the elements tell what they are.
-void Loader::CheckNameSpace(pugi::xml_node root) {
-    const std::string_view name = root.name();
+void Loader::CheckNameSpace(std::size_t position) {
+    const std::string_view name = m_scanner->Name();
     const std::size_t colon = name.find(':');
     const std::string attribute =
         colon == std::string_view::npos ? "xmlns" : "xmlns:" + std::string(name.substr(0, colon));
-    const std::string_view nameSpace = root.attribute(attribute.c_str()).value();
+    const std::string_view nameSpace = AttributeOf(attribute).value_or("");
     const bool isKnown = nameSpace == "http://www.genicam.org/GenApi/Version_1_0" ||
                          nameSpace == "http://www.genicam.org/GenApi/Version_1_1";
     if (isKnown)
         return;
-    Warn(wkNameSpace, PositionOf(root), "",
+    Warn(wkNameSpace, position, "",
          nameSpace.empty() ? "RegisterDescription has no name space"
                            : "RegisterDescription has the name space '" + Shortened(nameSpace) + "'");
 }
@@ -221,59 +211,53 @@ void Loader::CheckNameSpace(pugi::xml_node root) {
  *
  * A node that needs one that does not exist is not implemented; a link that leads nowhere is left out.
  */
-void Loader::Finish() {
-    m_map.m_properties.shrink_to_fit();
-    m_map.m_texts.shrink_to_fit();
-    for (CNode* node : m_map.m_nodes) {
-        if (node->Is(kReplaced))
+std::shared_ptr<const Description> Loader::Finish() {
+    m_builder.ResolveNames();
+    const Description& description = m_builder.Built();
+    for (std::uint32_t node = 0; node < description.NodeCount(); ++node) {
+        const NodeRecord& record = description.Node(node);
+        if (record.Is(kReplaced))
             continue;
-        const std::span<const Property> properties = node->Properties();
-        Property* first = m_map.m_properties.data() + (properties.data() - m_map.m_properties.data());
-        for (std::size_t i = 0; i < properties.size(); ++i) {
-            if (IsReference(first[i].tag) && first[i].node == kNoNode)
-                Resolve(*node, first[i]);
+        std::size_t index = record.firstProperty;
+        for (const Property& property : description.PropertiesOf(node)) {
+            if (property.kind == Property::EValue::Name && description.NodeOf(property) == kNoNode)
+                WarnAboutReference(node, property, m_positions[index], index >= m_injectedFrom);
+            ++index;
         }
     }
     MarkFeatures();
+    return m_builder.Finish();
 }
 
 // Features are what categories lead to from the one that is named Root. Categories may lead in circles.
 void Loader::MarkFeatures() {
-    std::vector<CNode*> categories;
-    if (CNode* root = m_map.FindNode("Root"))
+    const Description& description = m_builder.Built();
+    std::vector<std::uint32_t> categories;
+    if (const std::uint32_t root = description.FindNode("Root"); root != kNoNode)
         categories.push_back(root);
     while (!categories.empty()) {
-        const CNode* category = categories.back();
+        const std::uint32_t category = categories.back();
         categories.pop_back();
-        for (const Property& property : category->Properties()) {
-            if (property.tag != ETag::pFeature || property.node == kNoNode)
+        for (const Property& property : description.PropertiesOf(category)) {
+            const std::uint32_t feature = property.tag == ETag::pFeature ? description.NodeOf(property) : kNoNode;
+            if (feature == kNoNode || description.Node(feature).Is(kIsFeature))
                 continue;
-            CNode* const feature = m_map.m_nodes[property.node];
-            if (feature->Is(kIsFeature))
-                continue;
-            feature->AddTraits(kIsFeature);
+            m_builder.Node(feature).traits |= kIsFeature;
             categories.push_back(feature);
         }
     }
 }
 
-void Loader::Resolve(CNode& node, Property& property) {
-    const std::string_view name = m_map.Text(property.text, property.length);
-    CNode* target = m_map.FindNode(name);
-    if (target != nullptr) {
-        property.node = target->Index();
-        return;
-    }
-    const std::string message =
-        std::string(NameOf(property.tag)) + " refers to '" + Shortened(name) + "', which does not exist";
-    const auto index = static_cast<std::size_t>(&property - m_map.m_properties.data());
-    const bool isInjected = m_sources.size() > 1 && index >= m_injectedFrom;
-    m_source = m_sources[isInjected ? 1 : 0].get();
-    Warn(wkDanglingReference, m_positions[index], node.Name(), node.Label() + ": " + message);
+void Loader::WarnAboutReference(std::uint32_t node, const Property& property, std::size_t position, bool isOfInjected) {
+    const Description& description = m_builder.Built();
+    const std::string message = std::string(GenApi::NameOf(property.tag)) + " refers to '" +
+                                Shortened(description.TextOf(property)) + "', which does not exist";
+    m_source = m_sources[isOfInjected ? 1 : 0].get();
+    Warn(wkDanglingReference, position, NameOf(node), description.LabelOf(node) + ": " + message);
     if (!IsRequiredReference(property.tag))
         return;
-    m_map.SetReason(node, message);
-    node.Set(kBroken);
+    m_builder.SetReason(node, message);
+    m_builder.Node(node).traits |= kIsBroken;
 }
 
 }  // namespace GenApi

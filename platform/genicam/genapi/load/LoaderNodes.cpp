@@ -1,14 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Loads a description into a node map: the nodes and their elements
+ * Reads a description: the nodes and their elements
  */
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "Base/GCException.h"
 #include "load/Loader.h"
-#include "nodes/NodeFactory.h"
 #include "schema/Text.h"
 #include "schema/Values.h"
 
@@ -56,265 +56,280 @@ ETag NestedTagOf(ENodeKind outer, ENodeKind inner) {
 
 }  // namespace
 
-void Loader::LoadNodes(pugi::xml_node parent, int depth) {
-    if (depth > kMaxGroups)
-        Refuse(PositionOf(parent), "Groups are nested too deeply");
-    for (const pugi::xml_node element : parent.children()) {
-        if (element.type() != pugi::node_element)
-            continue;
-        const std::string_view name = LocalName(element.name());
-        const ENodeKind kind = KindOf(name);
-        if (name == "Group") {
-            ForEachAttribute(element, [](pugi::xml_attribute, std::string_view) {});
-            LoadNodes(element, depth + 1);
-        } else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry)
-            Warn(wkUnknownElement, PositionOf(element), "", "Unknown element " + Shortened(name));
-        else
-            LoadNode(element, kind);
+void Loader::LoadNodes(int depth) {
+    for (EXml found = m_scanner->Next(); found != EXml::Close; found = m_scanner->Next()) {
+        if (found == EXml::Open)
+            LoadElement(depth);
     }
 }
 
-void Loader::LoadNode(pugi::xml_node element, ENodeKind kind) {
-    CNode& node = MakeNode(element, kind, nullptr);
-    LoadContent(element, node);
+void Loader::LoadElement(int depth) {
+    const std::string_view name = LocalName(m_scanner->Name());
+    const std::size_t position = PositionOf(m_scanner->Name());
+    const ENodeKind kind = KindOf(name);
+    if (name == "Group") {
+        if (depth >= kMaxGroups)
+            Refuse(position, "Groups are nested too deeply");
+        ForEachAttribute([](const XmlAttribute&) {});
+        LoadNodes(depth + 1);
+    } else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry) {
+        Warn(wkUnknownElement, position, "", "Unknown element " + Shortened(name));
+        m_scanner->Skip();
+    } else {
+        LoadNode(kind);
+    }
+}
+
+void Loader::LoadNode(ENodeKind kind) {
+    const std::size_t position = PositionOf(m_scanner->Name());
+    const std::uint32_t node = MakeNode(kind, kNoNode);
+    LoadContent(node);
     const bool needsName = kind != ENodeKind::StructReg;
-    if (node.Name().empty()) {
+    if (NameOf(node).empty()) {
         if (needsName) {
-            Warn(wkBadValue, PositionOf(element), "", std::string(NameOf(kind)) + " has no name");
+            Warn(wkBadValue, position, "", std::string(GenApi::NameOf(kind)) + " has no name");
             Replace(node);
         }
         return;
     }
-    if (!EnterName(node, element))
+    if (!EnterName(node, position))
         Replace(node);
 }
 
-CNode& Loader::MakeNode(pugi::xml_node element, ENodeKind kind, CNode* enclosing) {
-    const auto index = static_cast<std::uint32_t>(m_map.m_nodes.size());
-    CNode* node = GenApi::MakeNode({&m_map, index, kind}, m_map.m_arena);
-    m_map.m_nodes.push_back(node);
-    const TextPlace place = m_source->PlaceOf(PositionOf(element));
-    node->SetPlace(place.line, place.column, enclosing);
-    if (IsRegisterKind(kind))
-        node->AddTraits(kIsRegister);
-    LoadNodeAttributes(element, *node);
-    return *node;
+std::uint32_t Loader::MakeNode(ENodeKind kind, std::uint32_t enclosing) {
+    const TextPlace place = m_source->PlaceOf(PositionOf(m_scanner->Name()));
+    NodeRecord record;
+    record.kind = kind;
+    record.enclosing = enclosing;
+    record.line = place.line;
+    record.column = place.column;
+    record.traits = IsRegisterKind(kind) ? kIsRegister : 0;
+    const std::uint32_t node = m_builder.AddNode(record);
+    LoadNodeAttributes(node);
+    return node;
 }
 
-// Nodes within a node are made at once, so that the node can name them, and filled when the node is complete: the
-// elements of one node lie side by side, those for nested nodes behind all others. There may be a million of them, and
-// nobody who looks for another element has to pass them.
-void Loader::LoadContent(pugi::xml_node element, CNode& node) {
-    std::vector<Nested> nested;
-    const auto first = static_cast<std::uint32_t>(m_map.m_properties.size());
-    for (const pugi::xml_node child : element.children()) {
-        if (child.type() != pugi::node_element)
-            continue;
-        const std::string_view name = LocalName(child.name());
-        const ETag plain = TagOf(name);
-        const ENodeKind kind = plain == ETag::Unknown ? KindOf(name) : ENodeKind::None;
-        const ETag tag = kind != ENodeKind::None ? NestedTagOf(node.Kind(), kind) : ETag::Unknown;
-        if (tag == ETag::Unknown)
-            LoadProperty(child, plain, node);
-        else
-            nested.push_back({MakeNode(child, kind, &node).Index(), tag, child});
+// The elements of one node lie side by side, those for nested nodes behind all others. There may be a million of them,
+// and nobody who looks for another element has to pass them.
+void Loader::LoadContent(std::uint32_t node) {
+    const std::size_t first = m_pending.size();
+    const std::size_t firstNested = m_nested.size();
+    for (EXml found = m_scanner->Next(); found != EXml::Close; found = m_scanner->Next()) {
+        if (found == EXml::Open)
+            LoadChild(node);
     }
+    AddNested(node, firstNested);
+    m_builder.SetProperties(node, std::span(m_pending).subspan(first));
+    m_positions.Append(m_pendingPositions.data() + first, m_pendingPositions.size() - first);
+    m_pending.resize(first);
+    m_pendingPositions.resize(first);
+}
+
+void Loader::LoadChild(std::uint32_t node) {
+    const std::string_view name = LocalName(m_scanner->Name());
+    const ETag plain = TagOf(name);
+    if (plain != ETag::Unknown)
+        return LoadProperty(plain, node);
+    const ENodeKind kind = KindOf(name);
+    const ENodeKind outer = m_builder.Node(node).kind;
+    const ETag tag = kind != ENodeKind::None ? NestedTagOf(outer, kind) : ETag::Unknown;
+    const std::size_t position = PositionOf(m_scanner->Name());
+    if (tag == ETag::Unknown) {
+        Warn(wkUnknownElement, position, NameOf(node),
+             std::string(GenApi::NameOf(outer)) + " has an unknown element " + Shortened(name));
+        return m_scanner->Skip();
+    }
+    const std::uint32_t inner = MakeNode(kind, node);
+    m_nested.push_back({inner, tag, static_cast<std::uint32_t>(position)});
+    LoadContent(inner);
+    // Entries are found by way of their enumeration: their names are not unique.
+    if (kind != ENodeKind::EnumEntry && !NameOf(inner).empty() && !EnterName(inner, position))
+        Replace(inner);
+}
+
+void Loader::AddNested(std::uint32_t node, std::size_t first) {
+    constexpr unsigned kInherited = kHasAccessRules | kUsesPolling | kHasErrorNode;
+    const unsigned inherited = m_builder.Node(node).traits & kInherited;
     // Parts of an address come before entries: who looks for another element stops at the first entry.
     for (const bool isEntry : {false, true}) {
-        for (const Nested& inner : nested) {
-            if ((inner.tag == ETag::Nested) == isEntry)
-                Add(inner.tag, "", PositionOf(inner.element), inner.node);
+        for (std::size_t i = first; i < m_nested.size(); ++i) {
+            const Nested& inner = m_nested[i];
+            if ((inner.tag == ETag::Nested) != isEntry)
+                continue;
+            Add({inner.node, 0, inner.tag, Property::EValue::Node}, inner.position);
+            NodeRecord& record = m_builder.Node(inner.node);
+            if (record.kind == ENodeKind::StructEntry)
+                record.traits = static_cast<std::uint8_t>(record.traits | inherited);
         }
     }
-    node.SetProperties(first, static_cast<std::uint32_t>(m_map.m_properties.size()) - first);
-    for (const Nested& inner : nested)
-        LoadNested(inner, node);
+    m_nested.resize(first);
 }
 
-void Loader::LoadNested(const Nested& inner, const CNode& outer) {
-    CNode& node = *m_map.m_nodes[inner.node];
-    LoadContent(inner.element, node);
-    // Entries are found by way of their enumeration: their names are not unique.
-    if (node.Kind() != ENodeKind::EnumEntry && !node.Name().empty() && !EnterName(node, inner.element))
-        Replace(node);
-    if (node.Kind() == ENodeKind::StructEntry)
-        node.AddTraits((outer.Is(kHasAccessRules) ? kHasAccessRules : 0U) |
-                       (outer.Is(kUsesPolling) ? kUsesPolling : 0U) | (outer.Is(kHasErrorNode) ? kHasErrorNode : 0U));
-}
-
-void Loader::LoadNodeAttributes(pugi::xml_node element, CNode& node) {
-    ForEachAttribute(element, [&](pugi::xml_attribute attribute, std::string_view name) {
-        const std::string_view raw = attribute.value();
-        const std::size_t position = m_source->PositionOf(attribute.name());
-        if (name == "Name") {
-            std::uint32_t text = 0;
-            std::uint32_t length = 0;
-            Store(raw, m_source->PositionOf(attribute.value()), text, length);
-            node.SetName(text, length);
+void Loader::LoadNodeAttributes(std::uint32_t node) {
+    ForEachAttribute([&](const XmlAttribute& attribute) {
+        const std::string_view raw = attribute.value;
+        const std::size_t position = PositionOf(attribute.name);
+        const ENodeKind kind = m_builder.Node(node).kind;
+        if (attribute.name == "Name") {
+            m_builder.Node(node).name = m_builder.Intern(Clean(raw));
             WarnAboutBlanks(raw, position, node, "The name");
-        } else if (name == "NameSpace") {
+        } else if (attribute.name == "NameSpace") {
             const auto nameSpace = ParseNameSpace(Trimmed(raw));
             if (!nameSpace)
-                Warn(wkBadValue, position, node.Name(), "NameSpace '" + Shortened(raw) + "' is not known");
-            node.SetNameSpace(nameSpace.value_or(Custom));
-        } else if (name == "MergePriority") {
-            m_priorities[node.Index()] = ParseInteger(raw).value_or(0);
-        } else if (name != "ExposeStatic" && name != "Comment" && name.substr(0, 5) != "xmlns") {
-            Warn(wkUnknownAttribute, position, node.Name(),
-                 std::string(NameOf(node.Kind())) + " has an unknown attribute " + Shortened(name));
+                Warn(wkBadValue, position, NameOf(node), "NameSpace '" + Shortened(raw) + "' is not known");
+            m_builder.Node(node).isStandard = nameSpace == Standard;
+        } else if (attribute.name == "MergePriority") {
+            m_priorities[node] = ParseInteger(raw).value_or(0);
+        } else if (attribute.name != "ExposeStatic" && attribute.name != "Comment" &&
+                   attribute.name.substr(0, 5) != "xmlns") {
+            Warn(wkUnknownAttribute, position, NameOf(node),
+                 std::string(GenApi::NameOf(kind)) + " has an unknown attribute " + Shortened(attribute.name));
         }
     });
 }
 
-void Loader::LoadProperty(pugi::xml_node element, ETag tag, CNode& node) {
-    if (tag == ETag::Unknown) {
-        Warn(wkUnknownElement, PositionOf(element), node.Name(),
-             std::string(NameOf(node.Kind())) + " has an unknown element " + Shortened(LocalName(element.name())));
-        return;
-    }
+void Loader::LoadProperty(ETag tag, std::uint32_t node) {
     if (tag == ETag::Extension)
-        return;
-    const std::string_view text = TextOf(element);
+        return m_scanner->Skip();
+    const std::size_t position = PositionOf(m_scanner->Name());
+    const std::size_t place = m_pending.size();
+    Add({}, position);
+    if (!m_scanner->Attributes().empty())
+        LoadPropertyAttributes(tag, node);
+    const std::string_view text = ReadText();
     const bool hasPlace = !text.empty() && text.data() != m_joined.data();
-    Add(tag, text, hasPlace ? m_source->PositionOf(text.data()) : PositionOf(element));
-    CheckProperty(element, tag, text, node);
+    if (hasPlace)
+        m_pendingPositions[place] = static_cast<std::uint32_t>(PositionOf(text));
+    m_pending[place] = MakeProperty(tag, text);
+    CheckProperty(tag, text, position, node);
+    std::uint8_t& traits = m_builder.Node(node).traits;
     if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
         tag == ETag::ImposedAccessMode)
-        node.AddTraits(kHasAccessRules);
+        traits |= kHasAccessRules;
     if (tag == ETag::PollingTime)
-        node.AddTraits(kUsesPolling);
+        traits |= kUsesPolling;
     if (tag == ETag::pError)
-        node.AddTraits(kHasErrorNode);
-    if (element.first_attribute())
-        LoadPropertyAttributes(element, tag, node);
+        traits |= kHasErrorNode;
 }
 
 // What a file says in the wrong place or in words that do not exist would pass for something else.
-void Loader::CheckProperty(pugi::xml_node element, ETag tag, std::string_view text, const CNode& node) {
-    if (!HasElement(node.Kind(), tag))
-        Warn(wkUnknownElement, PositionOf(element), node.Name(),
-             std::string(NameOf(tag)) + " has no meaning in " + std::string(NameOf(node.Kind())));
-    const bool isText = IsFreeText(tag) || (tag == ETag::Value && node.Kind() == ENodeKind::String);
+void Loader::CheckProperty(ETag tag, std::string_view text, std::size_t position, std::uint32_t node) {
+    const ENodeKind kind = m_builder.Node(node).kind;
+    if (!HasElement(kind, tag))
+        Warn(wkUnknownElement, position, NameOf(node),
+             std::string(GenApi::NameOf(tag)) + " has no meaning in " + std::string(GenApi::NameOf(kind)));
+    const bool isText = IsFreeText(tag) || (tag == ETag::Value && kind == ENodeKind::String);
     if (isText)
         return;
-    WarnAboutBlanks(text, PositionOf(element), node, NameOf(tag));
+    WarnAboutBlanks(text, position, node, GenApi::NameOf(tag));
     if (!IsKnownWord(tag, Trimmed(text)))
-        Warn(wkBadValue, PositionOf(element), node.Name(),
-             std::string(NameOf(tag)) + " '" + Shortened(Trimmed(text)) + "' is not known");
+        Warn(wkBadValue, position, NameOf(node),
+             std::string(GenApi::NameOf(tag)) + " '" + Shortened(Trimmed(text)) + "' is not known");
 }
 
-void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, const CNode& node, std::string_view what) {
+void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what) {
     if (!raw.empty() && (IsBlank(raw.front()) || IsBlank(raw.back())))
-        Warn(wkSyntax, position, node.Name(), std::string(what) + " has blanks around it");
+        Warn(wkSyntax, position, NameOf(node), std::string(what) + " has blanks around it");
 }
 
-void Loader::LoadPropertyAttributes(pugi::xml_node element, ETag tag, const CNode& node) {
-    ForEachAttribute(element, [&](pugi::xml_attribute attribute, std::string_view name) {
-        const std::size_t position = m_source->PositionOf(attribute.value());
+void Loader::LoadPropertyAttributes(ETag tag, std::uint32_t node) {
+    ForEachAttribute([&](const XmlAttribute& attribute) {
+        const std::string_view name = attribute.name;
         const bool isNamed = tag == ETag::pVariable || tag == ETag::Constant || tag == ETag::Expression;
-        const std::string_view value = attribute.value();
+        const auto add = [&](ETag meaning) {
+            Add(MakeProperty(meaning, attribute.value), PositionOf(attribute.value));
+        };
         if (name == "Name" && isNamed)
-            Add(ETag::AttributeName, value, position);
+            add(ETag::AttributeName);
         else if (name == "Index" && (tag == ETag::ValueIndexed || tag == ETag::pValueIndexed))
-            Add(ETag::AttributeIndex, value, position);
+            add(ETag::AttributeIndex);
         else if (name == "Offset" && tag == ETag::pIndex)
-            Add(ETag::AttributeOffset, value, position);
+            add(ETag::AttributeOffset);
         else if (name == "pOffset" && tag == ETag::pIndex)
-            Add(ETag::AttributePOffset, value, position);
+            add(ETag::AttributePOffset);
         else if (name.substr(0, 5) != "xmlns")
-            Warn(wkUnknownAttribute, m_source->PositionOf(attribute.name()), node.Name(),
-                 std::string(NameOf(tag)) + " has an unknown attribute " + Shortened(name));
-        WarnAboutBlanks(value, m_source->PositionOf(attribute.name()), node, name == "Name" ? "The name" : name);
+            Warn(wkUnknownAttribute, PositionOf(name), NameOf(node),
+                 std::string(GenApi::NameOf(tag)) + " has an unknown attribute " + Shortened(name));
+        WarnAboutBlanks(attribute.value, PositionOf(name), node, name == "Name" ? "The name" : name);
     });
 }
 
 // False when the node gives way to another one of its name.
-bool Loader::EnterName(CNode& node, pugi::xml_node element) {
-    const std::uint32_t hash = NameIndex::Hash(node.Name());
-    const std::uint32_t before = m_map.m_names.Find(hash, [&](std::uint32_t index) {
-        const CNode& held = *m_map.m_nodes[index];
-        return held.Name() == node.Name() && !held.Is(kReplaced);
-    });
+bool Loader::EnterName(std::uint32_t node, std::size_t position) {
+    const std::uint32_t name = m_builder.Node(node).name;
+    const std::uint32_t before = m_builder.NodeOfName(name);
     if (before == kNoNode) {
-        m_map.m_names.Insert(hash, node.Index());
+        m_builder.SetNodeOfName(name, node);
         return true;
     }
-    const auto priorityOf = [this](std::uint32_t index) {
-        const auto found = m_priorities.find(index);
+    const auto priorityOf = [this](std::uint32_t which) {
+        const auto found = m_priorities.find(which);
         return found != m_priorities.end() ? found->second : 0;
     };
-    const std::int64_t own = priorityOf(node.Index());
+    const std::int64_t own = priorityOf(node);
     const std::int64_t other = priorityOf(before);
     const bool isOfThisDescription = before >= m_firstNode;
     if (isOfThisDescription)
-        Warn(wkDuplicateName, PositionOf(element), node.Name(),
-             "There is already a node '" + Shortened(node.Name()) + "'");
+        Warn(wkDuplicateName, position, NameOf(node), "There is already a node '" + Shortened(NameOf(node)) + "'");
     // Within one description the first one counts, between two of them the injected one.
     if (own < other || (own == other && isOfThisDescription))
         return false;
-    Replace(*m_map.m_nodes[before]);
-    m_map.m_names.Replace(hash, before, node.Index());
+    Replace(before);
+    m_builder.SetNodeOfName(name, node);
     return true;
 }
 
-void Loader::Replace(CNode& node) {
-    node.AddTraits(kReplaced);
-    // While a description is read, only nodes within this one are known by number.
-    for (const Property& property : node.Properties()) {
-        if (property.node != kNoNode)
-            Replace(*m_map.m_nodes[property.node]);
+void Loader::Replace(std::uint32_t node) {
+    NodeRecord& record = m_builder.Node(node);
+    record.traits |= kReplaced;
+    if (m_builder.NodeOfName(record.name) == node)
+        m_builder.SetNodeOfName(record.name, kNoNode);
+    for (const Property& property : m_builder.Built().PropertiesOf(node)) {
+        if (property.kind == Property::EValue::Node)
+            Replace(property.value);
     }
 }
 
 // --- Texts ---
 
-void Loader::Add(ETag tag, std::string_view raw, std::size_t position, std::uint32_t node) {
-    Property property;
-    property.tag = tag;
-    property.node = node;
-    Store(raw, position, property.text, property.length);
-    m_map.m_properties.push_back(property);
-    m_positions.push_back(static_cast<std::uint32_t>(position));
+void Loader::Add(const Property& property, std::size_t position) {
+    m_pending.push_back(property);
+    m_pendingPositions.push_back(static_cast<std::uint32_t>(position));
+}
+
+Property Loader::MakeProperty(ETag tag, std::string_view raw) {
+    return m_builder.MakeProperty(tag, Clean(raw));
 }
 
 /**
- * \brief Put a text into the map's store
+ * \brief A text as it is meant: without blanks around it and references to characters
  * \param[in] raw As it stands in the document
- * \param[in] position Where it begins there
+ * \return Valid until the next text
  */
-void Loader::Store(std::string_view raw, std::size_t position, std::uint32_t& text, std::uint32_t& length) {
+std::string_view Loader::Clean(std::string_view raw) {
     const std::string_view trimmed = Trimmed(raw);
-    if (trimmed.empty()) {
-        text = length = 0;
-        return;
-    }
-    position += static_cast<std::size_t>(trimmed.data() - raw.data());
-    std::string& store = m_map.m_texts;
-    text = static_cast<std::uint32_t>(store.size());
-    if (trimmed.find('&') == std::string_view::npos && !m_source->HasInvalidUtf8()) {
-        store += trimmed;
-    } else {
-        m_decoded.clear();
-        Decode(trimmed, position);
-        Repair(position);
-        store += m_decoded;
-    }
-    length = static_cast<std::uint32_t>(store.size()) - text;
+    const bool isPlain = trimmed.find('&') == std::string_view::npos && !m_source->HasInvalidUtf8();
+    if (isPlain || trimmed.empty())
+        return trimmed;
+    m_decoded.clear();
+    Decode(trimmed);
+    Repair(PositionIn(trimmed));
+    return m_decoded;
 }
 
-void Loader::Decode(std::string_view raw, std::size_t position) {
+void Loader::Decode(std::string_view raw) {
     std::size_t next = 0;
     while (next < raw.size()) {
         const std::size_t reference = std::min(raw.find('&', next), raw.size());
         m_decoded += raw.substr(next, reference - next);
         next = reference;
         if (next < raw.size())
-            next += DecodeReference(raw.substr(next), position + next);
+            next += DecodeReference(raw.substr(next));
     }
 }
 
 // Appends what a reference stands for; returns how many characters it has.
-std::size_t Loader::DecodeReference(std::string_view rest, std::size_t position) {
+std::size_t Loader::DecodeReference(std::string_view rest) {
     constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
         {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
     for (const auto& [entity, character] : kEntities) {
@@ -333,7 +348,7 @@ std::size_t Loader::DecodeReference(std::string_view rest, std::size_t position)
             return end + 1;
         }
     }
-    Warn(wkSyntax, position, "", "'&' is not part of a reference");
+    Warn(wkSyntax, PositionIn(rest), "", "'&' is not part of a reference");
     m_decoded += '&';
     return 1;
 }
@@ -347,24 +362,46 @@ void Loader::Repair(std::size_t position) {
     m_decoded = RepairUtf8(m_decoded);
 }
 
-// The text of an element is one piece nearly always; comments and CDATA sections split it.
-std::string_view Loader::TextOf(pugi::xml_node element) {
-    const std::string_view embedded = element.value();
-    if (!element.first_child())
-        return embedded;
-    m_joined = embedded;
-    for (const pugi::xml_node child : element.children()) {
-        if (child.type() == pugi::node_pcdata) {
-            m_joined += child.value();
-        } else if (child.type() == pugi::node_cdata) {
-            for (const char character : std::string_view(child.value()))
+// The text of an element is one piece nearly always; comments and CDATA sections split it. Reads up to its end.
+std::string_view Loader::ReadText() {
+    const std::string_view element = m_scanner->Name();
+    EXml found = m_scanner->Next();
+    if (found == EXml::Close)
+        return {};
+    std::string_view first;
+    if (found == EXml::Text) {
+        first = m_scanner->Text();
+        found = m_scanner->Next();
+        if (found == EXml::Close)
+            return first;
+    }
+    m_textPosition = PositionOf(element);
+    return ReadPieces(element, first, found);
+}
+
+std::string_view Loader::ReadPieces(std::string_view element, std::string_view first, EXml found) {
+    m_joined = first;
+    for (; found != EXml::Close; found = m_scanner->Next()) {
+        if (found == EXml::Text) {
+            m_joined += m_scanner->Text();
+        } else if (found == EXml::Section) {
+            for (const char character : m_scanner->Text())
                 m_joined += character == '&' ? std::string("&amp;") : std::string(1, character);
-        } else if (child.type() == pugi::node_element) {
-            Warn(wkUnknownElement, PositionOf(child), "",
-                 Shortened(element.name()) + " has an unknown element " + Shortened(child.name()));
+        } else if (found == EXml::Open) {
+            Warn(wkUnknownElement, PositionOf(m_scanner->Name()), "",
+                 Shortened(element) + " has an unknown element " + Shortened(m_scanner->Name()));
+            m_scanner->Skip();
         }
     }
     return m_joined;
+}
+
+// Where a text stands; one of several pieces stands where its element begins.
+std::size_t Loader::PositionIn(std::string_view text) const noexcept {
+    const std::less<> isBefore;
+    const bool isJoined =
+        !isBefore(text.data(), m_joined.data()) && !isBefore(m_joined.data() + m_joined.size(), text.data());
+    return isJoined ? m_textPosition + static_cast<std::size_t>(text.data() - m_joined.data()) : PositionOf(text);
 }
 
 }  // namespace GenApi

@@ -59,7 +59,8 @@ std::string DeclaredEncoding(std::string_view text) {
     return name;
 }
 
-std::string ToUtf8(std::string text) {
+// The text as UTF-8; empty when it is that already.
+std::string Converted(const std::string& text) {
     using namespace std::string_view_literals;
     if (StartsWith(text, "\xFF\xFE"sv))
         return Utf16ToUtf8(std::string_view(text).substr(2), false);
@@ -72,15 +73,28 @@ std::string ToUtf8(std::string text) {
     const std::string encoding = DeclaredEncoding(text);
     if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "windows-1252")
         return Latin1ToUtf8(text);
-    return text;
+    return {};
+}
+
+// In blocks that a counter of one byte can't overflow in, so that the compiler counts many characters at once.
+std::uint32_t CountLines(std::string_view text) noexcept {
+    std::uint32_t count = 0;
+    while (!text.empty()) {
+        const std::string_view block = text.substr(0, 255);
+        std::uint8_t found = 0;
+        for (const char character : block)
+            found = static_cast<std::uint8_t>(found + (character == '\n' ? 1 : 0));
+        count += found;
+        text.remove_prefix(block.size());
+    }
+    return count;
 }
 
 }  // namespace
 
-SourceText::SourceText(std::string xml, std::string fileName)
-    : m_text(ToUtf8(std::move(xml))), m_fileName(std::move(fileName)) {
+SourceText::SourceText(const std::string& xml)
+    : m_converted(Converted(xml)), m_text(m_converted.empty() ? xml : m_converted) {
     FindStart();
-    FindLines();
     m_hasInvalidUtf8 = FindInvalidUtf8(m_text) != std::string::npos;
 }
 
@@ -114,15 +128,22 @@ void SourceText::FindLines() {
     }
 }
 
-TextPlace SourceText::PlaceOf(std::size_t position) noexcept {
-    const bool isBefore = m_cursor > 0 && m_lineEnds[m_cursor - 1] >= position;
-    if (isBefore)
-        m_cursor = static_cast<std::size_t>(std::lower_bound(m_lineEnds.begin(), m_lineEnds.end(), position) -
-                                            m_lineEnds.begin());
-    while (m_cursor < m_lineEnds.size() && m_lineEnds[m_cursor] < position)
-        ++m_cursor;
-    const std::size_t lineStart = m_cursor > 0 ? m_lineEnds[m_cursor - 1] + 1U : 0;
-    return {static_cast<std::uint32_t>(m_cursor + 1), static_cast<std::uint32_t>(position - lineStart + 1)};
+TextPlace SourceText::PlaceOf(std::size_t position) {
+    if (position < m_lineStart && m_lineEnds.empty())
+        FindLines();
+    if (!m_lineEnds.empty()) {
+        const auto end = std::lower_bound(m_lineEnds.begin(), m_lineEnds.end(), position);
+        m_line = static_cast<std::uint32_t>(end - m_lineEnds.begin()) + 1;
+        m_lineStart = end != m_lineEnds.begin() ? *(end - 1) + std::size_t{1} : 0;
+    } else if (position > m_position) {
+        const std::string_view between = m_text.substr(m_position, position - m_position);
+        if (const std::uint32_t lines = CountLines(between); lines != 0) {
+            m_line += lines;
+            m_lineStart = m_position + between.rfind('\n') + 1;
+        }
+        m_position = position;
+    }
+    return {m_line, static_cast<std::uint32_t>(position - m_lineStart + 1)};
 }
 
 }  // namespace GenApi

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace GenApi {
@@ -17,20 +18,22 @@ struct TextPlace {
     std::uint32_t column = 0;
 };
 
-/// A description as UTF-8, ready to be read in place, and the places of its lines. Reentrant.
+/// A description as UTF-8, and the places of its lines. Reentrant.
 class SourceText {
 public:
-    /// Takes a text in UTF-8, UTF-16 or a declared Latin-1.
-    SourceText(std::string xml, std::string fileName);
+    /// \param[in] xml In UTF-8, UTF-16 or a declared Latin-1; stays as long as this
+    explicit SourceText(const std::string& xml);
+    SourceText(const SourceText&) = delete;
+    SourceText& operator=(const SourceText&) = delete;
 
-    char* Data() noexcept { return m_text.data() + m_start; }
-    std::size_t Size() const noexcept { return m_text.size() - m_start; }
-    const std::string& FileName() const noexcept { return m_fileName; }
-    /// Position of a character of the text that Data points into.
+    /// What there is to read; a null byte follows.
+    std::string_view Text() const noexcept { return m_text.substr(m_start); }
+    /// Position of a character of the text.
     std::size_t PositionOf(const char* character) const noexcept {
         return static_cast<std::size_t>(character - m_text.data());
     }
-    TextPlace PlaceOf(std::size_t position) noexcept;
+    /// The place of a position. Quick for one behind the last one that was asked for, or in its line.
+    TextPlace PlaceOf(std::size_t position);
     bool HasJunkBefore() const noexcept { return m_hasJunk; }
     bool HasInvalidUtf8() const noexcept { return m_hasInvalidUtf8; }
 
@@ -38,13 +41,16 @@ private:
     void FindStart();
     void FindLines();
 
-    std::string m_text;
-    std::string m_fileName;
+    std::string m_converted;
+    std::string_view m_text;
     std::size_t m_start = 0;
     bool m_hasJunk = false;
     bool m_hasInvalidUtf8 = false;
-    std::vector<std::uint32_t> m_lineEnds;
-    std::size_t m_cursor = 0;  // the line that was asked for last: most questions come in the order of the text
+    // The place that was asked for last.
+    std::size_t m_position = 0;
+    std::size_t m_lineStart = 0;
+    std::uint32_t m_line = 1;
+    std::vector<std::uint32_t> m_lineEnds;  // found when a question goes back to an earlier line
 };
 
 }  // namespace GenApi

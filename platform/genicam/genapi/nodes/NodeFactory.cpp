@@ -16,7 +16,7 @@
 namespace GenApi {
 
 CNode* MakeNode(const NodeSeed& seed, Arena& arena) {
-    switch (seed.kind) {
+    switch (seed.description->Node(seed.index).kind) {
         case ENodeKind::Category:
             return arena.New<CCategory>(seed);
         case ENodeKind::Integer:

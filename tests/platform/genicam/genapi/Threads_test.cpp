@@ -3,6 +3,7 @@
  * One node map used by several threads, and the debug mode that compares caches with the device
  */
 
+#include <array>
 #include <atomic>
 #include <thread>
 
@@ -42,6 +43,26 @@ protected:
         Integer("A")->ToString();
     }
 };
+
+// Nodes are made when somebody asks for them: two threads that ask at once get one node.
+TEST_F(Threads, MayAskForNodesThatNobodyAskedForYet) {
+    constexpr int kThreads = 4;
+    for (int round = 0; round < 20; ++round) {
+        LoadShared();
+        std::array<NodeList_t, kThreads> nodes;
+        std::vector<std::jthread> threads;
+        for (NodeList_t& found : nodes)
+            threads.emplace_back([this, &found] {
+                Integer("S")->GetValue();
+                map._GetNodes(found);
+                found.push_back(Node("EnumEntry_E_Y"));
+            });
+        threads.clear();
+        for (const NodeList_t& found : nodes)
+            ASSERT_EQ(found, nodes[0]);
+        ASSERT_EQ(nodes[0].size(), map._GetNodeMap()->GetNumNodes() + 1);
+    }
+}
 
 TEST_F(Threads, MayUseOneMap) {
     LoadShared();

@@ -1,0 +1,237 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Reads XML piece by piece, without a tree of it
+ */
+
+#include "load/XmlScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "schema/Text.h"
+
+namespace GenApi {
+
+namespace {
+
+enum : std::uint8_t { kNameStart = 1, kNamePart = 2, kSpace = 4 };
+
+constexpr std::array<std::uint8_t, 256> MakeClasses() {
+    std::array<std::uint8_t, 256> classes{};
+    for (std::size_t i = 0; i < classes.size(); ++i) {
+        const auto character = static_cast<unsigned>(i);
+        const bool isLetter = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+        if (isLetter || character == '_' || character == ':' || character >= 0x80)
+            classes[i] = kNameStart | kNamePart;
+        if ((character >= '0' && character <= '9') || character == '-' || character == '.')
+            classes[i] = kNamePart;
+        if (character == ' ' || character == '\t' || character == '\n' || character == '\r')
+            classes[i] = kSpace;
+    }
+    return classes;
+}
+
+constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
+
+bool Is(const char* next, std::uint8_t wanted) noexcept {
+    return (kClasses[static_cast<unsigned char>(*next)] & wanted) != 0;
+}
+
+const char* SkipBlanks(const char* next) noexcept {
+    while (Is(next, kSpace))
+        ++next;
+    return next;
+}
+
+const char* SkipName(const char* next) noexcept {
+    while (Is(next, kNamePart))
+        ++next;
+    return next;
+}
+
+std::string_view Between(const char* begin, const char* end) noexcept {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+bool StartsWith(const char* next, std::string_view start) noexcept {
+    return std::strncmp(next, start.data(), start.size()) == 0;
+}
+
+}  // namespace
+
+// Whatever follows a null byte is no part of the document: within an element that is as if the file were cut there.
+XmlScanner::XmlScanner(std::string_view text, bool isFragment)
+    : m_begin(text.data()),
+      m_end(text.data() + std::min(text.find('\0'), text.size())),
+      m_next(text.data()),
+      m_isFragment(isFragment) {}
+
+void XmlScanner::Fail(const char* at, const std::string& reason) const {
+    throw XmlFault{PositionOf(at), reason};
+}
+
+EXml XmlScanner::Next() {
+    if (m_isEmpty) {
+        m_isEmpty = false;
+        m_name = m_open.back();
+        m_open.pop_back();
+        return EXml::Close;
+    }
+    for (;;) {
+        const char* const begin = m_next;
+        const char* next = SkipBlanks(begin);
+        if (*next != '<') {
+            next = next != m_end ? FindTag(next) : m_end;
+            if (next == m_end)
+                return AtEnd(next);
+            m_next = next;
+            m_piece = Between(begin, next);
+            if (!m_open.empty())
+                return EXml::Text;
+            continue;  // outside the root, text means nothing
+        }
+        if (Is(next + 1, kNameStart))
+            return Open(next + 1);
+        if (next[1] == '/')
+            return Close(next + 2);
+        EXml found = EXml::End;
+        m_next = Special(next + 1, found);
+        if (found != EXml::End)
+            return found;
+    }
+}
+
+const char* XmlScanner::FindTag(const char* next) const noexcept {
+    const auto* const found = static_cast<const char*>(std::memchr(next, '<', static_cast<std::size_t>(m_end - next)));
+    return found != nullptr ? found : m_end;
+}
+
+EXml XmlScanner::AtEnd(const char* next) {
+    if (!m_open.empty())
+        Fail(next, "The element '" + Shortened(m_open.back()) + "' has no end");
+    if (!m_hadElement && !m_isFragment)
+        Fail(next, "There is no element");
+    m_next = next;
+    return EXml::End;
+}
+
+EXml XmlScanner::Open(const char* next) {
+    const char* const name = next;
+    next = SkipName(next);
+    m_name = Between(name, next);
+    m_attributes.clear();
+    if (Is(next, kSpace)) {
+        next = SkipBlanks(next);
+        while (Is(next, kNameStart))
+            next = SkipBlanks(ReadAttribute(next));
+    }
+    if (*next != '>' && *next != '/')
+        Fail(next, "The tag of '" + Shortened(m_name) + "' has no end");
+    m_isEmpty = *next == '/';
+    if (m_isEmpty && *++next != '>')
+        Fail(next, "'/' ends no tag");
+    m_hadElement = true;
+    m_open.push_back(m_name);
+    m_next = next + 1;
+    return EXml::Open;
+}
+
+const char* XmlScanner::ReadAttribute(const char* next) {
+    XmlAttribute attribute;
+    const char* const name = next;
+    next = SkipName(next);
+    attribute.name = Between(name, next);
+    next = SkipBlanks(next);
+    if (*next != '=')
+        Fail(next, "The attribute '" + Shortened(attribute.name) + "' has no value");
+    next = SkipBlanks(next + 1);
+    if (*next != '"' && *next != '\'')
+        Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no quotation marks");
+    const char quote = *next++;
+    const auto* const end = static_cast<const char*>(std::memchr(next, quote, static_cast<std::size_t>(m_end - next)));
+    if (end == nullptr)
+        Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no end");
+    attribute.value = Between(next, end);
+    m_attributes.push_back(attribute);
+    if (Is(end + 1, kNameStart))
+        Fail(end + 1, "There is no blank between two attributes");
+    return end + 1;
+}
+
+EXml XmlScanner::Close(const char* next) {
+    const char* const name = next;
+    if (m_open.empty())
+        Fail(name, "There is an end of an element that has not begun");
+    const std::string_view open = m_open.back();
+    const bool fits = static_cast<std::size_t>(m_end - next) >= open.size() &&
+                      std::memcmp(next, open.data(), open.size()) == 0 && !Is(next + open.size(), kNamePart);
+    if (!fits)
+        Fail(name, "The element '" + Shortened(open) + "' ends as '" + Shortened(Between(name, SkipName(name))) + "'");
+    next = SkipBlanks(next + open.size());
+    if (*next != '>')
+        Fail(next, "The end tag of '" + Shortened(open) + "' has no end");
+    m_name = open;
+    m_open.pop_back();
+    m_next = next + 1;
+    return EXml::Close;
+}
+
+// Comments, sections, processing instructions, the document type; next stands behind the '<'.
+const char* XmlScanner::Special(const char* next, EXml& found) {
+    if (StartsWith(next, "!--"))
+        return After(next + 3, "-->", "comment");
+    if (StartsWith(next, "![CDATA[")) {
+        const char* const end = After(next + 8, "]]>", "section");
+        m_piece = Between(next + 8, end - 3);
+        found = m_open.empty() ? EXml::End : EXml::Section;
+        return end;
+    }
+    if (StartsWith(next, "!DOCTYPE") && m_open.empty()) {
+        const char* const end = DocumentType(next + 8);
+        m_piece = Between(next + 8, end - 1);
+        found = EXml::DocumentType;
+        return end;
+    }
+    if (*next == '?' && Is(next + 1, kNameStart))
+        return After(next + 1, "?>", "processing instruction");
+    Fail(next, "'<' begins no tag");
+}
+
+const char* XmlScanner::After(const char* next, std::string_view end, const char* what) const {
+    const std::size_t found = Between(next, m_end).find(end);
+    if (found == std::string_view::npos)
+        Fail(next, std::string("A ") + what + " has no end");
+    return next + found + end.size();
+}
+
+// Declarations within it are passed over, whatever they say.
+const char* XmlScanner::DocumentType(const char* next) {
+    const char* const begin = next;
+    for (std::size_t depth = 1; depth > 0;) {
+        const char character = *next;
+        if (next >= m_end)
+            Fail(begin, "The document type has no end");
+        if (character == '"' || character == '\'')
+            next = After(next + 1, std::string_view(next, 1), "text in the document type");
+        else if (StartsWith(next, "<!--"))
+            next = After(next + 4, "-->", "comment");
+        else if (StartsWith(next, "<?"))
+            next = After(next + 2, "?>", "processing instruction");
+        else {
+            depth += character == '<' ? 1 : 0;
+            depth -= character == '>' ? 1 : 0;
+            ++next;
+        }
+    }
+    return next;
+}
+
+void XmlScanner::Skip() {
+    const std::size_t depth = m_open.size();
+    for (EXml found = Next(); found != EXml::Close || m_open.size() >= depth;)
+        found = Next();
+}
+
+}  // namespace GenApi
