@@ -20,15 +20,6 @@ namespace Vanto {
 
 namespace {
 
-void DestroyDevice(IVantoDevice* device) noexcept {
-    try {
-        CTlFactory::GetInstance().DestroyDevice(device);
-    } catch (const std::exception& error) {
-        tracelog::LogTrace(tracelog::LogGetCatID("Vanto.Camera"), tracelog::kWarning, "Can't destroy a device: %s",
-                           error.what());
-    }
-}
-
 /// Destroys devices whose last user let go inside one of their own callbacks, on other threads: those wait for the end
 /// of the callback. Ends with the process, before the factory does.
 class Reaper {
@@ -38,9 +29,9 @@ public:
         static Reaper reaper;
         return reaper;
     }
-    void Take(IVantoDevice* device) {
+    void Take(IVantoDevice* device, std::shared_ptr<SharedPort> port) {
         const std::lock_guard lock(m_mutex);
-        m_threads.emplace_back([device] { DestroyDevice(device); });
+        m_threads.emplace_back([device, port = std::move(port)] { port->Retire(device); });
     }
 
 private:
@@ -60,6 +51,18 @@ std::string LastReason(const tracelog::LogRecorder& recorder) {
             reason = message.arguments.empty() ? message.text : message.arguments.back();
     return reason;
 }
+
+/// Tells a port at the end that its device is closed, however that went.
+class Closing {
+public:
+    explicit Closing(SharedPort& port) noexcept : m_port(port) {}
+    ~Closing() { m_port.NoteClosed(); }
+    Closing(const Closing&) = delete;
+    Closing& operator=(const Closing&) = delete;
+
+private:
+    SharedPort& m_port;
+};
 
 }  // namespace
 
@@ -87,15 +90,12 @@ Subscription RemovalEvent::Add(const std::function<void()>& callback) {
  * \param[in] record A complete record, as enumeration gives it
  * \throw CameraError It can't be opened; the text says why
  */
-CameraState::CameraState(const CDeviceInfo& record) : m_name(record.GetFriendlyName().str()) {
+CameraState::CameraState(const CDeviceInfo& record)
+    : m_name(record.GetFriendlyName().str()), m_port(SharedPort::Of(record)) {
     try {
-        m_device = CTlFactory::GetInstance().CreateDevice(record);
-        if (m_device == nullptr)
-            throw RUNTIME_EXCEPTION("its transport layer does not make a device of it");
-        Open();
+        m_port->Open([&] { Open(record); });
     } catch (const std::exception& error) {
-        if (m_device != nullptr)
-            DestroyDevice(m_device);
+        m_port->Retire(m_device);
         const auto* const known = dynamic_cast<const GenICam::GenericException*>(&error);
         throw CameraError(
             fmt::format("{} can't be opened: {}", m_name, known != nullptr ? known->GetDescription() : error.what()),
@@ -103,7 +103,10 @@ CameraState::CameraState(const CDeviceInfo& record) : m_name(record.GetFriendlyN
     }
 }
 
-void CameraState::Open() {
+void CameraState::Open(const CDeviceInfo& record) {
+    m_device = CTlFactory::GetInstance().CreateDevice(record);
+    if (m_device == nullptr)
+        throw RUNTIME_EXCEPTION("its transport layer does not make a device of it");
     m_device->Open();
     m_open = true;
     RegisterRemovalCallback(*m_device, [removal = std::weak_ptr(m_removal)](IVantoDevice*) {
@@ -116,9 +119,9 @@ void CameraState::Open() {
 
 CameraState::~CameraState() {
     if (InsideCallback::IsSo())
-        Reaper::Instance().Take(m_device);
+        Reaper::Instance().Take(m_device, m_port);
     else
-        DestroyDevice(m_device);
+        m_port->Retire(m_device);
 }
 
 /// The stream grabber; throws GrabError with the reason when there is none.
@@ -156,6 +159,7 @@ void CameraState::Close() {
         const std::lock_guard lock(m_mutex);
         stream = m_stream.lock();
     }
+    const Closing closing(*m_port);
     if (stream)
         stream->Stop();
     try {

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "CallbackList.h"
+#include "SharedPort.h"
 #include "vanto/CameraError.h"
 #include "vanto/Device.h"
 #include "vanto/StreamGrabber.h"
@@ -57,10 +58,11 @@ public:
     void EndStream(const StreamCore* stream) noexcept;
 
 private:
-    void Open();
+    void Open(const CDeviceInfo& record);
 
     std::shared_ptr<RemovalEvent> m_removal = std::make_shared<RemovalEvent>();
     std::string m_name;
+    const std::shared_ptr<SharedPort> m_port;
     IVantoDevice* m_device = nullptr;
     std::atomic<bool> m_open{false};
 

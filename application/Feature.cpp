@@ -291,10 +291,10 @@ Subscription Feature::OnChange(std::function<void(const Feature&)> callback) con
     return Vanto::Access(*m_camera, m_node, [&] {
         // The node owns the callback: it must not keep the camera that owns the node.
         const auto notify = [weak = std::weak_ptr(m_camera), callback = std::move(callback)](GenApi::INode* node) {
+            const InsideCallback inside;  // still there when this was the last one to let the camera go
             const auto camera = weak.lock();
             if (!camera)
                 return;
-            const InsideCallback inside;
             callback(Feature(camera, *node));
         };
         const GenApi::CallbackHandleType handle = GenApi::Register(m_node, notify, GenApi::cbPostOutsideLock);

@@ -88,6 +88,14 @@ TEST_F(Cameras, OpenAgainWhileAFeatureOfTheClosedOneIsHeld) {
     EXPECT_THAT(Thrown<Vanto::CameraClosed>([&] { width.Get<int>(); }).what(), HasSubstr("was closed"));
 }
 
+TEST_F(Cameras, StayOpenWhenAnEarlierOneOfThemIsDestroyed) {
+    std::optional<Vanto::Camera> before{std::in_place};
+    before->Close();
+    const Vanto::Camera camera;
+    before.reset();
+    EXPECT_EQ(camera.Get<int>("Width"), 2048);
+}
+
 TEST_F(Cameras, CloseOnce) {
     Vanto::Camera camera;
     camera.Close();
