@@ -93,7 +93,9 @@ make_reference() {
     rm -rf "$folder"
     return $result
 }
-stage_release() { build release && run_tests release; }
+# A build tree from before the packages were there has no Python module.
+build_release() { build release all -DVANTO_BUILD_PYTHON=ON; }
+stage_release() { build_release && run_tests release; }
 stage_clang() { build clang; }
 stage_asan() { build asan && run_tests asan; }
 stage_tsan() { build tsan && run_tests tsan; }
@@ -103,7 +105,7 @@ stage_lockorder() {
     build lockorder && run_tests lockorder &&
         build/lockorder/bin/lock-order "$records" tests/support/lockorder/known.txt
 }
-stage_install() { build release && packaging/check-abi.sh build/release && packaging/check-install.sh build/release; }
+stage_install() { build_release && packaging/check-abi.sh build/release && packaging/check-install.sh build/release; }
 stage_packages() { packaging/make-packages.sh && packaging/check-packages.sh build/package/packages; }
 stage_fuzz() {
     build clang fuzz -DVANTO_FUZZ_SECONDS="${FUZZ_SECONDS:-30}" && run_tests clang -L fuzz
@@ -114,7 +116,8 @@ steps_of() { # steps_of STAGE: the steps whose packages the stage needs
         format) echo format ;;
         layers) echo build ;;
         docs) echo build docs ;;
-        packages) echo build test docs packages ;;
+        packages) echo build test python docs packages ;;
+        release | install) echo build test python ;;
         clang | fuzz) echo build test clang ;;
         *) echo build test ;;
     esac

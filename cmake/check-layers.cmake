@@ -20,6 +20,7 @@ set(table
     "camera/grabber|vanto/FgPlugin.h"
     "application|base/ vanto/ Base/ GenApi/"
     "gentl|base/ gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
+    "python|vanto/ Base/ GenApi/ CLProtocol/"
     "tools|base/ vanto/ Base/ GenApi/ CLProtocol/ tools/"
     "examples|vanto/ Base/ GenApi/ gentl/ CLProtocol/CLProtocol.h")
 set(system_headers

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . packaging/steps.sh
-install_missing_packages build test docs packages
+install_missing_packages build test python docs packages
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 quietly() { "$@" >"$log" 2>&1 || { tail -n 200 "$log" >&2 && exit 1; }; }

@@ -1,0 +1,19 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto._core: the library's own classes, for the Python part of the module
+ */
+#include <pybind11/pybind11.h>
+
+#include "Bindings.h"
+#include "Errors.h"
+#include "Gil.h"
+
+PYBIND11_MODULE(_core, module) {
+    module.doc() = "Cameras as the library has them. Use vanto instead, which is made of it.";
+    python::RememberMainThread();
+    python::BindErrors();
+    python::BindFeatures(module);
+    python::BindFrames(module);
+    python::BindCameras(module);
+    python::BindSystem(module);
+}

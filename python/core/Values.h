@@ -1,0 +1,35 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Values of features, texts and records as Python objects, and back
+ */
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Gil.h"
+#include "vanto/Camera.h"
+
+namespace python {
+
+py::str ToPython(const std::string& text);
+py::object ToPython(const Vanto::FeatureValue& value);
+py::object ToPython(const std::optional<Vanto::FeatureRange>& range);
+py::list ToPython(const std::vector<Vanto::FeatureEntry>& entries);
+py::list ToPython(const std::vector<Vanto::SettingFault>& faults);
+py::tuple ToPython(const Vanto::CameraRecord& record);
+Vanto::FeatureValue ToValue(const py::handle& object);
+std::string ToText(const py::str& text);
+Vanto::FeatureBytes ToBytes(const py::handle& object);
+
+/// Binds an operation that gives something ToPython takes.
+template <class Class, class Result>
+auto Giving(Result (Class::*operation)() const) {
+    return [operation](const Class& self) { return ToPython(WithoutGil([&] { return (self.*operation)(); })); };
+}
+
+}  // namespace python
