@@ -32,6 +32,15 @@ std::string ReadText(const std::string& path) {
     }
 }
 
+std::vector<Setting> Parsed(const std::string& path) {
+    const std::string text = ReadText(path);
+    try {
+        return base::ParseSettings(path, text);
+    } catch (const base::SettingsError& error) {
+        throw CameraError(error.what());
+    }
+}
+
 std::string Sentence(const std::string& camera, const std::string& path, const std::vector<SettingFault>& faults,
                      std::size_t settings) {
     std::string text =
@@ -53,7 +62,7 @@ std::vector<SettingFault> Camera::Save(const std::string& path) const {
     std::vector<SettingFault> faults;
     const auto settings = CollectSettings(
         Features(), [this] { m_state->ThrowIfStopped(); }, faults);
-    WriteText(path, SettingsText("Settings of " + Name() + ", for 'vanto-cl load'", settings), Name());
+    WriteText(path, base::SettingsText("Settings of " + Name() + ", for 'vanto-cl load'", settings), Name());
     return faults;
 }
 
@@ -63,7 +72,7 @@ std::vector<SettingFault> Camera::Save(const std::string& path) const {
  * \throw SettingsRefused The camera did not take some; the others are set
  */
 void Camera::Load(const std::string& path) const {
-    const auto settings = ParseSettings(path, ReadText(path));
+    const auto settings = Parsed(path);
     auto faults = ApplySettings(
         Features(), [this] { m_state->ThrowIfStopped(); }, settings);
     if (!faults.empty()) {

@@ -11,7 +11,7 @@
 
 #include "Access.h"
 #include "GenApi/GenApi.h"
-#include "ValueText.h"
+#include "base/Words.h"
 
 namespace Vanto {
 
@@ -56,7 +56,7 @@ FeatureMap::~FeatureMap() = default;
 Feature FeatureMap::operator[](const std::string& name) const {
     if (auto feature = Find(name))
         return *feature;
-    const std::string similar = SimilarWord(name, Names());
+    const std::string similar = base::ClosestWord(name, Names());
     throw UnknownFeature(fmt::format("{} has no feature '{}'{}", m_camera->Name(), name,
                                      similar.empty() ? "" : fmt::format("; did you mean '{}'?", similar)),
                          m_camera->Name(), name);

@@ -13,7 +13,8 @@
 
 #include "Base/GCException.h"
 #include "GenApi/GenApi.h"
-#include "ValueText.h"
+#include "base/Text.h"
+#include "base/ValueText.h"
 
 namespace Vanto {
 
@@ -62,7 +63,7 @@ void WriteInteger(GenApi::INode& node, const FeatureValue& value) {
     } else if (const auto* text = std::get_if<std::string>(&value)) {
         if (IsAddress(integer))
             return integer.FromString(*text);
-        const auto parsed = IntegerFromText(*text, integer.GetUnit().view());
+        const auto parsed = base::IntegerFromText(*text, integer.GetUnit().view());
         if (!parsed)
             Refuse(node, fmt::format("is an integer{}, which '{}' is not", UnitText(integer.GetUnit()), *text));
         integer.SetValue(*parsed);
@@ -78,7 +79,7 @@ void WriteNumber(GenApi::INode& node, const FeatureValue& value) {
     } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         number.SetValue(static_cast<double>(*whole));
     } else if (const auto* text = std::get_if<std::string>(&value)) {
-        const auto parsed = NumberFromText(*text, number.GetUnit().view());
+        const auto parsed = base::NumberFromText(*text, number.GetUnit().view());
         if (!parsed)
             Refuse(node, fmt::format("is a number{}, which '{}' is not", UnitText(number.GetUnit()), *text));
         number.SetValue(*parsed);
@@ -94,7 +95,7 @@ void WriteBoolean(GenApi::INode& node, const FeatureValue& value) {
     else if (const auto* whole = std::get_if<std::int64_t>(&value); whole != nullptr && (*whole == 0 || *whole == 1))
         on = *whole == 1;
     else if (const auto* text = std::get_if<std::string>(&value))
-        on = SwitchFromText(*text);
+        on = base::SwitchFromText(*text);
     if (!on)
         Refuse(node, "is on or off");
     As<GenApi::IBoolean>(node).SetValue(*on);
@@ -102,7 +103,7 @@ void WriteBoolean(GenApi::INode& node, const FeatureValue& value) {
 
 /// The entry of a name, or the only one with that name in another case; null when there is none.
 GenApi::IEnumEntry* FindEntry(GenApi::IEnumeration& enumeration, const std::string& text) {
-    const std::string word(Trimmed(text));
+    const std::string word(base::Trimmed(text));
     if (GenApi::IEnumEntry* const entry = enumeration.GetEntryByName(word))
         return entry;
     GenApi::NodeList_t entries;
@@ -110,7 +111,7 @@ GenApi::IEnumEntry* FindEntry(GenApi::IEnumeration& enumeration, const std::stri
     GenApi::IEnumEntry* found = nullptr;
     for (GenApi::INode* node : entries) {
         const GenApi::CEnumEntryPtr entry(node);
-        if (!entry.IsValid() || !EqualsIgnoringCase(entry->GetSymbolic().view(), word))
+        if (!entry.IsValid() || !base::EqualsIgnoringCase(entry->GetSymbolic().view(), word))
             continue;
         if (found != nullptr)
             return nullptr;
@@ -151,7 +152,7 @@ void WriteBytes(GenApi::INode& node, const FeatureValue& value) {
     auto& bytes = As<GenApi::IRegister>(node);
     const auto* given = std::get_if<FeatureBytes>(&value);
     std::optional<FeatureBytes> parsed;
-    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && (parsed = BytesFromText(*text)))
+    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && (parsed = base::BytesFromText(*text)))
         given = &*parsed;
     if (given == nullptr)
         Refuse(node, "takes bytes");

@@ -14,7 +14,7 @@
 #include "Base/GCException.h"
 #include "FrameData.h"
 #include "StreamCore.h"
-#include "ValueText.h"
+#include "base/Text.h"
 #include "vanto/ImageWriter.h"
 #include "vanto/PixelTypeMapper.h"
 
@@ -34,7 +34,7 @@ EImageFileFormat FormatOf(const std::string& path) {
     const std::size_t point = path.rfind('.');
     const std::string_view end = point == std::string::npos ? "" : std::string_view(path).substr(point);
     for (const auto& [extension, format] : kFormats)
-        if (EqualsIgnoringCase(end, extension))
+        if (base::EqualsIgnoringCase(end, extension))
             return format;
     throw CameraError(fmt::format("'{}' names no image format; known are .png, .pgm, .ppm, .tiff and .raw", path));
 }

@@ -9,10 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "vanto/FeatureMap.h"
 
 namespace Vanto {
+
+using base::SelectorState;
 
 /// Moves selectors and puts them back at the end. Thread-bound.
 class SelectorMoves {

@@ -11,7 +11,8 @@
 #include <optional>
 
 #include "SelectorMoves.h"
-#include "ValueText.h"
+#include "base/Text.h"
+#include "base/ValueText.h"
 
 namespace Vanto {
 
@@ -58,13 +59,13 @@ bool Holds(const Feature& feature, const std::string& text) {
     constexpr double kRounding = 1e-3;
     const std::string present = feature.Text();
     if (feature.Kind() == FeatureKind::kBoolean)
-        return SwitchFromText(text) == SwitchFromText(present);
+        return base::SwitchFromText(text) == base::SwitchFromText(present);
     if (feature.Kind() == FeatureKind::kInteger)
-        return IntegerFromText(present, feature.Unit()) == IntegerFromText(text, feature.Unit());
-    const auto is = NumberFromText(present, feature.Unit());
-    const auto wanted = NumberFromText(text, feature.Unit());
+        return base::IntegerFromText(present, feature.Unit()) == base::IntegerFromText(text, feature.Unit());
+    const auto is = base::NumberFromText(present, feature.Unit());
+    const auto wanted = base::NumberFromText(text, feature.Unit());
     if (feature.Kind() != FeatureKind::kFloat || !is || !wanted)
-        return EqualsIgnoringCase(present, text);
+        return base::EqualsIgnoringCase(present, text);
     return std::abs(*is - *wanted) <= kRounding * std::max(std::abs(*is), std::abs(*wanted));
 }
 
@@ -182,7 +183,7 @@ std::vector<Setting> CollectSettings(const FeatureMap& features, const Pause& pa
                         settings.push_back({feature.Name(), feature.Text(), state, 0});
                 });
                 if (reason)
-                    faults.push_back({feature.Name(), SelectorText(state), *reason, 0});
+                    faults.push_back({feature.Name(), base::SelectorText(state), *reason, 0});
             }
         };
         if (const auto reason = WhyRefused([&] { selectors.ForEach(group.selectors, collect); }))
@@ -218,8 +219,8 @@ std::vector<SettingFault> ApplySettings(const FeatureMap& features, const Pause&
     refusals.insert(refusals.end(), lost.begin(), lost.end());
     std::vector<SettingFault> faults;
     for (const Refusal& refusal : refusals)
-        faults.push_back(
-            {refusal.setting->name, SelectorText(refusal.setting->selectors), refusal.reason, refusal.setting->line});
+        faults.push_back({refusal.setting->name, base::SelectorText(refusal.setting->selectors), refusal.reason,
+                          refusal.setting->line});
     return faults;
 }
 

@@ -7,10 +7,13 @@
 #include <functional>
 #include <vector>
 
-#include "SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "vanto/FeatureMap.h"
 
 namespace Vanto {
+
+using base::SelectorState;
+using base::Setting;
 
 /// Called between two accesses; what it throws ends the work.
 using Pause = std::function<void()>;

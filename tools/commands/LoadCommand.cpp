@@ -45,7 +45,7 @@ void LoadCommand::Declare(Options& options) {
 ExitCode LoadCommand::Run(Output& output) {
     if (const std::string why = WhyNotReadable(PathOf(m_file)); !why.empty())
         throw ToolError(fmt::format("can't read '{}': {}", m_file, why));
-    const std::vector<Setting> settings = ParseSettings(m_file, Vanto::textFileToString(m_file).view());
+    const std::vector<base::Setting> settings = base::ParseSettings(m_file, Vanto::textFileToString(m_file).view());
     const OpenDevice device(m_device, output);
     std::vector<Refusal> refusals;
     {
@@ -54,7 +54,7 @@ ExitCode LoadCommand::Run(Output& output) {
         device.ThrowIfGone();
     }
     for (const Refusal& refusal : refusals) {
-        const std::string selectors = SelectorText(refusal.setting.selectors);
+        const std::string selectors = base::SelectorText(refusal.setting.selectors);
         output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, refusal.setting.line,
                                           selectors.empty() ? "" : "[" + selectors + "] ", refusal.reason)));
     }

@@ -7,12 +7,13 @@
 #include <memory>
 #include <string>
 
+#include "base/Text.h"
+#include "base/ValueText.h"
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OptionNumbers.h"
 #include "features/RegisterPort.h"
-#include "features/ValueWords.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "system/Files.h"
@@ -76,7 +77,7 @@ ExitCode ReadCommand::Run(Output& output) {
     if (!m_file.empty())
         WriteFile(PathOf(m_file), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     else
-        output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : HexText(bytes) + "\n");
+        output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : base::HexText(bytes) + "\n");
     return ExitCode::kDone;
 }
 

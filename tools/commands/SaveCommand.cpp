@@ -49,7 +49,7 @@ ExitCode SaveCommand::Run(Output& output) {
         settings = CollectSettings(device.Nodes(), failures);
         device.ThrowIfGone();
     }
-    const std::string text = SettingsText({"Settings of " + device.Name() + ", for 'vanto-cl load'"}, settings);
+    const std::string text = base::SettingsText("Settings of " + device.Name() + ", for 'vanto-cl load'", settings);
     for (const std::string& failure : failures)
         output.Warn("not saved: " + Printable(failure));
     if (m_file == "-") {

@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "base/ValueText.h"
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/RegisterPort.h"
-#include "features/ValueWords.h"
 
 namespace tools {
 
@@ -38,7 +38,7 @@ void WriteCommand::Declare(Options& options) {
 
 ExitCode WriteCommand::Run(Output& output) {
     const std::int64_t address = AddressArgument(m_address);
-    const auto bytes = BytesFromWord(m_bytes);
+    const auto bytes = base::BytesFromText(m_bytes);
     if (!bytes)
         throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
     const OpenDevice device(m_device, output);

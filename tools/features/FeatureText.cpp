@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/ValueText.h"
 #include "error/ExitCode.h"
-#include "features/ValueWords.h"
 #include "output/Text.h"
 
 namespace tools {
@@ -43,19 +43,19 @@ std::string IntegerText(GenApi::IInteger& integer, std::int64_t value) {
 }
 
 std::int64_t ParsedInteger(INode& node, const std::string& text) {
-    if (const auto value = IntegerFromWord(WithoutUnit(text, As<GenApi::IInteger>(node).GetUnit().view())))
+    if (const auto value = base::IntegerFromText(text, As<GenApi::IInteger>(node).GetUnit().view()))
         return *value;
     throw ToolError(fmt::format("{}: '{}' is no integer", NameOf(node), text), "Examples: 16, -2, 0x10");
 }
 
 double ParsedNumber(INode& node, const std::string& text) {
-    if (const auto value = NumberFromWord(WithoutUnit(text, As<GenApi::IFloat>(node).GetUnit().view())))
+    if (const auto value = base::NumberFromText(text, As<GenApi::IFloat>(node).GetUnit().view()))
         return *value;
     throw ToolError(fmt::format("{}: '{}' is no number", NameOf(node), text), "Examples: 16, 12.5, 1e3");
 }
 
 bool ParsedSwitch(INode& node, const std::string& text) {
-    if (const auto value = SwitchFromWord(text))
+    if (const auto value = base::SwitchFromText(text))
         return *value;
     throw ToolError(fmt::format("{}: '{}' is neither on nor off", NameOf(node), text),
                     "Write on, true, yes or 1; or off, false, no or 0.");
@@ -79,7 +79,7 @@ GenApi::IEnumEntry& ParsedEntry(INode& node, const std::string& text) {
     const auto isSame = [&](const std::string& name) { return EqualsIgnoringCase(name, word); };
     if (entry == nullptr && std::count_if(names.begin(), names.end(), isSame) == 1)
         entry = enumeration.GetEntryByName(*std::find_if(names.begin(), names.end(), isSame));
-    if (const auto number = IntegerFromWord(word); entry == nullptr && number)
+    if (const auto number = base::IntegerFromText(word); entry == nullptr && number)
         entry = enumeration.GetEntry(*number);
     if (entry != nullptr)
         return *entry;
@@ -90,7 +90,7 @@ GenApi::IEnumEntry& ParsedEntry(INode& node, const std::string& text) {
 
 std::vector<std::uint8_t> ParsedBytes(INode& node, const std::string& text) {
     const std::int64_t length = As<GenApi::IRegister>(node).GetLength();
-    auto bytes = BytesFromWord(text);
+    auto bytes = base::BytesFromText(text);
     if (!bytes)
         throw ToolError(fmt::format("{}: '{}' are no bytes", NameOf(node), text), "Example: 0x0102fe");
     if (static_cast<std::int64_t>(bytes->size()) != length)

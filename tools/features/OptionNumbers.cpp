@@ -8,8 +8,8 @@
 
 #include <cmath>
 
+#include "base/ValueText.h"
 #include "error/ExitCode.h"
-#include "features/ValueWords.h"
 
 namespace tools {
 
@@ -17,7 +17,7 @@ namespace tools {
 std::chrono::milliseconds DurationOption(const std::string& option, const std::string& seconds) {
     constexpr double kMostSeconds = 86400.0;
     constexpr double kMilliseconds = 1000.0;
-    const auto value = NumberFromWord(WithoutUnit(seconds, "s"));
+    const auto value = base::NumberFromText(seconds, "s");
     if (!value || *value < 0.0 || *value > kMostSeconds)
         throw ToolError(fmt::format("{}: '{}' is no number of seconds from 0 to {}", option, seconds, kMostSeconds), {},
                         ExitCode::kUsage);
@@ -25,7 +25,7 @@ std::chrono::milliseconds DurationOption(const std::string& option, const std::s
 }
 
 std::int64_t NumberOption(const std::string& option, const std::string& text, std::int64_t least, std::int64_t most) {
-    const auto value = IntegerFromWord(text);
+    const auto value = base::IntegerFromText(text);
     if (!value || *value < least || *value > most)
         throw ToolError(fmt::format("{}: '{}' is no number from {} to {}", option, text, least, most), {},
                         ExitCode::kUsage);

@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
+#include "base/ValueText.h"
 #include "error/ExitCode.h"
-#include "features/ValueWords.h"
 #include "system/Interruptible.h"
 
 namespace tools {
@@ -27,7 +27,7 @@ GenApi::IPort& PortOf(const OpenDevice& device) {
 
 /// An address of 64 bits; throws ToolError (kUsage).
 std::int64_t AddressArgument(const std::string& text) {
-    if (const auto address = IntegerFromWord(text); address && text.find('-') == std::string::npos)
+    if (const auto address = base::IntegerFromText(text); address && text.find('-') == std::string::npos)
         return *address;
     throw ToolError(fmt::format("'{}' is no address", text), "Example: 0x10000", ExitCode::kUsage);
 }

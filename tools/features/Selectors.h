@@ -10,9 +10,12 @@
 #include <vector>
 
 #include "GenApi/GenApi.h"
-#include "features/SettingsFile.h"
+#include "base/SettingsFile.h"
 
 namespace tools {
+
+using base::SelectorState;
+using base::Setting;
 
 /// The selectors of a feature, outer ones first; only those that can be moved.
 std::vector<GenApi::INode*> SelectorsOf(GenApi::INode& feature);

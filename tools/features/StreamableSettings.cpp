@@ -11,12 +11,12 @@
 #include <optional>
 
 #include "Base/GCException.h"
+#include "base/ValueText.h"
 #include "error/ExitCode.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
 #include "features/Selectors.h"
-#include "features/ValueWords.h"
 #include "output/Text.h"
 #include "system/Interruptible.h"
 
@@ -53,10 +53,10 @@ bool Holds(GenApi::INode& node, const std::string& text) {
     if (node.GetPrincipalInterfaceType() == GenApi::intfIEnumeration ||
         node.GetPrincipalInterfaceType() == GenApi::intfIString)
         return EqualsIgnoringCase(present, text);
-    if (const auto wanted = SwitchFromWord(text); GenApi::CBooleanPtr(&node).IsValid())
-        return wanted == SwitchFromWord(present);
-    const auto is = NumberFromWord(present);
-    const auto wanted = NumberFromWord(text);
+    if (const auto wanted = base::SwitchFromText(text); GenApi::CBooleanPtr(&node).IsValid())
+        return wanted == base::SwitchFromText(present);
+    const auto is = base::NumberFromText(present, {});
+    const auto wanted = base::NumberFromText(text, {});
     const double tolerance = node.GetPrincipalInterfaceType() == GenApi::intfIFloat ? kRounding : 0.0;
     return is && wanted ? std::abs(*is - *wanted) <= tolerance * std::max(std::abs(*is), std::abs(*wanted))
                         : EqualsIgnoringCase(present, text);

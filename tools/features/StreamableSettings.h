@@ -8,9 +8,12 @@
 #include <vector>
 
 #include "GenApi/GenApi.h"
-#include "features/SettingsFile.h"
+#include "base/SettingsFile.h"
 
 namespace tools {
+
+using base::SelectorState;
+using base::Setting;
 
 /// A setting that a camera did not take, and why.
 struct Refusal {

@@ -19,10 +19,6 @@ bool IsControl(unsigned char byte) {
     return byte < 0x20 || byte == 0x7F;
 }
 
-char Lower(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 /// Bytes of the well-formed UTF-8 sequence at the beginning of a text, 0 when there is none.
 std::size_t SequenceLength(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
@@ -158,62 +154,6 @@ std::string Wrapped(std::string_view text, std::size_t width, std::string_view i
         text.remove_prefix(std::min(end + 1, text.size()));
     }
     return result;
-}
-
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char one, char other) { return Lower(one) == Lower(other); });
-}
-
-/// Insertions, deletions, replacements and swaps of neighbours that make one word of the other, case aside.
-std::size_t EditDistance(std::string_view left, std::string_view right) {
-    std::vector<std::size_t> before(right.size() + 1), above(right.size() + 1), row(right.size() + 1);
-    for (std::size_t column = 0; column <= right.size(); ++column)
-        above[column] = column;
-    for (std::size_t line = 1; line <= left.size(); ++line) {
-        row[0] = line;
-        for (std::size_t column = 1; column <= right.size(); ++column) {
-            const char one = Lower(left[line - 1]);
-            const char other = Lower(right[column - 1]);
-            row[column] = std::min({above[column] + 1, row[column - 1] + 1, above[column - 1] + (one != other)});
-            if (line > 1 && column > 1 && one == Lower(right[column - 2]) && Lower(left[line - 2]) == other)
-                row[column] = std::min(row[column], before[column - 2] + 1);
-        }
-        std::swap(before, above);
-        std::swap(above, row);
-    }
-    return above.back();
-}
-
-/**
- * \brief The word that was probably meant
- * \return The candidate with the fewest differences, at most a third of the word's letters (at least one); empty when
- *         none is that close
- */
-std::string ClosestWord(std::string_view word, std::span<const std::string> candidates) {
-    constexpr std::size_t kLongestWord = 64;
-    if (word.empty() || word.size() > kLongestWord)
-        return {};
-    std::string closest;
-    std::size_t limit = std::max<std::size_t>(word.size() / 3, 1) + 1;
-    for (const std::string& candidate : candidates) {
-        if (candidate.size() > kLongestWord)
-            continue;
-        const std::size_t distance = EditDistance(word, candidate);
-        if (distance < limit) {
-            limit = distance;
-            closest = candidate;
-        }
-    }
-    return closest;
 }
 
 /// "did you mean 'X'?" or nothing.

@@ -79,41 +79,6 @@ TEST(Wrapped, KeepsAWordThatIsTooLong) {
     EXPECT_EQ(Wrapped("abcdefghij k", 5, ""), "abcdefghij\nk");
 }
 
-TEST(Trimmed, TakesBlanksFromBothEnds) {
-    EXPECT_EQ(Trimmed(" \t\r\nx y\n"), "x y");
-}
-
-TEST(Trimmed, OfBlanksIsEmpty) {
-    EXPECT_EQ(Trimmed(" \n "), "");
-}
-
-TEST(EditDistance, CountsASwapOnce) {
-    EXPECT_EQ(EditDistance("Enabeld", "Enabled"), 1U);
-}
-
-TEST(EditDistance, IgnoresCase) {
-    EXPECT_EQ(EditDistance("baudrate", "BaudRate"), 0U);
-}
-
-TEST(EditDistance, OfAnEmptyWordIsTheOthersLength) {
-    EXPECT_EQ(EditDistance("", "abc"), 3U);
-}
-
-TEST(ClosestWord, FindsATypingMistake) {
-    const std::vector<std::string> words{"list", "ports", "config"};
-    EXPECT_EQ(ClosestWord("prots", words), "ports");
-}
-
-TEST(ClosestWord, FindsNothingThatIsFar) {
-    const std::vector<std::string> words{"list", "ports", "config"};
-    EXPECT_EQ(ClosestWord("xyz", words), "");
-}
-
-TEST(ClosestWord, OfAVeryLongWordIsNothing) {
-    const std::vector<std::string> words{"list"};
-    EXPECT_EQ(ClosestWord(std::string(1'000'000, 'l'), words), "");
-}
-
 TEST(DidYouMean, AsksForTheClosestWord) {
     const std::vector<std::string> words{"Manufacturer", "Model"};
     EXPECT_EQ(DidYouMean("Manufactorer", words), "did you mean 'Manufacturer'?");

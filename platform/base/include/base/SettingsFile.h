@@ -5,12 +5,19 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-namespace Vanto {
+namespace base {
+
+/// A text that holds no settings; says file and line.
+class SettingsError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 /// Selectors and their values, outer ones first.
 using SelectorState = std::vector<std::pair<std::string, std::string>>;
@@ -27,4 +34,4 @@ std::string SettingsText(const std::string& comment, const std::vector<Setting>&
 std::vector<Setting> ParseSettings(const std::string& fileName, std::string_view text);
 std::string SelectorText(const SelectorState& selectors);
 
-}  // namespace Vanto
+}  // namespace base

@@ -2,17 +2,17 @@
 /*
  * Settings of a camera as the text of a file
  */
-#include "SettingsFile.h"
+#include "base/SettingsFile.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <optional>
 
-#include "ValueText.h"
-#include "vanto/CameraError.h"
+#include "base/Text.h"
+#include "base/ValueText.h"
 
-namespace Vanto {
+namespace base {
 
 namespace {
 
@@ -103,7 +103,7 @@ private:
     }
 
     [[noreturn]] void Refuse(const std::string& why) const {
-        throw CameraError(fmt::format("{}:{}: {}", m_fileName, m_line, why));
+        throw SettingsError(fmt::format("{}:{}: {}", m_fileName, m_line, why));
     }
 
     const std::string& m_fileName;
@@ -142,7 +142,7 @@ std::string SettingsText(const std::string& comment, const std::vector<Setting>&
 /**
  * \brief The settings of a file's text, in their order
  * \param[in] fileName For messages
- * \throw CameraError A line is no setting; the text names it
+ * \throw SettingsError A line is no setting; the text names it
  */
 std::vector<Setting> ParseSettings(const std::string& fileName, std::string_view text) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -157,4 +157,4 @@ std::vector<Setting> ParseSettings(const std::string& fileName, std::string_view
     return std::move(parser.settings);
 }
 
-}  // namespace Vanto
+}  // namespace base

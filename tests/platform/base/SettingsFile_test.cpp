@@ -2,22 +2,20 @@
 /*
  * Tests of settings as a file
  */
-#include "features/SettingsFile.h"
+#include "base/SettingsFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "error/ExitCode.h"
-
 namespace {
 
-using namespace tools;
+using namespace base;
 using testing::HasSubstr;
 
 std::string MessageOf(const std::string& text) {
     try {
         ParseSettings("f", text);
-    } catch (const ToolError& error) {
+    } catch (const SettingsError& error) {
         return error.what();
     }
     return "no error";
@@ -30,7 +28,7 @@ TEST(SettingsFile, WritesSectionsForSelectors) {
                                         {"A", "1", {{"B", "2"}, {"C", "3"}}, 0},
                                         {"Height", "4", {}, 0}};
     EXPECT_EQ(
-        SettingsText({"Settings"}, settings),
+        SettingsText("Settings", settings),
         "# Settings\nWidth=8\n\n[LineSelector=Line1]\nLineSource=Off\nLineInverter=true\n\n[B=2, C=3]\nA=1\n\n[]\n"
         "Height=4\n");
 }
@@ -40,7 +38,7 @@ TEST(SettingsFile, ReadsWhatItWrote) {
                                         {"Empty", "", {}, 0},
                                         {"Equals", "a=b", {{"S", "1"}, {"T", "x"}}, 0},
                                         {"Last", "ü", {}, 0}};
-    const std::vector<Setting> read = ParseSettings("f", SettingsText({}, settings));
+    const std::vector<Setting> read = ParseSettings("f", SettingsText("x", settings));
     ASSERT_EQ(read.size(), settings.size());
     for (std::size_t index = 0; index < read.size(); ++index) {
         EXPECT_EQ(read[index].name, settings[index].name);
@@ -69,7 +67,7 @@ TEST(SettingsFile, NamesFileAndLineOfAFault) {
 }
 
 TEST(SettingsFile, CommentsCanNotBreakOut) {
-    EXPECT_TRUE(ParseSettings("f", SettingsText({"a\nWidth=1"}, {})).empty());
+    EXPECT_TRUE(ParseSettings("f", SettingsText("a\nWidth=1", {})).empty());
 }
 
 }  // namespace
