@@ -19,13 +19,6 @@ namespace {
 
 constexpr std::uint32_t kPoll = 20;  // milliseconds between two looks at a command
 
-std::string UnitOf(GenApi::INode& node) {
-    if (const GenApi::CIntegerPtr integer(&node); integer.IsValid())
-        return integer->GetUnit().str();
-    const GenApi::CFloatPtr number(&node);
-    return number.IsValid() ? number->GetUnit().str() : std::string();
-}
-
 FeatureRange RangeOf(GenApi::IInteger& integer) {
     FeatureRange range{integer.GetMin(), integer.GetMax(), std::nullopt, {}};
     const GenApi::EIncMode mode = integer.GetIncMode();

@@ -186,6 +186,14 @@ FeatureKind KindOf(const GenApi::INode& node) {
     }
 }
 
+/// "us", "Hz" ...; empty for none.
+std::string UnitOf(GenApi::INode& node) {
+    if (const GenApi::CIntegerPtr integer(&node); integer.IsValid())
+        return integer->GetUnit().str();
+    const GenApi::CFloatPtr number(&node);
+    return number.IsValid() ? number->GetUnit().str() : std::string();
+}
+
 FeatureValue ReadValue(GenApi::INode& node) {
     switch (KindOf(node)) {
         case FeatureKind::kInteger:

@@ -9,6 +9,7 @@
 namespace Vanto {
 
 FeatureKind KindOf(const GenApi::INode& node);
+std::string UnitOf(GenApi::INode& node);
 FeatureValue ReadValue(GenApi::INode& node);
 std::string ReadText(GenApi::INode& node);
 std::int64_t ReadInteger(GenApi::INode& node);
