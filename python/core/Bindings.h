@@ -13,6 +13,7 @@ namespace python {
 void BindFeatures(pybind11::module_& module);
 void BindFrames(pybind11::module_& module);
 void BindCameras(pybind11::module_& module);
+void BindMachine(pybind11::module_& module);
 void BindSystem(pybind11::module_& module);
 
 std::chrono::milliseconds ToMilliseconds(double seconds);

@@ -15,5 +15,6 @@ PYBIND11_MODULE(_core, module) {
     python::BindFeatures(module);
     python::BindFrames(module);
     python::BindCameras(module);
+    python::BindMachine(module);
     python::BindSystem(module);
 }

@@ -34,6 +34,7 @@ from vanto._errors import (
 )
 from vanto._features import Feature, Features
 from vanto._frames import Frame, Stream
+from vanto._machine import DescribedFeature, Description, describe, ports
 from vanto._records import (
     Access,
     CameraRecord,
@@ -56,6 +57,8 @@ __all__ = [
     "CameraClosed",
     "CameraGone",
     "CameraRecord",
+    "DescribedFeature",
+    "Description",
     "Entries",
     "Entry",
     "Error",
@@ -84,7 +87,9 @@ __all__ = [
     "Visibility",
     "WrongType",
     "cameras",
+    "describe",
     "open",
+    "ports",
     "simulate",
 ]
 

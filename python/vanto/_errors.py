@@ -58,8 +58,12 @@ class FeatureError(Error):
     """The limits of a number, as Feature.range has them; None where they are not the question."""
 
 
-class UnknownFeature(FeatureError, AttributeError, LookupError):
+class UnknownFeature(FeatureError, AttributeError, KeyError):
     """There is no feature of this name; the text names a similar one."""
+
+    def __str__(self) -> str:
+        """The text; a KeyError by itself shows it in quotes."""
+        return Exception.__str__(self)
 
 
 class NotAccessible(FeatureError):

@@ -17,7 +17,7 @@ if TYPE_CHECKING:
 
 _FORMAT = re.compile(
     r"(?P<colours>Mono|Bayer[RGB]{2}|RGBa|BGRa|RGB|BGR|YUV422_|YUV|YCbCr422_|YCbCr)"
-    r"(?P<bits>\d+)(?P<signed>s)?(?P<rest>p32|p|Packed|_Planar|_UYVY?|_CbYCrY?|_CbYCr)?$"
+    r"(?P<bits>\d{1,2})(?P<signed>s)?(?P<rest>p32|p|Packed|_Planar|_UYVY?|_CbYCrY?|_CbYCr)?$"
 )
 _CHANNELS = {"RGB": 3, "BGR": 3, "RGBa": 4, "BGRa": 4, "YUV": 3, "YCbCr": 3, "YUV422_": 2, "YCbCr422_": 2}
 

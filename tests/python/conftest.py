@@ -14,6 +14,7 @@ def simulation():
 @pytest.fixture
 def camera(simulation):
     with vanto.open("SIM00001") as opened:
+        opened.PixelFormat = "Mono8"
         opened.Width = 64
         opened.Height = 32
         yield opened
