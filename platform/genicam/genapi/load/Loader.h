@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,6 +33,7 @@ struct SourceFile {
 /// Makes one description of one document and one that is injected into it. Reentrant, used once.
 class Loader {
 public:
+    Loader() { m_knownTexts.fill(kNoNode); }
     /// Reads a document. Throws RuntimeException with file, line and column when it is none.
     void Load(const SourceFile& file) { Read(file, false); }
     /// Merges a second document, or bare nodes, into the one that has been loaded.
@@ -66,15 +68,15 @@ private:
     void AddNested(std::uint32_t node, std::size_t first);
     void LoadNodeAttributes(std::uint32_t node);
     void LoadProperty(ETag tag, std::uint32_t node);
-    void CheckProperty(ETag tag, std::string_view text, std::size_t position, std::uint32_t node);
+    void CheckProperty(const Property& property, std::string_view text, std::size_t position, std::uint32_t node);
     void WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what);
     void LoadPropertyAttributes(ETag tag, std::uint32_t node);
     bool EnterName(std::uint32_t node, std::size_t position);
     void Replace(std::uint32_t node);
 
     void Add(const Property& property, std::size_t position);
-    Property MakeProperty(ETag tag, std::string_view raw);
-    std::string_view Clean(std::string_view raw);
+    Property MakeProperty(ETag tag, std::string_view raw, bool mayRefer);
+    std::string_view Clean(std::string_view raw, bool mayRefer);
     void Decode(std::string_view raw);
     std::size_t DecodeReference(std::string_view rest);
     void Repair(std::size_t position);
@@ -109,6 +111,7 @@ private:
     std::size_t m_textPosition = 0;                         // of that element
     std::string m_decoded;                                  // a text without character references
     std::unordered_map<std::uint32_t, std::int64_t> m_priorities;
+    std::array<std::uint32_t, 256> m_knownTexts;  // of each kind of element, the text that was found right last
 };
 
 // XML allows an attribute once; of several the first counts.

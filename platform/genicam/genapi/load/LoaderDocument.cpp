@@ -68,6 +68,7 @@ void Loader::Read(const SourceFile& file, bool isInjected) {
                                 file.xml.size());
     m_sources.push_back(std::make_unique<SourceText>(file.xml));
     m_source = m_sources.back().get();
+    m_builder.Expect(file.xml.size());
     m_fileName = file.name;
     m_isInjected = isInjected;
     m_firstNode = m_builder.Built().NodeCount();

@@ -171,7 +171,7 @@ void Loader::LoadNodeAttributes(std::uint32_t node) {
         const std::size_t position = PositionOf(attribute.name);
         const ENodeKind kind = m_builder.Node(node).kind;
         if (attribute.name == "Name") {
-            m_builder.Node(node).name = m_builder.Intern(Clean(raw));
+            m_builder.Node(node).name = m_builder.Intern(Clean(raw, attribute.mayRefer));
             WarnAboutBlanks(raw, position, node, "The name");
         } else if (attribute.name == "NameSpace") {
             const auto nameSpace = ParseNameSpace(Trimmed(raw));
@@ -200,8 +200,8 @@ void Loader::LoadProperty(ETag tag, std::uint32_t node) {
     const bool hasPlace = !text.empty() && text.data() != m_joined.data();
     if (hasPlace)
         m_pendingPositions[place] = static_cast<std::uint32_t>(PositionOf(text));
-    m_pending[place] = MakeProperty(tag, text);
-    CheckProperty(tag, text, position, node);
+    m_pending[place] = MakeProperty(tag, text, m_scanner->MayRefer() || !hasPlace);
+    CheckProperty(m_pending[place], text, position, node);
     std::uint8_t& traits = m_builder.Node(node).traits;
     if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
         tag == ETag::ImposedAccessMode)
@@ -213,7 +213,8 @@ void Loader::LoadProperty(ETag tag, std::uint32_t node) {
 }
 
 // What a file says in the wrong place or in words that do not exist would pass for something else.
-void Loader::CheckProperty(ETag tag, std::string_view text, std::size_t position, std::uint32_t node) {
+void Loader::CheckProperty(const Property& property, std::string_view text, std::size_t position, std::uint32_t node) {
+    const ETag tag = property.tag;
     const ENodeKind kind = m_builder.Node(node).kind;
     if (!HasElement(kind, tag))
         Warn(wkUnknownElement, position, NameOf(node),
@@ -222,7 +223,13 @@ void Loader::CheckProperty(ETag tag, std::string_view text, std::size_t position
     if (isText)
         return;
     WarnAboutBlanks(text, position, node, GenApi::NameOf(tag));
-    if (!IsKnownWord(tag, Trimmed(text)))
+    // Most nodes say what the one before said.
+    std::uint32_t& known = m_knownTexts[static_cast<std::size_t>(tag)];
+    if (property.kind == Property::EValue::Text && property.value == known)
+        return;
+    if (IsKnownWord(tag, Trimmed(text)))
+        known = property.value;
+    else
         Warn(wkBadValue, position, NameOf(node),
              std::string(GenApi::NameOf(tag)) + " '" + Shortened(Trimmed(text)) + "' is not known");
 }
@@ -237,7 +244,7 @@ void Loader::LoadPropertyAttributes(ETag tag, std::uint32_t node) {
         const std::string_view name = attribute.name;
         const bool isNamed = tag == ETag::pVariable || tag == ETag::Constant || tag == ETag::Expression;
         const auto add = [&](ETag meaning) {
-            Add(MakeProperty(meaning, attribute.value), PositionOf(attribute.value));
+            Add(MakeProperty(meaning, attribute.value, attribute.mayRefer), PositionOf(attribute.value));
         };
         if (name == "Name" && isNamed)
             add(ETag::AttributeName);
@@ -297,18 +304,19 @@ void Loader::Add(const Property& property, std::size_t position) {
     m_pendingPositions.push_back(static_cast<std::uint32_t>(position));
 }
 
-Property Loader::MakeProperty(ETag tag, std::string_view raw) {
-    return m_builder.MakeProperty(tag, Clean(raw));
+Property Loader::MakeProperty(ETag tag, std::string_view raw, bool mayRefer) {
+    return m_builder.MakeProperty(tag, Clean(raw, mayRefer));
 }
 
 /**
  * \brief A text as it is meant: without blanks around it and references to characters
  * \param[in] raw As it stands in the document
+ * \param[in] mayRefer False when there are no references
  * \return Valid until the next text
  */
-std::string_view Loader::Clean(std::string_view raw) {
+std::string_view Loader::Clean(std::string_view raw, bool mayRefer) {
     const std::string_view trimmed = Trimmed(raw);
-    const bool isPlain = trimmed.find('&') == std::string_view::npos && !m_source->HasInvalidUtf8();
+    const bool isPlain = !mayRefer && !m_source->HasInvalidUtf8();
     if (isPlain || trimmed.empty())
         return trimmed;
     m_decoded.clear();
@@ -364,6 +372,8 @@ void Loader::Repair(std::size_t position) {
 
 // The text of an element is one piece nearly always; comments and CDATA sections split it. Reads up to its end.
 std::string_view Loader::ReadText() {
+    if (m_scanner->TakePlainText())
+        return m_scanner->Text();
     const std::string_view element = m_scanner->Name();
     EXml found = m_scanner->Next();
     if (found == EXml::Close)

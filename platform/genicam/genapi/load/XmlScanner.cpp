@@ -83,7 +83,7 @@ EXml XmlScanner::Next() {
         const char* const begin = m_next;
         const char* next = SkipBlanks(begin);
         if (*next != '<') {
-            next = next != m_end ? FindTag(next) : m_end;
+            next = next != m_end ? Find(next, '<') : m_end;
             if (next == m_end)
                 return AtEnd(next);
             m_next = next;
@@ -103,9 +103,48 @@ EXml XmlScanner::Next() {
     }
 }
 
-const char* XmlScanner::FindTag(const char* next) const noexcept {
-    const auto* const found = static_cast<const char*>(std::memchr(next, '<', static_cast<std::size_t>(m_end - next)));
-    return found != nullptr ? found : m_end;
+/**
+ * \brief The next place of a character, the end of the text when there is none
+ *
+ * Eight characters at once: a byte of a word is zero where the character is. Says on the way whether an '&' was seen.
+ */
+const char* XmlScanner::Find(const char* next, char wanted) noexcept {
+    constexpr std::uint64_t kOnes = 0x0101010101010101U;
+    const auto places = [](std::uint64_t word, char character) {
+        const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(character));
+        return (difference - kOnes) & ~difference & (kOnes << 7);
+    };
+    m_mayRefer = false;
+    for (; m_end - next >= 8; next += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, next, sizeof(word));
+        m_mayRefer = m_mayRefer || places(word, '&') != 0;
+        if (places(word, wanted) != 0)
+            break;
+    }
+    for (; next < m_end && *next != wanted; ++next)
+        m_mayRefer = m_mayRefer || *next == '&';
+    return next;
+}
+
+bool XmlScanner::IsEndOf(const char* next, std::string_view name) const noexcept {
+    return static_cast<std::size_t>(m_end - next) > name.size() && AreEqual(next, name.data(), name.size()) &&
+           !Is(next + name.size(), kNamePart);
+}
+
+bool XmlScanner::TakePlainText() {
+    if (m_isEmpty)
+        return false;
+    const char* const begin = m_next;
+    const char* const tag = Find(begin, '<');
+    const bool isEnd = tag + 1 < m_end && tag[1] == '/' && IsEndOf(tag + 2, m_name) && tag[2 + m_name.size()] == '>';
+    if (!isEnd)
+        return false;
+    const char* const first = SkipBlanks(begin);
+    m_piece = first != tag ? Between(begin, tag) : std::string_view();
+    m_open.pop_back();
+    m_next = tag + 3 + m_name.size();
+    return true;
 }
 
 EXml XmlScanner::AtEnd(const char* next) {
@@ -150,10 +189,11 @@ const char* XmlScanner::ReadAttribute(const char* next) {
     if (*next != '"' && *next != '\'')
         Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no quotation marks");
     const char quote = *next++;
-    const auto* const end = static_cast<const char*>(std::memchr(next, quote, static_cast<std::size_t>(m_end - next)));
-    if (end == nullptr)
+    const char* const end = Find(next, quote);
+    if (end == m_end)
         Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no end");
     attribute.value = Between(next, end);
+    attribute.mayRefer = m_mayRefer;
     m_attributes.push_back(attribute);
     if (Is(end + 1, kNameStart))
         Fail(end + 1, "There is no blank between two attributes");
@@ -165,9 +205,7 @@ EXml XmlScanner::Close(const char* next) {
     if (m_open.empty())
         Fail(name, "There is an end of an element that has not begun");
     const std::string_view open = m_open.back();
-    const bool fits = static_cast<std::size_t>(m_end - next) >= open.size() &&
-                      std::memcmp(next, open.data(), open.size()) == 0 && !Is(next + open.size(), kNamePart);
-    if (!fits)
+    if (!IsEndOf(next, open))
         Fail(name, "The element '" + Shortened(open) + "' ends as '" + Shortened(Between(name, SkipName(name))) + "'");
     next = SkipBlanks(next + open.size());
     if (*next != '>')

@@ -16,6 +16,7 @@ namespace GenApi {
 struct XmlAttribute {
     std::string_view name;
     std::string_view value;
+    bool mayRefer = false;  ///< there may be references to characters in the value
 };
 
 /// What a scanner finds.
@@ -42,12 +43,16 @@ public:
 
     /// The next piece; of an empty element first its begin, then its end. Throws XmlFault.
     EXml Next();
+    /// True when there is nothing but a text in the element that has just begun: then that is read, and its end.
+    bool TakePlainText();
     /// Goes behind the end of the element that has just begun.
     void Skip();
     /// Name of the element that begins or ends.
     std::string_view Name() const noexcept { return m_name; }
     /// Text, section or document type.
     std::string_view Text() const noexcept { return m_piece; }
+    /// False when there is no reference to a character in the text.
+    bool MayRefer() const noexcept { return m_mayRefer; }
     /// Of the element that has just begun.
     std::span<const XmlAttribute> Attributes() const noexcept { return m_attributes; }
     std::size_t PositionOf(const char* character) const noexcept {
@@ -55,7 +60,8 @@ public:
     }
 
 private:
-    const char* FindTag(const char* next) const noexcept;
+    const char* Find(const char* next, char wanted) noexcept;
+    bool IsEndOf(const char* next, std::string_view name) const noexcept;
     EXml Open(const char* next);
     const char* ReadAttribute(const char* next);
     EXml Close(const char* next);
@@ -69,7 +75,8 @@ private:
     const char* const m_end;
     const char* m_next;
     const bool m_isFragment;
-    bool m_isEmpty = false;  // the element that has just begun ends at once
+    bool m_mayRefer = false;  // an '&' was passed
+    bool m_isEmpty = false;   // the element that has just begun ends at once
     bool m_hadElement = false;
     std::string_view m_name;
     std::string_view m_piece;

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "schema/Text.h"
+
 namespace GenApi {
 
 namespace {
@@ -18,6 +20,14 @@ constexpr std::size_t kLongestShort = 0xFFFF;
 
 DescriptionBuilder::DescriptionBuilder() : m_description(std::make_shared<Description>()) {
     m_description->m_names.Intern({});  // the first one: that of nodes that have none
+}
+
+void DescriptionBuilder::Expect(std::size_t bytes) {
+    Description& description = *m_description;
+    description.m_nodes.Reserve(description.m_nodes.size() + bytes / 300);
+    description.m_properties.Reserve(description.m_properties.size() + bytes / 64);
+    description.m_texts.Reserve(description.m_texts.size() + bytes / 8);
+    description.m_names.Reserve(description.m_names.Count() + bytes / 300);
 }
 
 std::uint32_t DescriptionBuilder::AddNode(const NodeRecord& node) {
@@ -49,7 +59,7 @@ Property DescriptionBuilder::MakeProperty(ETag tag, std::string_view text) {
     property.length = static_cast<std::uint16_t>(text.size());
     Place& last = m_lastTexts[static_cast<std::size_t>(tag)];
     const char* const known = m_description->m_texts.data() + last.text;
-    if (last.length == text.size() && (text.empty() || std::memcmp(known, text.data(), text.size()) == 0)) {
+    if (AreEqual({known, last.length}, text)) {
         property.value = last.text;
         return property;
     }

@@ -18,6 +18,8 @@ class DescriptionBuilder {
 public:
     DescriptionBuilder();
 
+    /// Makes room for what a document of some bytes has at least, so that little of it moves later.
+    void Expect(std::size_t bytes);
     const Description& Built() const noexcept { return *m_description; }
     DescriptionInfo& Info() noexcept { return m_description->m_info; }
     std::uint32_t AddNode(const NodeRecord& node);

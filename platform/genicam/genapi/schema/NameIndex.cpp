@@ -64,7 +64,7 @@ void NameIndex::Reserve(std::size_t count) {
 
 void NameIndex::Insert(std::uint32_t hash, std::uint32_t node) {
     if ((m_count + 1) * 4 > m_slots.size() * 3)
-        Reserve(m_count * 2 + 8);
+        Reserve(m_count + 1);
     std::size_t slot = hash & m_mask;
     while (m_slots[slot].node != kNoNode)
         slot = (slot + 1) & m_mask;

@@ -5,11 +5,13 @@
 
 #include "schema/NameTable.h"
 
+#include "schema/Text.h"
+
 namespace GenApi {
 
 std::uint32_t NameTable::Intern(std::string_view name) {
     const std::uint32_t hash = NameIndex::Hash(name);
-    const std::uint32_t found = m_index.Find(hash, [&](std::uint32_t known) { return TextOf(known) == name; });
+    const std::uint32_t found = m_index.Find(hash, [&](std::uint32_t known) { return AreEqual(TextOf(known), name); });
     if (found != kNoNode)
         return found;
     const std::uint32_t number = Count();
@@ -20,7 +22,12 @@ std::uint32_t NameTable::Intern(std::string_view name) {
 }
 
 std::uint32_t NameTable::Find(std::string_view name) const {
-    return m_index.Find(NameIndex::Hash(name), [&](std::uint32_t known) { return TextOf(known) == name; });
+    return m_index.Find(NameIndex::Hash(name), [&](std::uint32_t known) { return AreEqual(TextOf(known), name); });
+}
+
+void NameTable::Reserve(std::size_t count) {
+    m_names.Reserve(count);
+    m_index.Reserve(count);
 }
 
 void NameTable::Shrink() {

@@ -26,6 +26,7 @@ public:
     std::uint32_t NodeOf(std::uint32_t name) const noexcept { return m_names[name].node; }
     void SetNode(std::uint32_t name, std::uint32_t node) noexcept { m_names[name].node = node; }
     std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(m_names.size()); }
+    void Reserve(std::size_t count);
     void Shrink();
 
 private:

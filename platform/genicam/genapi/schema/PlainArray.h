@@ -42,6 +42,10 @@ public:
         m_size += count;
     }
     void resize(std::size_t size) noexcept { m_size = size < m_size ? size : m_size; }
+    void Reserve(std::size_t capacity) {
+        if (capacity > m_capacity)
+            Allocate(capacity);
+    }
     /// Gives back what is not used.
     void Shrink() {
         if (m_size < m_capacity)

@@ -7,6 +7,8 @@
 
 #include <array>
 
+#include "schema/Text.h"
+
 using namespace std::literals;
 
 namespace GenApi {
@@ -109,10 +111,14 @@ static_assert(kTagNames.size() == static_cast<std::size_t>(ETag::AttributeOffset
 
 constexpr std::size_t kSlots = 512;
 
+// Some characters tell the names of the schema apart as well as all do.
 constexpr std::size_t SlotOf(std::string_view name) noexcept {
-    std::size_t hash = name.size();
-    for (const char character : name)
-        hash = hash * 31 + static_cast<unsigned char>(character);
+    const std::size_t size = name.size();
+    const auto at = [&](std::size_t position) -> std::size_t {
+        return position < size ? static_cast<unsigned char>(name[position]) : 0U;
+    };
+    const std::size_t hash =
+        at(0) * 5 + at(1) * 59 + at(2) * 131 + at(size / 2) * 31 + at(size - 3) * 241 + at(size - 1) * 17 + size * 73;
     return (hash ^ (hash >> 9)) % kSlots;
 }
 
@@ -136,7 +142,7 @@ std::size_t Find(const std::array<std::string_view, N>& names, const std::array<
                  std::string_view name) noexcept {
     for (std::size_t slot = SlotOf(name); slots[slot] != 0; slot = (slot + 1) % kSlots) {
         const std::size_t found = slots[slot] - 1U;
-        if (names[found] == name)
+        if (AreEqual(names[found], name))
             return found;
     }
     return N;

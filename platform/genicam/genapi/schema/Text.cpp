@@ -5,6 +5,7 @@
 
 #include "schema/Text.h"
 
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <limits>
@@ -73,6 +74,24 @@ std::size_t CharacterLength(std::string_view text, std::size_t next) noexcept {
     return refused ? 0 : length;
 }
 
+// How many ASCII characters the text begins with, in whole words at least: descriptions are nearly all ASCII.
+std::size_t CountPlain(std::string_view text) noexcept {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::array<std::uint64_t, 4> words{};
+    std::size_t next = 0;
+    for (; text.size() - next >= sizeof(words); next += sizeof(words)) {
+        std::memcpy(words.data(), text.data() + next, sizeof(words));
+        if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0)
+            break;
+    }
+    for (; text.size() - next >= sizeof(words[0]); next += sizeof(words[0])) {
+        std::memcpy(words.data(), text.data() + next, sizeof(words[0]));
+        if ((words[0] & kHighBits) != 0)
+            break;
+    }
+    return next;
+}
+
 void AppendLatin1(std::string& result, char character) {
     const auto byte = static_cast<unsigned char>(character);
     result += static_cast<char>(0xC0 | (byte >> 6));
@@ -89,14 +108,6 @@ std::string Shortened(std::string_view text) {
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
         --end;
     return std::string(text.substr(0, end)) + "...";
-}
-
-std::string_view Trimmed(std::string_view text) noexcept {
-    while (!text.empty() && IsBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
 }
 
 std::optional<std::int64_t> ParseInteger(std::string_view text) noexcept {
@@ -132,14 +143,7 @@ std::optional<double> ParseFloat(std::string_view text) noexcept {
 std::size_t FindInvalidUtf8(std::string_view text, std::size_t from) noexcept {
     std::size_t next = from;
     while (next < text.size()) {
-        // Eight plain characters at once: descriptions are nearly all ASCII.
-        std::uint64_t eight = 0;
-        while (text.size() - next >= sizeof(eight)) {
-            std::memcpy(&eight, text.data() + next, sizeof(eight));
-            if ((eight & 0x8080808080808080U) != 0)
-                break;
-            next += sizeof(eight);
-        }
+        next += CountPlain(text.substr(next));
         if (next >= text.size())
             break;
         const std::size_t length = CharacterLength(text, next);

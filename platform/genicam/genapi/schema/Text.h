@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,11 +17,40 @@ constexpr bool IsBlank(char character) noexcept {
            character == '\v';
 }
 
+/// True when two texts of one length are the same. Most texts are short: no function is called for those.
+inline bool AreEqual(const char* left, const char* right, std::size_t length) noexcept {
+    const auto differ = [&]<class Word>(Word, std::size_t at) {
+        Word first;
+        Word second;
+        std::memcpy(&first, left + at, sizeof(Word));
+        std::memcpy(&second, right + at, sizeof(Word));
+        return first != second;
+    };
+    if (length > 16)
+        return std::memcmp(left, right, length) == 0;
+    // Two words cover the text, and share some of it.
+    if (length >= 8)
+        return !differ(std::uint64_t{}, 0) && !differ(std::uint64_t{}, length - 8);
+    if (length >= 4)
+        return !differ(std::uint32_t{}, 0) && !differ(std::uint32_t{}, length - 4);
+    return length == 0 ||
+           (left[0] == right[0] && left[length / 2] == right[length / 2] && left[length - 1] == right[length - 1]);
+}
+inline bool AreEqual(std::string_view left, std::string_view right) noexcept {
+    return left.size() == right.size() && AreEqual(left.data(), right.data(), left.size());
+}
+
 /// The text, cut when it is longer than a message should be: names and values in a file may be of any length.
 std::string Shortened(std::string_view text);
 
 /// The text without blanks at its ends.
-std::string_view Trimmed(std::string_view text) noexcept;
+inline std::string_view Trimmed(std::string_view text) noexcept {
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
 
 /// An integer: decimal or with 0x, with a sign or without. A hexadecimal number of 64 bits becomes the integer of the
 /// same bits; a decimal one that does not fit is refused.

@@ -25,7 +25,7 @@ using Words = std::array<std::pair<std::string_view, T>, N>;
 template <class T, std::size_t N>
 std::optional<T> Find(const Words<T, N>& words, std::string_view text) noexcept {
     for (const auto& [word, value] : words) {
-        if (word == text)
+        if (AreEqual(word, text))
             return value;
     }
     return std::nullopt;
