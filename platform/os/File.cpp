@@ -38,20 +38,32 @@ bool WriteNewFile(const std::string& path, std::string_view content) {
 /**
  * \brief The files of a folder
  * \param[in] folder Path of the folder
+ * \param[out] error Why the folder can't be read, or not to its end
  *
- * Sub-folders and what can't be examined are left out.
+ * Sub-folders are left out. What can't be examined is listed: whoever opens it learns why.
  *
- * \return Names without the folder, sorted; empty when the folder can't be read
+ * \return Names without the folder, sorted
  */
-std::vector<std::string> ListFiles(const std::string& folder) {
-    std::error_code unreadable;
-    std::vector<std::string> names = ListFolder(folder, unreadable);
+std::vector<std::string> ListFiles(const std::string& folder, std::error_code& error) {
+    std::vector<std::string> names = ListFolder(folder, error);
     std::erase_if(names, [&](const std::string& name) {
         std::error_code unknown;
-        return !std::filesystem::is_regular_file(ToFilePath(folder) / ToFilePath(name), unknown);
+        const auto type = std::filesystem::status(ToFilePath(folder) / ToFilePath(name), unknown).type();
+        return type != std::filesystem::file_type::regular && type != std::filesystem::file_type::none;
     });
     std::sort(names.begin(), names.end());
     return names;
+}
+
+/// The same; of a folder that can't be read to its end, what could be.
+std::vector<std::string> ListFiles(const std::string& folder) {
+    std::error_code unreadable;
+    return ListFiles(folder, unreadable);
+}
+
+/// Whether an error says that there is no such file or folder, which may be as it should.
+bool IsNotThere(const std::error_code& error) noexcept {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
 }
 
 /**

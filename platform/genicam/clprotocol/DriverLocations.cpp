@@ -112,7 +112,7 @@ std::vector<DriverFile> FindDriverFiles() {
     std::vector<DriverFile> files;
     std::set<std::string> seen;
     for (const std::string& location : DriverLocations()) {
-        std::vector<std::string> names = os::ListFiles(SystemFolderOf(location));
+        std::vector<std::string> names = FilesIn(SystemFolderOf(location));
         std::erase_if(names, [](const std::string& name) {
             return !IsDriverName(name) || HasControlCharacters(name) || name.find('#') != name.npos;
         });

@@ -10,6 +10,7 @@
 
 #include "ModuleLog.h"
 #include "Texts.h"
+#include "os/File.h"
 #include "os/Library.h"
 #include "os/Path.h"
 
@@ -52,6 +53,15 @@ std::vector<std::string> FoldersOfList(const std::string& list) {
             folders.push_back(std::move(folder));
     }
     return folders;
+}
+
+/// The files of a folder, sorted. One that is there and can't be read is logged: what lies in it will be missed.
+std::vector<std::string> FilesIn(const std::string& folder) {
+    std::error_code error;
+    std::vector<std::string> names = os::ListFiles(folder, error);
+    if (error && !os::IsNotThere(error))
+        Log(CLP_LOG_WARN, "Folder '%s' can't be read: %s", folder, error.message());
+    return names;
 }
 
 /// One and the same text for all paths of a file.

@@ -15,6 +15,7 @@ const std::string& ModuleFolder();
 os::EnvironmentValue ReadVariable(const char* name);
 std::vector<std::string> FoldersOfVariable(const char* name);
 std::vector<std::string> FoldersOfList(const std::string& list);
+std::vector<std::string> FilesIn(const std::string& folder);
 std::string CanonicalPath(const std::string& path);
 
 }  // namespace CLProtocol

@@ -90,16 +90,18 @@ SerialConnection::~SerialConnection() {
     }
 }
 
-/// What the library has thrown since the last time that this was asked; empty when it has not.
-std::string SerialConnection::TakeException() {
+/// Why the library failed the last time, for texts: a driver passes on a code at most. Empty when it has not, or when
+/// this was asked before.
+std::string SerialConnection::TakeCause() {
     const std::lock_guard lock(m_mutex);
-    return std::exchange(m_lastException, {});
+    return std::exchange(m_cause, {});
 }
 
 /// Forgets what the line has shown so far.
 void SerialConnection::WatchAnew() {
     const std::lock_guard lock(m_mutex);
     m_evidence = LineEvidence::kUnused;
+    m_cause.clear();
 }
 
 /// What the line has shown since WatchAnew.
@@ -110,23 +112,28 @@ LineEvidence SerialConnection::Evidence() {
 
 // A time-out is no failure of the library's, and neither is a rate that it does not have.
 template <class Operation>
-CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
+CLINT32 SerialConnection::Guarded(const char* function, Operation operation) noexcept {
     try {
         const std::lock_guard lock(m_mutex);
         try {
             const CLINT32 result = operation();
             if (result < 0 && result != CL_ERR_TIMEOUT && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
-                m_evidence = LineEvidence::kFailed;
+                NoteFailure(GenICam::FormatText("Function '%s' of '%s' failed: %s (%d)", function, m_library->Path(),
+                                                m_library->ErrorText(result), result));
             return result;
         } catch (const GenICam::GenericException& error) {
-            m_evidence = LineEvidence::kFailed;
-            m_lastException = error.GetDescription();
-            Log(CLP_LOG_ERROR, "%s", m_lastException);
+            NoteFailure(error.GetDescription());
+            Log(CLP_LOG_ERROR, "%s", m_cause);
             return CL_ERR_INVALID_REFERENCE;
         }
     } catch (const std::exception&) {
         return CL_ERR_OUT_OF_MEMORY;
     }
+}
+
+void SerialConnection::NoteFailure(std::string cause) {
+    m_evidence = LineEvidence::kFailed;
+    m_cause = std::move(cause);
 }
 
 /**
@@ -140,7 +147,7 @@ CLINT32 SerialConnection::Guarded(Operation operation) noexcept {
 CLINT32 SerialConnection::clSerialRead(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
     if (bufferSize == nullptr || (buffer == nullptr && *bufferSize != 0))
         return CL_ERR_INVALID_PTR;
-    return Guarded([&]() -> CLINT32 {
+    return Guarded("clSerialRead", [&]() -> CLINT32 {
         const std::size_t wanted = *bufferSize;
         const CLINT32 result = FillBuffer(wanted, serialTimeout);
         if (!m_received.empty())
@@ -194,7 +201,7 @@ CLINT32 SerialConnection::ReadPiece(std::size_t wanted, CLUINT32 timeoutMs) {
 CLINT32 SerialConnection::clSerialWrite(CLINT8* buffer, CLUINT32* bufferSize, CLUINT32 serialTimeout) noexcept {
     if (bufferSize == nullptr || (buffer == nullptr && *bufferSize != 0))
         return CL_ERR_INVALID_PTR;
-    return Guarded([&]() -> CLINT32 {
+    return Guarded("clSerialWrite", [&]() -> CLINT32 {
         const CLUINT32 wanted = std::exchange(*bufferSize, 0);
         m_evidence = LineEvidence::kSilent;
         return WriteAll(buffer, wanted, *bufferSize, serialTimeout);
@@ -225,7 +232,7 @@ CLINT32 SerialConnection::WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& wr
 CLINT32 SerialConnection::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept {
     if (baudRates == nullptr)
         return CL_ERR_INVALID_PTR;
-    return Guarded([&] {
+    return Guarded("clGetSupportedBaudRates", [&] {
         const CLINT32 result = m_library->GetSupportedBaudRates(m_port, baudRates);
         if (result >= 0)
             *baudRates &= ~m_library->Refused().Of(m_index);
@@ -235,7 +242,7 @@ CLINT32 SerialConnection::clGetSupportedBaudRates(CLUINT32* baudRates) noexcept 
 
 /// Sets the rate; what came in at the rate before is forgotten.
 CLINT32 SerialConnection::clSetBaudRate(CLUINT32 baudRate) noexcept {
-    return Guarded([&] {
+    return Guarded("clSetBaudRate", [&] {
         const CLINT32 result = SetRate(baudRate);
         if (result >= 0)
             m_received.clear();

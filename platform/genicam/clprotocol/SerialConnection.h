@@ -26,13 +26,14 @@ public:
     CLINT32 clSetBaudRate(CLUINT32 baudRate) noexcept override;
 
     const SerialLibrary& Library() const noexcept { return *m_library; }
-    std::string TakeException();
+    std::string TakeCause();
     void WatchAnew();
     LineEvidence Evidence();
 
 private:
     template <class Operation>
-    CLINT32 Guarded(Operation operation) noexcept;
+    CLINT32 Guarded(const char* function, Operation operation) noexcept;
+    void NoteFailure(std::string cause);
     CLINT32 FillBuffer(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& written, CLUINT32 timeoutMs);
@@ -44,7 +45,7 @@ private:
     std::mutex m_mutex;
     std::vector<char> m_received;  // what has come in and was not asked for completely yet
     std::vector<char> m_piece;
-    std::string m_lastException;
+    std::string m_cause;  // why the last call failed, as the library says
     LineEvidence m_evidence = LineEvidence::kUnused;
     hSerRef m_port = nullptr;
 };

@@ -43,7 +43,7 @@ std::vector<std::string> FindLibraryFiles() {
     std::vector<std::string> paths;
     std::set<std::string> seen;
     for (const std::string& folder : SerialPorts::Folders())
-        for (const std::string& name : os::ListFiles(folder)) {
+        for (const std::string& name : FilesIn(folder)) {
             std::string path = folder;
             path.append(1, os::kPathSeparator).append(name);
             if (IsSerialLibraryName(name) && seen.insert(CanonicalPath(path)).second)

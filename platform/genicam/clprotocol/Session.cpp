@@ -219,7 +219,7 @@ void Session::NoteRemark(const char* function, CLINT32 result) const {
 std::string Session::Describe(const char* function, CLINT32 result) {
     std::string text = GenICam::FormatText("Port '%s': function '%s' of '%s' failed: %s (%d)", m_portId, function,
                                            m_driver->Path(), ErrorText(result), result);
-    if (const std::string cause = m_serial->TakeException(); !cause.empty())
+    if (const std::string cause = m_serial->TakeCause(); !cause.empty())
         text += ". " + cause;
     return text;
 }

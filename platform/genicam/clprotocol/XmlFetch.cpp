@@ -112,7 +112,7 @@ void AddCandidate(std::vector<XmlCandidate>& candidates, std::string_view text, 
 
 void AddFilesOf(const std::string& folder, const CDeviceID& deviceId, std::vector<XmlCandidate>& candidates) {
     const std::string start = folder + os::kPathSeparator;
-    for (const std::string& name : os::ListFiles(folder))
+    for (const std::string& name : FilesIn(folder))
         if (os::FoldedFileName(name).ends_with(kXmlSuffix))
             AddCandidate(candidates, std::string_view(name).substr(0, name.size() - kXmlSuffix.size()), start + name,
                          deviceId);

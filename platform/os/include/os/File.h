@@ -35,6 +35,8 @@ bool IsAccessible(const std::string& path) noexcept;
 
 std::vector<std::string> ListFolder(const std::string& folder, std::error_code& error);
 std::vector<std::string> ListFiles(const std::string& folder);
+std::vector<std::string> ListFiles(const std::string& folder, std::error_code& error);
+bool IsNotThere(const std::error_code& error) noexcept;
 OpenFile OpenPlainFile(const std::string& path) noexcept;
 OpenFile OpenNewFile(const std::string& path) noexcept;
 OpenFile OpenFileToAppend(const std::string& path) noexcept;

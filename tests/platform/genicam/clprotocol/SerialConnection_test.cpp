@@ -266,9 +266,9 @@ TEST_F(Connection, TurnsExceptionsIntoACodeAndKeepsTheirText) {
     };
     script.onWrite = [](PortScript&, char*, std::uint32_t*, std::uint32_t) -> std::int32_t { throw 1; };
     SerialConnection connection(library, 0, "id");
-    EXPECT_EQ(connection.TakeException(), "");
+    EXPECT_EQ(connection.TakeCause(), "");
     EXPECT_EQ(Read(connection, 3, 1000), -10006);
-    EXPECT_EQ(connection.TakeException(),
+    EXPECT_EQ(connection.TakeCause(),
               "Function 'clSerialRead' of '" + scripted::SerialPath() + "' threw an exception: reason");
     std::uint32_t written = 0;
     EXPECT_EQ(Write(connection, "hello", 1000, &written), -10006);
