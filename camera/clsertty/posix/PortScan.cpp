@@ -9,9 +9,11 @@
 #include <sys/sysmacros.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <system_error>
 
 #include "TtyKind.h"
 #include "os/Environment.h"
@@ -63,6 +65,30 @@ bool IsPortName(const std::string& name) {
                         [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
 }
 
+bool MayBeLink(const std::string& path) {
+    std::error_code error;
+    const auto type = fs::symlink_status(path, error).type();
+    return type == fs::file_type::symlink || type == fs::file_type::none;
+}
+
+bool IsNoFile(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == EACCES;
+}
+
+bool MayBeTty(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return !IsNoFile(errno);
+    }
+    return S_ISCHR(status.st_mode) && IsTtyNumber(status.st_rdev);
+}
+
+void ThrowIfUnreadable(const std::string& folder, const std::error_code& error) {
+    if (error && !IsNoFile(error.value())) {
+        throw std::system_error(error, "The folder " + folder + " cannot be read");
+    }
+}
+
 std::vector<std::string> PathFolders() {
     std::istringstream list(os::GetEnvironment(kPathVariable).text);
     std::vector<std::string> folders;
@@ -91,26 +117,27 @@ PortList MachineTtys(const SystemFolders& folders) {
             ports.push_back({name, file.string()});
         }
     }
+    ThrowIfUnreadable(sysClass.string(), error);
     return ports;
 }
 
 /**
  * \brief Find the ttys that are linked in a folder, pseudo-terminals included
- * \param[in] folder A folder that does not exist has none
- * \return The ttys by the names of the links; dangling links and links to anything but a tty are left out
+ * \param[in] folder A folder that does not exist, or may not be read, has none
+ * \return The ttys by the names of the links; dangling links and links to anything but a tty are left out. What can't
+ * be examined is listed: whoever opens it learns why \throw std::system_error The folder can't be read for another
+ * reason
  */
 PortList LinkedTtys(const std::string& folder) {
     PortList ports;
     std::error_code error;
     for (const std::string& name : os::ListFolder(folder, error)) {
         const std::string link = (fs::path(folder) / name).string();
-        std::error_code unreadable;
-        struct stat status {};
-        if (fs::is_symlink(link, unreadable) && IsPortName(name) && ::stat(link.c_str(), &status) == 0 &&
-            S_ISCHR(status.st_mode) && IsTtyNumber(status.st_rdev)) {
+        if (IsPortName(name) && MayBeLink(link) && MayBeTty(link)) {
             ports.push_back({name, link});
         }
     }
+    ThrowIfUnreadable(folder, error);
     return ports;
 }
 

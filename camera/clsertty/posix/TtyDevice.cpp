@@ -105,9 +105,9 @@ TtyDevice::TtyDevice(const PortInfo& port)
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }
     if (::isatty(m_tty.Get()) == 0) {
-        ThrowCannotOpen(port, ENOTTY);
+        ThrowCannotOpen(port, errno);
     }
-    TakeExclusively();
+    TakeExclusively(port);
     Configure();
 }
 
@@ -119,13 +119,19 @@ TtyDevice::~TtyDevice() {
 
 /// The lock keeps out everybody who uses this library, root included; TIOCEXCL everybody else but root. A
 /// pseudo-terminal would keep TIOCEXCL after its user was killed, until its other side closes: it gets the lock only.
-void TtyDevice::TakeExclusively() {
+void TtyDevice::TakeExclusively(const PortInfo& port) {
     struct stat status {};
-    ::fstat(m_tty.Get(), &status);
+    if (::fstat(m_tty.Get(), &status) != 0) {
+        ThrowCannotOpen(port, errno);
+    }
     m_isPseudoTerminal = IsPseudoTerminal(status.st_rdev);
     m_supported = BaudRatesUpTo(MaxBitsPerSecond(status.st_rdev));
     if (::flock(m_tty.Get(), LOCK_EX | LOCK_NB) != 0) {
-        ThrowInUse(status);
+        const int error = errno;
+        if (error == EWOULDBLOCK) {
+            ThrowInUse(status);
+        }
+        ThrowCannotOpen(port, error);
     }
     if (!m_isPseudoTerminal) {
         int taken = 0;
@@ -271,9 +277,14 @@ void TtyDevice::ApplyBaudRate(std::uint32_t bitsPerSecond, int when) {
     if (speed != kSpeeds.end() && ::tcgetattr(m_tty.Get(), &settings) != 0) {
         ThrowGone(errno);
     }
-    if (speed == kSpeeds.end() || ::cfsetspeed(&settings, speed->code) != 0 ||
-        ::tcsetattr(m_tty.Get(), when, &settings) != 0 || ::tcgetattr(m_tty.Get(), &settings) != 0 ||
-        ::cfgetospeed(&settings) != speed->code) {
+    const bool isKnown = speed != kSpeeds.end() && ::cfsetspeed(&settings, speed->code) == 0;
+    bool isSet = isKnown && ::tcsetattr(m_tty.Get(), when, &settings) == 0;
+    // A line that fails refuses nothing: the rate may well be set the next time.
+    if ((isKnown && !isSet && errno != EINVAL) || (isSet && ::tcgetattr(m_tty.Get(), &settings) != 0)) {
+        ThrowGone(errno);
+    }
+    isSet = isSet && ::cfgetospeed(&settings) == speed->code;
+    if (!isSet) {
         throw SerialError(CL_ERR_BAUD_RATE_NOT_SUPPORTED,
                           "The serial port " + m_title + " refuses " + std::to_string(bitsPerSecond) + " baud.");
     }

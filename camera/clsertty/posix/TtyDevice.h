@@ -28,7 +28,7 @@ public:
     void Cancel() noexcept override;
 
 private:
-    void TakeExclusively();
+    void TakeExclusively(const PortInfo& port);
     void Configure();
     void ShortenLatency() noexcept;
     void ApplyBaudRate(std::uint32_t bitsPerSecond, int when);
