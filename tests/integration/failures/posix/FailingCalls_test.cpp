@@ -1,0 +1,225 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Each call of the system fails in turn, in each operation of a device: the error says what, nothing is left behind,
+ * and the next attempt works
+ */
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "CameraProcess.h"
+#include "GenApi/GenApi.h"
+#include "failing/FailingCall.h"
+#include "scripted/Scripted.h"
+#include "tests/integration/SmallDescription.h"
+#include "tests/integration/posix/ThreadSwitches.h"
+#include "vanto/LogListener.h"
+#include "vanto/TlFactory.h"
+
+namespace integration {
+namespace {
+
+using failing::Call;
+using failing::FailingCall;
+using Vanto::CDeviceInfo;
+using Vanto::CTlFactory;
+using Vanto::IVantoDevice;
+
+constexpr char kCamera[] = "cam0";
+constexpr std::size_t kFirstCalls = 3;  // of each place, beside the last
+
+std::size_t OpenFiles() {
+    using std::filesystem::directory_iterator;
+    return static_cast<std::size_t>(std::distance(directory_iterator("/proc/self/fd"), directory_iterator()));
+}
+
+class FailingCalls : public testing::Test {
+protected:
+    FailingCalls() {
+        m_folder.Write("camera.xml", SmallDescription());
+        MarlowSim::CameraOptions options;
+        options.serial = "21";
+        options.descriptionFile = m_folder / "camera.xml";
+        m_camera = std::make_unique<CameraProcess>(m_links.Path(), kCamera, options);
+        m_folder.Write("PortConfiguration_x64.xml",
+                       "<CLBindings><Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled></Port></CLBindings>");
+    }
+    ~FailingCalls() override { CTlFactory::GetInstance().ReleaseUnusedTls(); }
+
+    // Throws where not everything is as it should be.
+    void Enumerate() {
+        Vanto::DeviceInfoList list;
+        CTlFactory::GetInstance().EnumerateDevices(list);
+        if (list.size() != 1 || list[0].GetSerialNumber() != "21")
+            throw std::runtime_error("no camera");
+        m_info = list[0];
+    }
+    void Create() { m_device = CTlFactory::GetInstance().CreateDevice(m_info); }
+    void Open() { m_device->Open(); }
+    void CreateAndOpen() {
+        Create();
+        Open();
+    }
+    GenApi::CIntegerPtr Width() const { return m_device->GetNodeMap()->GetNode("Width"); }
+    void Read() const {
+        if (Width()->GetValue(false, true) != 2048)
+            throw std::runtime_error("another width");
+    }
+    void Write() const { Width()->SetValue(2048); }
+    void Destroy() {
+        if (m_device != nullptr)
+            CTlFactory::GetInstance().DestroyDevice(std::exchange(m_device, nullptr));
+    }
+
+    void GoTheWholeWay() {
+        Enumerate();
+        CreateAndOpen();
+        Read();
+        Write();
+        m_device->Close();
+        Destroy();
+    }
+
+    using Step = std::function<void()>;
+
+    void FailEach(const Step& prepare, const Step& operation) {
+        GoTheWholeWay();
+        const std::vector<Call> calls = Record(prepare, operation);
+        const std::size_t files = OpenFiles();
+        std::size_t failures = 0;
+        for (const Call& call : calls) {
+            SCOPED_TRACE("call " + std::to_string(call.index) + " of " + call.place.ToText());
+            failures += FailOne(call, prepare, operation) ? 1 : 0;
+            EXPECT_NO_THROW(GoTheWholeWay()) << "afterwards";
+            EXPECT_TRUE(AreFilesOpen(files)) << OpenFiles() << " instead of " << files;
+            if (HasFailure())
+                break;
+        }
+        EXPECT_GT(failures, 0U);
+        CTlFactory::GetInstance().ReleaseUnusedTls();
+        EXPECT_TRUE(WaitForOtherThreads(m_threads)) << ThreadSwitches().size() << " instead of " << m_threads;
+        RecordProperty("calls", static_cast<int>(calls.size()));
+    }
+
+    std::vector<Call> Record(const Step& prepare, const Step& operation) {
+        prepare();
+        const failing::CallRecorder recorder;
+        operation();
+        const std::vector<Call> calls = recorder.Samples(kFirstCalls);
+        Destroy();
+        return calls;
+    }
+
+    // What goes wrong is said with the system's reason, in the error or in the log.
+    bool FailOne(const Call& call, const Step& prepare, const Step& operation) {
+        prepare();
+        m_log.Clear();
+        std::string error;
+        bool hasFailed = false;
+        std::string reason;
+        {
+            const FailingCall failing(call);
+            error = Try(operation);
+            hasFailed = failing.HasFailed();
+            reason = failing.Reason();
+        }
+        if (hasFailed && !error.empty() && !IsLookedAtAgain(call)) {
+            EXPECT_THAT(error + "\n" + Warnings(), testing::HasSubstr(reason));
+        }
+        Destroy();
+        return hasFailed;
+    }
+    // What can't be looked at is opened all the same: the error is that of opening, here that there is no such file.
+    static bool IsLookedAtAgain(const Call& call) {
+        return call.place.function == "stat" && call.place.file.starts_with("libVantoBase");
+    }
+    std::string Warnings() const {
+        std::string text;
+        for (const auto& message : m_log.GetMessages()) {
+            if (message.level >= Vanto::tracelog::kWarning)
+                text += message.text + "\n";
+        }
+        return text;
+    }
+
+    static std::string Try(const Step& operation) {
+        try {
+            operation();
+            return {};
+        } catch (const std::exception& error) {
+            return error.what();
+        }
+    }
+
+    // Threads that have ended give their last files back in their own time.
+    static bool AreFilesOpen(std::size_t expected) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (OpenFiles() != expected && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return OpenFiles() == expected;
+    }
+
+    scripted::TemporaryFolder m_folder;
+    scripted::TemporaryFolder m_links;
+    scripted::TemporaryFolder m_cacheFolder;
+    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
+    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
+    scripted::ScopedVariable m_cache{"GENICAM_CACHE", m_cacheFolder.Path()};
+    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
+    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
+    scripted::ScopedVariable m_root{"VANTO_ROOT"};
+    scripted::ScopedVariable m_use{"VANTO_USE_TL"};
+    const std::size_t m_threads = ThreadSwitches().size();
+    std::unique_ptr<CameraProcess> m_camera;
+    Vanto::tracelog::LogRecorder m_log{"*:trace"};
+    CDeviceInfo m_info;
+    IVantoDevice* m_device = nullptr;
+};
+
+TEST_F(FailingCalls, OfEnumerating) {
+    FailEach([] {}, [&] { Enumerate(); });
+}
+
+TEST_F(FailingCalls, OfCreating) {
+    FailEach([] {}, [&] { Create(); });
+}
+
+TEST_F(FailingCalls, OfOpening) {
+    FailEach([&] { Create(); }, [&] { Open(); });
+}
+
+TEST_F(FailingCalls, OfReading) {
+    FailEach([&] { CreateAndOpen(); }, [&] { Read(); });
+}
+
+TEST_F(FailingCalls, OfWriting) {
+    FailEach([&] { CreateAndOpen(); }, [&] { Write(); });
+}
+
+TEST_F(FailingCalls, OfClosing) {
+    FailEach([&] { CreateAndOpen(); }, [&] { m_device->Close(); });
+}
+
+TEST_F(FailingCalls, OfClosingForInactivity) {
+    FailEach(
+        [&] {
+            CTlFactory::GetInstance().ReleaseUnusedTls();  // with the timer of the port
+            CreateAndOpen();
+        },
+        [&] {
+            const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
+            timeout->SetValue(86400);
+        });
+}
+
+}  // namespace
+}  // namespace integration
