@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -52,6 +53,17 @@ std::string LastReason(const tracelog::LogRecorder& recorder) {
     return reason;
 }
 
+// It may go while its baud rate is changed, which opening survives, and only an open device takes a callback.
+bool TellsOfRemoval(const tracelog::LogRecorder& recorder, const CDeviceInfo& record) {
+    gcstring port;
+    record.GetPropertyValue("PortID", port);
+    const auto messages = recorder.GetMessages();
+    return std::any_of(messages.begin(), messages.end(), [&](const tracelog::LogMessage& message) {
+        return message.format.rfind("Device removal for PortID", 0) == 0 && !message.arguments.empty() &&
+               message.arguments.front() == port.str();
+    });
+}
+
 /// Tells a port at the end that its device is closed, however that went.
 class Closing {
 public:
@@ -88,12 +100,16 @@ Subscription RemovalEvent::Add(const std::function<void()>& callback) {
 /**
  * \brief Open a device
  * \param[in] record A complete record, as enumeration gives it
+ * \throw CameraGone It went away meanwhile
  * \throw CameraError It can't be opened; the text says why
  */
 CameraState::CameraState(const CDeviceInfo& record)
     : m_name(record.GetFriendlyName().str()), m_port(SharedPort::Of(record)) {
     try {
         m_port->Open([&] { Open(record); });
+    } catch (const CameraGone&) {
+        m_port->Retire(m_device);
+        throw;
     } catch (const std::exception& error) {
         m_port->Retire(m_device);
         const auto* const known = dynamic_cast<const GenICam::GenericException*>(&error);
@@ -107,12 +123,16 @@ void CameraState::Open(const CDeviceInfo& record) {
     m_device = CTlFactory::GetInstance().CreateDevice(record);
     if (m_device == nullptr)
         throw RUNTIME_EXCEPTION("its transport layer does not make a device of it");
+    const tracelog::LogRecorder recorder("Vanto.CLSer.Port:debug");
     m_device->Open();
     m_open = true;
     RegisterRemovalCallback(*m_device, [removal = std::weak_ptr(m_removal)](IVantoDevice*) {
         if (const auto event = removal.lock())
             event->Fire();
     });
+    if (TellsOfRemoval(recorder, record))
+        m_removal->Fire();
+    RequireThere();
     if (m_device->GetNodeMap() == nullptr)
         throw RUNTIME_EXCEPTION("it has no features");
 }

@@ -128,6 +128,26 @@ TEST_F(Cameras, TellOfTheirRemoval) {
     EXPECT_EQ(calls, 2);
 }
 
+TEST_F(Cameras, AreGoneWhereTheyGoWhileTheyAreOpened) {
+    for (int packets = 1; packets < 30; ++packets) {
+        simulator.SetFault("cam0", "drop-after", std::to_string(packets));
+        const auto use = [] {
+            const Vanto::Camera camera;
+            for (int access = 0; access < 30; ++access)
+                camera.ReadRegisters(0, 4);
+        };
+        try {
+            use();
+            FAIL() << packets;
+        } catch (const Vanto::FeatureError& error) {
+            FAIL() << packets << ": " << error.what();
+        } catch (const Vanto::CameraError& error) {
+            EXPECT_THAT(error.what(), Not(HasSubstr("already removed"))) << packets;
+        }
+        simulator.Plug("cam0");
+    }
+}
+
 TEST_F(Cameras, CloseInTheirRemovalCallback) {
     Vanto::Camera camera;
     const auto subscription = camera.OnRemoval([&] { camera.Close(); });
