@@ -49,7 +49,7 @@ void BindFrames(py::module_& module) {
     py::class_<Frame, Holder<Frame>>(module, "Frame", "An image in its buffer.", py::buffer_protocol())
         .def_buffer(BytesOf)
         .def("status", [](const Frame& frame) { return static_cast<int>(frame.Status()); })
-        .def("error", Giving(&Frame::Error))
+        .def("error", [](const Frame& frame) { return ToPython(frame.Error()); })
         .def("number", &Frame::Number)
         .def("missed", &Frame::Missed)
         .def("tag", &Frame::Tag)
@@ -61,7 +61,7 @@ void BindFrames(py::module_& module) {
         .def("offset_y", &Frame::OffsetY)
         .def("pixel_type", &Frame::PixelType)
         .def("bits_per_pixel", &Frame::BitsPerPixel)
-        .def("pixel_format", Giving(&Frame::PixelFormat))
+        .def("pixel_format", [](const Frame& frame) { return ToPython(frame.PixelFormat()); })
         .def("save", Save, py::arg("path"));
     py::class_<FrameStream, Holder<FrameStream>>(module, "FrameStream", "A running acquisition.")
         .def("next", Next, py::arg("timeout"))

@@ -3,11 +3,13 @@
 
 from __future__ import annotations
 
+import contextlib
 import weakref
 from collections.abc import Callable
 from types import TracebackType
 
 from vanto import _core
+from vanto._errors import CameraClosed
 
 
 class Subscription:
@@ -70,4 +72,5 @@ class _Weakly:
     def __call__(self) -> None:
         subscription = self._subscription()
         if subscription is not None:
-            subscription._callback()
+            with contextlib.suppress(CameraClosed):  # somebody closed it meanwhile, who needs not be told
+                subscription._callback()
