@@ -74,3 +74,6 @@ class _Weakly:
         if subscription is not None:
             with contextlib.suppress(CameraClosed):  # somebody closed it meanwhile, who needs not be told
                 subscription._callback()
+
+    def __repr__(self) -> str:
+        return repr(self._subscription())

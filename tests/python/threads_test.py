@@ -60,7 +60,6 @@ WAITING = {
     "entries": lambda camera: (camera.features.refresh(), camera.features["ClSerialPortBaudRate"].value),
     "command": lambda camera: camera.UserSetLoad(),
     "start": lambda camera: camera.features["TriggerSoftware"].start(),
-    "is_done": lambda camera: camera.features["TriggerSoftware"].is_done,
     "registers": lambda camera: camera.read_registers(0x10005C, 4),
     "selection": lambda camera: camera.select(LineSelector="Line3").__enter__(),
     "list": lambda camera: vanto.cameras(),
@@ -181,7 +180,7 @@ class Load:
 
     def changed(self, feature):
         self.changes += 1
-        assert self.camera.Height and feature.value
+        assert self.camera.Height and feature.value is not None
 
     def write(self):
         self.camera.ExposureTime = random.randint(100, 10000)
