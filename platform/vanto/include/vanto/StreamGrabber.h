@@ -17,7 +17,7 @@ namespace Vanto {
 
 /// A device's stream grabber. The order of its operations is part of the interface; a virtual destructor among them
 /// would move what an implementation puts behind them. Operations may be called from any thread.
-class VANTOBASE_API IStreamGrabber {
+class GCBASE_INTERFACE IStreamGrabber {
 public:
     /// Makes it ready; throws RuntimeException when the device is not open, LogicalErrorException when it is open
     /// already.
