@@ -38,12 +38,14 @@ int ClosePipe(std::FILE* pipe) {
 constexpr const char* kGrabber =
     "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>";
 
+// With its drive, where there are drives: a test may change to a folder on another one.
+const std::filesystem::path kExamples = std::filesystem::absolute(VANTO_EXAMPLES).make_preferred();
+
 // A run of an example, whose output and errors come line by line.
 class Example {
 public:
     explicit Example(const std::string& command)
-        : m_pipe(OpenPipe((std::filesystem::path(VANTO_EXAMPLES) / ("example-" + command)).make_preferred().string() +
-                          " 2>&1")) {}
+        : m_pipe(OpenPipe((kExamples / ("example-" + command)).string() + " 2>&1")) {}
     ~Example() {
         if (m_pipe != nullptr)
             ClosePipe(m_pipe);

@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "windows/CommandLine.h"
+#include "system/windows/CommandLine.h"
 
 namespace tools_test {
 
