@@ -53,6 +53,16 @@ function(vanto_exports target)
     endif()
 endfunction()
 
+# vanto_static_objects(<objects>): <objects>_static, an object library of the same sources that neither exports nor imports.
+function(vanto_static_objects objects)
+    add_library(${objects}_static OBJECT $<TARGET_PROPERTY:${objects},SOURCES>)
+    add_dependencies(${objects}_static ${objects}) # makes the generated sources
+    target_compile_definitions(${objects}_static PRIVATE $<TARGET_PROPERTY:${objects},COMPILE_DEFINITIONS> VANTO_STATIC)
+    target_include_directories(${objects}_static PRIVATE $<TARGET_PROPERTY:${objects},INCLUDE_DIRECTORIES>)
+    # <objects> itself has told all warnings, and knows which headers are not ours.
+    target_compile_options(${objects}_static PRIVATE $<TARGET_PROPERTY:${objects},COMPILE_OPTIONS> -w)
+endfunction()
+
 # vanto_public(<target> NAME <name> [INCLUDES <folders>...] [ANY_LANGUAGE]): a library that other programs link as
 # Vanto::<name>. Its headers are C++17, unless they look after the language level themselves; the name of its file has the number of the interface where the system has such names (docs/abi.md).
 function(vanto_public target)
