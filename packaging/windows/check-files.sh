@@ -7,6 +7,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build=$(cd "$1" && pwd)
 packaging/check-abi.sh "$build"
+# shellcheck disable=SC2207 # names without spaces
+gentl=($(sed -n 's/^    //p' gentl/exports/exports.def | tr -d '\r'))
 cd "$build/bin"
 objdump=x86_64-w64-mingw32-objdump
 # Libraries of every Windows since Windows 7.
@@ -15,14 +17,15 @@ ours=" CLProtocol.dll GCBase.dll GenApi.dll VantoApplication.dll VantoBase.dll V
 tl=vanto/tl/VantoCLSer.dll
 plugin=vanto/plugins/SaperaFgPlugin_MD_VC100.dll
 driver=vanto/clprotocol/Win64_x64/MarlowCLProtocol.dll
+producer=vanto/gentl/vanto-cl.cti
 failures=0
 complain() { echo "$*" >&2 && failures=$((failures + 1)); }
 
-for file in $ours clsertty.dll $tl $plugin $driver vanto-cl.exe example-*.exe; do
+for file in $ours clsertty.dll $tl $plugin $driver $producer vanto-cl.exe example-*.exe; do
     [ -f "$file" ] || { complain "$file was not built" && continue; }
     for library in $($objdump -p "$file" | sed -n 's/.*DLL Name: //p'); do
         case $file in
-            clsertty.dll | "$plugin" | "$driver") allowed=$system ;; # others' programs load them, from wherever they lie
+            clsertty.dll | "$plugin" | "$driver" | "$producer") allowed=$system ;; # others' programs load them, from wherever they lie
             *) allowed=$system$ours ;;
         esac
         [[ $allowed == *" $library "* ]] || complain "$file needs $library"
@@ -41,6 +44,7 @@ expect_exports $plugin CreateFrameGrabberObject DestroyFrameGrabberObject
 expect_exports $driver clpCloseLib clpContinueWriteRegister clpDisconnect clpGetCLProtocolVersion clpGetErrorText \
     clpGetEventData clpGetParam clpGetShortDeviceIDTemplates clpGetXMLDescription clpGetXMLIDs clpInitLib \
     clpIsParamSupported clpProbeDevice clpReadRegister clpSetParam clpWriteRegister
+expect_exports $producer "${gentl[@]}"
 expect_exports clsertty.dll clFlushPort clGetErrorText clGetManufacturerInfo clGetNumBytesAvail clGetNumSerialPorts \
     clGetSerialPortIdentifier clGetSupportedBaudRates clSerialClose clSerialInit clSerialRead clSerialWrite clSetBaudRate \
     clSetParity

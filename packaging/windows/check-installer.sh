@@ -10,7 +10,9 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 fail() { echo "check-installer: $*" >&2 && exit 1; }
 environment='HKLM\SYSTEM\CurrentControlSet\Control\Session Manager\Environment'
-path() { wine reg query "$environment" /v Path 2>/dev/null | tr -d '\r' | sed -n 's/^ *[Pp][Aa][Tt][Hh] *REG_EXPAND_SZ *//p'; }
+variable() { wine reg query "$environment" /v "$1" 2>/dev/null | tr -d '\r' | sed -n "s/^ *$1 *REG_EXPAND_SZ *//Ip"; }
+path() { variable Path; }
+producers() { variable GENICAM_GENTL64_PATH; }
 
 packaging/windows/make-installer.sh "$1" "$work/vanto-clser-win64.exe"
 
@@ -18,11 +20,13 @@ packaging/windows/make-installer.sh "$1" "$work/vanto-clser-win64.exe"
 before="C:\\windows\\system32$(for number in $(seq 100); do printf ';C:\\programs\\number%03d' "$number"; done)"
 wine reg add "$environment" /v Path /t REG_EXPAND_SZ /d "$before" /f >/dev/null 2>&1
 [ "$(path)" = "$before" ] || fail "the path was not set"
+[ -z "$(producers)" ] || fail "there are GenTL producers already: $(producers)"
 
 install() { # install FOLDER: its words apart, as the installer wants its last argument
     # shellcheck disable=SC2086
     timeout 300 "$wine_programs/wine64" "$work/vanto-clser-win64.exe" /S /D=$1
     [ "$(path)" = "$before;$1\\bin" ] || fail "the path is $(path)"
+    [ "$(producers)" = "$1\\bin\\vanto\\gentl" ] || fail "the folder of GenTL producers is $(producers)"
 }
 drive=$WINEPREFIX/drive_c
 install 'C:\Vanto First'
@@ -35,7 +39,7 @@ said=$(cd "$work" && WINEPATH=$(path) timeout 300 "$wine_programs/wine64" cmd /c
 echo "$said"
 grep -q '^vanto-cl ' <<<"$said"
 for file in include/vanto-*/vanto/Camera.h lib/cmake/Vanto/VantoConfig.cmake lib/libVantoApplication.dll.a \
-    share/doc/vanto/licenses/gcc.txt; do
+    bin/vanto/gentl/vanto-cl.cti share/doc/vanto/licenses/gcc.txt; do
     # shellcheck disable=SC2086 # a pattern
     [ -n "$(ls "$drive/Vanto Second/"$file 2>/dev/null)" ] || fail "$file is missing"
 done
@@ -48,6 +52,7 @@ while [ -e "$drive/Vanto Second" ]; do
     sleep 0.2
 done
 [ "$(path)" = "$before" ] || fail "the path is not as it was: $(path)"
+[ -z "$(producers)" ] || fail "a folder of GenTL producers is left: $(producers)"
 if wine reg query 'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Vanto' >/dev/null 2>&1; then
     fail "it is still among the programs"
 fi

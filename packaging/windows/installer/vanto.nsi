@@ -1,7 +1,8 @@
 ; SPDX-License-Identifier: Apache-2.0
 ; The installer for Windows, from a tree that cmake --install made (packaging/windows/make-installer.sh):
 ;   vanto-clser-VERSION-win64.exe [/S] [/D=FOLDER]
-; /S asks nothing. The programs' folder goes on the path of the machine, and everything goes away again with the uninstaller.
+; /S asks nothing. The programs' folder goes on the path of the machine, the GenTL producer's on the list where consumers
+; look for producers, and everything goes away again with the uninstaller.
 Target amd64-unicode
 !include MUI2.nsh
 
@@ -54,15 +55,21 @@ Section "Install"
     WriteRegStr HKLM "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
     WriteRegDWORD HKLM "${UNINSTALL}" "NoModify" 1
     WriteRegDWORD HKLM "${UNINSTALL}" "NoRepair" 1
-    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" add "$INSTDIR\bin"'
+    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" add Path "$INSTDIR\bin"'
     Pop $0
     StrCmp $0 "0" +2
     DetailPrint "The folder $INSTDIR\bin could not be put on the path."
+    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" add GENICAM_GENTL64_PATH "$INSTDIR\bin\vanto\gentl"'
+    Pop $0
+    StrCmp $0 "0" +2
+    DetailPrint "The folder $INSTDIR\bin\vanto\gentl could not be put into GENICAM_GENTL64_PATH."
 SectionEnd
 
 ; What others put into the folder, plug-ins and drivers, stays.
 Section "Uninstall"
-    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" remove "$INSTDIR\bin"'
+    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" remove Path "$INSTDIR\bin"'
+    Pop $0
+    nsExec::Exec '"$INSTDIR\libexec\path-entry.exe" remove GENICAM_GENTL64_PATH "$INSTDIR\bin\vanto\gentl"'
     Pop $0
     !include "${FILES}"
     Delete "$INSTDIR\uninstall.exe"
