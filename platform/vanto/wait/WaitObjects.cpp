@@ -4,7 +4,10 @@
  */
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <functional>
+#include <memory_resource>
 
 #include "Base/GCException.h"
 #include "vanto/WaitObject.h"
@@ -31,7 +34,25 @@ bool MultiWaiter::WaitForPoke(const Deadline& deadline) {
 
 namespace {
 
-using States = std::vector<WaitObject::State*>;
+// A wait for up to so many objects allocates nothing.
+constexpr std::size_t kUsualCount = 16;
+
+// A list on the stack as far as that goes.
+template <class T>
+class ListOfWait {
+public:
+    explicit ListOfWait(std::size_t count) { m_list.reserve(count); }
+
+    std::pmr::vector<T>& operator*() noexcept { return m_list; }
+    std::pmr::vector<T>* operator->() noexcept { return &m_list; }
+
+private:
+    alignas(T) std::array<std::byte, kUsualCount * sizeof(T)> m_bytes;
+    std::pmr::monotonic_buffer_resource m_resource{m_bytes.data(), m_bytes.size()};
+    std::pmr::vector<T> m_list{&m_resource};
+};
+
+using States = std::pmr::vector<WaitObject::State*>;
 
 // Makes the waiter known to all objects for the time of a wait.
 class Registration {
@@ -69,10 +90,9 @@ bool TryConsume(WaitObject::State& state) {
 
 // Locked in the order of their addresses, as two threads may wait for the same objects.
 bool TryConsumeAll(const States& sorted) {
-    std::vector<std::unique_lock<std::mutex>> locks;
-    locks.reserve(sorted.size());
+    ListOfWait<std::unique_lock<std::mutex>> locks(sorted.size());
     for (WaitObject::State* state : sorted)
-        locks.emplace_back(state->Mutex());
+        locks->emplace_back(state->Mutex());
     if (!std::all_of(sorted.begin(), sorted.end(), [](const auto* state) { return state->IsSignalledLocked(); }))
         return false;
     for (WaitObject::State* state : sorted)
@@ -80,7 +100,8 @@ bool TryConsumeAll(const States& sorted) {
     return true;
 }
 
-bool WaitUntil(const std::function<bool()>& isDone, const States& states, std::uint32_t timeout) {
+template <class IsDone>
+bool WaitUntil(const IsDone& isDone, const States& states, std::uint32_t timeout) {
     if (isDone())
         return true;
     if (timeout == 0)
@@ -93,12 +114,6 @@ bool WaitUntil(const std::function<bool()>& isDone, const States& states, std::u
             return isDone();
     }
     return true;
-}
-
-States SortedStates(States states) {
-    std::sort(states.begin(), states.end(), std::less<>());
-    states.erase(std::unique(states.begin(), states.end()), states.end());
-    return states;
 }
 
 }  // namespace
@@ -120,11 +135,12 @@ std::size_t WaitObjects::Add(const WaitObject& object) {
  * \return False after the time-out; then no object that resets itself was reset. True at once when there is none.
  */
 bool WaitObjects::WaitForAll(std::uint32_t timeout) const {
-    States states;
+    ListOfWait<WaitObject::State*> states(m_objects.size());
     for (const WaitObject& object : m_objects)
-        states.push_back(&object.GetState());
-    const States sorted = SortedStates(std::move(states));
-    return WaitUntil([&] { return TryConsumeAll(sorted); }, sorted, timeout);
+        states->push_back(&object.GetState());
+    std::sort(states->begin(), states->end(), std::less<>());
+    states->erase(std::unique(states->begin(), states->end()), states->end());
+    return WaitUntil([&] { return TryConsumeAll(*states); }, *states, timeout);
 }
 
 /**
@@ -137,16 +153,16 @@ bool WaitObjects::WaitForAll(std::uint32_t timeout) const {
 bool WaitObjects::WaitForAny(std::uint32_t timeout, std::size_t* index) const {
     if (m_objects.empty())
         throw LOGICAL_ERROR_EXCEPTION("There is no wait object to wait for. Add one first.");
-    States states;
+    ListOfWait<WaitObject::State*> states(m_objects.size());
     for (const WaitObject& object : m_objects)
-        states.push_back(&object.GetState());
+        states->push_back(&object.GetState());
     const auto isAnySignalled = [&] {
-        const auto found = std::find_if(states.begin(), states.end(), [](auto* state) { return TryConsume(*state); });
-        if (found != states.end() && index != nullptr)
-            *index = static_cast<std::size_t>(found - states.begin());
-        return found != states.end();
+        const auto found = std::ranges::find_if(*states, [](auto* state) { return TryConsume(*state); });
+        if (found != states->end() && index != nullptr)
+            *index = static_cast<std::size_t>(found - states->begin());
+        return found != states->end();
     };
-    return WaitUntil(isAnySignalled, SortedStates(states), timeout);
+    return WaitUntil(isAnySignalled, *states, timeout);
 }
 
 }  // namespace Vanto
