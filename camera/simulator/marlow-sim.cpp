@@ -31,6 +31,7 @@ struct Arguments {
     std::string control;
     bool untilStdinCloses = false;
     bool printSha1 = false;
+    bool manualPage = false;
 };
 
 std::string Footer() {
@@ -71,6 +72,33 @@ int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
     return 0;
 }
 
+/// Text for roff: a hyphen is to stay one, and a line that begins with a dot is no request.
+std::string Roff(const std::string& text) {
+    std::string result;
+    for (const char letter : text) {
+        if (letter == '-' || letter == '\\')
+            result += letter == '-' ? "\\-" : "\\e";
+        else if (letter == '.' && (result.empty() || result.back() == '\n'))
+            result += "\\&.";
+        else
+            result += letter;
+    }
+    return result;
+}
+
+std::string ManualPage(const CLI::App& app) {
+    std::string page = ".TH \"MARLOW\\-SIM\" 1 \"\" \"marlow\\-sim " MARLOW_SIM_VERSION "\" \"Camera Link cameras\"\n";
+    page += ".SH NAME\nmarlow\\-sim \\- plays Marlow cameras\n";
+    page += ".SH SYNOPSIS\n.B \"marlow\\-sim \\-\\-links FOLDER \\-\\-camera CAMERA ...\"\n";
+    page += ".SH DESCRIPTION\n" + Roff(app.get_description()) + "\n.SH OPTIONS\n";
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_group().empty())
+            page += ".TP\n.B \"" + Roff(option->get_name()) + "\"\n" + Roff(option->get_description()) + ".\n";
+    }
+    return page + ".SH CAMERAS AND COMMANDS\n.nf\n" + Roff(app.get_footer()) +
+           "\n.fi\n.SH SEE ALSO\n.BR vanto\\-cl (1)\n";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -78,10 +106,12 @@ int main(int argc, char** argv) {
     Arguments arguments;
     CLI::App app("Plays Marlow cameras. Each has a serial line of its own, which a symbolic link names.", "marlow-sim");
     app.add_option("--links", arguments.links, "Folder of the links; made when it does not exist");
-    app.add_option("--camera", arguments.cameras, "A camera, see below; once for each")->required();
+    app.add_option("--camera", arguments.cameras, "A camera, see below; once for each");
     app.add_option("--control", arguments.control, "Unix-domain socket that takes commands, see below");
     app.add_flag("--until-stdin-closes", arguments.untilStdinCloses, "Ends with its standard input as well");
     app.add_flag("--print-sha1", arguments.printSha1, "Prints the SHA-1 of each camera's description and ends");
+    app.add_flag("--manual-page", arguments.manualPage, "Prints the manual page and ends")->group("");
+    app.set_version_flag("--version", "marlow-sim " MARLOW_SIM_VERSION, "Prints the version and ends");
     app.footer(Footer());
     if (argc == 1) {
         std::cout << app.help();
@@ -89,6 +119,13 @@ int main(int argc, char** argv) {
     }
     try {
         app.parse(argc, argv);
+        if (arguments.manualPage) {
+            std::cout << ManualPage(app);
+            return 0;
+        }
+        if (arguments.cameras.empty()) {
+            throw CLI::RequiredError("--camera");
+        }
         const std::vector<NamedCamera> cameras = ParseCameras(arguments.cameras);
         if (arguments.printSha1) {
             return PrintSha1(cameras);

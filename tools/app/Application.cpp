@@ -8,16 +8,13 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "Base/GCException.h"
+#include "app/CommandLine.h"
 #include "cameras/Simulation.h"
-#include "commands/Command.h"
-#include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Text.h"
 #include "system/Interruption.h"
@@ -26,130 +23,11 @@ namespace tools {
 
 namespace {
 
-constexpr const char* kExitCodes =
-    "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 no such device.\n"
-    "'vanto-cl COMMAND --help' explains a command. VANTO_LOG=*:debug shows what the libraries do.";
-
-/// Shows the option with an optional value as people write it.
-class HelpFormatter : public CLI::Formatter {
-public:
-    std::string make_option_name(const CLI::Option* option, bool isPositional) const override {
-        std::string name = CLI::Formatter::make_option_name(option, isPositional);
-        if (const std::size_t brace = name.find('{'); brace != std::string::npos)
-            name.replace(brace, std::string::npos, "[=N]");
-        return name;
-    }
-};
-
-/// The command line: an option parser with a sub-parser for each command of the table.
-class CommandLine {
-public:
-    CommandLine() : m_app("Camera Link cameras from the command line", "vanto-cl") {
-        m_app.set_version_flag("--version", "vanto-cl " VANTO_CL_VERSION, "Print the version and exit");
-        m_app.set_help_flag("-h,--help", "Print this help and exit");
-        m_simulateOption =
-            m_app.add_flag("--simulate{2}", m_simulate, "Start N simulated cameras for this command (2 without =N)");
-        const auto formatter = std::make_shared<HelpFormatter>();
-        formatter->column_width(kHelpColumn);
-        formatter->label("SUBCOMMAND", "COMMAND");
-        m_app.formatter(formatter);
-        m_app.footer(kExitCodes);
-        // A second word that is a command's name is an argument: files and cameras may be called so.
-        m_app.require_subcommand(0, 1);
-        // Else a path that begins with a slash is an option on Windows.
-        m_app.allow_windows_style_options(false);
-        for (const CommandEntry& entry : CommandTable())
-            Add(entry);
-    }
-
-    /// Reads the arguments; throws CLI::ParseError.
-    void Parse(int count, const char* const* arguments) {
-        m_app.parse(count, arguments);
-        if (m_chosen == nullptr)
-            throw CLI::RequiredError("a command");
-        if (Simulates() && (m_simulate < 1 || m_simulate > Simulation::kMostCameras))
-            throw CLI::ValidationError("--simulate", fmt::format("1 to {} cameras", Simulation::kMostCameras));
-    }
-
-    CLI::App& App() { return m_app; }
-    Command& Chosen() { return *m_chosen; }
-    bool Simulates() const { return m_simulateOption->count() > 0; }
-    int SimulatedCameras() const { return m_simulate; }
-
-    /// The command that asks for the help of what stands in the line.
-    std::string HelpHere() {
-        std::string words = "vanto-cl";
-        for (const CLI::App* place = &m_app; !place->get_subcommands().empty();) {
-            place = place->get_subcommands().front();
-            words += " " + place->get_name();
-        }
-        return words + " --help";
-    }
-
-    /// The commands and options at the place where an unknown word stands, for a suggestion.
-    std::vector<std::string> NamesBeside() {
-        const CLI::App* place = &m_app;
-        while (!place->get_subcommands().empty())
-            place = place->get_subcommands().front();
-        std::vector<std::string> names;
-        for (const CLI::App* command : place->get_subcommands({}))
-            names.push_back(command->get_name());
-        for (const CLI::Option* option : place->get_options())
-            for (const std::string& name : option->get_lnames())
-                names.push_back("--" + name);
-        return names;
-    }
-
-private:
-    static constexpr std::size_t kHelpColumn = 28;
-    static constexpr const char* kGroup = "Commands";
-
-    void Add(const CommandEntry& entry) {
-        std::string name = entry.name;
-        CLI::App* parent = &m_app;
-        if (const std::size_t blank = name.find(' '); blank != std::string::npos) {
-            parent = Group(name.substr(0, blank));
-            name.erase(0, blank + 1);
-        }
-        CLI::App* app = parent->add_subcommand(name, entry.summary);
-        app->group(*entry.summary != '\0' ? kGroup : "");
-        m_commands.push_back(entry.make());
-        // '--simulate' may stand behind the command, too.
-        app->fallthrough();
-        Command* command = m_commands.back().get();
-        Options options(*app);
-        command->Declare(options);
-        app->callback([this, command] { m_chosen = command; });
-    }
-
-    CLI::App* Group(const std::string& name) {
-        if (const auto known = m_groups.find(name); known != m_groups.end())
-            return known->second;
-        const auto groups = CommandGroups();
-        const auto group =
-            std::find_if(groups.begin(), groups.end(), [&](const CommandGroup& one) { return name == one.name; });
-        CLI::App* app = m_app.add_subcommand(name, group != groups.end() ? group->summary : "");
-        app->group(kGroup);
-        app->require_subcommand(1);
-        m_groups[name] = app;
-        return app;
-    }
-
-    CLI::App m_app;
-    std::map<std::string, CLI::App*> m_groups;
-    std::vector<std::unique_ptr<Command>> m_commands;
-    Command* m_chosen = nullptr;
-    CLI::Option* m_simulateOption = nullptr;
-    int m_simulate = 0;
-};
-
 /// Says what is wrong with a command line; help and version are no errors.
 ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, const char* const* arguments,
                 Output& output) {
     if (error.get_exit_code() == 0) {
-        std::ostringstream text;
-        line.App().exit(error, text, text);
-        output.Print(text.str());
+        output.Print(line.Asked(error));
         return ExitCode::kDone;
     }
     std::string hint;
@@ -167,6 +45,13 @@ ExitCode ReportFailure(const char* text, Output& output) {
     return Interruption::Requested() ? ExitCode::kInterrupted : ExitCode::kFailed;
 }
 
+// Wide terminals don't make long lines easier to read.
+std::size_t HelpColumns(const Output& output) {
+    constexpr int kUsual = 80;
+    constexpr int kMost = 110;
+    return static_cast<std::size_t>(output.Width() > 0 ? std::min(output.Width(), kMost) : kUsual);
+}
+
 ExitCode RunChosen(CommandLine& line, Output& output) {
     std::optional<Simulation> simulation;
     if (line.Simulates())
@@ -175,6 +60,14 @@ ExitCode RunChosen(CommandLine& line, Output& output) {
 }
 
 }  // namespace
+
+std::vector<CommandModel> CommandModels() {
+    return CommandLine(0).Models();
+}
+
+std::string HelpOf(const std::vector<std::string>& words, const Output& output) {
+    return CommandLine(HelpColumns(output)).HelpOf(words);
+}
 
 /**
  * \brief Run vanto-cl
@@ -186,7 +79,7 @@ ExitCode RunChosen(CommandLine& line, Output& output) {
 ExitCode RunApplication(int argumentCount, const char* const* arguments, Output& output) {
     ExitCode code = ExitCode::kFailed;
     try {
-        CommandLine line;
+        CommandLine line(HelpColumns(output));
         try {
             line.Parse(argumentCount, arguments);
             code = RunChosen(line, output);

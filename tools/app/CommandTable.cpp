@@ -30,7 +30,10 @@ constexpr CommandEntry kCommands[] = {
     {"config init", "Write a new file for the ports of this machine", &MakeConfigInitCommand},
     {"describe", "Show or check a camera description from a file", &MakeDescribeCommand},
     {"doctor", "Look for what keeps cameras from being found", &MakeDoctorCommand},
+    {"completion", "Print the completion for a shell", &MakeCompletionCommand},
+    {"help", "Explain a command", &MakeHelpCommand},
     {"complete", "", &MakeCompleteCommand},
+    {"manual-pages", "", &MakeManualPagesCommand},
 };
 
 constexpr CommandGroup kGroups[] = {

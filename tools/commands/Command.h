@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "error/ExitCode.h"
 
@@ -42,5 +44,7 @@ struct CommandGroup {
 
 std::span<const CommandEntry> CommandTable();
 std::span<const CommandGroup> CommandGroups();
+/// The help of what these words name ("config path"), of the program without any. Throws ToolError (kUsage).
+std::string HelpOf(const std::vector<std::string>& words, const Output& output);
 
 }  // namespace tools

@@ -31,6 +31,9 @@ std::unique_ptr<Command> MakeConfigCheckCommand();
 std::unique_ptr<Command> MakeConfigInitCommand();
 std::unique_ptr<Command> MakeDescribeCommand();
 std::unique_ptr<Command> MakeDoctorCommand();
+std::unique_ptr<Command> MakeHelpCommand();
+std::unique_ptr<Command> MakeCompletionCommand();
 std::unique_ptr<Command> MakeCompleteCommand();
+std::unique_ptr<Command> MakeManualPagesCommand();
 
 }  // namespace tools

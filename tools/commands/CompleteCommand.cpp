@@ -2,16 +2,19 @@
 /*
  * vanto-cl complete: words for the completion of shells
  */
+#include <algorithm>
 #include <memory>
-#include <set>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cameras/DeviceChoice.h"
 #include "cameras/Enumeration.h"
 #include "cameras/KnownCamerasFile.h"
+#include "cameras/Records.h"
 #include "cameras/Simulation.h"
 #include "commands/Commands.h"
+#include "commands/CompletionLine.h"
 #include "commands/Options.h"
 #include "features/FeatureWords.h"
 #include "features/OpenDevice.h"
@@ -31,27 +34,25 @@ private:
     std::vector<std::string> m_words;
 };
 
-/// A word that a shell can take as it stands; an empty line would be none.
-void PrintWord(Output& output, const std::string& word) {
-    if (!word.empty() && word.find_first_of(" \t\n\\'\"$`") == std::string::npos)
-        output.Line(Printable(word));
-}
+/// Prints what fits to what was typed. A word must be one that a shell can take as it stands.
+class Offers {
+public:
+    Offers(Output& output, const std::string& typed) : m_output(output), m_typed(typed) {}
 
-void PrintCommands(Output& output) {
-    std::set<std::string> printed;
-    for (const CommandEntry& entry : CommandTable()) {
-        const std::string name = entry.name;
-        if (const std::string first = name.substr(0, name.find(' '));
-            *entry.summary != '\0' && printed.insert(first).second)
-            PrintWord(output, first);
+    void Add(const std::string& word, const std::string& what = {}) const {
+        const bool isPlain = word.find_first_of(" \t\n\\'\"$`") == std::string::npos;
+        if (!word.empty() && isPlain && word.starts_with(m_typed))
+            m_output.Line(Printable(word) + (what.empty() ? "" : "\t" + Printable(what)));
     }
-}
+    /// Tells the shell something that is no word: ":files".
+    void Tell(const char* directive) const { m_output.Line(directive); }
 
-void PrintSubcommands(Output& output, const std::string& group) {
-    for (const CommandEntry& entry : CommandTable())
-        if (const std::string name = entry.name; name.starts_with(group + " "))
-            PrintWord(output, name.substr(group.size() + 1));
-}
+    const std::string& Typed() const noexcept { return m_typed; }
+
+private:
+    Output& m_output;
+    const std::string& m_typed;
+};
 
 /// The cameras that are known; nobody waits at a keyboard for those that are not. Simulated ones are always new.
 KnownCameras TheCameras(Output& output) {
@@ -60,11 +61,12 @@ KnownCameras TheCameras(Output& output) {
     return LoadKnownCameras(output);
 }
 
-void PrintDevices(Output& output) {
+void OfferDevices(const Offers& offers, Output& output) {
     const KnownCameras known = TheCameras(output);
     for (const KnownCamera& camera : known.All()) {
-        PrintWord(output, camera.address.SerialNumber());
-        PrintWord(output, camera.address.portId);
+        const std::string name = NameOf(RecordOf(camera.address));
+        offers.Add(camera.address.SerialNumber(), name);
+        offers.Add(camera.address.portId, name);
     }
 }
 
@@ -78,37 +80,62 @@ std::vector<FeatureWords> FeaturesOf(const std::string& device, Output& output) 
     return LoadFeatureWords(camera->address.deviceId);
 }
 
-/// \param[in] kind "features" for those with a value, "executables" for commands, "entries" for those of one feature
-void PrintFeatureWords(Output& output, const std::string& kind, const std::string& device, const std::string& name) {
-    for (const FeatureWords& feature : FeaturesOf(device, output)) {
-        if (kind == "entries" && feature.name == name)
+/// Features with a value, or commands.
+void OfferFeatures(const Offers& offers, const std::vector<FeatureWords>& features, bool commands) {
+    for (const FeatureWords& feature : features)
+        if (feature.isCommand == commands)
+            offers.Add(feature.name);
+}
+
+/// "NAME=" and, behind the sign, the values of an enumeration.
+void OfferSettings(const Offers& offers, const std::vector<FeatureWords>& features) {
+    const std::size_t sign = offers.Typed().find('=');
+    if (sign == std::string::npos)
+        offers.Tell(":nospace");
+    for (const FeatureWords& feature : features) {
+        if (sign == std::string::npos && !feature.isCommand)
+            offers.Add(feature.name + "=");
+        if (sign != std::string::npos && offers.Typed().substr(0, sign) == feature.name)
             for (const std::string& entry : feature.entries)
-                PrintWord(output, entry);
-        if (kind != "entries" && feature.isCommand == (kind == "executables"))
-            PrintWord(output, feature.name);
+                offers.Add(feature.name + "=" + entry);
     }
+}
+
+void OfferWhatStandsHere(const CompletionLine& line, Output& output) {
+    const Offers offers(output, line.Typed());
+    const std::string& placeholder = line.Placeholder();
+    for (const Offer& offer : line.Words())
+        offers.Add(offer.word, offer.what);
+    if (placeholder == "FILE")
+        offers.Tell(":files");
+    else if (placeholder == "FOLDER")
+        offers.Tell(":folders");
+    else if (placeholder == "DEVICE")
+        OfferDevices(offers, output);
+    else if (placeholder == "NAME" || placeholder == "COMMAND")
+        OfferFeatures(offers, FeaturesOf(line.Device(), output), placeholder == "COMMAND");
+    else if (placeholder == "NAME=VALUE")
+        OfferSettings(offers, FeaturesOf(line.Device(), output));
 }
 
 }  // namespace
 
 void CompleteCommand::Declare(Options& options) {
-    options.Arguments("WORD", m_words,
-                      "commands; subcommands GROUP; devices; features DEVICE; executables DEVICE; entries DEVICE NAME");
+    options.Rest("WORD", m_words, "'line', then the words behind the program's name, up to the cursor");
 }
 
 ExitCode CompleteCommand::Run(Output& output) {
-    m_words.resize(3);
-    const std::string& kind = m_words[0];
-    if (kind == "commands")
-        PrintCommands(output);
-    else if (kind == "subcommands")
-        PrintSubcommands(output, m_words[1]);
-    else if (kind == "devices")
-        PrintDevices(output);
-    else if (kind == "features" || kind == "executables" || kind == "entries")
-        PrintFeatureWords(output, kind, m_words[1], m_words[2]);
-    else
-        throw ToolError("nothing is known about completing '" + kind + "'", {}, ExitCode::kUsage);
+    if (m_words.empty() || m_words.front() != "line")
+        throw ToolError("'vanto-cl complete' is for the completion of shells", "Example: vanto-cl complete line get ''",
+                        ExitCode::kUsage);
+    m_words.erase(m_words.begin());
+    const std::vector<CommandModel> commands = CommandModels();
+    const CompletionLine line(commands, m_words);
+    std::optional<Simulation> simulation;
+    const std::string& placeholder = line.Placeholder();
+    if (line.SimulatedCameras() > 0 && (placeholder == "DEVICE" || !line.Device().empty()))
+        simulation.emplace(std::min(line.SimulatedCameras(), Simulation::kMostCameras));
+    OfferWhatStandsHere(line, output);
     return ExitCode::kDone;
 }
 

@@ -41,9 +41,11 @@ std::string Summary(const PortConfiguration& configuration) {
 void ConfigCheckCommand::Declare(Options& options) {
     options.Value("--file", m_file, "FILE", "Check FILE instead of the one that is in use");
     options.Flag("--json", m_json, "Print a JSON object");
-    options.Footer(
-        "Ends with 1 when there is an error: something that keeps a camera from being found\n"
-        "or a setting from being used.");
+    options.Notes(
+        "Ends with 1 when there is an error: something that keeps a camera from being found or a setting "
+        "from being used.");
+    options.Example("vanto-cl config check", "Check the file that is in use");
+    options.Example("vanto-cl config check --file new.xml", "Check another one");
 }
 
 ExitCode ConfigCheckCommand::Run(Output& output) {

@@ -41,9 +41,10 @@ void CreateFolder(const std::filesystem::path& folder) {
 
 void ConfigInitCommand::Declare(Options& options) {
     options.Flag("-f,--force", m_force, "Replace a file that is already there");
-    options.Footer(
-        "The new file enables every serial port of this machine for cameras of Marlow. Take those out that\n"
+    options.Notes(
+        "The new file enables every serial port of this machine for cameras of Marlow. Take those out that "
         "have something else behind them: looking for a camera sends bytes to it.");
+    options.Example("sudo vanto-cl config init", "Write the file for all users");
 }
 
 ExitCode ConfigInitCommand::Run(Output& output) {

@@ -29,7 +29,8 @@ private:
 
 void ConfigPathCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
-    options.Footer("The path goes to standard output, the reason to standard error.");
+    options.Notes("The path goes to standard output, the reason to standard error.");
+    options.Example("vanto-cl config path", "The path of the file");
 }
 
 ExitCode ConfigPathCommand::Run(Output& output) {

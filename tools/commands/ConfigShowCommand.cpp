@@ -31,6 +31,7 @@ private:
 
 void ConfigShowCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
+    options.Example("vanto-cl config show", "The ports of the file as a table");
 }
 
 ExitCode ConfigShowCommand::Run(Output& output) {

@@ -71,10 +71,12 @@ void DescribeCommand::Declare(Options& options) {
     options.Exclude("--tree", "--json");
     options.Exclude("--tree", "--check");
     options.Exclude("--json", "--format");
-    options.Footer(
-        "No camera is needed: what only a camera can tell is shown as the name of the node that knows it.\n"
-        "--check ends with 1 when it finds an error: something that keeps a feature from working. Each finding\n"
-        "ends with the name of its rule; docs/linter.md explains them.");
+    options.Notes(
+        "No camera is needed: what only a camera can tell is shown as the name of the node that knows it. "
+        "--check ends with 1 when it finds an error: something that keeps a feature from working. Each "
+        "finding ends with the name of its rule; docs/linter.md explains them.");
+    options.Example("vanto-cl describe camera.xml", "The feature tree");
+    options.Example("vanto-cl describe camera.xml --check --level warning", "What is wrong with it");
 }
 
 ExitCode DescribeCommand::Run(Output& output) {

@@ -26,9 +26,11 @@ private:
 
 void DoctorCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON object");
-    options.Footer(
-        "Each camera is opened once; its description is fetched for that where it is not known yet.\n"
-        "Ends with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
+    options.Notes(
+        "Each camera is opened once; its description is fetched for that where it is not known yet. Ends "
+        "with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
+    options.Example("vanto-cl doctor", "Look at everything");
+    options.Example("vanto-cl doctor --json > report.json", "A report to send to somebody");
 }
 
 ExitCode DoctorCommand::Run(Output& output) {

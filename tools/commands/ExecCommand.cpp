@@ -38,6 +38,7 @@ void ExecCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Argument("COMMAND", m_command, "Name of a command feature");
     options.Value("--timeout", m_timeout, "SECONDS", "How long to wait until the command is done (10)");
+    options.Example("vanto-cl exec 0 UserSetLoad", "Execute a command and wait until it is done");
 }
 
 ExitCode ExecCommand::Run(Output& output) {

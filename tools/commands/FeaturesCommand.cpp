@@ -43,10 +43,14 @@ void FeaturesCommand::Declare(Options& options) {
     options.Flag("--tree", m_tree, "Show the categories, too");
     options.Flag("--json", m_json, "Print the tree as JSON, with ranges, units and documentation");
     options.Value("--visibility", m_visibility, "LEVEL", "beginner, expert, guru (this is the default) or invisible");
+    options.Offer("--visibility", {"beginner", "expert", "guru", "invisible"});
     options.Exclude("--tree", "--json");
-    options.Footer(
-        "Ranges and entries are what the camera takes at present. Where one can't be read, its place says why,\n"
-        "and the exit code is 1.");
+    options.Notes(
+        "Ranges and entries are what the camera takes at present. Where one can't be read, its place says "
+        "why, and the exit code is 1.");
+    options.Example("vanto-cl features 0", "All features with their values");
+    options.Example("vanto-cl features 0 'Trigger*'", "Those whose names begin so");
+    options.Example("vanto-cl features 0 'exposure auto'", "Those with both words in name, category or documentation");
 }
 
 ExitCode FeaturesCommand::Run(Output& output) {

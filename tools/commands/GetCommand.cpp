@@ -38,7 +38,9 @@ void GetCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Arguments("NAME", m_names, "Names of features");
     options.Flag("--json", m_json, "Print a JSON object with a member for each feature");
-    options.Footer("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
+    options.Notes("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
+    options.Example("vanto-cl get 0 ExposureTime", "Print the value");
+    options.Example("vanto-cl get 0 Width Height", "Print Width=... and Height=...");
 }
 
 ExitCode GetCommand::Run(Output& output) {

@@ -91,10 +91,12 @@ void GrabCommand::Declare(Options& options) {
     options.Value("--buffers", m_buffersText, "N", "How many frames may wait to be saved (8)");
     options.Values("--set", m_settings, "NAME=VALUE", "Set a feature before; may be repeated");
     options.Flag("--json", m_json, "Print the summary as a JSON object");
-    options.Footer(
-        "The summary counts: delivered, frames that came into a buffer; dropped, those missing between\n"
-        "them; cut, delivered with a part of their bytes; failed, arrived without usable data.\n"
-        "Frames that are cut or failed make the exit code 1. Ctrl-C ends the grab; what was taken is saved.");
+    options.Notes(
+        "The summary counts: delivered, frames that came into a buffer; dropped, those missing between them; "
+        "cut, delivered with a part of their bytes; failed, arrived without usable data. Frames that are cut "
+        "or failed make the exit code 1. Ctrl-C ends the grab; what was taken is saved.");
+    options.Example("vanto-cl grab 0 -n 10 -o images", "Save ten images as PNG");
+    options.Example("vanto-cl grab 0 --set Width=640 --format tiff", "Set a feature, then save an image as TIFF");
 }
 
 ExitCode GrabCommand::Run(Output& output) {

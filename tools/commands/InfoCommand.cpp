@@ -36,7 +36,8 @@ void InfoCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Arguments("NAME", m_names, "Names of features");
     options.Flag("--json", m_json, "Print a JSON array with an object for each feature");
-    options.Footer("Where a feature can't be used at present, \"Because\" names the condition and what it looks at.");
+    options.Notes("Where a feature can't be used at present, \"Because\" names the condition and what it looks at.");
+    options.Example("vanto-cl info 0 ExposureTime", "What ExposureTime takes, where it lies, why it is locked");
 }
 
 ExitCode InfoCommand::Run(Output& output) {

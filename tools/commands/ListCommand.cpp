@@ -106,10 +106,13 @@ void Warn(Output& output, const Enumeration& enumeration, const std::vector<List
 void ListCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON array of the cameras' info records");
     options.Flag("--forget", m_forget, "Forget the numbers of earlier lists and begin with 0");
-    options.Footer(
-        "Commands that take a DEVICE know a camera by its number here, its serial number,\n"
-        "its friendly name, its full name or its port. A camera keeps its number when others\n"
-        "come and go, and when it is plugged into another port.");
+    options.Notes(
+        "Commands that take a DEVICE know a camera by its number here, its serial number, its friendly name, "
+        "its full name or its port. A camera keeps its number when others come and go, and when it is "
+        "plugged into another port.");
+    options.Example("vanto-cl list", "The cameras, each with the number that other commands know it by");
+    options.Example("vanto-cl list --json | jq -r \".[].SerialNumber\"", "The serial numbers, for a script");
+    options.Example("vanto-cl --simulate=3 list", "Three simulated cameras");
 }
 
 ExitCode ListCommand::Run(Output& output) {

@@ -37,9 +37,10 @@ private:
 void LoadCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Argument("FILE", m_file, "A file that 'vanto-cl save' wrote, or NAME=VALUE lines");
-    options.Footer(
-        "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then\n"
-        "the exit code is 1.");
+    options.Notes(
+        "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then the "
+        "exit code is 1.");
+    options.Example("vanto-cl load 0 camera.txt", "Set what the file says");
 }
 
 ExitCode LoadCommand::Run(Output& output) {

@@ -7,16 +7,19 @@
 #include <string>
 #include <vector>
 
+#include "commands/CommandModel.h"
+
 namespace CLI {
 class App;
 }
 
 namespace tools {
 
-/// Adds options to one command. Keeps the parsing library out of the commands.
+/// Adds options to one command, and records them for help, manual pages and completion. Keeps the parsing library out
+/// of the commands.
 class Options {
 public:
-    explicit Options(CLI::App& app) : m_app(app) {}
+    Options(CLI::App& app, CommandModel& model) : m_app(app), m_model(model) {}
 
     /// A switch such as "--json" or "-f,--force".
     void Flag(const std::string& names, bool& target, const std::string& help);
@@ -34,13 +37,24 @@ public:
     void OptionalArgument(const std::string& name, std::string& target, const std::string& help);
     /// One or more required arguments without a dash.
     void Arguments(const std::string& name, std::vector<std::string>& target, const std::string& help);
+    /// Any number of arguments without a dash, none among them.
+    void OptionalArguments(const std::string& name, std::vector<std::string>& target, const std::string& help);
+    /// Everything behind the first word without a dash, options of whatever kind among it.
+    void Rest(const std::string& name, std::vector<std::string>& target, const std::string& help);
+    /// Words that the completion offers for an option or an argument; others may be given, too.
+    void Offer(const std::string& name, const std::vector<std::string>& words);
     /// Two switches that can't be given together.
     void Exclude(const std::string& one, const std::string& other);
-    /// Lines below the options in the help: examples, notes.
-    void Footer(const std::string& text);
+    /// What is to be known beside the options: sentences, wrapped where they are shown.
+    void Notes(const std::string& text);
+    /// A line as it must be typed, and what it does.
+    void Example(const std::string& line, const std::string& what);
 
 private:
+    void Record(const std::string& names, const std::string& placeholder, const std::string& help);
+
     CLI::App& m_app;
+    CommandModel& m_model;
 };
 
 }  // namespace tools

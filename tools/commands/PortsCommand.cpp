@@ -96,7 +96,8 @@ void PrintTable(Output& output, const std::vector<std::string>& ports, const std
 
 void PortsCommand::Declare(Options& options) {
     options.Flag("--json", m_json, "Print a JSON array");
-    options.Footer("A camera is looked for on a port only if the port configuration file enables it.");
+    options.Notes("A camera is looked for on a port only if the port configuration file enables it.");
+    options.Example("vanto-cl ports", "Which ports there are, and which are asked for cameras");
 }
 
 ExitCode PortsCommand::Run(Output& output) {

@@ -35,10 +35,12 @@ private:
 void RateCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.OptionalArgument("RATE", m_rate, "The new baud rate, for example 9600");
-    options.Footer(
-        "Without RATE the present one is printed. The other commands and all applications leave a camera at\n"
-        "the rate at which they found it: one that a program left at 921600 baud stays there until 'rate' or\n"
+    options.Notes(
+        "Without RATE the present one is printed. The other commands and all applications leave a camera at "
+        "the rate at which they found it: one that a program left at 921600 baud stays there until 'rate' or "
         "a power cycle brings it back.");
+    options.Example("vanto-cl rate 0", "Print the rate");
+    options.Example("vanto-cl rate 0 9600", "Bring the camera back to 9600 baud");
 }
 
 ExitCode RateCommand::Run(Output& output) {

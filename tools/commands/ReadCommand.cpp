@@ -62,7 +62,8 @@ void ReadCommand::Declare(Options& options) {
     options.Flag("--dump", m_dump, "Print lines with addresses and letters");
     options.Value("-o,--output", m_file, "FILE", "Write the bytes to FILE");
     options.Exclude("--dump", "--output");
-    options.Footer("Without options the bytes are printed as hexadecimal digits, as 'write' takes them.");
+    options.Notes("Without options the bytes are printed as hexadecimal digits, as 'write' takes them.");
+    options.Example("vanto-cl read 0 0x4 16 --dump", "Sixteen bytes with addresses and letters");
 }
 
 ExitCode ReadCommand::Run(Output& output) {

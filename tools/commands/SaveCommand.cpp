@@ -35,9 +35,10 @@ private:
 void SaveCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Argument("FILE", m_file, "The file to write, - for standard output");
-    options.Footer(
-        "Saved are the streamable features that can be set at present, for each value of their selectors.\n"
+    options.Notes(
+        "Saved are the streamable features that can be set at present, for each value of their selectors. "
         "What can't be read is reported, the rest is saved, and the exit code is 1.");
+    options.Example("vanto-cl save 0 camera.txt", "Save the settings");
 }
 
 ExitCode SaveCommand::Run(Output& output) {

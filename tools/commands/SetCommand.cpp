@@ -31,10 +31,12 @@ private:
 void SetCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Arguments("NAME=VALUE", m_assignments, "Features and their new values, set in this order");
-    options.Footer(
-        "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe.\n"
-        "All are checked before the first is written. When the camera refuses one nevertheless, those\n"
-        "before it get their old values back.");
+    options.Notes(
+        "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe. All are checked "
+        "before the first is written. When the camera refuses one nevertheless, those before it get their "
+        "old values back.");
+    options.Example("vanto-cl set 0 Width=1024 PixelFormat=Mono12", "Change two features");
+    options.Example("vanto-cl set 0 'ExposureTime=2 ms'", "A multiple of the unit of the feature");
 }
 
 ExitCode SetCommand::Run(Output& output) {

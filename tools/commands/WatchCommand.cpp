@@ -74,7 +74,8 @@ void WatchCommand::Declare(Options& options) {
     options.Value("--interval", m_interval, "SECONDS", "Time from one look to the next (0.5)");
     options.Value("--count", m_count, "N", "End after N looks; without it Ctrl-C ends it");
     options.Flag("--json", m_json, "Print a JSON object in a line for each change");
-    options.Footer("The first look prints all values, later ones print what changed.");
+    options.Notes("The first look prints all values, later ones print what changed.");
+    options.Example("vanto-cl watch 0 DeviceTemperature --interval 2", "Look every two seconds");
 }
 
 ExitCode WatchCommand::Run(Output& output) {

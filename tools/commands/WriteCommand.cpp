@@ -33,7 +33,8 @@ void WriteCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
     options.Argument("HEX", m_bytes, "The bytes as pairs of hexadecimal digits, in the order of the addresses");
-    options.Footer("Nothing is checked: the camera takes what it is given.");
+    options.Notes("Nothing is checked: the camera takes what it is given.");
+    options.Example("vanto-cl write 0 0x1000C0 00000001", "Write four bytes");
 }
 
 ExitCode WriteCommand::Run(Output& output) {

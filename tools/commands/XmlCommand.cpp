@@ -39,9 +39,10 @@ private:
 void XmlCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.Value("-o,--output", m_file, "FILE", "Write to FILE instead of standard output");
-    options.Footer(
-        "The description is printed as the camera gives it, byte by byte, faults included. A description\n"
+    options.Notes(
+        "The description is printed as the camera gives it, byte by byte, faults included. A description "
         "that was fetched before comes from the cache on disk (GENICAM_CACHE).");
+    options.Example("vanto-cl xml 0 -o camera.xml", "Fetch the description of the first camera of the list");
 }
 
 ExitCode XmlCommand::Run(Output& output) {

@@ -197,12 +197,14 @@ TEST(KnownCamera, RestsWhereTheUserHasBroughtIt) {
 
 TEST(Completion, AsksNoPort) {
     const PlayedCameras played;
-    EXPECT_EQ(played.Run({"complete", "devices"}).out, "");
+    EXPECT_EQ(played.Run({"complete", "line", "get", ""}).out, "");
     EXPECT_THAT(played.Command("stats cam0"), HasSubstr("packets-in=0 "));
     played.Run({"get", "S0", "Width"});
     const std::string before = PacketsOf(played, "cam0");
-    EXPECT_EQ(played.Run({"complete", "devices"}).out, "S0\nCOM_Port#cam0\n");
-    EXPECT_EQ(played.Run({"complete", "entries", "S0", "PixelFormat"}).out, "Mono8\nMono10\nMono12\nMono16\n");
+    EXPECT_EQ(played.Run({"complete", "line", "get", ""}).out,
+              "S0\tMarlow H2048 (S0)\nCOM_Port#cam0\tMarlow H2048 (S0)\n");
+    EXPECT_EQ(played.Run({"complete", "line", "set", "S0", "PixelFormat=Mono1"}).out,
+              "PixelFormat=Mono10\nPixelFormat=Mono12\nPixelFormat=Mono16\n");
     EXPECT_EQ(PacketsOf(played, "cam0"), before);
 }
 

@@ -1,0 +1,53 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * vanto-cl help: explains a command
+ */
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "output/Output.h"
+
+namespace tools {
+
+namespace {
+
+class HelpCommand : public Command {
+public:
+    void Declare(Options& options) override;
+    ExitCode Run(Output& output) override;
+
+private:
+    std::vector<std::string> m_words;
+};
+
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const CommandEntry& entry : CommandTable())
+        if (const std::string name = entry.name; *entry.summary != '\0')
+            names.push_back(name.substr(0, name.find(' ')));
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+}  // namespace
+
+void HelpCommand::Declare(Options& options) {
+    options.OptionalArguments("WORD", m_words, "The command, of one word or two; without it the commands are listed");
+    options.Offer("WORD", Names());
+    options.Example("vanto-cl help config check", "Explain 'vanto-cl config check'");
+}
+
+ExitCode HelpCommand::Run(Output& output) {
+    output.Print(HelpOf(m_words, output));
+    return ExitCode::kDone;
+}
+
+std::unique_ptr<Command> MakeHelpCommand() {
+    return std::make_unique<HelpCommand>();
+}
+
+}  // namespace tools
