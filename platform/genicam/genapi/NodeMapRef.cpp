@@ -8,6 +8,7 @@
 #include "Base/GCUtilities.h"
 #include "core/NodeMap.h"
 #include "load/DescriptionFile.h"
+#include "load/DescriptionStore.h"
 #include "load/Loader.h"
 #include "nodes/NodeFactory.h"
 
@@ -27,13 +28,25 @@ struct Sources {
     const SourceFile* injected = nullptr;
 };
 
+DescriptionKey KeyOf(const Sources& sources) {
+    DescriptionKey key{FingerprintOf(sources.target.xml), {}, sources.injected != nullptr};
+    if (key.isInjected)
+        key.injected = FingerprintOf(sources.injected->xml);
+    return key;
+}
+
+// Equal cameras have equal descriptions: what a map of this process has read is not read again.
 std::shared_ptr<const Description> Read(const Sources& sources, const FileNames& names) {
+    DescriptionStore& store = DescriptionStore::Instance();
+    const DescriptionKey key = KeyOf(sources);
+    if (std::shared_ptr<const Description> known = store.Find(key))
+        return known;
     Loader loader;
     try {
         loader.Load(sources.target);
         if (sources.injected != nullptr)
             loader.Inject(*sources.injected);
-        return loader.Finish();
+        return store.Keep(key, loader.Finish());
     } catch (...) {
         CNodeMap::TellWarnings(loader.Warnings(), names);
         throw;

@@ -14,78 +14,6 @@ namespace GenApi {
 
 namespace {
 
-struct Edge {
-    std::uint32_t from = kNoNode;
-    std::uint32_t to = kNoNode;
-    EInvalidate extent = EInvalidate::Derived;
-    bool rules = true;
-};
-
-// Elements through which the value of another node only gets into the value: who can be accessed, and within which
-// limits, does not depend on it.
-bool IsValueOnly(ETag tag) {
-    switch (tag) {
-        case ETag::pValue:
-        case ETag::pValueCopy:
-        case ETag::pValueIndexed:
-        case ETag::pValueDefault:
-        case ETag::pAddress:
-        case ETag::AttributePOffset:
-        case ETag::pCommandValue:
-            return true;
-        default:
-            return false;
-    }
-}
-
-// What one element of a node says about dependencies.
-Edge EdgeOf(const Description& description, std::uint32_t self, const Property& property) {
-    const std::uint32_t other = description.NodeOf(property);
-    switch (property.tag) {
-        case ETag::pInvalidator:
-            return {other, self, EInvalidate::Content};
-        case ETag::pSelected:
-            return {self, other, EInvalidate::Selected};
-        case ETag::Nested:
-            // An enumeration depends on its entries, but the entries of a structure on the structure.
-            return description.Node(self).kind == ENodeKind::Enumeration ? Edge{other, self, EInvalidate::Derived}
-                                                                         : Edge{self, other, EInvalidate::Derived};
-        case ETag::pError:
-        case ETag::pBlockPolling:
-            return {};
-        default:
-            break;
-    }
-    return IsRequiredReference(property.tag) ? Edge{other, self, EInvalidate::Derived, !IsValueOnly(property.tag)}
-                                             : Edge{};
-}
-
-template <class Use>
-void ForEachEdge(const Description& description, Use&& use) {
-    for (std::uint32_t node = 0; node < description.NodeCount(); ++node) {
-        if (description.Node(node).Is(kReplaced))
-            continue;
-        for (const Property& property : description.PropertiesOf(node)) {
-            const Edge edge = EdgeOf(description, node, property);
-            if (edge.from != kNoNode && edge.to != kNoNode && edge.from != edge.to)
-                use(edge);
-        }
-    }
-}
-
-template <class Use>
-void ForEachReference(const Description& description, Use&& use) {
-    for (std::uint32_t node = 0; node < description.NodeCount(); ++node) {
-        if (description.Node(node).Is(kReplaced))
-            continue;
-        for (const Property& property : description.PropertiesOf(node)) {
-            const std::uint32_t other = description.NodeOf(property);
-            if (other != kNoNode)
-                use(other, Referrer{node, property.tag});
-        }
-    }
-}
-
 // Elements through which a value is written to other nodes.
 bool IsWritten(ETag tag) {
     return tag == ETag::pValue || tag == ETag::pValueCopy || tag == ETag::pValueIndexed || tag == ETag::pValueDefault;
@@ -99,43 +27,16 @@ bool IsValueSource(ETag tag) {
 
 }  // namespace
 
-void DependencyGraph::Build(CNodeMap& map) {
-    const std::size_t count = map.Schema().NodeCount();
-    m_first.assign(count + 1, 0);
-    ForEachEdge(map.Schema(), [this](const Edge& edge) { ++m_first[edge.from + 1]; });
-    for (std::size_t i = 1; i <= count; ++i)
-        m_first[i] += m_first[i - 1];
-    m_dependents.resize(m_first.back());
-    std::vector<std::uint32_t> next(m_first.begin(), m_first.end() - 1);
-    ForEachEdge(map.Schema(), [&](const Edge& edge) {
-        m_dependents[next[edge.from]++] = {edge.to, edge.extent, edge.rules};
-    });
-    m_stamps.assign(count, 0);
-    m_round = 0;
-    m_built = true;
-}
-
 std::span<const Invalidation> DependencyGraph::DependentsOf(CNodeMap& map, std::uint32_t node) {
-    if (!m_built)
-        Build(map);
-    return std::span(m_dependents).subspan(m_first[node], m_first[node + 1] - m_first[node]);
+    Prepare(map);
+    return m_dependents->Of(node);
 }
 
-std::span<const Referrer> DependencyGraph::ReferrersOf(CNodeMap& map, std::uint32_t node) {
-    if (m_firstReferrer.empty()) {
-        const std::size_t count = map.Schema().NodeCount();
-        std::vector<std::uint32_t> first(count + 1, 0);
-        ForEachReference(map.Schema(), [&](std::uint32_t target, const Referrer&) { ++first[target + 1]; });
-        for (std::size_t i = 1; i <= count; ++i)
-            first[i] += first[i - 1];
-        m_referrers.resize(first.back());
-        std::vector<std::uint32_t> next(first.begin(), first.end() - 1);
-        ForEachReference(map.Schema(), [&](std::uint32_t target, const Referrer& referrer) {
-            m_referrers[next[target]++] = referrer;
-        });
-        m_firstReferrer = std::move(first);
-    }
-    return std::span(m_referrers).subspan(m_firstReferrer[node], m_firstReferrer[node + 1] - m_firstReferrer[node]);
+void DependencyGraph::Prepare(const CNodeMap& map) {
+    if (m_dependents != nullptr)
+        return;
+    m_stamps.assign(map.Schema().NodeCount(), 0);
+    m_dependents = &map.Schema().Dependents();
 }
 
 /**
@@ -145,8 +46,7 @@ std::span<const Referrer> DependencyGraph::ReferrersOf(CNodeMap& map, std::uint3
  * that grows, so the walk ends whatever circles the description has.
  */
 void DependencyGraph::Spread(CNodeMap& map, std::vector<Invalidation>& changes, std::vector<std::uint32_t>& announced) {
-    if (!m_built)
-        Build(map);
+    Prepare(map);
     // A selector is often written again before anything was read.
     if (m_isClean && changes == m_lastChanges)
         return changes.clear();

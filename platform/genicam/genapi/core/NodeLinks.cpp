@@ -143,7 +143,7 @@ void CNode::GetChildren(NodeList_t& children, ELinkType linkType) const {
 void CNode::GetParents(NodeList_t& parents) const {
     parents.clear();
     const AutoLock lock(m_map->GetLock());
-    for (const Referrer& referrer : m_map->Dependencies().ReferrersOf(*m_map, m_index)) {
+    for (const Referrer& referrer : m_description->Referrers().Of(m_index)) {
         const bool isLink =
             IsReadingLink(referrer.tag) || referrer.tag == ETag::pFeature || referrer.tag == ETag::Nested;
         CNode* node = m_map->NodeAt(referrer.node);
@@ -169,7 +169,7 @@ void CNode::GetSelectedFeatures(FeatureList_t& features) const {
 void CNode::GetSelectingFeatures(FeatureList_t& features) const {
     features.clear();
     const AutoLock lock(m_map->GetLock());
-    for (const Referrer& referrer : m_map->Dependencies().ReferrersOf(*m_map, m_index)) {
+    for (const Referrer& referrer : m_description->Referrers().Of(m_index)) {
         IValue* selector = referrer.tag == ETag::pSelected ? m_map->NodeAt(referrer.node)->Value() : nullptr;
         if (selector != nullptr && (features.empty() || features.back() != selector))
             features.push_back(selector);

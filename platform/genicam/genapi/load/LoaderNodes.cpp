@@ -126,8 +126,13 @@ void Loader::LoadContent(std::uint32_t node) {
 }
 
 void Loader::LoadChild(std::uint32_t node) {
-    const std::string_view name = LocalName(m_scanner->Name());
-    const ETag plain = TagOf(name);
+    // Few files have a prefix before each name: those that are known as they stand have none.
+    std::string_view name = m_scanner->Name();
+    ETag plain = TagOf(name);
+    if (plain == ETag::Unknown) {
+        name = LocalName(name);
+        plain = TagOf(name);
+    }
     if (plain != ETag::Unknown)
         return LoadProperty(plain, node);
     const ENodeKind kind = KindOf(name);

@@ -98,6 +98,16 @@ void Description::IndexEntries() const {
     }
 }
 
+const NodeTable<Invalidation>& Description::Dependents() const {
+    std::call_once(m_dependentsFound, [this] { m_dependents = FindDependents(*this); });
+    return m_dependents;
+}
+
+const NodeTable<Referrer>& Description::Referrers() const {
+    std::call_once(m_referrersFound, [this] { m_referrers = FindReferrers(*this); });
+    return m_referrers;
+}
+
 std::string Description::LabelOf(std::uint32_t node) const {
     const NodeRecord& record = m_nodes[node];
     std::string label(GenApi::NameOf(record.kind));

@@ -15,6 +15,7 @@
 #include "GenApi/Diagnostics.h"
 #include "GenApi/IDeviceInfo.h"
 #include "GenApi/Types.h"
+#include "schema/Dependencies.h"
 #include "schema/NameTable.h"
 #include "schema/Property.h"
 
@@ -89,6 +90,9 @@ public:
     std::string LabelOf(std::uint32_t node) const;
     /// Why a node can't work, empty where nothing is known against it.
     const std::string& ReasonOf(std::uint32_t node) const;
+    /// Which nodes depend on which; found when they are first asked for.
+    const NodeTable<Invalidation>& Dependents() const;
+    const NodeTable<Referrer>& Referrers() const;
     const DescriptionInfo& Info() const noexcept { return m_info; }
     std::span<const LoadWarning> Warnings() const noexcept { return m_warnings; }
 
@@ -108,6 +112,10 @@ private:
     std::unordered_map<std::uint32_t, std::string> m_reasons;
     mutable std::once_flag m_entriesIndexed;
     mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
+    mutable std::once_flag m_dependentsFound;
+    mutable NodeTable<Invalidation> m_dependents;
+    mutable std::once_flag m_referrersFound;
+    mutable NodeTable<Referrer> m_referrers;
 };
 
 }  // namespace GenApi

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -38,7 +39,8 @@ public:
         if (count > m_capacity - m_size)
             Grow(m_size + count);
         if (count != 0)
-            std::memcpy(m_values.get() + m_size, values, count * sizeof(T));
+            Copy(reinterpret_cast<char*>(m_values.get() + m_size), reinterpret_cast<const char*>(values),
+                 count * sizeof(T));
         m_size += count;
     }
     void resize(std::size_t size) noexcept { m_size = size < m_size ? size : m_size; }
@@ -57,6 +59,26 @@ private:
         void operator()(T* values) const noexcept { std::free(values); }
     };
 
+    // Most texts are short: no function is called for those. Two words cover the text, and share some of it.
+    static void Copy(char* to, const char* from, std::size_t count) noexcept {
+        const auto copy = [&]<class Word>(Word word) {
+            Word last = word;
+            std::memcpy(&word, from, sizeof(word));
+            std::memcpy(&last, from + count - sizeof(last), sizeof(last));
+            std::memcpy(to, &word, sizeof(word));
+            std::memcpy(to + count - sizeof(last), &last, sizeof(last));
+        };
+        if (count > 16)
+            std::memcpy(to, from, count);
+        else if (count >= 8)
+            copy(std::uint64_t{});
+        else if (count >= 4)
+            copy(std::uint32_t{});
+        else if (count >= 2)
+            copy(std::uint16_t{});
+        else
+            *to = *from;
+    }
     void Grow(std::size_t least) {
         const std::size_t wanted = m_capacity + m_capacity / 2 + 16;
         Allocate(wanted > least ? wanted : least);
