@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "DriverError.h"
+#include "base/Text.h"
 #include "base/TokenEscape.h"
 
 namespace marlow {
@@ -22,15 +23,11 @@ constexpr std::size_t kDriverTokens = 2;
 constexpr std::size_t kMostShortTokens = 5;
 constexpr std::size_t kSerialFrom = 4;
 
-std::vector<std::string> Split(std::string_view text) {
-    std::vector<std::string> tokens;
-    for (;;) {
-        const std::size_t end = text.find(kTokenSeparator);
-        tokens.push_back(base::UnescapeToken(text.substr(0, end)));
-        if (end == std::string_view::npos)
-            return tokens;
-        text.remove_prefix(end + 1);
-    }
+std::vector<std::string> TokensOf(std::string_view id) {
+    std::vector<std::string> tokens = base::Split(id, kTokenSeparator);
+    for (std::string& token : tokens)
+        token = base::UnescapeToken(token);
+    return tokens;
 }
 
 }  // namespace
@@ -58,7 +55,7 @@ bool CameraName::IsSameCameraAs(const CameraName& other) const {
  * \throw DriverError CLP_INVALID_DEVICEID, not for one of this driver's cameras
  */
 DeviceRequest::DeviceRequest(std::string_view templateOrDeviceId) {
-    auto tokens = Split(templateOrDeviceId);
+    auto tokens = TokensOf(templateOrDeviceId);
     if (tokens.front() != kManufacturer && tokens.size() > kDriverTokens && tokens[kDriverTokens] == kManufacturer)
         tokens.erase(tokens.begin(), tokens.begin() + kDriverTokens);
     if (tokens.front() != kManufacturer || tokens.size() > kMostShortTokens)

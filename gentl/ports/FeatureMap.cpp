@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "base/XmlText.h"
 #include "support/GenTLError.h"
 #include "support/Identity.h"
 
@@ -18,29 +19,6 @@ namespace {
 constexpr std::size_t kTextBytes = 512;
 constexpr std::size_t kNumberBytes = 8;
 constexpr std::uint64_t kAlignment = 16;
-
-std::string Escaped(std::string_view text) {
-    std::string result;
-    for (const char character : text) {
-        switch (character) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            case '"':
-                result += "&quot;";
-                break;
-            default:
-                result += character;
-        }
-    }
-    return result;
-}
 
 const char* AccessOf(const Feature& feature) {
     if (feature.kind == Feature::Kind::kCommand)
@@ -65,8 +43,8 @@ std::string Head(const char* element, const Feature& feature) {
     return fmt::format(
         "  <{} Name=\"{}\" NameSpace=\"{}\"><ToolTip>{}</ToolTip><Description>{}</Description>"
         "<Visibility>{}</Visibility>",
-        element, feature.name, feature.standard ? "Standard" : "Custom", Escaped(feature.toolTip),
-        Escaped(feature.toolTip), feature.visibility);
+        element, feature.name, feature.standard ? "Standard" : "Custom", base::XmlText(feature.toolTip),
+        base::XmlText(feature.toolTip), feature.visibility);
 }
 
 std::string EntriesOf(const Feature& feature) {
@@ -82,7 +60,7 @@ std::string IntegerLimits(const Feature& feature) {
     if (feature.writeInteger)
         text = fmt::format("<Min>{}</Min><Max>{}</Max>", feature.minimum, feature.maximum);
     if (!feature.unit.empty())
-        text += fmt::format("<Unit>{}</Unit>", Escaped(feature.unit));
+        text += fmt::format("<Unit>{}</Unit>", base::XmlText(feature.unit));
     return text;
 }
 

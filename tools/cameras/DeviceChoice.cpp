@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 
+#include "base/Number.h"
 #include "cameras/Records.h"
 #include "error/ExitCode.h"
 
@@ -29,9 +29,7 @@ bool IsCalled(const KnownCamera& camera, const std::string& device) {
 }  // namespace
 
 std::optional<std::size_t> NumberFrom(const std::string& device) {
-    std::size_t number = 0;
-    const auto [end, error] = std::from_chars(device.data(), device.data() + device.size(), number);
-    return error == std::errc() && end == device.data() + device.size() ? std::optional(number) : std::nullopt;
+    return base::ParseNumber<std::size_t>(device);
 }
 
 std::optional<KnownCamera> ChooseDevice(const std::vector<KnownCamera>& cameras, const std::string& device) {

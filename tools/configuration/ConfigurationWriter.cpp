@@ -6,31 +6,12 @@
 
 #include <fmt/format.h>
 
+#include "base/XmlText.h"
 #include "output/Text.h"
 
 namespace tools {
 
 namespace {
-
-std::string Escaped(std::string_view text) {
-    std::string result;
-    for (const char letter : text) {
-        switch (letter) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            default:
-                result += letter;
-        }
-    }
-    return result;
-}
 
 constexpr const char* kHeading = R"(<?xml version="1.0" encoding="utf-8"?>
 <!-- Which serial ports have a Camera Link camera behind them.
@@ -57,9 +38,9 @@ std::string PortConfigurationText(const std::vector<std::string>& portIds, const
     for (const std::string& portId : portIds) {
         text += fmt::format(
             "  <Port>\n    <ID>{}</ID>\n    <Enabled>true</Enabled>\n    <Manufacturer>Marlow</Manufacturer>\n",
-            Escaped(Printable(portId)));
+            base::XmlText(Printable(portId)));
         if (!deviceSpecific.empty())
-            text += fmt::format("    <DeviceSpecificString>{}</DeviceSpecificString>\n", Escaped(deviceSpecific));
+            text += fmt::format("    <DeviceSpecificString>{}</DeviceSpecificString>\n", base::XmlText(deviceSpecific));
         text += "  </Port>\n";
     }
     return text + "</CLBindings>\n";

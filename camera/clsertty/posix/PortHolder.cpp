@@ -8,12 +8,12 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
 
+#include "base/Number.h"
 #include "os/File.h"
 
 namespace ClSerTty {
@@ -21,12 +21,6 @@ namespace ClSerTty {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::optional<int> ParseNumber(const std::string& text) {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 /// How /proc/locks writes the file of a lock.
 std::string LockedFile(const struct stat& tty) {
@@ -48,7 +42,7 @@ std::optional<int> FindByLock(const struct stat& tty) {
         std::istringstream words(line);
         std::string number, kind, mode, access, pid, file;
         if (words >> number >> kind >> mode >> access >> pid >> file && kind == "FLOCK" && file == wanted) {
-            return ParseNumber(pid);
+            return base::ParseNumber<int>(pid);
         }
     }
     return std::nullopt;
@@ -70,7 +64,7 @@ bool HasOpen(const fs::path& process, dev_t tty) {
 std::optional<int> FindByOpenFile(const struct stat& tty) {
     std::error_code error;
     for (const std::string& name : os::ListFolder("/proc", error)) {
-        const std::optional<int> pid = ParseNumber(name);
+        const std::optional<int> pid = base::ParseNumber<int>(name);
         if (pid && *pid != ::getpid() && HasOpen(fs::path("/proc") / name, tty.st_rdev)) {
             return pid;
         }

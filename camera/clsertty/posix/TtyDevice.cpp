@@ -26,6 +26,7 @@
 #include "TtyKind.h"
 #include "clser/ClSerial.h"
 #include "os/posix/Descriptor.h"
+#include "os/posix/FileDescriptor.h"
 
 namespace ClSerTty {
 
@@ -100,7 +101,7 @@ TtyDevice::TtyDevice(const PortInfo& port)
         }
         ThrowCannotOpen(port, error);
     }
-    m_cancel = FileDescriptor(os::AboveStandardDescriptors(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
+    m_cancel = os::FileDescriptor(os::AboveStandardDescriptors(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
     if (!m_cancel.IsOpen()) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }

@@ -8,8 +8,8 @@
 
 #include <string>
 
-#include "FileDescriptor.h"
 #include "SerialDevice.h"
+#include "os/posix/FileDescriptor.h"
 
 namespace ClSerTty {
 
@@ -39,8 +39,8 @@ private:
     [[noreturn]] void ThrowInUse(const struct stat& status) const;
 
     const std::string m_title;  // name and path, for texts
-    FileDescriptor m_tty;
-    FileDescriptor m_cancel;
+    os::FileDescriptor m_tty;
+    os::FileDescriptor m_cancel;
     bool m_isPseudoTerminal = false;
     std::uint32_t m_supported = 0;
     std::uint32_t m_bitsPerSecond = 9600;

@@ -9,6 +9,7 @@
 #include <bit>
 #include <stdexcept>
 
+#include "base/Text.h"
 #include "camera/CameraModel.h"
 #include "camera/TextValues.h"
 #include "gencp/BaudRate.h"
@@ -69,7 +70,7 @@ std::map<std::uint64_t, std::uint16_t> ParseRefusals(std::string_view text) {
     if (text == "none") {
         return refusals;
     }
-    for (const std::string_view part : Split(text, '+')) {
+    for (const std::string_view part : base::SplitWithoutEmpty(text, '+')) {
         const std::size_t colon = part.find(':');
         const auto status =
             colon == std::string_view::npos ? 0 : ParseCount(part.substr(colon + 1), std::uint16_t{UINT16_MAX});
@@ -197,7 +198,7 @@ void SetOption(CameraOptions& options, std::string_view key, std::string_view va
  * \throw std::invalid_argument As SetOption, or a part is not key=value
  */
 void SetOptions(CameraOptions& options, std::string_view list) {
-    for (const std::string_view part : Split(list, ',')) {
+    for (const std::string_view part : base::SplitWithoutEmpty(list, ',')) {
         const std::size_t equals = part.find('=');
         if (equals == std::string_view::npos) {
             throw std::invalid_argument("'" + std::string(part) + "' is not key=value");

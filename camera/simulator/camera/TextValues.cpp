@@ -5,9 +5,10 @@
 
 #include "camera/TextValues.h"
 
-#include <charconv>
 #include <stdexcept>
 #include <string>
+
+#include "base/Number.h"
 
 namespace MarlowSim {
 
@@ -28,12 +29,11 @@ constexpr std::uint64_t kMaxMilliseconds = 3'600'000;
 std::uint64_t ParseCount(std::string_view text, std::uint64_t max) {
     const bool isHex = text.starts_with("0x") || text.starts_with("0X");
     const std::string_view digits = text.substr(isHex ? 2 : 0);
-    std::uint64_t value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, isHex ? 16 : 10);
-    if (error != std::errc() || end != digits.data() + digits.size() || value > max) {
+    const auto value = base::ParseNumber<std::uint64_t>(digits, isHex ? 16 : 10);
+    if (!value || *value > max) {
         Refuse(text, "a number from 0 to " + std::to_string(max));
     }
-    return value;
+    return *value;
 }
 
 /**
@@ -41,12 +41,11 @@ std::uint64_t ParseCount(std::string_view text, std::uint64_t max) {
  * \throw std::invalid_argument
  */
 double ParseProbability(std::string_view text) {
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !(value >= 0 && value <= 1)) {
+    const auto value = base::ParseNumber<double>(text);
+    if (!value || !(*value >= 0 && *value <= 1)) {
         Refuse(text, "a probability from 0 to 1");
     }
-    return value;
+    return *value;
 }
 
 /**
@@ -66,21 +65,6 @@ bool ParseSwitch(std::string_view text) {
  */
 std::chrono::milliseconds ParseMilliseconds(std::string_view text) {
     return std::chrono::milliseconds(ParseCount(text, kMaxMilliseconds));
-}
-
-/**
- * \brief Take a text apart; empty parts are left out
- */
-std::vector<std::string_view> Split(std::string_view text, char separator) {
-    std::vector<std::string_view> parts;
-    while (!text.empty()) {
-        const std::string_view part = text.substr(0, text.find(separator));
-        if (!part.empty()) {
-            parts.push_back(part);
-        }
-        text.remove_prefix(std::min(text.size(), part.size() + 1));
-    }
-    return parts;
 }
 
 }  // namespace MarlowSim

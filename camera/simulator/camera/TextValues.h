@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace MarlowSim {
 
@@ -15,6 +14,5 @@ std::uint64_t ParseCount(std::string_view text, std::uint64_t max = UINT64_MAX);
 double ParseProbability(std::string_view text);
 bool ParseSwitch(std::string_view text);
 std::chrono::milliseconds ParseMilliseconds(std::string_view text);
-std::vector<std::string_view> Split(std::string_view text, char separator);
 
 }  // namespace MarlowSim

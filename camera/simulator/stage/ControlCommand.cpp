@@ -9,13 +9,14 @@
 #include <stdexcept>
 #include <vector>
 
+#include "base/Text.h"
 #include "camera/TextValues.h"
 
 namespace MarlowSim {
 
 namespace {
 
-using Words = std::vector<std::string_view>;
+using Words = std::vector<std::string>;
 
 struct Command {
     std::string_view name;
@@ -112,7 +113,7 @@ std::string Do(Simulator& simulator, const Words& words) {
 std::string DoControlCommand(Simulator& simulator, std::string_view line) noexcept {
     std::string reply;
     try {
-        const std::string result = Do(simulator, Split(line, ' '));
+        const std::string result = Do(simulator, base::SplitWithoutEmpty(line, ' '));
         reply = result.empty() ? "ok" : "ok " + result;
     } catch (const std::exception& error) {
         reply = std::string("error ") + error.what();

@@ -10,6 +10,7 @@
 #include "Base/GCUtilities.h"
 #include "DriverLocations.h"
 #include "Texts.h"
+#include "base/Text.h"
 #include "base/TokenEscape.h"
 
 namespace CLProtocol {
@@ -45,7 +46,7 @@ GenICam::gcstring CDeviceID::GetTokenSeperator() {
  */
 bool CDeviceID::FromString(const GenICam::gcstring& deviceId) {
     *this = CDeviceID();
-    const std::vector<std::string> tokens = Split(deviceId.view(), kSeparator);
+    const std::vector<std::string> tokens = base::Split(deviceId.view(), kSeparator);
     if (tokens.size() < kMinTokens || tokens.size() > kMaxTokens || HasControlCharacters(deviceId.view()))
         return false;
     GenICam::gcstring* const order[] = {&m_driverDirectory, &m_driverFileName, &m_manufacturer, &m_family, &m_model};

@@ -12,6 +12,7 @@
 #include "ModuleLog.h"
 #include "ShortForm.h"
 #include "Texts.h"
+#include "base/Text.h"
 #include "clser/ClSerial.h"
 
 namespace CLProtocol {
@@ -120,7 +121,7 @@ std::vector<std::string> DriverLibrary::ShortTemplates() const {
         },
         kFirstTextSize, kMaxTextSize);
     CheckSuccess("clpGetShortDeviceIDTemplates", templates.result);
-    std::vector<std::string> result = SplitWithoutEmpty(templates.text, '\t');
+    std::vector<std::string> result = base::SplitWithoutEmpty(templates.text, '\t');
     std::erase_if(result, [](const std::string& text) { return HasControlCharacters(text); });
     for (std::string& text : result)
         text = std::string(ShortForm(text));

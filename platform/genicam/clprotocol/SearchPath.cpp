@@ -10,6 +10,7 @@
 
 #include "ModuleLog.h"
 #include "Texts.h"
+#include "base/Text.h"
 #include "os/File.h"
 #include "os/Library.h"
 #include "os/Path.h"
@@ -46,7 +47,7 @@ std::vector<std::string> FoldersOfVariable(const char* name) {
 /// The folders of a list, in order, each once, without separators at their ends; environment variables stay.
 std::vector<std::string> FoldersOfList(const std::string& list) {
     std::vector<std::string> folders;
-    for (std::string& folder : SplitWithoutEmpty(list, os::kPathListSeparator)) {
+    for (std::string& folder : base::SplitWithoutEmpty(list, os::kPathListSeparator)) {
         while (folder.size() > 1 && os::IsPathSeparator(folder.back()))
             folder.pop_back();
         if (std::find(folders.begin(), folders.end(), folder) == folders.end())

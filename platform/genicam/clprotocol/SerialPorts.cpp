@@ -12,6 +12,7 @@
 #include "Immortal.h"
 #include "ModuleLog.h"
 #include "Texts.h"
+#include "base/Text.h"
 #include "os/Path.h"
 #include "os/System.h"
 
@@ -32,7 +33,7 @@ constexpr std::string_view kSuffix = ".so";
 bool IsSerialLibraryName(const std::string& fileName) {
     constexpr std::string_view kPrefix = "clser";
     constexpr std::size_t kMakerSize = 3;
-    const std::string name = LowerCase(fileName);
+    const std::string name = base::LowerCase(fileName);
     const std::size_t from = name.starts_with("lib") ? 3 : 0;
     return name.size() == from + kPrefix.size() + kMakerSize + kSuffix.size() &&
            std::string_view(name).substr(from).starts_with(kPrefix) && name.ends_with(kSuffix) &&

@@ -15,6 +15,7 @@
 #include "Failures.h"
 #include "ModuleLog.h"
 #include "Texts.h"
+#include "base/Text.h"
 
 namespace CLProtocol {
 
@@ -127,7 +128,7 @@ std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
         const CLINT32 result = m_driver->GetXmlIds(*m_line, m_cookie, ids, timeoutMs);
         return result == CLP_NO_XMLDESCRIPTION_FOUND ? static_cast<CLINT32>(CL_ERR_NO_ERR) : result;
     });
-    return SplitWithoutEmpty(ids, '\t');
+    return base::SplitWithoutEmpty(ids, '\t');
 }
 
 /// The bytes of a description, as the camera has them.

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Texts.h"
+#include "base/Text.h"
 
 namespace CLProtocol {
 
@@ -20,7 +21,7 @@ constexpr std::ptrdiff_t kMostSeparators = 6;       // those with directory and 
 
 // Of any system; all other tokens but the serial number are names, which have no dot.
 bool IsLibraryName(std::string_view token) {
-    const std::string name = LowerCase(token);
+    const std::string name = base::LowerCase(token);
     const auto hasSuffix = [&](std::string_view suffix) {
         return name.size() > suffix.size() && name.ends_with(suffix);
     };

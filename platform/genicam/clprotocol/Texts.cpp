@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "Base/GCException.h"
+#include "base/Text.h"
 #include "clser/ClSerial.h"
 
 namespace CLProtocol {
@@ -17,36 +18,12 @@ namespace {
 
 constexpr int kMaxAttempts = 4;  // a needed size that keeps growing is no answer
 
-bool IsControl(char character) {
-    const auto code = static_cast<unsigned char>(character);
-    return code < 0x20 || code == 0x7f;
-}
-
 }  // namespace
 
 /// What an exception says, without the place in the code that GenICam's say as well. It lives as long as \a error does.
 const char* ReasonOf(const std::exception& error) noexcept {
     const auto* const own = dynamic_cast<const GenICam::GenericException*>(&error);
     return own != nullptr ? own->GetDescription() : error.what();
-}
-
-/// The parts between separators; at least one, which may be empty.
-std::vector<std::string> Split(std::string_view text, char separator) {
-    std::vector<std::string> parts;
-    for (std::size_t from = 0;;) {
-        const std::size_t to = text.find(separator, from);
-        parts.emplace_back(text.substr(from, to - from));
-        if (to == std::string_view::npos)
-            return parts;
-        from = to + 1;
-    }
-}
-
-/// The parts between separators that are not empty.
-std::vector<std::string> SplitWithoutEmpty(std::string_view text, char separator) {
-    std::vector<std::string> parts = Split(text, separator);
-    std::erase(parts, std::string());
-    return parts;
 }
 
 /// The parts with separators between.
@@ -65,18 +42,9 @@ bool BeginsWithTokens(std::string_view text, std::string_view start, char separa
     return text.starts_with(start) && (text.size() == start.size() || text[start.size()] == separator);
 }
 
-/// The text with the capitals of ASCII as small letters.
-std::string LowerCase(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
-    return result;
-}
-
 /// Whether a text has any control character of ASCII.
 bool HasControlCharacters(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), IsControl);
+    return std::any_of(text.begin(), text.end(), base::IsControl);
 }
 
 /// The text with each control character, but those that are allowed, replaced by a blank.
@@ -84,7 +52,8 @@ std::string WithoutControlCharacters(std::string_view text, std::string_view all
     std::string result(text);
     std::replace_if(
         result.begin(), result.end(),
-        [&](char character) { return IsControl(character) && allowed.find(character) == std::string_view::npos; }, ' ');
+        [&](char character) { return base::IsControl(character) && allowed.find(character) == std::string_view::npos; },
+        ' ');
     return result;
 }
 

@@ -13,11 +13,8 @@
 
 namespace CLProtocol {
 
-std::vector<std::string> Split(std::string_view text, char separator);
-std::vector<std::string> SplitWithoutEmpty(std::string_view text, char separator);
 std::string Join(const std::vector<std::string>& parts, char separator);
 bool BeginsWithTokens(std::string_view text, std::string_view start, char separator);
-std::string LowerCase(std::string_view text);
 bool HasControlCharacters(std::string_view text);
 std::string WithoutControlCharacters(std::string_view text, std::string_view allowed = {});
 const char* ReasonOf(const std::exception& error) noexcept;

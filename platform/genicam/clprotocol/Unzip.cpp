@@ -12,6 +12,7 @@
 
 #include "Base/GCException.h"
 #include "Texts.h"
+#include "base/Text.h"
 
 namespace CLProtocol {
 
@@ -50,7 +51,7 @@ Archive Open(const std::string& bytes) {
 }
 
 bool IsXmlName(const std::string& name) {
-    return LowerCase(name).ends_with(".xml");
+    return base::LowerCase(name).ends_with(".xml");
 }
 
 // The first XML file, or else the first file.

@@ -11,6 +11,7 @@
 
 #include "ShortForm.h"
 #include "Texts.h"
+#include "base/Text.h"
 
 namespace CLProtocol {
 
@@ -22,7 +23,7 @@ constexpr std::size_t kMaxLength = 4096;
 
 // Reads "<name>.1.2" or "<name>.1.2.3".
 std::optional<XmlId::Version> ParseVersion(std::string_view text, std::string_view name, std::size_t minNumbers) {
-    const std::vector<std::string> parts = Split(text, '.');
+    const std::vector<std::string> parts = base::Split(text, '.');
     XmlId::Version version{};
     if (parts.front() != name || parts.size() < 1 + minNumbers || parts.size() > 1 + version.size())
         return std::nullopt;

@@ -7,9 +7,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <optional>
 
+#include "base/Text.h"
 #include "log/Wildcard.h"
 #include "vanto/TraceLog.h"
 
@@ -25,22 +25,9 @@ struct LevelName {
 constexpr std::array<LevelName, 6> kLevels{
     {{"error", kError}, {"warning", kWarning}, {"info", kInfo}, {"debug", kDebug}, {"trace", kTrace}, {"off", kOff}}};
 
-std::string_view Trim(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t from = text.find_first_not_of(kBlanks);
-    if (from == std::string_view::npos)
-        return {};
-    return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
-}
-
-bool IsEqualIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
-
 std::optional<std::uint32_t> ThresholdByName(std::string_view name) {
     for (const LevelName& level : kLevels) {
-        if (IsEqualIgnoringCase(level.name, name))
+        if (base::EqualsIgnoringCase(level.name, name))
             return level.threshold;
     }
     return std::nullopt;
@@ -58,7 +45,7 @@ std::optional<std::uint32_t> ThresholdByName(std::string_view name) {
 LogRules::LogRules(std::string_view text) {
     while (!text.empty()) {
         const std::size_t comma = std::min(text.find(','), text.size());
-        AddEntry(Trim(text.substr(0, comma)));
+        AddEntry(base::Trimmed(text.substr(0, comma)));
         text.remove_prefix(std::min(comma + 1, text.size()));
     }
 }
@@ -68,8 +55,8 @@ void LogRules::AddEntry(std::string_view entry) {
         return;
     const std::size_t colon = entry.rfind(':');
     const bool isLevelAlone = colon == std::string_view::npos;
-    const std::string_view pattern = isLevelAlone ? "*" : Trim(entry.substr(0, colon));
-    const auto threshold = ThresholdByName(isLevelAlone ? entry : Trim(entry.substr(colon + 1)));
+    const std::string_view pattern = isLevelAlone ? "*" : base::Trimmed(entry.substr(0, colon));
+    const auto threshold = ThresholdByName(isLevelAlone ? entry : base::Trimmed(entry.substr(colon + 1)));
     if (pattern.empty() || !threshold)
         m_badEntries.emplace_back(entry);
     else

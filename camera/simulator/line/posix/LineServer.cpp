@@ -23,7 +23,7 @@
 
 #include "line/Line.h"
 #include "line/LineMessage.h"
-#include "line/posix/FileDescriptor.h"
+#include "os/posix/FileDescriptor.h"
 
 namespace MarlowSim {
 
@@ -31,8 +31,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-FileDescriptor ListenOnLoopback() {
-    FileDescriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket");
+os::FileDescriptor ListenOnLoopback() {
+    os::FileDescriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket");
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -46,7 +46,7 @@ FileDescriptor ListenOnLoopback() {
 /// One borrower and its line.
 class Loan {
 public:
-    Loan(FileDescriptor socket, fs::path links) : m_socket(std::move(socket)), m_links(std::move(links)) {
+    Loan(os::FileDescriptor socket, fs::path links) : m_socket(std::move(socket)), m_links(std::move(links)) {
         const int on = 1;
         const timeval longest{10, 0};
         ::setsockopt(m_socket.Get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
@@ -132,7 +132,7 @@ private:
         return true;
     }
 
-    FileDescriptor m_socket;
+    os::FileDescriptor m_socket;
     const fs::path m_links;
     std::unique_ptr<Line> m_line;
     gencp::Bytes m_received;
@@ -176,12 +176,12 @@ private:
     void Accept() {
         const int fd = ::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC);
         if (fd >= 0) {
-            m_loans.emplace_back(FileDescriptor(fd, "accept"), m_links);
+            m_loans.emplace_back(os::FileDescriptor(fd, "accept"), m_links);
         }
     }
 
     const fs::path m_links;
-    FileDescriptor m_listener;
+    os::FileDescriptor m_listener;
     std::list<Loan> m_loans;
 };
 

@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "line/Line.h"
-#include "line/posix/FileDescriptor.h"
+#include "os/posix/FileDescriptor.h"
 
 namespace MarlowSim {
 
@@ -74,15 +74,15 @@ private:
     const std::string m_target;
 };
 
-FileDescriptor OpenMaster() {
-    FileDescriptor master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC), "posix_openpt");
+os::FileDescriptor OpenMaster() {
+    os::FileDescriptor master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC), "posix_openpt");
     if (::grantpt(master.Get()) != 0 || ::unlockpt(master.Get()) != 0) {
         ThrowSystemError("unlockpt");
     }
     return master;
 }
 
-std::string SlavePath(const FileDescriptor& master) {
+std::string SlavePath(const os::FileDescriptor& master) {
     std::array<char, 128> name{};
     if (::ptsname_r(master.Get(), name.data(), name.size()) != 0) {
         ThrowSystemError("ptsname_r");
@@ -145,8 +145,8 @@ public:
     int Handle() const override { return m_master.Get(); }
 
 private:
-    FileDescriptor m_master;
-    FileDescriptor m_slave;
+    os::FileDescriptor m_master;
+    os::FileDescriptor m_slave;
     OwnedLink m_link;
 };
 
@@ -189,7 +189,7 @@ public:
     }
 
 private:
-    FileDescriptor m_event;
+    os::FileDescriptor m_event;
     std::vector<pollfd> m_files;
 };
 

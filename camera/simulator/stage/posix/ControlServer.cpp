@@ -17,7 +17,7 @@
 #include <thread>
 #include <vector>
 
-#include "line/posix/FileDescriptor.h"
+#include "os/posix/FileDescriptor.h"
 #include "simulator/Simulator.h"
 
 namespace MarlowSim {
@@ -37,7 +37,7 @@ sockaddr_un AddressOf(const std::string& path) {
     return address;
 }
 
-FileDescriptor StreamSocket() {
+os::FileDescriptor StreamSocket() {
     return {::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket"};
 }
 
@@ -47,17 +47,17 @@ void RemoveAbandoned(const std::string& path, const sockaddr_un& address) {
     if (::lstat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
         return;
     }
-    const FileDescriptor probe = StreamSocket();
+    const os::FileDescriptor probe = StreamSocket();
     if (::connect(probe.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 &&
         errno == ECONNREFUSED) {
         ::unlink(path.c_str());
     }
 }
 
-FileDescriptor Listen(const std::string& path) {
+os::FileDescriptor Listen(const std::string& path) {
     const sockaddr_un address = AddressOf(path);
     RemoveAbandoned(path, address);
-    FileDescriptor listener = StreamSocket();
+    os::FileDescriptor listener = StreamSocket();
     if (::bind(listener.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
         ::chmod(path.c_str(), S_IRUSR | S_IWUSR) != 0 || ::listen(listener.Get(), SOMAXCONN) != 0) {
         throw std::system_error(errno, std::generic_category(), path);
@@ -66,7 +66,7 @@ FileDescriptor Listen(const std::string& path) {
 }
 
 struct Client {
-    FileDescriptor socket;
+    os::FileDescriptor socket;
     std::string unread;
 };
 
@@ -114,7 +114,7 @@ private:
         if (fd < 0) {
             return;
         }
-        FileDescriptor socket(fd, "accept");
+        os::FileDescriptor socket(fd, "accept");
         if (m_clients.size() < kMaxClients) {
             m_clients.push_back({std::move(socket), {}});
         }
@@ -141,8 +141,8 @@ private:
 
     Simulator& m_simulator;
     const std::string m_path;
-    FileDescriptor m_listener;
-    FileDescriptor m_end;
+    os::FileDescriptor m_listener;
+    os::FileDescriptor m_end;
     std::list<Client> m_clients;
     std::thread m_thread;
 };

@@ -4,6 +4,7 @@
  */
 
 #include "stage/EndSignal.h"
+#include "os/posix/FileDescriptor.h"
 
 #include <poll.h>
 #include <signal.h>
@@ -11,8 +12,6 @@
 
 #include <array>
 #include <cerrno>
-
-#include "line/posix/FileDescriptor.h"
 
 namespace MarlowSim {
 
@@ -43,7 +42,7 @@ void KeepEndSignals() {
 
 void WaitForEnd(bool untilStdinCloses) {
     const sigset_t signals = EndSignals();
-    const FileDescriptor signalFile(::signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
+    const os::FileDescriptor signalFile(::signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
     for (;;) {
         std::array<pollfd, 2> files{{{signalFile.Get(), POLLIN, 0}, {untilStdinCloses ? STDIN_FILENO : -1, POLLIN, 0}}};
         if (::poll(files.data(), files.size(), -1) < 0) {

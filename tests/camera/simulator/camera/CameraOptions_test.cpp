@@ -130,10 +130,5 @@ TEST(ParseCount, TakesDecimalAndHexadecimal) {
     EXPECT_THROW(ParseCount("11", 10), std::invalid_argument);
 }
 
-TEST(Split, LeavesOutEmptyParts) {
-    EXPECT_EQ(Split(",a,,b,", ','), (std::vector<std::string_view>{"a", "b"}));
-    EXPECT_TRUE(Split("", ',').empty());
-}
-
 }  // namespace
 }  // namespace MarlowSim

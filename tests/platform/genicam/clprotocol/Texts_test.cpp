@@ -12,13 +12,8 @@
 namespace {
 
 using CLProtocol::AskForText;
-using Parts = std::vector<std::string>;
 
-TEST(Texts, SplitsAndJoins) {
-    EXPECT_EQ(CLProtocol::Split("a#b", '#'), (Parts{"a", "b"}));
-    EXPECT_EQ(CLProtocol::Split("", '#'), (Parts{""}));
-    EXPECT_EQ(CLProtocol::Split("#a##", '#'), (Parts{"", "a", "", ""}));
-    EXPECT_EQ(CLProtocol::SplitWithoutEmpty("#a##", '#'), (Parts{"a"}));
+TEST(Texts, Joins) {
     EXPECT_EQ(CLProtocol::Join({"", "a", ""}, '#'), "#a#");
     EXPECT_EQ(CLProtocol::Join({}, '#'), "");
 }

@@ -10,16 +10,15 @@
 #include <system_error>
 #include <utility>
 
-namespace MarlowSim {
+namespace os {
 
 class FileDescriptor {
 public:
-    FileDescriptor() = default;
+    explicit FileDescriptor(int fd = -1) noexcept : m_fd(fd) {}
     /// \throw std::system_error The descriptor is the result of a call that failed; \a what says which
     FileDescriptor(int fd, const char* what) : m_fd(fd) {
-        if (fd < 0) {
+        if (fd < 0)
             throw std::system_error(errno, std::generic_category(), what);
-        }
     }
     FileDescriptor(FileDescriptor&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept {
@@ -27,15 +26,15 @@ public:
         return *this;
     }
     ~FileDescriptor() {
-        if (m_fd >= 0) {
+        if (m_fd >= 0)
             ::close(m_fd);
-        }
     }
 
-    int Get() const { return m_fd; }
+    int Get() const noexcept { return m_fd; }
+    bool IsOpen() const noexcept { return m_fd >= 0; }
 
 private:
-    int m_fd = -1;
+    int m_fd;
 };
 
-}  // namespace MarlowSim
+}  // namespace os
