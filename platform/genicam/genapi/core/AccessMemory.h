@@ -25,7 +25,8 @@ public:
         if (!m_isUsed)
             return false;
         m_isUsed = false;
-        m_failures.clear();
+        if (!m_failures.empty())
+            m_failures.clear();
         return ++m_epoch == 0;
     }
     void KeepFailure(std::uint32_t node, EPart part, std::exception_ptr failure);

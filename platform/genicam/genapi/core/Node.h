@@ -146,9 +146,12 @@ public:
     /// True when the description says that the node must not be polled now.
     bool IsPollingBlocked();
     /// Prepares the node for use. Throws when its description makes no sense.
-    void Require();
+    void Require() {
+        if (!Usable())
+            ThrowUnusable();
+    }
     /// The same; false when it makes no sense.
-    bool Usable();
+    bool Usable() { return Has(kBound) ? !Has(kBroken) : BindNow(); }
     void Break(const std::string& reason);
 
     ENumber Number() const noexcept { return m_number; }
@@ -230,6 +233,8 @@ private:
         Known values[3];  // least, greatest, increment
     };
 
+    bool BindNow();
+    [[noreturn]] void ThrowUnusable() const;
     std::int64_t ComputeInteger(Evaluation& evaluation);
     double ComputeFloat(Evaluation& evaluation);
     bool Remembers(EPart part, const Evaluation& evaluation) const noexcept;

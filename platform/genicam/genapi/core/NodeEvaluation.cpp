@@ -22,23 +22,20 @@ constexpr unsigned kMostWrites = 16;
 
 }  // namespace
 
-void CNode::Require() {
-    if (!Usable())
-        throw ACCESS_EXCEPTION("%s is not implemented: %s", Label(), m_map->ReasonOf(*this));
+void CNode::ThrowUnusable() const {
+    throw ACCESS_EXCEPTION("%s is not implemented: %s", Label(), m_map->ReasonOf(*this));
 }
 
-bool CNode::Usable() {
-    if (!Has(kBound)) {
-        Set(kBound);
-        if (!Has(kBroken)) {
-            try {
-                Bind();
-            } catch (const GenICam::GenericException& exception) {
-                Break(exception.GetDescription());
-            } catch (...) {
-                Clear(kBound);  // there was no memory: the next attempt begins anew
-                throw;
-            }
+bool CNode::BindNow() {
+    Set(kBound);
+    if (!Has(kBroken)) {
+        try {
+            Bind();
+        } catch (const GenICam::GenericException& exception) {
+            Break(exception.GetDescription());
+        } catch (...) {
+            Clear(kBound);  // there was no memory: the next attempt begins anew
+            throw;
         }
     }
     return !Has(kBroken);

@@ -50,7 +50,7 @@ public:
 
 private:
     std::size_t m_size;
-    std::array<std::uint8_t, 64> m_small{};
+    std::array<std::uint8_t, 16> m_small{};
     std::vector<std::uint8_t> m_large;
 };
 
@@ -246,7 +246,8 @@ std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluati
     ReadBuffer buffer(block.length);
     m_port->ReadBytes(buffer.Data(), block.address, block.length);
     RequireAttached(block, buffer.Size());
-    const bool differs = block.valid && std::memcmp(block.Data(), buffer.Data(), buffer.Size()) != 0;
+    const bool differs = block.valid && !AreEqual(reinterpret_cast<const char*>(block.Data()),
+                                                  reinterpret_cast<const char*>(buffer.Data()), buffer.Size());
     if (compares && differs)
         throw LOGICAL_ERROR_EXCEPTION("%s: the cache differs from the device at address 0x%I64x", m_owner.Label(),
                                       block.address);
