@@ -152,22 +152,14 @@ std::optional<Frame> StreamCore::Taken(const GrabResult& result) {
     return Frame(std::move(data));
 }
 
-// Tags count on by one and begin anew behind the last 32-bit number. A failed result has no tag, but its frame had one.
-// A tag that goes back is a grabber's own way of counting and says nothing about missing frames.
 void StreamCore::Count(FrameData& frame) {
-    constexpr std::uint32_t kForward = 0x80000000;
     if (frame.status == FrameStatus::kFailed) {
         ++m_counts.failed;
-        ++m_failedSinceLastTag;
+        m_tags.AddFailed();
         frame.number = ++m_number;
         return;
     }
-    const std::uint32_t tag = frame.result.frameTag;
-    const std::uint32_t step = m_lastTag ? tag - *m_lastTag : 1;
-    if (step != 0 && step < kForward)
-        frame.missed = (step - 1) - std::min<std::uint64_t>(step - 1, m_failedSinceLastTag);
-    m_lastTag = tag;
-    m_failedSinceLastTag = 0;
+    frame.missed = m_tags.Add(frame.result.frameTag);
     m_number += frame.missed + 1;
     frame.number = m_number;
     m_counts.missed += frame.missed;

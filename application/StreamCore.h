@@ -14,6 +14,7 @@
 
 #include "CameraState.h"
 #include "FrameData.h"
+#include "base/FrameTags.h"
 #include "vanto/FrameStream.h"
 
 namespace Vanto {
@@ -66,8 +67,7 @@ private:
     std::set<StreamBufferHandle> m_held;
     StreamCounts m_counts;
     std::uint64_t m_number = 0;
-    std::optional<std::uint32_t> m_lastTag;
-    std::uint64_t m_failedSinceLastTag = 0;
+    base::FrameTags m_tags;
 };
 
 }  // namespace Vanto

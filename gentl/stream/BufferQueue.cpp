@@ -78,26 +78,15 @@ void BufferQueue::Deliver(StreamBuffer& buffer, const Vanto::GrabResult& result)
     ToOutput(buffer);
 }
 
-// Tags count on by one and begin anew behind the last 32-bit number; those that are missing were frames that found no
-// buffer. A tag that goes back or stays is a grabber's own way of counting and says nothing. A failed frame has none.
 std::uint64_t BufferQueue::NextFrameId(const Vanto::GrabResult& result) {
-    constexpr std::uint32_t kForward = 0x80000000;
-    if (!result.Succeeded()) {
-        ++m_failedSinceTag;
-        return ++m_frameId;
-    }
-    if (m_lastTag) {
-        const std::uint32_t step = result.FrameTag() - *m_lastTag;
-        if (step != 0 && step < kForward) {
-            const std::uint64_t lost = step - 1 - std::min<std::uint64_t>(step - 1, m_failedSinceTag);
-            m_underrun += lost;
-            m_started += lost;
-            m_frameId += lost;
-        }
-    }
-    m_lastTag = result.FrameTag();
-    m_failedSinceTag = 0;
-    return ++m_frameId;
+    std::uint64_t lost = 0;
+    if (result.Succeeded())
+        lost = m_tags.Add(result.FrameTag());
+    else
+        m_tags.AddFailed();
+    m_underrun += lost;
+    m_started += lost;
+    return m_frameId += lost + 1;
 }
 
 /// A new acquisition of so many frames.
@@ -105,8 +94,7 @@ void BufferQueue::StartCounting(std::uint64_t wanted) noexcept {
     m_wanted = wanted;
     m_delivered = 0;
     m_frameId = 0;
-    m_lastTag.reset();
-    m_failedSinceTag = 0;
+    m_tags = {};
 }
 
 void BufferQueue::TakeFrontLocked(void* target) {

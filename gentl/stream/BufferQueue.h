@@ -6,9 +6,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
+#include "base/FrameTags.h"
 #include "events/EventQueue.h"
 #include "stream/StreamBuffer.h"
 
@@ -67,8 +67,7 @@ private:
     std::uint64_t m_underrun = 0;
     std::uint64_t m_started = 0;
     std::uint64_t m_frameId = 0;
-    std::optional<std::uint32_t> m_lastTag;
-    std::uint64_t m_failedSinceTag = 0;
+    base::FrameTags m_tags;
 };
 
 }  // namespace gentl

@@ -21,7 +21,7 @@ bool IsCut(const Vanto::GrabResult& result) noexcept {
 void FrameCounts::Add(const Vanto::GrabResult& result) {
     if (result.Status() == Vanto::GrabFailed) {
         ++m_failed;
-        ++m_failedSinceLastTag;
+        m_tags.AddFailed();
     }
     if (!result.Succeeded())
         return;
@@ -29,20 +29,7 @@ void FrameCounts::Add(const Vanto::GrabResult& result) {
     m_bytes += result.payloadSize;
     if (IsCut(result))
         ++m_cut;
-    CountMissing(result.FrameTag());
-}
-
-// Tags count on by one and begin anew behind the last 32-bit number. A failed result has no tag, but its frame had one.
-// A tag that goes back is a grabber's own way of counting and says nothing about missing frames.
-void FrameCounts::CountMissing(std::uint32_t tag) noexcept {
-    constexpr std::uint32_t kForward = 0x80000000;
-    if (m_lastTag) {
-        const std::uint32_t step = tag - *m_lastTag;
-        if (step != 0 && step < kForward)
-            m_dropped += (step - 1) - std::min<std::uint64_t>(step - 1, m_failedSinceLastTag);
-    }
-    m_lastTag = tag;
-    m_failedSinceLastTag = 0;
+    m_dropped += m_tags.Add(result.FrameTag());
 }
 
 }  // namespace tools

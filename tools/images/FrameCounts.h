@@ -5,8 +5,8 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
+#include "base/FrameTags.h"
 #include "vanto/GrabResult.h"
 
 namespace tools {
@@ -23,15 +23,12 @@ public:
     std::uint64_t Bytes() const noexcept { return m_bytes; }
 
 private:
-    void CountMissing(std::uint32_t tag) noexcept;
-
     std::uint64_t m_delivered = 0;
     std::uint64_t m_dropped = 0;
     std::uint64_t m_cut = 0;
     std::uint64_t m_failed = 0;
     std::uint64_t m_bytes = 0;
-    std::optional<std::uint32_t> m_lastTag;
-    std::uint64_t m_failedSinceLastTag = 0;
+    base::FrameTags m_tags;
 };
 
 /// Whether a buffer lacks a part of the frame's image.
