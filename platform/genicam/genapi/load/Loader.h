@@ -87,7 +87,9 @@ private:
     template <class Use>
     void ForEachAttribute(Use&& use);
     bool IsNewAttribute(std::string_view name, std::size_t count);
-    void Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
+    void Warn(EWarningKind kind, std::size_t position, std::string_view node,
+              std::initializer_list<std::string_view> message);
+    void Keep(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message);
     [[noreturn]] void Refuse(std::size_t position, const std::string& message);
     std::size_t PositionIn(std::string_view text) const noexcept;
     std::size_t PositionOf(std::string_view piece) const noexcept { return m_source->PositionOf(piece.data()); }
@@ -119,11 +121,11 @@ template <class Use>
 void Loader::ForEachAttribute(Use&& use) {
     std::size_t count = 0;
     for (const XmlAttribute& attribute : m_scanner->Attributes()) {
-        if (IsNewAttribute(attribute.name, count++))
+        const std::size_t before = count++;
+        if (before == 0 || IsNewAttribute(attribute.name, before))
             use(attribute);
         else
-            Warn(wkSyntax, PositionOf(attribute.name), "",
-                 Shortened(m_scanner->Name()) + " has two attributes " + Shortened(attribute.name));
+            Warn(wkSyntax, PositionOf(attribute.name), "", {m_scanner->Name(), " has two attributes ", attribute.name});
     }
 }
 

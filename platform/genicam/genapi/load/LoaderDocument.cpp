@@ -45,9 +45,13 @@ bool Loader::IsNewAttribute(std::string_view name, std::size_t count) {
     return m_attributeNames.insert(name).second;
 }
 
-void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
-    if (!m_builder.TakesWarnings())
-        return;
+void Loader::Warn(EWarningKind kind, std::size_t position, std::string_view node,
+                  std::initializer_list<std::string_view> message) {
+    if (m_builder.TakesWarnings())
+        Keep(kind, position, node, Joined(message));
+}
+
+void Loader::Keep(EWarningKind kind, std::size_t position, std::string_view node, const std::string& message) {
     const TextPlace place = m_source->PlaceOf(position);
     const bool isOfInjected = m_source != m_sources.front().get();
     m_builder.Warn({{kind, {}, place.line, place.column, GenICam::gcstring(Shortened(node)), message}, isOfInjected});
@@ -75,7 +79,7 @@ void Loader::Read(const SourceFile& file, bool isInjected) {
     if (isInjected)
         m_injectedFrom = m_positions.size();
     if (m_source->HasJunkBefore())
-        Warn(wkSyntax, 0, "", "There is text before the XML declaration");
+        Warn(wkSyntax, 0, "", {"There is text before the XML declaration"});
     XmlScanner scanner(m_source->Text(), isInjected);
     m_scanner = &scanner;
     try {
@@ -115,7 +119,7 @@ void Loader::CheckDocumentType() {
     const std::string_view text = m_scanner->Text();
     if (text.find("<!ENTITY") != std::string_view::npos)
         Refuse(PositionOf(text), "Entities must not be declared in a description");
-    Warn(wkSyntax, PositionOf(text), "", "A document type is not looked at");
+    Warn(wkSyntax, PositionOf(text), "", {"A document type is not looked at"});
 }
 
 std::optional<std::string_view> Loader::AttributeOf(std::string_view name) const {
@@ -138,8 +142,7 @@ void Loader::ReadRoot() {
         Decode(Trimmed(attribute.value));
         Repair(PositionOf(name));
         if (!ReadRootAttribute(name, m_decoded))
-            Warn(wkUnknownAttribute, PositionOf(name), "",
-                 "RegisterDescription has an unknown attribute " + Shortened(name));
+            Warn(wkUnknownAttribute, PositionOf(name), "", {"RegisterDescription has an unknown attribute ", name});
     });
 }
 
@@ -179,14 +182,14 @@ void Loader::ReadSchema(std::size_t position) {
     const auto part = [this](std::string_view name) { return VersionPart(AttributeOf(name).value_or("")); };
     Version_t version{part("SchemaMajorVersion"), part("SchemaMinorVersion"), part("SchemaSubMinorVersion")};
     if (!AttributeOf("SchemaMajorVersion")) {
-        Warn(wkNameSpace, position, "", "RegisterDescription has no schema version; it is taken as 1.1");
+        Warn(wkNameSpace, position, "", {"RegisterDescription has no schema version; it is taken as 1.1"});
         version = {kMajorVersion, kMinorVersion, 0};
     }
     if (version.Major > kMajorVersion)
         Refuse(position, GenICam::FormatText("Schema version %u.%u is newer than 1.1", version.Major, version.Minor));
     if (version.Major < kMajorVersion || version.Minor > kMinorVersion)
         Warn(wkNameSpace, position, "",
-             GenICam::FormatText("Schema version %u.%u is not known", version.Major, version.Minor));
+             {GenICam::FormatText("Schema version %u.%u is not known", version.Major, version.Minor)});
     if (!m_isInjected)
         m_builder.Info().schemaVersion = version;
 }
@@ -202,9 +205,10 @@ void Loader::CheckNameSpace(std::size_t position) {
                          nameSpace == "http://www.genicam.org/GenApi/Version_1_1";
     if (isKnown)
         return;
-    Warn(wkNameSpace, position, "",
-         nameSpace.empty() ? "RegisterDescription has no name space"
-                           : "RegisterDescription has the name space '" + Shortened(nameSpace) + "'");
+    if (nameSpace.empty())
+        Warn(wkNameSpace, position, "", {"RegisterDescription has no name space"});
+    else
+        Warn(wkNameSpace, position, "", {"RegisterDescription has the name space '", nameSpace, "'"});
 }
 
 /**
@@ -254,7 +258,8 @@ void Loader::WarnAboutReference(std::uint32_t node, const Property& property, st
     const std::string message = std::string(GenApi::NameOf(property.tag)) + " refers to '" +
                                 Shortened(description.TextOf(property)) + "', which does not exist";
     m_source = m_sources[isOfInjected ? 1 : 0].get();
-    Warn(wkDanglingReference, position, NameOf(node), description.LabelOf(node) + ": " + message);
+    if (m_builder.TakesWarnings())
+        Keep(wkDanglingReference, position, NameOf(node), description.LabelOf(node) + ": " + message);
     if (!IsRequiredReference(property.tag))
         return;
     m_builder.SetReason(node, message);

@@ -73,7 +73,7 @@ void Loader::LoadElement(int depth) {
         ForEachAttribute([](const XmlAttribute&) {});
         LoadNodes(depth + 1);
     } else if (kind == ENodeKind::None || kind == ENodeKind::EnumEntry || kind == ENodeKind::StructEntry) {
-        Warn(wkUnknownElement, position, "", "Unknown element " + Shortened(name));
+        Warn(wkUnknownElement, position, "", {"Unknown element ", name});
         m_scanner->Skip();
     } else {
         LoadNode(kind);
@@ -87,7 +87,7 @@ void Loader::LoadNode(ENodeKind kind) {
     const bool needsName = kind != ENodeKind::StructReg;
     if (NameOf(node).empty()) {
         if (needsName) {
-            Warn(wkBadValue, position, "", std::string(GenApi::NameOf(kind)) + " has no name");
+            Warn(wkBadValue, position, "", {GenApi::NameOf(kind), " has no name"});
             Replace(node);
         }
         return;
@@ -140,8 +140,7 @@ void Loader::LoadChild(std::uint32_t node) {
     const ETag tag = kind != ENodeKind::None ? NestedTagOf(outer, kind) : ETag::Unknown;
     const std::size_t position = PositionOf(m_scanner->Name());
     if (tag == ETag::Unknown) {
-        Warn(wkUnknownElement, position, NameOf(node),
-             std::string(GenApi::NameOf(outer)) + " has an unknown element " + Shortened(name));
+        Warn(wkUnknownElement, position, NameOf(node), {GenApi::NameOf(outer), " has an unknown element ", name});
         return m_scanner->Skip();
     }
     const std::uint32_t inner = MakeNode(kind, node);
@@ -181,14 +180,14 @@ void Loader::LoadNodeAttributes(std::uint32_t node) {
         } else if (attribute.name == "NameSpace") {
             const auto nameSpace = ParseNameSpace(Trimmed(raw));
             if (!nameSpace)
-                Warn(wkBadValue, position, NameOf(node), "NameSpace '" + Shortened(raw) + "' is not known");
+                Warn(wkBadValue, position, NameOf(node), {"NameSpace '", raw, "' is not known"});
             m_builder.Node(node).isStandard = nameSpace == Standard;
         } else if (attribute.name == "MergePriority") {
             m_priorities[node] = ParseInteger(raw).value_or(0);
         } else if (attribute.name != "ExposeStatic" && attribute.name != "Comment" &&
                    attribute.name.substr(0, 5) != "xmlns") {
             Warn(wkUnknownAttribute, position, NameOf(node),
-                 std::string(GenApi::NameOf(kind)) + " has an unknown attribute " + Shortened(attribute.name));
+                 {GenApi::NameOf(kind), " has an unknown attribute ", attribute.name});
         }
     });
 }
@@ -223,7 +222,7 @@ void Loader::CheckProperty(const Property& property, std::string_view text, std:
     const ENodeKind kind = m_builder.Node(node).kind;
     if (!HasElement(kind, tag))
         Warn(wkUnknownElement, position, NameOf(node),
-             std::string(GenApi::NameOf(tag)) + " has no meaning in " + std::string(GenApi::NameOf(kind)));
+             {GenApi::NameOf(tag), " has no meaning in ", GenApi::NameOf(kind)});
     const bool isText = IsFreeText(tag) || (tag == ETag::Value && kind == ENodeKind::String);
     if (isText)
         return;
@@ -235,13 +234,12 @@ void Loader::CheckProperty(const Property& property, std::string_view text, std:
     if (IsKnownWord(tag, Trimmed(text)))
         known = property.value;
     else
-        Warn(wkBadValue, position, NameOf(node),
-             std::string(GenApi::NameOf(tag)) + " '" + Shortened(Trimmed(text)) + "' is not known");
+        Warn(wkBadValue, position, NameOf(node), {GenApi::NameOf(tag), " '", Trimmed(text), "' is not known"});
 }
 
 void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what) {
     if (!raw.empty() && (IsBlank(raw.front()) || IsBlank(raw.back())))
-        Warn(wkSyntax, position, NameOf(node), std::string(what) + " has blanks around it");
+        Warn(wkSyntax, position, NameOf(node), {what, " has blanks around it"});
 }
 
 void Loader::LoadPropertyAttributes(ETag tag, std::uint32_t node) {
@@ -261,7 +259,7 @@ void Loader::LoadPropertyAttributes(ETag tag, std::uint32_t node) {
             add(ETag::AttributePOffset);
         else if (name.substr(0, 5) != "xmlns")
             Warn(wkUnknownAttribute, PositionOf(name), NameOf(node),
-                 std::string(GenApi::NameOf(tag)) + " has an unknown attribute " + Shortened(name));
+                 {GenApi::NameOf(tag), " has an unknown attribute ", name});
         WarnAboutBlanks(attribute.value, PositionOf(name), node, name == "Name" ? "The name" : name);
     });
 }
@@ -282,7 +280,7 @@ bool Loader::EnterName(std::uint32_t node, std::size_t position) {
     const std::int64_t other = priorityOf(before);
     const bool isOfThisDescription = before >= m_firstNode;
     if (isOfThisDescription)
-        Warn(wkDuplicateName, position, NameOf(node), "There is already a node '" + Shortened(NameOf(node)) + "'");
+        Warn(wkDuplicateName, position, NameOf(node), {"There is already a node '", NameOf(node), "'"});
     // Within one description the first one counts, between two of them the injected one.
     if (own < other || (own == other && isOfThisDescription))
         return false;
@@ -361,7 +359,7 @@ std::size_t Loader::DecodeReference(std::string_view rest) {
             return end + 1;
         }
     }
-    Warn(wkSyntax, PositionIn(rest), "", "'&' is not part of a reference");
+    Warn(wkSyntax, PositionIn(rest), "", {"'&' is not part of a reference"});
     m_decoded += '&';
     return 1;
 }
@@ -371,7 +369,7 @@ void Loader::Repair(std::size_t position) {
     const std::size_t bad = FindInvalidUtf8(m_decoded);
     if (bad == std::string::npos)
         return;
-    Warn(wkSyntax, position + bad, "", "A character is not UTF-8; it is taken as Latin-1");
+    Warn(wkSyntax, position + bad, "", {"A character is not UTF-8; it is taken as Latin-1"});
     m_decoded = RepairUtf8(m_decoded);
 }
 
@@ -404,7 +402,7 @@ std::string_view Loader::ReadPieces(std::string_view element, std::string_view f
                 m_joined += character == '&' ? std::string("&amp;") : std::string(1, character);
         } else if (found == EXml::Open) {
             Warn(wkUnknownElement, PositionOf(m_scanner->Name()), "",
-                 Shortened(element) + " has an unknown element " + Shortened(m_scanner->Name()));
+                 {element, " has an unknown element ", m_scanner->Name()});
             m_scanner->Skip();
         }
     }

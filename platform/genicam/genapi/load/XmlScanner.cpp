@@ -68,8 +68,8 @@ XmlScanner::XmlScanner(std::string_view text, bool isFragment)
       m_next(text.data()),
       m_isFragment(isFragment) {}
 
-void XmlScanner::Fail(const char* at, const std::string& reason) const {
-    throw XmlFault{PositionOf(at), reason};
+void XmlScanner::Fail(const char* at, std::initializer_list<std::string_view> reason) const {
+    throw XmlFault{PositionOf(at), Joined(reason)};
 }
 
 EXml XmlScanner::Next() {
@@ -149,9 +149,9 @@ bool XmlScanner::TakePlainText() {
 
 EXml XmlScanner::AtEnd(const char* next) {
     if (!m_open.empty())
-        Fail(next, "The element '" + Shortened(m_open.back()) + "' has no end");
+        Fail(next, {"The element '", m_open.back(), "' has no end"});
     if (!m_hadElement && !m_isFragment)
-        Fail(next, "There is no element");
+        Fail(next, {"There is no element"});
     m_next = next;
     return EXml::End;
 }
@@ -167,10 +167,10 @@ EXml XmlScanner::Open(const char* next) {
             next = SkipBlanks(ReadAttribute(next));
     }
     if (*next != '>' && *next != '/')
-        Fail(next, "The tag of '" + Shortened(m_name) + "' has no end");
+        Fail(next, {"The tag of '", m_name, "' has no end"});
     m_isEmpty = *next == '/';
     if (m_isEmpty && *++next != '>')
-        Fail(next, "'/' ends no tag");
+        Fail(next, {"'/' ends no tag"});
     m_hadElement = true;
     m_open.push_back(m_name);
     m_next = next + 1;
@@ -184,32 +184,32 @@ const char* XmlScanner::ReadAttribute(const char* next) {
     attribute.name = Between(name, next);
     next = SkipBlanks(next);
     if (*next != '=')
-        Fail(next, "The attribute '" + Shortened(attribute.name) + "' has no value");
+        Fail(next, {"The attribute '", attribute.name, "' has no value"});
     next = SkipBlanks(next + 1);
     if (*next != '"' && *next != '\'')
-        Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no quotation marks");
+        Fail(next, {"The value of the attribute '", attribute.name, "' has no quotation marks"});
     const char quote = *next++;
     const char* const end = Find(next, quote);
     if (end == m_end)
-        Fail(next, "The value of the attribute '" + Shortened(attribute.name) + "' has no end");
+        Fail(next, {"The value of the attribute '", attribute.name, "' has no end"});
     attribute.value = Between(next, end);
     attribute.mayRefer = m_mayRefer;
     m_attributes.push_back(attribute);
     if (Is(end + 1, kNameStart))
-        Fail(end + 1, "There is no blank between two attributes");
+        Fail(end + 1, {"There is no blank between two attributes"});
     return end + 1;
 }
 
 EXml XmlScanner::Close(const char* next) {
     const char* const name = next;
     if (m_open.empty())
-        Fail(name, "There is an end of an element that has not begun");
+        Fail(name, {"There is an end of an element that has not begun"});
     const std::string_view open = m_open.back();
     if (!IsEndOf(next, open))
-        Fail(name, "The element '" + Shortened(open) + "' ends as '" + Shortened(Between(name, SkipName(name))) + "'");
+        Fail(name, {"The element '", open, "' ends as '", Between(name, SkipName(name)), "'"});
     next = SkipBlanks(next + open.size());
     if (*next != '>')
-        Fail(next, "The end tag of '" + Shortened(open) + "' has no end");
+        Fail(next, {"The end tag of '", open, "' has no end"});
     m_name = open;
     m_open.pop_back();
     m_next = next + 1;
@@ -234,13 +234,13 @@ const char* XmlScanner::Special(const char* next, EXml& found) {
     }
     if (*next == '?' && Is(next + 1, kNameStart))
         return After(next + 1, "?>", "processing instruction");
-    Fail(next, "'<' begins no tag");
+    Fail(next, {"'<' begins no tag"});
 }
 
 const char* XmlScanner::After(const char* next, std::string_view end, const char* what) const {
     const std::size_t found = Between(next, m_end).find(end);
     if (found == std::string_view::npos)
-        Fail(next, std::string("A ") + what + " has no end");
+        Fail(next, {"A ", what, " has no end"});
     return next + found + end.size();
 }
 
@@ -250,7 +250,7 @@ const char* XmlScanner::DocumentType(const char* next) {
     for (std::size_t depth = 1; depth > 0;) {
         const char character = *next;
         if (next >= m_end)
-            Fail(begin, "The document type has no end");
+            Fail(begin, {"The document type has no end"});
         if (character == '"' || character == '\'')
             next = After(next + 1, std::string_view(next, 1), "text in the document type");
         else if (StartsWith(next, "<!--"))

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -69,7 +70,7 @@ private:
     const char* DocumentType(const char* next);
     const char* After(const char* next, std::string_view end, const char* what) const;
     EXml AtEnd(const char* next);
-    [[noreturn]] void Fail(const char* at, const std::string& reason) const;
+    [[noreturn]] void Fail(const char* at, std::initializer_list<std::string_view> reason) const;
 
     const char* const m_begin;
     const char* const m_end;

@@ -110,6 +110,13 @@ std::string Shortened(std::string_view text) {
     return std::string(text.substr(0, end)) + "...";
 }
 
+std::string Joined(std::initializer_list<std::string_view> pieces) {
+    std::string text;
+    for (const std::string_view piece : pieces)
+        text += Shortened(piece);
+    return text;
+}
+
 std::optional<std::int64_t> ParseInteger(std::string_view text) noexcept {
     const auto magnitude = ParseMagnitude(text);
     return magnitude ? Signed(*magnitude) : std::nullopt;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,9 @@ inline bool AreEqual(std::string_view left, std::string_view right) noexcept {
 
 /// The text, cut when it is longer than a message should be: names and values in a file may be of any length.
 std::string Shortened(std::string_view text);
+
+/// One text of several, each cut when it is longer than a message should be.
+std::string Joined(std::initializer_list<std::string_view> pieces);
 
 /// The text without blanks at its ends.
 inline std::string_view Trimmed(std::string_view text) noexcept {
