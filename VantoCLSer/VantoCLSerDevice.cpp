@@ -13,6 +13,7 @@
 
 #include "VantoCLSer/base/Log.h"
 #include "VantoCLSer/stream/VantoCLSerStreamGrabber.h"
+#include "base/BaudRates.h"
 #include "os/System.h"
 #include "vanto/internal/VantoException.h"
 
@@ -30,17 +31,9 @@ constexpr char kAutoCloseNode[] = "AutoCloseTimeout";
 constexpr std::int64_t kLargestBaudRateEntry = 255;
 constexpr std::chrono::seconds kMakingTime{10};
 
-// Entry values of the camera's baud-rate node and the flags of the Camera Link serial API. There is no 16.
-struct BaudRate {
-    std::int64_t entry;
-    std::uint32_t flag;
-};
-constexpr BaudRate kBaudRates[] = {{15, 0x01}, {17, 0x02}, {18, 0x04}, {19, 0x08},
-                                   {20, 0x10}, {21, 0x20}, {22, 0x40}, {23, 0x80}};
-
 std::uint32_t FlagOfEntry(std::int64_t entry) {
-    for (const BaudRate& rate : kBaudRates) {
-        if (rate.entry == entry)
+    for (const base::BaudRate& rate : base::kBaudRates) {
+        if (rate.entryValue == entry)
             return rate.flag;
     }
     return 0;

@@ -13,7 +13,7 @@ set(table
     "platform/vanto|base/ Base/ GenApi/ CLProtocol/Log.h vanto/ os/"
     "VantoCLSer|base/ Base/ GenApi/ CLProtocol/ clser/ClSerial.h vanto/ os/ VantoCLSer/"
     "include/vanto|Base/ GenApi/ CLProtocol/ vanto/ os/"
-    "camera/gencp|gencp/"
+    "camera/gencp|base/ gencp/"
     "camera/clsertty|base/ clser/ os/"
     "camera/driver|base/ gencp/ CLProtocol/CLProtocolC.h clser/ os/"
     "camera/simulator|base/ gencp/ os/ camera/"

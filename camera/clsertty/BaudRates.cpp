@@ -5,16 +5,11 @@
 
 #include "BaudRates.h"
 
-#include <array>
 #include <bit>
 
+#include "base/BaudRates.h"
+
 namespace ClSerTty {
-
-namespace {
-
-constexpr std::array<std::uint32_t, 8> kRates{9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600};
-
-}  // namespace
 
 /**
  * \brief Give the rate that a flag stands for
@@ -25,7 +20,7 @@ std::uint32_t BitsPerSecond(std::uint32_t flag) {
     if (!std::has_single_bit(flag) || (flag & kAllBaudRates) == 0) {
         return 0;
     }
-    return kRates[static_cast<std::size_t>(std::countr_zero(flag))];
+    return base::kBaudRates[static_cast<std::size_t>(std::countr_zero(flag))].bitsPerSecond;
 }
 
 /**
@@ -34,9 +29,9 @@ std::uint32_t BitsPerSecond(std::uint32_t flag) {
  */
 std::uint32_t BaudRatesUpTo(std::uint32_t bitsPerSecond) {
     std::uint32_t mask = 0;
-    for (std::size_t bit = 0; bit < kRates.size(); ++bit) {
-        if (kRates[bit] <= bitsPerSecond) {
-            mask |= 1U << bit;
+    for (const base::BaudRate& rate : base::kBaudRates) {
+        if (rate.bitsPerSecond <= bitsPerSecond) {
+            mask |= rate.flag;
         }
     }
     return mask;

@@ -8,10 +8,10 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <tuple>
 
+#include "base/BaudRates.h"
 #include "output/Text.h"
 
 namespace tools {
@@ -19,9 +19,13 @@ namespace tools {
 namespace {
 
 constexpr const char* kManufacturer = "Marlow";
-// The rates of the Camera Link serial API.
-constexpr std::array<std::string_view, 8> kBaudRates{"9600",   "19200",  "38400",  "57600",
-                                                     "115200", "230400", "460800", "921600"};
+
+std::vector<std::string> RateWords() {
+    std::vector<std::string> words;
+    for (const base::BaudRate& rate : base::kBaudRates)
+        words.push_back(std::to_string(rate.bitsPerSecond));
+    return words;
+}
 
 using Ports = std::optional<std::vector<std::string>>;
 
@@ -104,12 +108,12 @@ private:
             return;
         const std::size_t digits = std::min(text.find_first_of("0123456789"), text.size());
         const std::string_view number = std::string_view(text).substr(digits);
-        if (std::find(kBaudRates.begin(), kBaudRates.end(), number) != kBaudRates.end())
+        const std::vector<std::string> rates = RateWords();
+        if (std::ranges::find(rates, number) != rates.end())
             return CheckBaudRateSpelling(entry, number);
-        Report(
-            Severity::kWarning, entry.baudRate.place,
-            fmt::format("'{}' is none of the baud rates of Camera Link", Printable(text)),
-            fmt::format("They are {}. Without BaudRate the highest common rate is used.", fmt::join(kBaudRates, ", ")));
+        Report(Severity::kWarning, entry.baudRate.place,
+               fmt::format("'{}' is none of the baud rates of Camera Link", Printable(text)),
+               fmt::format("They are {}. Without BaudRate the highest common rate is used.", fmt::join(rates, ", ")));
     }
 
     /// The text is compared with the names of the entries in the camera's description, case and all.

@@ -1,33 +1,20 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The baud rates of a Camera Link serial line: flag, speed, and entry value of the camera's enumeration
+ * The baud rates of a Camera Link serial line, and what they mean to a camera and its driver
  */
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 
+#include "base/BaudRates.h"
 #include "gencp/Registers.h"
 
 namespace gencp {
 
-struct BaudRate {
-    std::uint32_t flag;           ///< of the Camera Link serial API and of the SBRM, one bit
-    std::uint32_t bitsPerSecond;  ///< bit/s
-    std::uint32_t entryValue;     ///< of the camera's enumeration ClSerialPortBaudRate
-};
-
-/// From the slowest to the fastest. No rate has the entry value 16.
-inline constexpr std::array<BaudRate, 8> kBaudRates{{{0x01, 9600, 15},
-                                                     {0x02, 19200, 17},
-                                                     {0x04, 38400, 18},
-                                                     {0x08, 57600, 19},
-                                                     {0x10, 115200, 20},
-                                                     {0x20, 230400, 21},
-                                                     {0x40, 460800, 22},
-                                                     {0x80, 921600, 23}}};
+using base::BaudRate;
+using base::kBaudRates;
 
 inline constexpr std::uint32_t kAllBaudRateFlags = 0xFF;
 inline constexpr BaudRate kStartBaudRate = kBaudRates[0];  ///< a line starts with it
