@@ -14,6 +14,7 @@
 
 #include "Base/GCException.h"
 #include "app/CommandLine.h"
+#include "cameras/LineTrouble.h"
 #include "cameras/Simulation.h"
 #include "output/Output.h"
 #include "output/Text.h"
@@ -41,7 +42,12 @@ ExitCode Report(CommandLine& line, const CLI::ParseError& error, int count, cons
 
 /// A failure that the user has asked for is none of its own.
 ExitCode ReportFailure(const char* text, Output& output) {
-    output.Error(Interruption::Requested() ? "interrupted" : text);
+    if (Interruption::Requested())
+        output.Error("interrupted");
+    else if (const std::string sentence = LineTroubleText(text); !sentence.empty())
+        output.Error(sentence, text);
+    else
+        output.Error(text);
     return Interruption::Requested() ? ExitCode::kInterrupted : ExitCode::kFailed;
 }
 
@@ -95,7 +101,8 @@ ExitCode RunApplication(int argumentCount, const char* const* arguments, Output&
         code = ReportFailure(error.what(), output);
     }
     if (!output.Flush() && code == ExitCode::kDone) {
-        output.Error("the output could not be written");
+        if (!output.ReaderLeft())
+            output.Error("the output could not be written");
         code = ExitCode::kFailed;
     }
     return code;

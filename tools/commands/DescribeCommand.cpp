@@ -62,7 +62,7 @@ void Print(Output& output, const std::string& format, const std::string& file, c
 }  // namespace
 
 void DescribeCommand::Declare(Options& options) {
-    options.Argument("FILE", m_file, "A camera description: XML, or a ZIP file that holds one");
+    options.Argument("FILE", m_file, "A camera description: XML, or a ZIP file that holds one; - for standard input");
     options.Flag("--tree", m_tree, "Print the feature tree (this is what happens without options)");
     options.Flag("--json", m_json, "Print the feature tree, or with --check the findings, as JSON");
     options.Flag("--check", m_check, "Say what is wrong with the description, with line and column");

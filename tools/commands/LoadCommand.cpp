@@ -11,12 +11,11 @@
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
 #include "features/StreamableSettings.h"
+#include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
-#include "system/FileAccess.h"
 #include "system/Files.h"
-#include "vanto/VantoFolders.h"
 
 namespace tools {
 
@@ -30,28 +29,40 @@ public:
 private:
     std::string m_device;
     std::string m_file;
+    bool m_json = false;
 };
+
+Json ToJson(std::size_t settings, const std::vector<Refusal>& refusals) {
+    Json refused = Json::array();
+    for (const Refusal& refusal : refusals)
+        refused.push_back({{"Name", refusal.setting.name},
+                           {"Selectors", base::SelectorText(refusal.setting.selectors)},
+                           {"Line", refusal.setting.line},
+                           {"Reason", refusal.reason}});
+    return {{"Settings", settings}, {"Set", settings - refusals.size()}, {"Refused", std::move(refused)}};
+}
 
 }  // namespace
 
 void LoadCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("FILE", m_file, "A file that 'vanto-cl save' wrote, or NAME=VALUE lines");
+    options.Argument("FILE", m_file, "A file that 'vanto-cl save' wrote, or NAME=VALUE lines; - for standard input");
+    options.Flag("--json", m_json, "Print a JSON object, refusals included");
     options.Notes(
         "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then the "
         "exit code is 1.");
     options.Example("vanto-cl load 0 camera.txt", "Set what the file says");
+    options.Example("vanto-cl save 0 - | vanto-cl load 1 -", "Set one camera as the other is");
 }
 
 ExitCode LoadCommand::Run(Output& output) {
-    if (const std::string why = WhyNotReadable(PathOf(m_file)); !why.empty())
-        throw ToolError(fmt::format("can't read '{}': {}", m_file, why));
-    const std::vector<base::Setting> settings = base::ParseSettings(m_file, Vanto::textFileToString(m_file).view());
+    const std::vector<base::Setting> settings = base::ParseSettings(m_file, ReadInput(PathOf(m_file)));
     const OpenDevice device(m_device, output);
     std::vector<Refusal> refusals;
     {
-        const Progress progress(output, "Setting " + device.Name());
-        refusals = ApplySettings(device.Nodes(), settings);
+        Progress progress(output, "Setting " + device.Name());
+        refusals = ApplySettings(device.Nodes(), settings,
+                                 [&](std::size_t done, std::size_t all) { progress.SetPart(done, all); });
         device.ThrowIfGone();
     }
     for (const Refusal& refusal : refusals) {
@@ -59,8 +70,11 @@ ExitCode LoadCommand::Run(Output& output) {
         output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, refusal.setting.line,
                                           selectors.empty() ? "" : "[" + selectors + "] ", refusal.reason)));
     }
-    output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
-                            settings.size() - refusals.size(), settings.size()));
+    if (m_json)
+        output.Line(ToText(ToJson(settings.size(), refusals)));
+    else
+        output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
+                                settings.size() - refusals.size(), settings.size()));
     return refusals.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }
 

@@ -14,6 +14,7 @@
 #include "commands/Options.h"
 #include "features/BaudRateFeature.h"
 #include "features/OpenDevice.h"
+#include "output/Json.h"
 #include "output/Output.h"
 
 namespace tools {
@@ -28,6 +29,7 @@ public:
 private:
     std::string m_device;
     std::string m_rate;
+    bool m_json = false;
 };
 
 }  // namespace
@@ -35,6 +37,7 @@ private:
 void RateCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
     options.OptionalArgument("RATE", m_rate, "The new baud rate, for example 9600");
+    options.Flag("--json", m_json, "Print a JSON object");
     options.Notes(
         "Without RATE the present one is printed. The other commands and all applications leave a camera at "
         "the rate at which they found it: one that a program left at 921600 baud stays there until 'rate' or "
@@ -49,14 +52,17 @@ ExitCode RateCommand::Run(Output& output) {
     BaudRateFeature feature(device.Nodes(), device.Name());
     const std::uint32_t before = feature.Get();
     if (wanted == nullptr) {
-        output.Line(std::to_string(before));
+        output.Line(m_json ? ToText(Json{{"BaudRate", before}}) : std::to_string(before));
         return ExitCode::kDone;
     }
     feature.Set(*wanted);
     ChangeKnownCameras(output, [&](KnownCameras& known) {
         known.SetRestBaudRate(device.Address(), wanted->bitsPerSecond == kFirstBaudRate ? 0 : wanted->bitsPerSecond);
     });
-    output.Line(fmt::format("{} stands at {} baud now; it was {}.", device.Name(), feature.Get(), before));
+    if (m_json)
+        output.Line(ToText(Json{{"BaudRate", feature.Get()}, {"Before", before}}));
+    else
+        output.Line(fmt::format("{} stands at {} baud now; it was {}.", device.Name(), feature.Get(), before));
     return ExitCode::kDone;
 }
 

@@ -14,6 +14,7 @@
 #include "commands/Options.h"
 #include "features/OptionNumbers.h"
 #include "features/RegisterPort.h"
+#include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "system/Files.h"
@@ -33,6 +34,7 @@ private:
     std::string m_length;
     std::string m_file;
     bool m_dump = false;
+    bool m_json = false;
 };
 
 constexpr std::int64_t kMostBytes = 64 << 20;
@@ -61,7 +63,10 @@ void ReadCommand::Declare(Options& options) {
     options.Argument("LENGTH", m_length, "Number of bytes");
     options.Flag("--dump", m_dump, "Print lines with addresses and letters");
     options.Value("-o,--output", m_file, "FILE", "Write the bytes to FILE");
+    options.Flag("--json", m_json, "Print a JSON object");
     options.Exclude("--dump", "--output");
+    options.Exclude("--json", "--dump");
+    options.Exclude("--json", "--output");
     options.Notes("Without options the bytes are printed as hexadecimal digits, as 'write' takes them.");
     options.Example("vanto-cl read 0 0x4 16 --dump", "Sixteen bytes with addresses and letters");
 }
@@ -77,6 +82,9 @@ ExitCode ReadCommand::Run(Output& output) {
     }
     if (!m_file.empty())
         WriteFile(PathOf(m_file), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    else if (m_json)
+        output.Line(ToText(
+            Json{{"Address", fmt::format("0x{:X}", address)}, {"Length", length}, {"Bytes", base::HexText(bytes)}}));
     else
         output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : base::HexText(bytes) + "\n");
     return ExitCode::kDone;

@@ -6,14 +6,14 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <system_error>
 
 #include "description/DescriptionModel.h"
 #include "error/ExitCode.h"
-#include "system/FileAccess.h"
+#include "system/Files.h"
 
 namespace tools {
 
@@ -48,9 +48,13 @@ zip_int64_t FindXml(zip_t* archive) {
 }
 
 /// The text of the description in an archive.
-std::string Unpacked(const std::filesystem::path& path) {
-    int error = 0;
-    const std::unique_ptr<zip_t, CloseArchive> archive(zip_open(path.string().c_str(), ZIP_RDONLY, &error));
+std::string Unpacked(const std::string& packed, const std::filesystem::path& path) {
+    zip_error_t error{};
+    // The archive has its source to itself once it is open.
+    zip_source_t* const source = zip_source_buffer_create(packed.data(), packed.size(), 0, &error);
+    const std::unique_ptr<zip_t, CloseArchive> archive(zip_open_from_source(source, ZIP_RDONLY, &error));
+    if (archive == nullptr && source != nullptr)
+        zip_source_free(source);
     const zip_int64_t found = archive != nullptr ? FindXml(archive.get()) : -1;
     const auto index = static_cast<zip_uint64_t>(found);
     zip_stat_t status{};
@@ -69,23 +73,15 @@ std::string Unpacked(const std::filesystem::path& path) {
 
 /**
  * \brief The text of a camera description
- * \param[in] path An XML file, or a ZIP file that holds one; at most 256 MiB
+ * \param[in] path An XML file, or a ZIP file that holds one, at most 256 MiB; "-" for standard input
  * \throw ToolError It can't be read
  */
 std::string ReadDescriptionText(const std::filesystem::path& path) {
-    if (const std::string refused = WhyNotReadable(path); !refused.empty())
-        Fail(path, refused);
     std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (error || size > kLargest)
-        Fail(path, error ? error.message() : "it is larger than 256 MiB");
-    std::ifstream file(path, std::ios::binary);
-    std::string text(size, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(size));
-    if (!file && !file.eof())
-        Fail(path, std::generic_category().message(errno));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    return text.starts_with("PK") ? Unpacked(path) : text;
+    if (path != "-" && std::filesystem::file_size(path, error) > kLargest && !error)
+        Fail(path, "it is larger than 256 MiB");
+    const std::string text = ReadInput(path);
+    return text.starts_with("PK") ? Unpacked(text, path) : text;
 }
 
 }  // namespace tools

@@ -10,6 +10,7 @@
 
 #include "output/Output.h"
 #include "output/Text.h"
+#include "system/Environment.h"
 
 namespace tools {
 
@@ -45,6 +46,18 @@ const char* Name(Health health) {
     return "remark";
 }
 
+/// "Serial ports" is SerialPorts for programs.
+std::string KeyOf(const std::string& title) {
+    std::string key;
+    bool isFirst = true;
+    for (const char letter : title) {
+        if (letter != ' ')
+            key += isFirst && letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+        isFirst = letter == ' ';
+    }
+    return key;
+}
+
 void PrintSection(Output& output, const Section& section) {
     output.Line(output.Styled(Style::kBold, section.title));
     std::size_t column = 0;
@@ -65,6 +78,7 @@ void PrintSection(Output& output, const Section& section) {
 }  // namespace
 
 void Print(Output& output, const Report& report) {
+    output.Line(fmt::format("vanto-cl {} on {}\n", VANTO_CL_VERSION, SystemName()));
     for (const Section& section : report.sections)
         PrintSection(output, section);
     output.Prose(output.Styled(Style::kBold, "Verdict: ") +
@@ -82,12 +96,10 @@ Json ToJson(const Report& report) {
                                     {"Health", Name(observation.health)},
                                     {"State", observation.state},
                                     {"Advice", observation.advice}});
-        sections[section.title] = std::move(observations);
+        sections[KeyOf(section.title)] = std::move(observations);
     }
-    return {{"Healthy", report.healthy},
-            {"Verdict", report.verdict},
-            {"NextStep", report.nextStep},
-            {"Sections", std::move(sections)}};
+    return {{"Version", VANTO_CL_VERSION}, {"System", SystemName()},      {"Healthy", report.healthy},
+            {"Verdict", report.verdict},   {"NextStep", report.nextStep}, {"Sections", std::move(sections)}};
 }
 
 }  // namespace tools

@@ -42,16 +42,25 @@ std::string IntegerText(GenApi::IInteger& integer, std::int64_t value) {
     return std::to_string(value);
 }
 
+std::string NumberHint(const char* examples, const std::string& unit) {
+    return fmt::format(
+        "Examples: {}{}", examples,
+        unit.empty() ? "; it has no unit"
+                     : fmt::format("; its unit is {0}, '2 {0}' and its multiples are taken, too", Printable(unit)));
+}
+
 std::int64_t ParsedInteger(INode& node, const std::string& text) {
     if (const auto value = base::IntegerFromText(text, As<GenApi::IInteger>(node).GetUnit().view()))
         return *value;
-    throw ToolError(fmt::format("{}: '{}' is no integer", NameOf(node), text), "Examples: 16, -2, 0x10");
+    throw ToolError(fmt::format("{}: '{}' is no integer", NameOf(node), text),
+                    NumberHint("16, -2, 0x10", As<GenApi::IInteger>(node).GetUnit().str()));
 }
 
 double ParsedNumber(INode& node, const std::string& text) {
     if (const auto value = base::NumberFromText(text, As<GenApi::IFloat>(node).GetUnit().view()))
         return *value;
-    throw ToolError(fmt::format("{}: '{}' is no number", NameOf(node), text), "Examples: 16, 12.5, 1e3");
+    throw ToolError(fmt::format("{}: '{}' is no number", NameOf(node), text),
+                    NumberHint("16, 12.5, 1e3", As<GenApi::IFloat>(node).GetUnit().str()));
 }
 
 bool ParsedSwitch(INode& node, const std::string& text) {
@@ -149,7 +158,33 @@ std::string NumberRange(const std::string& least, const std::string& most, const
     return unit.empty() ? text : text + " " + Printable(unit);
 }
 
+/// Whether the feature's value is all in registers of at most four bytes.
+bool LiesInFourBytes(INode& node) {
+    constexpr std::int64_t kLength = 4;
+    GenApi::NodeList_t registers;
+    node.GetChildren(registers, GenApi::ctTerminalNodes);
+    if (registers.empty())
+        registers.push_back(&node);
+    return std::ranges::all_of(registers, [](INode* one) {
+        const GenApi::CRegisterPtr place(one);
+        return place.IsValid() && place->GetLength() <= kLength;
+    });
+}
+
 }  // namespace
+
+/**
+ * \brief A number of a feature as short as it is exact
+ *
+ * Four bytes have no more values than fifteen digits tell apart: what else a double has of them is what its calculation
+ * left, and 41.9 says all that 41.900001525878906 and 41.900000000000006 do.
+ */
+std::string NumberText(INode& node, double value) {
+    const auto single = static_cast<float>(value);
+    if (!LiesInFourBytes(node))
+        return fmt::format("{}", value);
+    return static_cast<double>(single) == value ? fmt::format("{}", single) : fmt::format("{:.15g}", value);
+}
 
 /// What kind of feature it is: "Integer", "Enumeration" ...
 std::string KindText(const INode& node) {
@@ -209,8 +244,8 @@ std::string RangeText(INode& node) {
         }
         case GenApi::intfIFloat: {
             auto& number = As<GenApi::IFloat>(node);
-            return NumberRange(fmt::format("{}", number.GetMin()), fmt::format("{}", number.GetMax()),
-                               number.HasInc() ? fmt::format("{}", number.GetInc()) : "", number.GetUnit().str());
+            return NumberRange(NumberText(node, number.GetMin()), NumberText(node, number.GetMax()),
+                               number.HasInc() ? NumberText(node, number.GetInc()) : "", number.GetUnit().str());
         }
         case GenApi::intfIEnumeration:
             return fmt::format("{}", fmt::join(EntriesOf(node), ", "));
@@ -249,7 +284,7 @@ std::string ValueText(INode& node) {
             return IsAddress(integer) ? integer.ToString().str() : IntegerText(integer, integer.GetValue());
         }
         case GenApi::intfIFloat:
-            return fmt::format("{}", As<GenApi::IFloat>(node).GetValue());
+            return NumberText(node, As<GenApi::IFloat>(node).GetValue());
         case GenApi::intfIBoolean:
             return As<GenApi::IBoolean>(node).GetValue() ? "true" : "false";
         default:
@@ -262,8 +297,10 @@ Json ValueJson(INode& node) {
     switch (node.GetPrincipalInterfaceType()) {
         case GenApi::intfIInteger:
             return As<GenApi::IInteger>(node).GetValue();
-        case GenApi::intfIFloat:
-            return As<GenApi::IFloat>(node).GetValue();
+        case GenApi::intfIFloat: {
+            const double value = As<GenApi::IFloat>(node).GetValue();
+            return base::NumberFromText(NumberText(node, value), "").value_or(value);
+        }
         case GenApi::intfIBoolean:
             return As<GenApi::IBoolean>(node).GetValue();
         default:

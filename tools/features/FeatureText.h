@@ -14,6 +14,7 @@ namespace tools {
 std::string KindText(const GenApi::INode& node);
 std::string AccessText(GenApi::EAccessMode mode);
 std::string RangeText(GenApi::INode& node);
+std::string NumberText(GenApi::INode& node, double value);
 std::string ValueText(GenApi::INode& node);
 Json ValueJson(GenApi::INode& node);
 

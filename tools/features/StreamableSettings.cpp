@@ -79,7 +79,8 @@ std::optional<std::string> WhyRefused(Action action) {
 /// Sets settings, moving the selectors as each wants them.
 class Loader {
 public:
-    explicit Loader(GenApi::INodeMap& nodes) : m_nodes(nodes), m_selectors(nodes) {}
+    Loader(GenApi::INodeMap& nodes, std::function<void()> step)
+        : m_nodes(nodes), m_selectors(nodes), m_step(std::move(step)) {}
 
     /// Returns those that were refused. One that others forbid as yet gets its chance when those have been set.
     std::vector<Refusal> Set(std::vector<Setting> settings) {
@@ -110,6 +111,7 @@ public:
 
 private:
     void Set(const Setting& setting) {
+        m_step();
         m_selectors.Move(setting.selectors);
         GenApi::INode& node = FindFeature(m_nodes, setting.name);
         if (!HasValue(node))
@@ -124,6 +126,7 @@ private:
     }
 
     void Verify(const Setting& setting) {
+        m_step();
         m_selectors.Move(setting.selectors);
         GenApi::INode& node = FindFeature(m_nodes, setting.name);
         if (GenApi::IsReadable(node.GetAccessMode()) && !Holds(node, setting.text))
@@ -132,6 +135,7 @@ private:
 
     GenApi::INodeMap& m_nodes;
     Selectors m_selectors;
+    std::function<void()> m_step;
 };
 
 std::vector<Setting> SettingsOf(const std::vector<Refusal>& refusals) {
@@ -178,11 +182,14 @@ std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes, std::vector<std::s
  * Refused ones are tried again as long as that helps; at the end each is read back, and those that others changed
  * meanwhile are set once more. Selectors stand as before when this returns.
  *
+ * \param[in] progress Told how far it is
  * \return What the camera does not hold, with the reason
  * \throw ToolError The user asked to end
  */
-std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings) {
-    Loader loader(nodes);
+std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings,
+                                   const std::function<void(std::size_t done, std::size_t all)>& progress) {
+    // Each is set, read back, and read back once more.
+    Loader loader(nodes, [&, done = std::size_t{0}]() mutable { progress(++done, 3 * settings.size()); });
     const auto isAmong = [](const std::vector<Refusal>& refusals, const Setting& setting) {
         return std::any_of(refusals.begin(), refusals.end(), [&](const Refusal& refusal) {
             return refusal.setting.line == setting.line && refusal.setting.name == setting.name;

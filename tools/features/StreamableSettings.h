@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ struct Refusal {
 };
 
 std::vector<Setting> CollectSettings(GenApi::INodeMap& nodes, std::vector<std::string>& failures);
-std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings);
+std::vector<Refusal> ApplySettings(GenApi::INodeMap& nodes, const std::vector<Setting>& settings,
+                                   const std::function<void(std::size_t done, std::size_t all)>& progress);
 
 }  // namespace tools

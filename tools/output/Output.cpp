@@ -5,6 +5,7 @@
 #include "output/Output.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "output/Text.h"
 #include "system/Environment.h"
@@ -49,7 +50,18 @@ Output::Output(std::FILE* out, std::FILE* err)
 
 void Output::Write(std::FILE* stream, std::string_view text) {
     if (!text.empty() && std::fwrite(text.data(), 1, text.size(), stream) != text.size() && stream == m_out)
-        m_failed = true;
+        Failed();
+}
+
+void Output::Failed() {
+    m_readerLeft = m_readerLeft || errno == EPIPE;
+    m_failed = true;
+}
+
+// A failure shows once only: it must not be lost where messages have results written out before them.
+void Output::FlushResults() {
+    if (std::fflush(m_out) != 0)
+        Failed();
 }
 
 void Output::Print(std::string_view text) {
@@ -85,7 +97,7 @@ void Output::Error(std::string_view text, std::string_view hint) {
 }
 
 void Output::Tell(std::string_view start, std::string_view text, std::string_view indent) {
-    std::fflush(m_out);
+    FlushResults();
     const std::lock_guard guard(m_errLock);
     ClearStatus();
     Write(m_err, start);
@@ -126,8 +138,7 @@ std::string Output::StyledFor(bool colours, Style style, std::string_view text) 
 
 bool Output::Flush() {
     std::fflush(m_err);
-    if (std::fflush(m_out) != 0)
-        m_failed = true;
+    FlushResults();
     return !m_failed;
 }
 

@@ -44,10 +44,14 @@ public:
 
     /// Hands everything to the system; false when something could not be written.
     bool Flush();
+    /// Whether what could not be written was for a reader that is gone, as after "| head": that is no news to anybody.
+    bool ReaderLeft() const noexcept { return m_readerLeft; }
 
 private:
     void Tell(std::string_view start, std::string_view text, std::string_view indent = {});
     void ClearStatus();
+    void FlushResults();
+    void Failed();
     std::string StyledFor(bool colours, Style style, std::string_view text) const;
     void Write(std::FILE* stream, std::string_view text);
 
@@ -60,6 +64,7 @@ private:
     bool m_outColours;
     bool m_errColours;
     bool m_failed = false;
+    bool m_readerLeft = false;
 };
 
 }  // namespace tools

@@ -8,9 +8,13 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <sstream>
 #include <system_error>
 
 #include "error/ExitCode.h"
+#include "system/FileAccess.h"
 
 namespace tools {
 
@@ -62,6 +66,21 @@ void WriteFile(const std::filesystem::path& path, std::string_view text) {
         std::filesystem::remove(unfinished, error);
         throw;
     }
+}
+
+std::string ReadInput(const std::filesystem::path& path) {
+    std::ostringstream text;
+    if (path == "-") {
+        text << std::cin.rdbuf();
+        return text.str();
+    }
+    std::error_code error;
+    const std::string why =
+        std::filesystem::is_directory(path, error) ? std::string("it is a folder") : WhyNotReadable(path);
+    if (!why.empty())
+        throw ToolError(fmt::format("can't read '{}': {}", path.string(), why));
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
 }
 
 }  // namespace tools

@@ -18,4 +18,7 @@ inline std::filesystem::path PathOf(std::string_view text) {
 
 void WriteFile(const std::filesystem::path& path, std::string_view text);
 
+/// The content of a file, or of standard input for "-". Throws ToolError when it can't be read.
+std::string ReadInput(const std::filesystem::path& path);
+
 }  // namespace tools

@@ -145,6 +145,25 @@ TEST_F(Features, SetPutsBackWhatALaterRefusalLeaves) {
     EXPECT_EQ(Get("Width"), "2048\n");
 }
 
+TEST_F(Features, TakesMultiplesOfTheUnit) {
+    EXPECT_EQ(Run({"set", "0", "ExposureTime=2 ms", "Width=1024 px"}).exitCode, 0);
+    EXPECT_EQ(Get("ExposureTime"), "2000\n");
+    ExpectFailure({"set", "0", "ExposureTime=2 Hz"}, 1, "its unit is us");
+    ExpectFailure({"set", "0", "Gamma=2 ms"}, 1, "it has no unit");
+}
+
+TEST_F(Features, ShowsFloatsAsShortAsTheyAreExact) {
+    EXPECT_EQ(Run({"set", "0", "ExposureTime=41.9"}).exitCode, 0);
+    EXPECT_EQ(Get("ExposureTime"), "41.9\n");
+    EXPECT_EQ(json::parse(Run({"get", "0", "ExposureTime", "--json"}).out).at("ExposureTime"), 41.9);
+}
+
+TEST_F(Features, PrintRatesAndRegistersAsJson) {
+    EXPECT_EQ(json::parse(Run({"rate", "0", "--json"}).out), json({{"BaudRate", 9600}}));
+    EXPECT_EQ(json::parse(Run({"read", "0", "0x4", "6", "--json"}).out),
+              json({{"Address", "0x4"}, {"Length", 6}, {"Bytes", "4d61726c6f77"}}));
+}
+
 TEST_F(Features, SetsBehindSelectors) {
     EXPECT_EQ(Run({"set", "0", "LineSelector=Line2", "LineInverter=on", "LineSelector=Line1"}).exitCode, 0);
     EXPECT_EQ(Get("LineInverter"), "false\n");

@@ -4,6 +4,8 @@
  */
 #include "system/Environment.h"
 
+#include <sys/utsname.h>
+
 #include <cstdlib>
 
 namespace tools {
@@ -19,6 +21,13 @@ void SetEnvironment(const char* name, const std::string& value) {
 
 void UnsetEnvironment(const char* name) {
     ::unsetenv(name);
+}
+
+std::string SystemName() {
+    utsname name{};
+    if (::uname(&name) != 0)
+        return "an unknown system";
+    return std::string(name.sysname) + " " + name.release + " " + name.machine;
 }
 
 }  // namespace tools

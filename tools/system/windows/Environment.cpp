@@ -31,4 +31,10 @@ void UnsetEnvironment(const char* name) {
     ::SetEnvironmentVariableA(name, nullptr);
 }
 
+std::string SystemName() {
+    SYSTEM_INFO info{};
+    ::GetNativeSystemInfo(&info);
+    return info.wProcessorArchitecture == PROCESSOR_ARCHITECTURE_AMD64 ? "Windows x86_64" : "Windows";
+}
+
 }  // namespace tools

@@ -46,6 +46,7 @@ int TerminalWidth(std::FILE* stream) {
 }
 
 void PrepareStreams() {
+    ::_setmode(::_fileno(stdin), _O_BINARY);
     for (std::FILE* stream : {stdout, stderr}) {
         // Data goes out as it is: what is redirected into a file must not get carriage returns.
         ::_setmode(::_fileno(stream), _O_BINARY);

@@ -61,9 +61,11 @@ TEST_F(Simulation, DoctorFindsASimulationHealthy) {
     EXPECT_EQ(run.exitCode, 0) << run.err;
     const json report = json::parse(run.out);
     EXPECT_EQ(report.at("Healthy"), true) << run.out;
+    EXPECT_THAT(report.at("Version").get<std::string>(), testing::Not(testing::IsEmpty()));
+    EXPECT_THAT(report.at("System").get<std::string>(), HasSubstr(" "));
     for (const char* section :
-         {"Environment variables", "Folders", "Transport layers", "Camera Link serial libraries", "CLProtocol drivers",
-          "Serial ports", "Port configuration file", "Cameras", "Last warnings and errors"})
+         {"EnvironmentVariables", "Folders", "TransportLayers", "CameraLinkSerialLibraries", "CLProtocolDrivers",
+          "SerialPorts", "PortConfigurationFile", "Cameras", "OpeningTheCameras", "LastWarningsAndErrors"})
         EXPECT_TRUE(report.at("Sections").contains(section)) << section;
 }
 
