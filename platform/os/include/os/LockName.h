@@ -73,7 +73,7 @@ public:
     constexpr void Set(const void*, const char*) noexcept {}
 };
 
-class AwaitedWork {
+class [[maybe_unused]] AwaitedWork {
 public:
     constexpr explicit AwaitedWork(const char*) noexcept {}
 };
