@@ -101,7 +101,7 @@ void BindCameras(py::module_& module) {
         .def("read_registers", ReadRegisters, py::arg("address"), py::arg("length"))
         .def("write_registers", WriteRegisters, py::arg("address"), py::arg("data"))
         .def("on_removal", OnRemoval, py::arg("callback"));
-    module.def("list", List);
+    module.def("find_cameras", List);
     module.def("open", Open, py::arg("name"));
 }
 

@@ -22,7 +22,7 @@ def cameras() -> list[CameraRecord]:
     A port without a camera takes a second or two. Ports in use are left out.
     """
     _log.follow()
-    return [CameraRecord(*record) for record in _core.list()]
+    return [CameraRecord(*record) for record in _core.find_cameras()]
 
 
 def open(camera: str | CameraRecord | None = None) -> Camera:

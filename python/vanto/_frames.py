@@ -16,7 +16,7 @@ from vanto._records import FrameStatus, StreamCounts
 
 if TYPE_CHECKING:
     import numpy
-    import PIL.Image
+    import PIL.Image  # type: ignore[import]
 
 
 class Frame:

@@ -8,6 +8,7 @@ from collections.abc import Mapping
 from dataclasses import dataclass
 
 from vanto import _core
+from vanto._facts import FeatureFacts
 from vanto._records import Kind, Port, Visibility
 
 
@@ -70,7 +71,7 @@ def describe(file: str | os.PathLike[str]) -> Description:
     )
 
 
-def _feature(facts: _core.FeatureFacts) -> DescribedFeature:
+def _feature(facts: FeatureFacts) -> DescribedFeature:
     name, kind, category, display_name, tool_tip, documentation, unit, visibility, selectors, entries = facts
     return DescribedFeature(
         name,

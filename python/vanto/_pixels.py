@@ -11,7 +11,6 @@ from vanto._errors import Error
 
 if TYPE_CHECKING:
     import numpy
-    from collections.abc import Buffer
 
     Array = numpy.ndarray[Any, Any]
 
@@ -72,12 +71,10 @@ def _unpack_dense(octets: Array, bits: int, count: int) -> Array:
     values = numpy.empty((groups, per_group), numpy.uint16 if bits > 8 else numpy.uint8)
     for place in range(per_group):
         first, shift = divmod(place * bits, 8)
-        low = padded[first : first + groups * group : group].astype(numpy.uint32)
-        value = low
-        for more in range(1, (shift + bits + 7) // 8):
-            value = value | padded[first + more : first + more + groups * group : group][:groups].astype(
-                numpy.uint32
-            ) << (8 * more)
+        value = numpy.zeros(groups, numpy.uint32)
+        for more in range((shift + bits + 7) // 8):
+            start = first + more
+            value |= padded[start : start + groups * group : group].astype(numpy.uint32) << numpy.uint32(8 * more)
         values[:, place] = (value >> shift) & ((1 << bits) - 1)
     return values.reshape(-1)[:count]
 

@@ -25,18 +25,24 @@ _BINARIES = 1  # folder type of programs
 class Simulation:
     """Simulated cameras, each with a frame grabber; for a with block, or until close.
 
-    They stand in for the machine's own cameras: this process sees no others meanwhile. Their serial numbers are
-    "SIM00001", "SIM00002", ...
+    They stand in for the machine's own cameras: this process sees no others meanwhile.
     """
 
     def __init__(
-        self, count: int = 2, *, models: Sequence[str] = _MODELS, frame_rate: float = 100.0, grabber: str = ""
+        self,
+        count: int = 2,
+        *,
+        models: Sequence[str] = _MODELS,
+        serial_numbers: Sequence[str] = (),
+        frame_rate: float = 100.0,
+        grabber: str = "",
     ) -> None:
         """Start them; use vanto.simulate instead."""
         if not 1 <= count <= _MOST:
             raise ValueError(f"1 to {_MOST} cameras can be simulated, not {count}")
         self._owner = os.getpid()
         self._names = [f"cam{number}" for number in range(count)]
+        self._serial_numbers = [*serial_numbers, *(f"SIM{number + 1:05}" for number in range(count))][:count]
         self._folder = Path(tempfile.mkdtemp(prefix="vanto-"))
         self._before: dict[str, str | None] = {}
         self._program: subprocess.Popen[bytes] | None = None
@@ -53,7 +59,8 @@ class Simulation:
             raise Error(f"the simulator '{program}' is not there; it is in the package vanto-cl")
         arguments = ["--until-stdin-closes", "--links", str(self._folder), "--control", str(self._control)]
         for number, name in enumerate(self._names):
-            arguments += ["--camera", f"{name},model={models[number % len(models)]},serial=SIM{number + 1:05}"]
+            model = models[number % len(models)]
+            arguments += ["--camera", f"{name},model={model},serial={self._serial_numbers[number]}"]
         started = subprocess.Popen(
             [str(program), *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True
         )
@@ -89,7 +96,7 @@ class Simulation:
     @property
     def serial_numbers(self) -> list[str]:
         """The serial numbers of the cameras, whether or not they are plugged in."""
-        return [f"SIM{number + 1:05}" for number in range(len(self._names))]
+        return list(self._serial_numbers)
 
     def unplug(self, camera: int = 0) -> None:
         """Pull the cable of a camera, by its number from 0."""
@@ -151,11 +158,19 @@ class Simulation:
 
 
 def simulate(
-    count: int = 2, *, models: Sequence[str] = _MODELS, frame_rate: float = 100.0, grabber: str = ""
+    count: int = 2,
+    *,
+    models: Sequence[str] = _MODELS,
+    serial_numbers: Sequence[str] = (),
+    frame_rate: float = 100.0,
+    grabber: str = "",
 ) -> Simulation:
     """Start simulated cameras in place of the machine's own: with vanto.simulate(1): camera = vanto.open().
 
-    The models ("H2048", "H4096", "H8192L") take turns. A frame rate of 0 is as fast as possible. More parameters of the
-    simulated frame grabber are written as in port configurations: grabber="DropEvery=10;Pattern=Noise".
+    The models ("H2048", "H4096", "H8192L") take turns. Without others the serial numbers are "SIM00001", "SIM00002" ...
+    A frame rate of 0 is as fast as possible. More parameters of the simulated frame grabber are written as in port
+    configurations: grabber="DropEvery=10;Pattern=Noise".
     """
-    return Simulation(count, models=models, frame_rate=frame_rate, grabber=grabber)
+    return Simulation(
+        count, models=models, serial_numbers=serial_numbers, frame_rate=frame_rate, grabber=grabber
+    )
