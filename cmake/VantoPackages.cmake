@@ -89,6 +89,19 @@ tried without a camera."
     SECTION graphics
     DEPENDS "libvanto ${same_version}"
     SUGGESTS vanto-doc)
+if(VANTO_BUILD_PYTHON)
+    vanto_package(
+        python python3-vanto
+        DESCRIPTION "Camera Link cameras as GenICam devices: Python module
+Finds cameras, gives their features as attributes and their images as
+numpy arrays without a copy. With the package vanto-cl it has simulated
+cameras as well."
+        SECTION python
+        DEPENDS "libvanto ${same_version}, python3 (>= 3.11), python3 (<< 3.12), python3-numpy"
+        SUGGESTS "vanto-cl, vanto-doc, python3-pil"
+        CONTROL python3-vanto.postinst python3-vanto.prerm)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+endif()
 vanto_package(
     documentation vanto-doc
     DESCRIPTION "Camera Link cameras as GenICam devices: documentation

@@ -10,6 +10,7 @@
 
 PYBIND11_MODULE(_core, module) {
     module.doc() = "Cameras as the library has them. Use vanto instead, which is made of it.";
+    module.attr("__version__") = VANTO_VERSION;
     python::RememberMainThread();
     python::BindErrors();
     python::BindFeatures(module);

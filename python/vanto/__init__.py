@@ -93,5 +93,7 @@ __all__ = [
     "simulate",
 ]
 
+__version__ = _core.__version__
+
 atexit.register(_core.shut_down)
 os.register_at_fork(after_in_child=_core.note_fork)

@@ -7,6 +7,8 @@ from typing import Any
 from vanto._facts import DescriptionFacts, EntryFacts, RangeFacts, RecordFacts
 from vanto._records import SettingFault
 
+__version__: str
+
 class Subscription:
     def cancel(self) -> None: ...
     def is_active(self) -> bool: ...

@@ -3,7 +3,6 @@
 
 from __future__ import annotations
 
-import asyncio
 import os
 from collections.abc import AsyncIterator, Iterator
 from types import TracebackType
@@ -15,6 +14,8 @@ from vanto._log import logger
 from vanto._records import FrameStatus, StreamCounts
 
 if TYPE_CHECKING:
+    import asyncio
+
     import numpy
     import PIL.Image  # type: ignore[import]
 
@@ -188,6 +189,8 @@ class Stream(Iterator[Frame], AsyncIterator[Frame]):
 
     async def __anext__(self) -> Frame:
         """Wait for the next frame while other tasks run. What a cancelled task waited for comes to the next one."""
+        import asyncio  # which takes longer to import than the rest of the module
+
         if self._pending is None:
             self._pending = asyncio.get_running_loop().run_in_executor(None, self.next)
         pending = self._pending
@@ -239,6 +242,8 @@ class Stream(Iterator[Frame], AsyncIterator[Frame]):
         self, kind: type[BaseException] | None, error: BaseException | None, trace: TracebackType | None
     ) -> None:
         """Stop, while other tasks run."""
+        import asyncio
+
         await asyncio.get_running_loop().run_in_executor(None, self.close)
 
     def __repr__(self) -> str:
