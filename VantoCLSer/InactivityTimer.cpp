@@ -7,6 +7,12 @@
 
 namespace Vanto {
 
+namespace {
+
+thread_local const CInactivityTimer* t_running = nullptr;  // whose callback this thread is in
+
+}  // namespace
+
 CInactivityTimer::~CInactivityTimer() {
     Stop();
     m_queue.reset();
@@ -21,6 +27,8 @@ CInactivityTimer::~CInactivityTimer() {
  * \context Any thread but the callback's; waits for a running callback
  */
 bool CInactivityTimer::Restart(const std::atomic<std::uint32_t>& dueTime, Callback callback, void* second) noexcept {
+    if (t_running == this)
+        return false;
     const std::lock_guard change(m_change);
     const std::uint32_t milliseconds = dueTime;
     if (milliseconds == 0)
@@ -47,9 +55,11 @@ bool CInactivityTimer::Restart(const std::atomic<std::uint32_t>& dueTime, Callba
 
 /**
  * \brief Stop the timer and wait for a running callback
- * \return false when the system refuses
+ * \return false when the system refuses, and in that callback, which can't be waited for
  */
 bool CInactivityTimer::Stop() noexcept {
+    if (t_running == this)
+        return false;
     const std::lock_guard change(m_change);
     return DeleteTimer();
 }
@@ -86,11 +96,14 @@ void CInactivityTimer::Trampoline(void* timer) noexcept {
     void* first = self.m_first;
     void* second = self.m_second;
     lock.unlock();
+    // Not in the timer itself, which may be destroyed by its callback.
+    t_running = &self;
     try {
         callback(first, second);
     } catch (...) {
         // Nobody is there to be told: the thread is the timer's.
     }
+    t_running = nullptr;
 }
 
 }  // namespace Vanto

@@ -45,7 +45,8 @@ private:
     static constexpr std::uint32_t kSpinCount = 200;
 
     const QueueFactory m_createQueue;
-    std::mutex m_change;  // one restart or stop at a time; never taken by the callback
+    // One restart or stop at a time; never taken by the callback, for which the holder may wait.
+    std::mutex m_change;
     [[no_unique_address]] const os::LockName m_changeName{&m_change, "timer's change"};
     // Guards the members below; never held while the callback runs.
     os::CriticalSection m_criticalSection{kSpinCount};

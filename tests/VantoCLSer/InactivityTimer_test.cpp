@@ -105,6 +105,19 @@ TEST_F(InactivityTimer, StartsAfreshAfterItsCallback) {
     }
 }
 
+// R restarts the timer and waits for the callback, which wants to stop the timer.
+TEST_F(InactivityTimer, RefusesToBeStoppedByItsCallbackWhileItIsRestarted) {
+    bool isStopped = true;
+    m_target.action = [&] {
+        GiveWay();
+        isStopped = m_timer->Stop();
+    };
+    Restart(1);
+    EXPECT_TRUE(m_target.WaitForCalls(1));
+    EXPECT_TRUE(Restart(kNever));
+    EXPECT_FALSE(isStopped);
+}
+
 TEST_F(InactivityTimer, IsOnlyStoppedByZero) {
     EXPECT_TRUE(Restart(0));
     EXPECT_TRUE(Restart(kNever));

@@ -144,7 +144,7 @@ TEST_F(PortAutoClose, GivesWayToAChangeOfTheTimeout) {
     scripted::Driver().onWrite = [this](auto...) {
         WaitForCallback();
         // From another thread than the one that holds the port.
-        EXPECT_TRUE(m_port.SetAutoCloseTimeout(0));
+        std::thread([this] { EXPECT_TRUE(m_port.SetAutoCloseTimeout(0)); }).join();
         return 0;
     };
     m_port.SetAutoCloseTimeout(1);

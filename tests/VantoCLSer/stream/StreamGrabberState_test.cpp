@@ -399,6 +399,7 @@ class FinishingByCancel : public StreamGrabberState {
 protected:
     FinishingByCancel() {
         m_grabber->Close();
+        m_grabber.reset();  // a camera has one
         m_log->Clear();
         m_cancelling->Initialize();
         m_cancelling->Open();
