@@ -13,6 +13,7 @@
 
 #include "Base/GCUtilities.h"
 #include "VantoCLSer/base/ModuleHold.h"
+#include "os/LockName.h"
 #include "os/Path.h"
 
 namespace Vanto {
@@ -26,6 +27,7 @@ std::atomic<std::size_t> g_left{0};
 /// What a loading and who waits for it share: the one may outlive the other.
 struct CLibraryLoader::Loading {
     std::mutex mutex;
+    [[no_unique_address]] const os::LockName mutexName{&mutex, "library loading"};
     std::condition_variable ended;
     bool isDone = false;
     bool isLeft = false;  // nobody waits for it any more

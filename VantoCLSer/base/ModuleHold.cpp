@@ -9,12 +9,14 @@
 #include <mutex>
 
 #include "os/Library.h"
+#include "os/LockName.h"
 
 namespace Vanto {
 
 namespace {
 
 std::mutex g_lock;
+[[maybe_unused]] const os::LockName g_lockName(&g_lock, "module hold");
 os::Library g_self;
 bool g_isKept = false;
 

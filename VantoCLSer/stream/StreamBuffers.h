@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "VantoCLSer/stream/HandleQueue.h"
+#include "os/LockName.h"
 
 namespace Vanto {
 
@@ -18,6 +19,7 @@ struct StreamBuffer {
     GrabResult result;
     std::uint64_t size = 0;  ///< bytes
     std::mutex filling;      ///< held while a frame is copied: a buffer that is queued twice is filled by one at a time
+    [[no_unique_address]] const os::LockName fillingName{&filling, "buffer"};
     std::atomic<bool> isForgotten{false};  ///< the memory is the application's again
 };
 

@@ -13,6 +13,7 @@
 
 #include "SerialError.h"
 #include "clser/ClSerial.h"
+#include "os/LockName.h"
 #include "os/PerThread.h"
 
 namespace ClSerTty {
@@ -24,6 +25,7 @@ using SharedList = std::shared_ptr<const PortList>;
 /// The process's last list, for threads that never counted the ports themselves.
 struct LatestList {
     std::mutex mutex;
+    [[no_unique_address]] const os::LockName mutexName{&mutex, "list of ports"};
     SharedList ports;
 };
 

@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "SerialPort.h"
+#include "os/LockName.h"
 
 namespace ClSerTty {
 
@@ -22,6 +23,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "open ports"};
     std::uintptr_t m_last = 0;
     std::map<std::uintptr_t, std::shared_ptr<SerialPort>> m_ports;
 };

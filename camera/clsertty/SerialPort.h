@@ -15,6 +15,7 @@
 
 #include "SerialDevice.h"
 #include "Turn.h"
+#include "os/LockName.h"
 
 namespace ClSerTty {
 
@@ -41,6 +42,7 @@ private:
     Turn m_reading;      // of the thread that reads, while it waits as well; taken before m_mutex
     Turn m_writing;      // of the thread that writes or is about the rate, likewise
     std::mutex m_mutex;  // for what needs no wait
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "serial port"};
     std::atomic<SerialDevice*> m_cancel;
     std::unique_ptr<SerialDevice> m_device;  // used under any of the three mutexes, and changed under all
     std::vector<char> m_arrived;             // under m_mutex: taken from the system for a read that has not ended yet

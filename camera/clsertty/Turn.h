@@ -8,6 +8,8 @@
 #include <condition_variable>
 #include <mutex>
 
+#include "os/LockName.h"
+
 namespace ClSerTty {
 
 /// For std::unique_lock and std::lock_guard. Does the work of std::timed_mutex, whose timed waits the thread sanitizer
@@ -20,6 +22,7 @@ public:
 
 private:
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "turn"};
     std::condition_variable m_isFree;
     bool m_isTaken = false;
 };

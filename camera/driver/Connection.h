@@ -20,6 +20,7 @@
 #include "Logger.h"
 #include "RateChanger.h"
 #include "SerialLine.h"
+#include "os/LockName.h"
 
 namespace marlow {
 
@@ -54,6 +55,7 @@ private:
     void ListFiles();
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's connection"};
     SerialLine m_line;
     Logger& m_logger;
     KnownCameras& m_known;

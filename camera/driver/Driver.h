@@ -16,6 +16,7 @@
 #include "ErrorTexts.h"
 #include "KnownCameras.h"
 #include "Logger.h"
+#include "os/LockName.h"
 
 namespace marlow {
 
@@ -48,6 +49,7 @@ private:
     KnownCameras m_known;
     std::atomic<unsigned> m_stops{0};
     mutable std::mutex m_mutex;  // of what follows
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver"};
     std::map<CLUINT32, std::shared_ptr<Connection>> m_connections;
     CLUINT32 m_lastCookie = 0;
 };

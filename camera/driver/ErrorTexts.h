@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "CLProtocol/CLProtocolC.h"
+#include "os/LockName.h"
 
 namespace marlow {
 
@@ -30,6 +31,7 @@ private:
     };
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's texts"};
     std::deque<Entry> m_entries;  // newest first, one per thread and cookie
 };
 

@@ -12,6 +12,7 @@
 #include "CLProtocol/CLProtocolC.h"
 #include "CameraFacts.h"
 #include "RateFinder.h"
+#include "os/LockName.h"
 
 namespace marlow {
 
@@ -37,6 +38,7 @@ private:
     };
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's cameras"};
     std::deque<Camera> m_cameras;  // newest first
     std::deque<Line> m_lines;
 };

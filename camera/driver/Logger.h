@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "CLProtocol/CLProtocolC.h"
+#include "os/LockName.h"
 
 namespace marlow {
 
@@ -41,6 +42,7 @@ private:
 
     // Recursive: the host's function may ask for a parameter of the driver.
     mutable std::recursive_mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's log"};
     CLProtocol::CLP_LOGGER m_function = nullptr;
     std::atomic<bool> m_isSet{false};
     std::atomic<CLINT32> m_level{CLProtocol::CLP_LOG_NOTSET};

@@ -14,6 +14,7 @@
 
 #include "CLProtocol/Activity.h"
 #include "discovery/CameraRecord.h"
+#include "os/LockName.h"
 #include "vanto/Device.h"
 #include "vanto/LogListener.h"
 
@@ -63,6 +64,7 @@ private:
 
     Vanto::ITransportLayer& m_layer;
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL discovery"};
     std::condition_variable m_changed;
     std::vector<PortRecord> m_ports;
     std::vector<std::string> m_seen;   // ports of the look that is under way

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <vector>
 
+#include "os/LockName.h"
 #include "support/Info.h"
 
 namespace gentl {
@@ -41,6 +42,7 @@ protected:
 
 private:
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL events"};
     std::condition_variable m_changed;
 };
 

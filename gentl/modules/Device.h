@@ -9,6 +9,7 @@
 #include <string>
 
 #include "discovery/CameraRecord.h"
+#include "os/LockName.h"
 #include "ports/Module.h"
 #include "remote/OpenCamera.h"
 #include "remote/RemotePort.h"
@@ -65,6 +66,7 @@ private:
     std::shared_ptr<RemotePort> m_remote;
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL device"};
     bool m_isClosed = false;
     std::shared_ptr<Stream> m_stream;
 };

@@ -13,6 +13,7 @@
 
 #include "discovery/Discovery.h"
 #include "modules/Device.h"
+#include "os/LockName.h"
 #include "ports/Module.h"
 
 namespace gentl {
@@ -63,7 +64,9 @@ private:
     std::atomic<std::int64_t> m_selected{0};
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL interface"};
     std::mutex m_opening;  // T that opens the device holds it, for as long as that takes; others want RESOURCE_IN_USE
+    [[no_unique_address]] const os::LockName m_openingName{&m_opening, "GenTL opening"};
     bool m_isClosed = false;
     std::optional<Listed> m_list;
     std::shared_ptr<Device> m_device;

@@ -9,6 +9,7 @@
 
 #include "discovery/Discovery.h"
 #include "modules/System.h"
+#include "os/LockName.h"
 #include "support/HandleTable.h"
 
 namespace gentl {
@@ -33,6 +34,7 @@ private:
 
     HandleTable m_handles;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL library"};
     bool m_isShut = false;
     Vanto::ITransportLayer* m_layer = nullptr;
     std::unique_ptr<Discovery> m_discovery;  // also keeps what was found from one system to the next

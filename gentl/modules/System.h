@@ -13,6 +13,7 @@
 
 #include "discovery/Discovery.h"
 #include "modules/Interface.h"
+#include "os/LockName.h"
 #include "ports/Module.h"
 
 namespace gentl {
@@ -50,6 +51,7 @@ private:
     std::atomic<std::int64_t> m_selected{0};
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL system"};
     bool m_isClosed = false;
     std::vector<std::string> m_list;
     std::map<std::string, std::shared_ptr<Interface>> m_interfaces;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "events/Event.h"
+#include "os/LockName.h"
 #include "ports/FeatureMap.h"
 #include "ports/Port.h"
 #include "support/HandleTable.h"
@@ -47,6 +48,7 @@ private:
     std::string m_fileName;
     std::string m_description;
     std::mutex m_eventLock;
+    [[no_unique_address]] const os::LockName m_eventLockName{&m_eventLock, "GenTL module's events"};
     bool m_isRetired = false;
     std::map<EVENT_TYPE, std::shared_ptr<Event>> m_events;
 };

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "os/LockName.h"
 #include "stream/BufferQueue.h"
 #include "vanto/StreamGrabber.h"
 
@@ -38,6 +39,7 @@ private:
     Vanto::IStreamGrabber& m_grabber;
     const std::shared_ptr<BufferQueue> m_queue;
     std::mutex m_taking;  // whoever takes results from the grabber holds it
+    [[no_unique_address]] const os::LockName m_takingName{&m_taking, "GenTL results"};
     std::vector<StreamBuffer*> m_canceled;
     Vanto::WaitObjectEx m_end;
     std::thread m_thread;

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 
+#include "os/LockName.h"
 #include "ports/Module.h"
 #include "remote/OpenCamera.h"
 #include "stream/Acquisition.h"
@@ -73,6 +74,7 @@ private:
     const std::shared_ptr<NoticeQueue> m_moduleEvents;
 
     mutable std::mutex m_control;
+    [[no_unique_address]] const os::LockName m_controlName{&m_control, "GenTL stream"};
     bool m_isClosed = false;
     std::atomic<bool> m_isStarted{false};
     std::atomic<std::int64_t> m_handlingMode{0};

@@ -24,6 +24,7 @@
 #include "Session.h"
 #include "Texts.h"
 #include "XmlFetch.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -190,6 +191,7 @@ private:
     }
 
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "CLPort"};
     std::atomic<bool> m_isConnected{false};
     std::atomic<std::uint32_t> m_timeoutMs{CLP_REGISTER_TIMEOUT};
     GenICam::gcstring m_deviceId;

@@ -34,6 +34,7 @@ std::atomic<std::size_t> g_stuckThreads{0};
 
 struct CallThread::State {
     std::mutex mutex;
+    [[no_unique_address]] const os::LockName mutexName{&mutex, "call"};
     std::condition_variable changed;
     Job job;
     std::vector<std::shared_ptr<void>> left;  // what the worker gives up when it is free

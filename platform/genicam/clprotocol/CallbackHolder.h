@@ -10,6 +10,8 @@
 #include <mutex>
 #include <utility>
 
+#include "os/LockName.h"
+
 namespace CLProtocol {
 
 /// Holds at most one function. One that ends in calling itself is not called again. Thread-safe.
@@ -56,6 +58,7 @@ private:
     static inline thread_local int t_inside = 0;
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "listeners"};
     std::condition_variable m_returned;
     std::shared_ptr<const Function> m_function;
 };

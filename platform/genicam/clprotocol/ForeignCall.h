@@ -10,6 +10,7 @@
 #include <string>
 
 #include "Base/GCException.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -36,6 +37,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "foreign activity"};
     Entry m_entry;
     std::uint64_t m_returned = 0;
 };

@@ -20,6 +20,7 @@
 #include "SearchPath.h"
 #include "Texts.h"
 #include "os/File.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -109,6 +110,7 @@ private:
 
     struct Entry {
         std::mutex mutex;  // taken by jobs only: whoever holds it may hang in foreign code
+        [[no_unique_address]] const os::LockName mutexName{&mutex, "library"};
         Pointer library;
         std::string refusal;
         os::FileStatus refusedFile;  // so that another file under the same path gets its chance
@@ -170,6 +172,7 @@ private:
     }
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "library shelf"};
     std::map<std::string, std::shared_ptr<Entry>> m_entries;
 };
 

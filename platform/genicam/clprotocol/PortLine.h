@@ -14,6 +14,7 @@
 
 #include "CLProtocol/ISerial.h"
 #include "clser/ClSerial.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -56,6 +57,7 @@ private:
     void Count(std::size_t bytes) noexcept;
 
     mutable std::mutex m_mutex;  // not held during a call on the connection
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "line"};
     std::shared_ptr<ISerial> m_connection;
     std::atomic<const Task*> m_task{nullptr};
     std::atomic<CLUINT32> m_rate{CL_BAUDRATE_9600};
@@ -70,6 +72,7 @@ public:
 
 private:
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "lines"};
     std::map<std::string, std::vector<std::shared_ptr<PortLine>>> m_lines;
 };
 

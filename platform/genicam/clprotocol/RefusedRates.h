@@ -8,6 +8,8 @@
 #include <map>
 #include <mutex>
 
+#include "os/LockName.h"
+
 namespace CLProtocol {
 
 /// Rates as flags, ports by their index. Forgotten with the library. Thread-safe.
@@ -18,6 +20,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "refused rates"};
     std::map<std::uint32_t, std::uint32_t> m_masks;
 };
 

@@ -12,6 +12,7 @@
 #include "CLProtocol/ISerial.h"
 #include "Failures.h"
 #include "SerialLibrary.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -43,6 +44,7 @@ private:
     const std::shared_ptr<const SerialLibrary> m_library;
     const std::uint32_t m_index;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "serial connection"};
     std::vector<char> m_received;  // what has come in and was not asked for completely yet
     std::vector<char> m_piece;
     std::string m_cause;  // why the last call failed, as the library says

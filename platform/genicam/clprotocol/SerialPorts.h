@@ -12,6 +12,7 @@
 #include "CLProtocol/Diagnostics.h"
 #include "LibraryShelf.h"
 #include "SerialLibrary.h"
+#include "os/LockName.h"
 
 namespace CLProtocol {
 
@@ -39,6 +40,7 @@ private:
 
     LibraryShelf<SerialLibrary> m_libraries;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "serial ports"};
     std::vector<SerialPort> m_ports;  // of the last enumeration
 };
 

@@ -4,6 +4,7 @@
  */
 
 #include "os/Environment.h"
+#include "os/LockName.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +16,7 @@ namespace {
 
 // The environment itself has no lock: this one keeps at least our own readers and writers apart.
 constinit std::mutex g_environment;
+[[maybe_unused]] const os::LockName g_environmentName(&g_environment, "environment");
 
 }  // namespace
 

@@ -96,6 +96,7 @@ private:
     }
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "timers"};
     std::condition_variable m_changed;
     Timers m_timers;
     TimerQueue::TimerId m_lastId = 0;

@@ -4,6 +4,7 @@
  */
 
 #include "os/Timer.h"
+#include "os/LockName.h"
 
 #include <windows.h>
 
@@ -99,6 +100,7 @@ private:
 
     HANDLE m_queue;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "timers"};
     Timers m_timers;
     TimerId m_lastId = 0;
 };

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "factory/TlCatalogue.h"
+#include "os/LockName.h"
 #include "vanto/TlFactory.h"
 
 namespace Vanto {
@@ -42,6 +43,7 @@ private:
     std::unique_ptr<const TlCatalogue> m_catalogue;
     std::atomic<const TlCatalogue*> m_ready{nullptr};
     std::mutex m_mutex;  // guards m_owners; nothing of others is called with it
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "devices of layers"};
     std::map<IVantoDevice*, ITransportLayer*> m_owners;
 };
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "os/LockName.h"
 #include "vanto/TlFactory.h"
 
 namespace os {
@@ -59,6 +60,7 @@ private:
     TlInfoList m_infos;
 
     mutable std::recursive_mutex m_mutex;  // recursive: a function of the library may come back to the factory
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "layer's module"};
     std::vector<Made> m_made;
 };
 

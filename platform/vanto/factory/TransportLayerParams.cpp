@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "GenApi/NodeMapRef.h"
+#include "os/LockName.h"
 
 namespace Vanto {
 
@@ -57,6 +58,7 @@ public:
 
 private:
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "layer's parameters"};
     std::map<GenApi::INodeMap*, std::unique_ptr<GenApi::CNodeMapRef>> m_nodeMaps;
 };
 

@@ -13,6 +13,7 @@
 
 #include "log/LogSinks.h"
 #include "log/LogSubscriber.h"
+#include "os/LockName.h"
 #include "vanto/TraceLog.h"
 
 namespace Vanto::tracelog {
@@ -34,6 +35,7 @@ private:
 
     const LogSinks m_sinks;
     std::mutex m_mutex;  // guards what follows
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "log"};
     std::map<std::string, Category, std::less<>> m_categories;
     std::vector<std::shared_ptr<Subscriber>> m_subscribers;
 };

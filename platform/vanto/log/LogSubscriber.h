@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "os/LockName.h"
 #include "vanto/LogListener.h"
 #include "vanto/LogRules.h"
 
@@ -28,6 +29,7 @@ private:
     const LogListener m_listener;
     const LogRules m_rules;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "log subscriber"};
     std::condition_variable m_left;
     unsigned m_running = 0;
     bool m_closed = false;
