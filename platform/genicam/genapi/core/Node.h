@@ -169,6 +169,8 @@ public:
 
     // The description of the node.
     std::span<const Property> Properties() const noexcept { return m_description->PropertiesOf(m_index); }
+    /// What the description says, which other maps may share.
+    const Description& Schema() const noexcept { return *m_description; }
     const Property* Find(ETag tag) const noexcept { return m_description->Find(m_index, tag); }
     std::string_view TextOf(const Property& property) const noexcept { return m_description->TextOf(property); }
     std::string_view TextOf(ETag tag) const noexcept;

@@ -22,7 +22,8 @@ struct FormulaVariable {
     std::int64_t entry = 0;  ///< of an entry: its value
 };
 
-/// A compiled formula with its variables. Lies in the map's arena.
+/// A compiled formula with its variables. The compiled formula lies in the description, the same for all maps; this,
+/// with the nodes of one map, in the map's arena.
 class NodeFormula {
 public:
     /// Compiles the formula in an element of a node. \a ownName is the variable for the value that is converted (FROM
@@ -39,7 +40,7 @@ public:
     bool AllReadable(Evaluation& evaluation) const;
 
 private:
-    FormulaProgram m_program;
+    const FormulaProgram* m_program;
     std::span<const FormulaVariable> m_variables;
 };
 

@@ -201,28 +201,61 @@ private:
 
 }  // namespace
 
+namespace {
+
+/// As FormulaVariable, whatever the map.
+struct SharedVariable {
+    std::uint32_t node;
+    Part part;
+    std::int64_t entry;
+};
+
+/// A compiled formula as all maps of a description have it.
+struct SharedFormula {
+    FormulaProgram program;
+    std::span<const SharedVariable> variables;
+};
+
+const SharedFormula& Compile(CNode& owner, const Property& property, std::string_view ownName, bool floating) {
+    NodeSymbols symbols(owner, ownName);
+    try {
+        const auto compiled = CompileFormula(owner.TextOf(property), symbols, floating);
+        std::vector<SharedVariable> variables;
+        for (const FormulaVariable& variable : symbols.Variables())
+            variables.push_back(
+                {variable.node != nullptr ? variable.node->Index() : kNoNode, variable.part, variable.entry});
+        return owner.Schema().Parts().Keep<SharedFormula>(property, [&](Arena& arena) {
+            return arena.New<SharedFormula>(SharedFormula{compiled.Program(arena), arena.Copy(variables)});
+        });
+    } catch (const GenICam::InvalidArgumentException& exception) {
+        throw INVALID_ARGUMENT_EXCEPTION("%s does not parse: %s", std::string(NameOf(property.tag)),
+                                         exception.GetDescription());
+    }
+}
+
+}  // namespace
+
 NodeFormula::NodeFormula(CNode& owner, ETag element, std::string_view ownName, bool floating) {
     const Property* property = owner.Find(element);
     if (property == nullptr)
         throw INVALID_ARGUMENT_EXCEPTION("has no %s", std::string(NameOf(element)));
-    NodeSymbols symbols(owner, ownName);
-    try {
-        m_program = CompileFormula(owner.TextOf(*property), symbols, floating).Program(owner.Map().Memory());
-    } catch (const GenICam::InvalidArgumentException& exception) {
-        throw INVALID_ARGUMENT_EXCEPTION("%s does not parse: %s", std::string(NameOf(element)),
-                                         exception.GetDescription());
-    }
-    m_variables = owner.Map().Memory().Copy(symbols.Variables());
+    const auto* const known = owner.Schema().Parts().Find<SharedFormula>(*property);
+    const SharedFormula& shared = known != nullptr ? *known : Compile(owner, *property, ownName, floating);
+    std::vector<FormulaVariable> variables;
+    for (const SharedVariable& variable : shared.variables)
+        variables.push_back({owner.Map().NodeAt(variable.node), variable.part, variable.entry});
+    m_program = &shared.program;
+    m_variables = owner.Map().Memory().Copy(variables);
 }
 
 std::int64_t NodeFormula::EvaluateInteger(Evaluation& evaluation, std::int64_t own) const {
     NodeVariables variables(m_variables, evaluation, own, static_cast<double>(own));
-    return m_program.EvaluateInteger(variables);
+    return m_program->EvaluateInteger(variables);
 }
 
 double NodeFormula::EvaluateFloat(Evaluation& evaluation, double own) const {
     NodeVariables variables(m_variables, evaluation, 0, own);
-    return m_program.EvaluateFloat(variables);
+    return m_program->EvaluateFloat(variables);
 }
 
 bool NodeFormula::UsesOwnValue() const noexcept {
@@ -234,7 +267,7 @@ bool NodeFormula::UsesOwnValue() const noexcept {
 // condition.
 Waiting NodeFormula::Need(EPart part) const noexcept {
     const bool isAccess = part == EPart::ReadAccess || part == EPart::FullAccess;
-    const std::uint32_t first = isAccess ? 0 : m_program.FirstVariable();
+    const std::uint32_t first = isAccess ? 0 : m_program->FirstVariable();
     if (IsLimit(part) || first >= m_variables.size() || m_variables[first].part != Part::Value)
         return {};
     return {m_variables[first].node, isAccess ? EPart::ReadAccess : EPart::Value};

@@ -18,6 +18,7 @@
 #include "schema/Dependencies.h"
 #include "schema/NameTable.h"
 #include "schema/Property.h"
+#include "schema/SharedParts.h"
 
 namespace GenApi {
 
@@ -93,6 +94,8 @@ public:
     /// Which nodes depend on which; found when they are first asked for.
     const NodeTable<Invalidation>& Dependents() const;
     const NodeTable<Referrer>& Referrers() const;
+    /// What was made of its elements up to now.
+    SharedParts& Parts() const noexcept { return m_parts; }
     const DescriptionInfo& Info() const noexcept { return m_info; }
     std::span<const LoadWarning> Warnings() const noexcept { return m_warnings; }
 
@@ -114,6 +117,7 @@ private:
     mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
     mutable std::once_flag m_dependentsFound;
     mutable NodeTable<Invalidation> m_dependents;
+    mutable SharedParts m_parts;
     mutable std::once_flag m_referrersFound;
     mutable NodeTable<Referrer> m_referrers;
 };
