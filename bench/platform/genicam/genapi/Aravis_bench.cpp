@@ -128,8 +128,8 @@ const bool kRegistered = [] {
     benchmark::RegisterBenchmark("Aravis/SelectorWrite", SelectorWrite);
     benchmark::RegisterBenchmark("Aravis/Walk/Imperx", Walk, RealOrGenerated("imperx_b1020.xml"));
     benchmark::RegisterBenchmark("Aravis/Walk/2000", Walk, Generated(2000));
-    MemoryMeters()["Aravis"] = [](const std::string& xml) -> std::unique_ptr<Kept> {
-        return std::make_unique<KeptEngine>(xml);
+    MemoryMeters()["Aravis"] = [](const GenICam::gcstring& xml) -> std::unique_ptr<Kept> {
+        return std::make_unique<KeptEngine>(xml.str());
     };
     return true;
 }();

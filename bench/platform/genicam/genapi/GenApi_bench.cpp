@@ -178,7 +178,7 @@ void UnorderedMapLookup(benchmark::State& state) {
 /// A map that stays loaded while its memory is measured.
 class KeptMap final : public Kept {
 public:
-    explicit KeptMap(const std::string& xml) { m_map._LoadXMLFromString(xml); }
+    explicit KeptMap(const GenICam::gcstring& xml) { m_map._LoadXMLFromString(xml); }
 
 private:
     CNodeMapRef m_map;
@@ -200,7 +200,7 @@ const bool kRegistered = [] {
     benchmark::RegisterBenchmark("Ours/Walk/2000", Walk, Generated(2000));
     benchmark::RegisterBenchmark("Ours/Lookup", Lookup);
     benchmark::RegisterBenchmark("UnorderedMap/Lookup", UnorderedMapLookup);
-    MemoryMeters()["Ours"] = [](const std::string& xml) -> std::unique_ptr<Kept> {
+    MemoryMeters()["Ours"] = [](const GenICam::gcstring& xml) -> std::unique_ptr<Kept> {
         return std::make_unique<KeptMap>(xml);
     };
     return true;

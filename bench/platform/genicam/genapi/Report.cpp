@@ -54,10 +54,11 @@ void MeasureMemory() {
     std::printf("%-24s %12s %12s\n", "bytes/node", "ours", "Aravis");
     for (const auto& [name, xml] : descriptions) {
         const int nodes = CountNodes(xml);
+        const GenICam::gcstring text(xml);
         std::map<std::string, double> used;
         for (const auto& [engine, load] : MemoryMeters()) {
             const std::size_t before = HeapInUse();
-            kept.push_back(load(xml));
+            kept.push_back(load(text));
             used[engine] = static_cast<double>(HeapInUse() - before) / nodes;
         }
         const double part = used["Aravis"] > 0.0 ? used["Ours"] / used["Aravis"] : 0.0;

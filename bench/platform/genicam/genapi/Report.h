@@ -11,6 +11,8 @@
 #include <memory>
 #include <string>
 
+#include "Base/GCString.h"
+
 namespace genapibench {
 
 /// Something loaded whose memory is measured.
@@ -19,8 +21,8 @@ public:
     virtual ~Kept() = default;
 };
 
-/// How each engine loads a description.
-using MemoryMeter = std::function<std::unique_ptr<Kept>(const std::string& xml)>;
+/// How each engine loads a description. The text comes as each takes it: none has to copy it first.
+using MemoryMeter = std::function<std::unique_ptr<Kept>(const GenICam::gcstring& xml)>;
 std::map<std::string, MemoryMeter>& MemoryMeters();
 
 /// Shows results as they come and, at the end, how many times as fast as the other engine each is.
