@@ -87,7 +87,7 @@ private:
         const OneShot copy = timer;
         lock.unlock();
         {
-            const AwaitedWork work(kWorkName);
+            [[maybe_unused]] const AwaitedWork work(kWorkName);
             copy.callback(copy.parameter);
         }
         lock.lock();
