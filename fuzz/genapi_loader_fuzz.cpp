@@ -29,7 +29,8 @@ public:
         m_last = static_cast<const std::uint8_t*>(buffer)[length - 1];
         ++m_writes;
     }
-    std::uint64_t Accesses() const { return m_reads + m_writes; }
+    std::uint64_t Reads() const { return m_reads; }
+    std::uint64_t Writes() const { return m_writes; }
 
 private:
     const std::uint8_t* m_data;
@@ -92,18 +93,42 @@ void UseOthers(INode* node) {
     }
 }
 
+/**
+ * The most that the port may be asked for by \a use.
+ *
+ * An access asks no node twice: a register is read once for those who take what is cached and once for those who pass
+ * the caches over, and a text or the bytes of a register once more. A write within the access begins this anew. A value
+ * is written to a node 16 times at most, however many copies lead there.
+ */
+class Work {
+public:
+    Work(const INode& node, const FuzzPort& port)
+        : m_port(port), m_reads(port.Reads()), m_writes(port.Writes()), m_nodes(node.GetNodeMap()->GetNumNodes() + 2) {}
+    bool IsBounded() const {
+        constexpr std::uint64_t kOperations = 8;  // of each use
+        const std::uint64_t writes = m_port.Writes() - m_writes;
+        const std::uint64_t reads = m_port.Reads() - m_reads;
+        return writes <= kOperations * 16 * m_nodes && reads <= (kOperations + writes) * 2 * m_nodes;
+    }
+
+private:
+    const FuzzPort& m_port;
+    const std::uint64_t m_reads;
+    const std::uint64_t m_writes;
+    const std::uint64_t m_nodes;
+};
+
 // Every exception that is not GenICam's ends the run, and so does work that grows faster than the description.
 template <class Use>
 void Guarded(Use&& use, INode* node, const FuzzPort& port) {
-    constexpr std::uint64_t kMostPerNode = 400;  // a few accesses, each of which may write a node 16 times
-    const std::uint64_t most = port.Accesses() + kMostPerNode * (node->GetNodeMap()->GetNumNodes() + 10);
+    const Work work(*node, port);
     try {
         use(node);
     } catch (const GenICam::GenericException& exception) {
         if (std::strlen(exception.GetDescription()) == 0)
             __builtin_trap();
     }
-    if (port.Accesses() > most)
+    if (!work.IsBounded())
         __builtin_trap();
 }
 
