@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 #include "Base/GCException.h"
 #include "load/Loader.h"
@@ -264,6 +263,11 @@ void Loader::LoadPropertyAttributes(ETag tag, std::uint32_t node) {
     });
 }
 
+void Loader::Add(const Property& property, std::size_t position) {
+    m_pending.push_back(property);
+    m_pendingPositions.push_back(static_cast<std::uint32_t>(position));
+}
+
 // False when the node gives way to another one of its name.
 bool Loader::EnterName(std::uint32_t node, std::size_t position) {
     const std::uint32_t name = m_builder.Node(node).name;
@@ -298,123 +302,6 @@ void Loader::Replace(std::uint32_t node) {
         if (property.kind == Property::EValue::Node)
             Replace(property.value);
     }
-}
-
-// --- Texts ---
-
-void Loader::Add(const Property& property, std::size_t position) {
-    m_pending.push_back(property);
-    m_pendingPositions.push_back(static_cast<std::uint32_t>(position));
-}
-
-Property Loader::MakeProperty(ETag tag, std::string_view raw, bool mayRefer) {
-    return m_builder.MakeProperty(tag, Clean(raw, mayRefer));
-}
-
-/**
- * \brief A text as it is meant: without blanks around it and references to characters
- * \param[in] raw As it stands in the document
- * \param[in] mayRefer False when there are no references
- * \return Valid until the next text
- */
-std::string_view Loader::Clean(std::string_view raw, bool mayRefer) {
-    const std::string_view trimmed = Trimmed(raw);
-    const bool isPlain = !mayRefer && !m_source->HasInvalidUtf8();
-    if (isPlain || trimmed.empty())
-        return trimmed;
-    m_decoded.clear();
-    Decode(trimmed);
-    Repair(PositionIn(trimmed));
-    return m_decoded;
-}
-
-void Loader::Decode(std::string_view raw) {
-    std::size_t next = 0;
-    while (next < raw.size()) {
-        const std::size_t reference = std::min(raw.find('&', next), raw.size());
-        m_decoded += raw.substr(next, reference - next);
-        next = reference;
-        if (next < raw.size())
-            next += DecodeReference(raw.substr(next));
-    }
-}
-
-// Appends what a reference stands for; returns how many characters it has.
-std::size_t Loader::DecodeReference(std::string_view rest) {
-    constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
-        {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
-    for (const auto& [entity, character] : kEntities) {
-        if (rest.substr(0, entity.size()) == entity) {
-            m_decoded += character;
-            return entity.size();
-        }
-    }
-    const std::size_t end = rest.substr(0, 12).find(';');
-    if (rest.substr(0, 2) == "&#" && end != std::string_view::npos) {
-        const std::string_view digits = rest.substr(2, end - 2);
-        const bool isHexadecimal = digits.substr(0, 1) == "x";
-        const auto code = ParseInteger(isHexadecimal ? "0" + std::string(digits) : std::string(digits));
-        if (code && *code > 0 && *code < 0x110000 && (*code < 0xD800 || *code > 0xDFFF)) {
-            AppendUtf8(m_decoded, static_cast<std::uint32_t>(*code));
-            return end + 1;
-        }
-    }
-    Warn(wkSyntax, PositionIn(rest), "", {"'&' is not part of a reference"});
-    m_decoded += '&';
-    return 1;
-}
-
-// Bytes that are not UTF-8 are taken as Latin-1.
-void Loader::Repair(std::size_t position) {
-    const std::size_t bad = FindInvalidUtf8(m_decoded);
-    if (bad == std::string::npos)
-        return;
-    Warn(wkSyntax, position + bad, "", {"A character is not UTF-8; it is taken as Latin-1"});
-    m_decoded = RepairUtf8(m_decoded);
-}
-
-// The text of an element is one piece nearly always; comments and CDATA sections split it. Reads up to its end.
-std::string_view Loader::ReadText() {
-    if (m_scanner->TakePlainText())
-        return m_scanner->Text();
-    const std::string_view element = m_scanner->Name();
-    EXml found = m_scanner->Next();
-    if (found == EXml::Close)
-        return {};
-    std::string_view first;
-    if (found == EXml::Text) {
-        first = m_scanner->Text();
-        found = m_scanner->Next();
-        if (found == EXml::Close)
-            return first;
-    }
-    m_textPosition = PositionOf(element);
-    return ReadPieces(element, first, found);
-}
-
-std::string_view Loader::ReadPieces(std::string_view element, std::string_view first, EXml found) {
-    m_joined = first;
-    for (; found != EXml::Close; found = m_scanner->Next()) {
-        if (found == EXml::Text) {
-            m_joined += m_scanner->Text();
-        } else if (found == EXml::Section) {
-            for (const char character : m_scanner->Text())
-                m_joined += character == '&' ? std::string("&amp;") : std::string(1, character);
-        } else if (found == EXml::Open) {
-            Warn(wkUnknownElement, PositionOf(m_scanner->Name()), "",
-                 {element, " has an unknown element ", m_scanner->Name()});
-            m_scanner->Skip();
-        }
-    }
-    return m_joined;
-}
-
-// Where a text stands; one of several pieces stands where its element begins.
-std::size_t Loader::PositionIn(std::string_view text) const noexcept {
-    const std::less<> isBefore;
-    const bool isJoined =
-        !isBefore(text.data(), m_joined.data()) && !isBefore(m_joined.data() + m_joined.size(), text.data());
-    return isJoined ? m_textPosition + static_cast<std::size_t>(text.data() - m_joined.data()) : PositionOf(text);
 }
 
 }  // namespace GenApi
