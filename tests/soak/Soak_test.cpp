@@ -3,14 +3,19 @@
  * Four cameras grabbing, changing features, being enumerated and unplugged at once, and one of them on a bad line
  */
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <random>
+#include <regex>
+#include <string>
 #include <thread>
 
 #include "FrameMark.h"
@@ -29,6 +34,7 @@ using Vanto::IVantoDevice;
 using Vanto::StreamBufferHandle;
 
 constexpr int kCameras = 4;
+constexpr int kBadLine = 2;  // the camera whose line loses and damages packets
 constexpr std::size_t kBuffers = 4;
 constexpr std::uint64_t kFrames = 200;
 constexpr std::uint32_t kPatience = 60000;                        // milliseconds
@@ -58,8 +64,54 @@ constexpr std::size_t MostGrowth() {
 #endif
 }
 
+constexpr char kUndisturbed[] = "(undisturbed) ";
+
+/// What went wrong, by kind. Thread-safe.
+class Kinds {
+public:
+    void Note(const std::string& kind, bool isDisturbed) {
+        const std::lock_guard lock(m_mutex);
+        ++m_counts[(isDisturbed ? "" : kUndisturbed) + kind];
+    }
+    std::map<std::string, std::uint64_t> Get() const {
+        const std::lock_guard lock(m_mutex);
+        return m_counts;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::map<std::string, std::uint64_t> m_counts;
+};
+
+/// An exception without what differs from one to the other: what is quoted, numbers, and the place in the code.
+std::string KindOf(const GenericException& error) {
+    static const std::regex kQuoted("'[^']*'|0x[0-9a-fA-F]+|[0-9]+");
+    return std::regex_replace(std::string(error.GetDescription()).substr(0, 300), kQuoted, "_");
+}
+
+/// What may go wrong, and why: a cable was pulled, or the line is bad. Every other kind is a fault, and so is each of
+/// these where nothing of that has happened since the turn began.
+constexpr std::array kExpected = {
+    "frame: Failed to retrieve result specific data from device nodemap.",  // the frame came, the camera does not tell
+    "feature: Device _ already removed/disconnected.",
+    "feature: Port _: function _ of _ failed",                        // the access that finds it out
+    "grab: ",                                                         // the same, while the grab is begun or ended
+    "turn: No device contains the provided device info properties.",  // enumeration did not find it
+    "turn: Could not open CLPort",
+    "turn: Device creation failed.",
+    "turn: The simulated grabber does not know the camera's pixel format",  // it could not be read
+    "turn: Device _ already removed/disconnected.",
+    "turn: Port _: function _ of _ failed",
+};
+
+bool IsExpected(const std::string& kind) {
+    return kind.find(kUndisturbed) == kind.npos &&
+           std::ranges::any_of(kExpected, [&](const char* expected) { return kind.starts_with(expected); });
+}
+
 /// What became of all that was queued and made.
 struct Counts {
+    Kinds kinds;
     std::atomic<std::uint64_t> grabs{0};
     std::atomic<std::uint64_t> grabbed{0};
     std::atomic<std::uint64_t> failed{0};
@@ -73,7 +125,8 @@ struct Counts {
 /// One grab of frames that come when a buffer is queued for them: each of them arrives, in its order.
 class Grab {
 public:
-    Grab(IStreamGrabber& grabber, Counts& counts) : m_grabber(grabber), m_counts(counts) {
+    Grab(IStreamGrabber& grabber, Counts& counts, std::function<bool()> isDisturbed)
+        : m_grabber(grabber), m_counts(counts), m_isDisturbed(std::move(isDisturbed)) {
         const GenApi::CIntegerPtr size = grabber.GetNodeMap()->GetNode("PayloadSize");
         for (std::size_t index = 0; index < kBuffers; ++index) {
             m_memory.emplace_back(static_cast<std::size_t>(size->GetValue()));
@@ -104,7 +157,8 @@ private:
     void Finish() {
         try {
             m_grabber.FinishGrab();
-        } catch (const GenericException&) {
+        } catch (const GenericException& error) {
+            m_counts.kinds.Note("grab: " + KindOf(error), m_isDisturbed());
             ++m_counts.refusals;
         }
     }
@@ -135,6 +189,7 @@ private:
             return;
         }
         if (!result.Succeeded()) {
+            m_counts.kinds.Note("frame: " + std::string(result.errorDescription.c_str()), m_isDisturbed());
             ++m_counts.failed;
             ++m_frames;
             return;
@@ -149,6 +204,7 @@ private:
 
     IStreamGrabber& m_grabber;
     Counts& m_counts;
+    const std::function<bool()> m_isDisturbed;
     std::vector<std::vector<std::uint8_t>> m_memory;
     std::vector<StreamBufferHandle> m_handles;
     std::uint64_t m_queued = 0;
@@ -162,7 +218,7 @@ protected:
         for (int camera = 0; camera < kCameras; ++camera) {
             MarlowSim::CameraOptions options = Camera(std::to_string(21 + camera));
             options.paced = camera == 1;
-            if (camera == 2)
+            if (camera == kBadLine)
                 options.faults.loss = options.faults.damage = 0.02;
             Add(NameOf(camera), options,
                 "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;FrameRate=0;Trigger=On;"
@@ -197,8 +253,15 @@ private:
         void operator()(IVantoDevice* device) const { CTlFactory::GetInstance().DestroyDevice(device); }
     };
 
+    // Whether the cable was pulled or plugged since, is out, or the line is bad anyway.
+    bool IsDisturbed(int camera, int changesBefore) const {
+        return camera == kBadLine || m_changes.at(static_cast<std::size_t>(camera)) != changesBefore ||
+               !simulator.IsPlugged(NameOf(camera));
+    }
     // A camera that is unplugged at any moment: what fails then throws, and the next turn begins anew.
     void UseOnce(int camera) {
+        const int changes = m_changes.at(static_cast<std::size_t>(camera));
+        const auto isDisturbed = [this, camera, changes] { return IsDisturbed(camera, changes); };
         try {
             const std::unique_ptr<IVantoDevice, Destroyer> device(
                 CTlFactory::GetInstance().CreateDevice(Partial(std::to_string(21 + camera))));
@@ -206,19 +269,21 @@ private:
                 return;
             device->Open();
             Vanto::RegisterRemovalCallback(*device, [this](IVantoDevice*) { ++m_counts.removals; });
+            LeaveRoomForOffsets(*device);
             IStreamGrabber* const grabber = device->GetStreamGrabber(0);
             if (grabber == nullptr)
                 throw RUNTIME_EXCEPTION("There is no stream grabber");
-            std::jthread features([&](const std::stop_token& stop) { ChangeFeatures(*device, stop); });
+            std::jthread features([&](const std::stop_token& stop) { ChangeFeatures(*device, isDisturbed, stop); });
             grabber->Open();
-            GrabOn(*grabber);
-        } catch (const GenericException&) {
+            GrabOn(*grabber, isDisturbed);
+        } catch (const GenericException& error) {
+            m_counts.kinds.Note("turn: " + KindOf(error), IsDisturbed(camera, changes));
             ++m_counts.refusals;
         }
         m_log.Clear();
     }
-    void GrabOn(IStreamGrabber& grabber) {
-        Grab grab(grabber, m_counts);
+    void GrabOn(IStreamGrabber& grabber, const std::function<bool()>& isDisturbed) {
+        Grab grab(grabber, m_counts, isDisturbed);
         try {
             grab.Run([this] { return GoesOn(); });
         } catch (...) {
@@ -227,13 +292,20 @@ private:
         }
         grabber.Close();
     }
-    void ChangeFeatures(IVantoDevice& device, const std::stop_token& stop) {
+    static void LeaveRoomForOffsets(IVantoDevice& device) {
+        const GenApi::CIntegerPtr width = device.GetNodeMap()->GetNode("Width");
+        const GenApi::CIntegerPtr offset = device.GetNodeMap()->GetNode("OffsetX");
+        offset->SetValue(0);
+        width->SetValue(width->GetMax() - offset->GetInc() * width->GetInc());
+    }
+    void ChangeFeatures(IVantoDevice& device, const std::function<bool()>& isDisturbed, const std::stop_token& stop) {
         for (std::int64_t turn = 0; !stop.stop_requested(); ++turn) {
             try {
                 const GenApi::CIntegerPtr offset = device.GetNodeMap()->GetNode("OffsetX");
                 offset->SetValue(offset->GetMin() + turn % 2 * offset->GetInc(), false);
                 ++m_counts.writes;
-            } catch (const GenericException&) {
+            } catch (const GenericException& error) {
+                m_counts.kinds.Note("feature: " + KindOf(error), isDisturbed());
                 ++m_counts.refusals;
             }
         }
@@ -247,15 +319,19 @@ private:
     void PullCables() {
         std::mt19937 random(7);
         while (GoesOn()) {
-            const std::string name = NameOf(static_cast<int>(random() % kCameras));
+            const std::size_t camera = random() % kCameras;
+            const std::string name = NameOf(static_cast<int>(camera));
             std::this_thread::sleep_for(std::chrono::milliseconds(random() % 3000));
+            ++m_changes.at(camera);
             simulator.Unplug(name);
             std::this_thread::sleep_for(std::chrono::milliseconds(random() % 500));
             simulator.Plug(name);
+            ++m_changes.at(camera);  // a turn that began meanwhile is disturbed, too
         }
     }
 
     std::chrono::steady_clock::time_point m_end;
+    std::array<std::atomic<int>, kCameras> m_changes{};
 
 protected:
     Counts m_counts;
@@ -275,6 +351,10 @@ TEST_F(Soak, LosesNoFrameAndNothingElse) {
               << ", canceled " << m_counts.canceled << ", writes " << m_counts.writes << ", refusals "
               << m_counts.refusals << ", removals " << m_counts.removals << ", enumerations " << m_counts.enumerations
               << ", bytes more " << (ResidentBytes() > memory ? ResidentBytes() - memory : 0) << "\n";
+    for (const auto& [kind, count] : m_counts.kinds.Get()) {
+        std::cout << count << " times " << kind << "\n";
+        EXPECT_TRUE(IsExpected(kind)) << count << " times " << kind;
+    }
 }
 
 }  // namespace
