@@ -36,6 +36,14 @@ if grep -rlIF -e "$PWD" -e "$build" "$tree"; then
     fail "an installed file names the build tree"
 fi
 
+if grep -q '^VANTO_BUILD_PYTHON:BOOL=ON' "$build/CMakeCache.txt"; then
+    echo "-- the Python module"
+    run env PYTHONPATH="$tree/lib/python3/dist-packages" PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 \
+        "$tree/share/doc/vanto/examples/python/exposure_sweep.py" --help | grep -q -- --simulate || fail "an example in Python"
+    (cd "$folder" && run env PYTHONPATH="$tree/lib/python3/dist-packages" PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 \
+        "$tree/share/doc/vanto/examples/python/burst_to_tiff.py" --simulate --count 3) | grep '^3 images' || fail "frames in Python"
+fi
+
 echo "-- each header alone, as C++17"
 headers=$(cd "$tree"/include/vanto-* && pwd)
 (cd "$headers" && find . -name '*.h' -printf '%P\n') >"$folder/headers"

@@ -74,11 +74,17 @@ for program in /tmp/examples/example-five_images /tmp/five_images; do
 done
 inside test -f /usr/share/doc/vanto/reference/index.html || fail "there is no reference"
 
+echo "-- the Python module"
+apt install "$(deb python3-vanto)"
+inside python3 -c 'import vanto
+with vanto.simulate(1), vanto.open() as camera:
+    print(camera.name, camera.grab_one().array.shape)' | grep -qx 'Marlow H2048 (SIM00001) (2048, 2048)' || fail "the Python module"
+
 echo "-- removed again"
 # As "vanto-cl config init" does where there are serial ports.
 inside mkdir -p /etc/Marlow/CLBindings
 inside sh -c 'echo "<CLBindings></CLBindings>" >/etc/Marlow/CLBindings/PortConfiguration_x64.xml'
-apt purge libvanto libvanto-dev vanto-cl vanto-doc g++ cmake make pkg-config
+apt purge python3-vanto libvanto libvanto-dev vanto-cl vanto-doc g++ cmake make pkg-config
 apt autoremove --purge
 files >"$work/after"
 # /etc/ld.so.cache and the like are rewritten, not new.

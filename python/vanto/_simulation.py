@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import contextlib
+import html
 import os
 import shutil
 import socket
@@ -12,7 +13,6 @@ import tempfile
 from collections.abc import Sequence
 from pathlib import Path
 from types import TracebackType
-from xml.sax.saxutils import escape
 
 from vanto import _core
 from vanto._errors import Error
@@ -78,7 +78,7 @@ class Simulation:
     def _write_configuration(self, grabber: str) -> None:
         ports = "".join(
             f"<Port><ID>COM_Port#{name}</ID><Enabled>true</Enabled><Manufacturer>Marlow</Manufacturer>"
-            f"<DeviceSpecificString>{escape(grabber)}</DeviceSpecificString></Port>\n"
+            f"<DeviceSpecificString>{html.escape(grabber, quote=False)}</DeviceSpecificString></Port>\n"
             for name in self._names
         )
         bindings = self._folder / "configuration"
