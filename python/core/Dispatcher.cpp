@@ -4,6 +4,7 @@
  */
 #include "Dispatcher.h"
 
+#include <chrono>
 #include <exception>
 #include <utility>
 
@@ -33,15 +34,21 @@ bool Dispatcher::Post(Work work) noexcept {
     return true;
 }
 
-/// Ends the thread behind what waits. Must be called without the GIL.
+/// Ends the thread behind what waits, or leaves it alone where that does not come to an end. Must be called without the
+/// GIL.
 void Dispatcher::Stop() noexcept {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-    }
+    constexpr std::chrono::seconds kPatience(10);
+    std::unique_lock lock(m_mutex);
+    m_stopping = true;
     m_posted.notify_one();
-    if (m_thread.joinable() && m_thread.get_id() != std::this_thread::get_id())
+    if (!m_thread.joinable() || m_thread.get_id() == std::this_thread::get_id())
+        return;
+    const bool ended = m_end.wait_for(lock, kPatience, [this] { return m_ended; });
+    lock.unlock();
+    if (ended)
         m_thread.join();
+    else
+        m_thread.detach();
 }
 
 std::deque<Dispatcher::Work> Dispatcher::Taken() {
@@ -51,6 +58,13 @@ std::deque<Dispatcher::Work> Dispatcher::Taken() {
 }
 
 void Dispatcher::Run() {
+    RunAll();
+    const std::lock_guard lock(m_mutex);
+    m_ended = true;
+    m_end.notify_one();
+}
+
+void Dispatcher::RunAll() {
     for (std::deque<Work> work = Taken(); !work.empty(); work = Taken()) {
         const HeldGil held;
         if (!held)

@@ -29,12 +29,15 @@ private:
     static constexpr std::size_t kMost = 10000;  // what may wait
 
     void Run();
+    void RunAll();
     std::deque<Work> Taken();
 
     std::mutex m_mutex;
     std::condition_variable m_posted;
     std::deque<Work> m_waiting;
     bool m_stopping = false;
+    bool m_ended = false;
+    std::condition_variable m_end;
     std::thread m_thread;
 };
 

@@ -193,7 +193,7 @@ class Camera:
         if buffers < 1:
             raise ValueError("a stream has one buffer at least")
         _log.follow()
-        return Stream(self._core.stream(buffers, timeout, count), self.name)
+        return Stream(self._core.stream(buffers, timeout, count), self)
 
     def __repr__(self) -> str:
         """Name and state."""

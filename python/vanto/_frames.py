@@ -19,6 +19,8 @@ if TYPE_CHECKING:
     import numpy
     import PIL.Image  # type: ignore[import]
 
+    from vanto._camera import Camera
+
 
 class Frame:
     """One image, in the buffer it was put into.
@@ -149,10 +151,10 @@ class Frame:
 class Stream(Iterator[Frame], AsyncIterator[Frame]):
     """A running acquisition: iterate over it, with for or async for. It ends with close or its with block.
 
-    Several threads may take frames of it; each gets others.
+    Several threads may take frames of it; each gets others. It keeps its camera.
     """
 
-    def __init__(self, core: _core.FrameStream, camera: str) -> None:
+    def __init__(self, core: _core.FrameStream, camera: Camera) -> None:
         """Make a stream of the library's; use Camera.stream or Camera.grab instead."""
         self._core = core
         self._camera = camera
@@ -222,7 +224,7 @@ class Stream(Iterator[Frame], AsyncIterator[Frame]):
         missed = self.counts.missed
         if missed and not self._told:
             self._told = True
-            logger.warning("%s: %d frames were lost", self._camera, missed)
+            logger.warning("%s: %d frames were lost", self._camera.name, missed)
 
     def __enter__(self) -> Stream:
         """Give itself."""
@@ -250,4 +252,4 @@ class Stream(Iterator[Frame], AsyncIterator[Frame]):
         """Counts and state."""
         counts = self.counts
         state = "running" if self.is_running else "ended"
-        return f"<Stream of {self._camera}, {state}: {counts.delivered} frames, {counts.missed} lost>"
+        return f"<Stream of {self._camera.name}, {state}: {counts.delivered} frames, {counts.missed} lost>"

@@ -48,7 +48,7 @@ class Simulation:
         self._program: subprocess.Popen[bytes] | None = None
         try:
             self._program = self._start(models)
-            self._write_configuration(f"SaperaSimulated;FrameRate={frame_rate:g};{grabber}".rstrip(";"))
+            self._write_configuration((f"SaperaSimulated;FrameRate={frame_rate:g};" + grabber).rstrip(";"))
         except BaseException:
             self.close()
             raise

@@ -179,6 +179,21 @@ def test_a_stream_that_nobody_has_is_closed(camera):
     camera.stream().close()
 
 
+def test_a_stream_keeps_its_camera(simulation):
+    assert len(list(vanto.open("SIM00001").grab(3))) == 3
+    vanto.open("SIM00001").close()
+
+
+def test_a_camera_that_is_collected_while_it_grabs_is_closed(simulation):
+    circle = [vanto.open("SIM00001").stream()]
+    frame = next(circle[0])
+    circle.append(circle)
+    del circle
+    gc.collect()
+    vanto.open("SIM00001").close()
+    assert frame.array.size == frame.width * frame.height > 0
+
+
 def test_frames_are_counted(camera):
     stream = camera.grab(5)
     list(stream)
