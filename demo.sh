@@ -34,6 +34,6 @@ if [ "$expected" != "$fetched" ]; then
 fi
 echo "The camera's description is in $result/camera.xml; its SHA-1 $fetched is the camera's own."
 echo
-echo "\$ vanto-cl --simulate grab 1 --set PixelFormat=RGB8"
-(cd "$result" && "$bin/vanto-cl" --simulate grab 1 --set PixelFormat=RGB8)
+echo "\$ vanto-cl --simulate grab 1 --set PixelFormat=RGB8 --overwrite"
+(cd "$result" && "$bin/vanto-cl" --simulate grab 1 --set PixelFormat=RGB8 --overwrite)
 echo "The image is in $result/frame_000001.png."

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <chrono>
 #include <cstdint>
+#include <exception>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -19,15 +20,13 @@
 #include "features/OptionNumbers.h"
 #include "images/Acquisition.h"
 #include "images/FrameCounts.h"
-#include "images/FrameFiles.h"
 #include "images/GrabProgress.h"
+#include "images/GrabTarget.h"
 #include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
-#include "system/Files.h"
 #include "system/Interruptible.h"
-#include "vanto/PixelTypeMapper.h"
 
 namespace tools {
 
@@ -39,22 +38,28 @@ public:
     ExitCode Run(Output& output) override;
 
 private:
-    void Grab(Acquisition& acquisition, FrameCounts& counts, FrameFiles& files, GrabProgress& progress) const;
-    void PrintSummary(Output& output, const FrameCounts& counts, const FrameFiles& files, double seconds) const;
+    void ReadOptions();
+    void Grab(Acquisition& acquisition, FrameCounts& counts, GrabTarget& target, GrabProgress& progress) const;
+    bool IsOver(std::int64_t taken, const GrabProgress& progress) const;
+    void PrintSummary(Output& output, const FrameCounts& counts, const GrabTarget& target, double seconds) const;
+    Json Summary(const FrameCounts& counts, const GrabTarget& target, double seconds) const;
 
     std::string m_device;
-    std::string m_countText = "1";
-    std::string m_folder = ".";
-    std::string m_format = "png";
+    std::string m_countText;
+    std::string m_everyText = "1";
+    std::string m_durationText;
     std::string m_timeoutText = "5";
     std::string m_buffersText = "8";
     std::vector<std::string> m_settings;
     bool m_json = false;
-    std::int64_t m_count = 0;
+    GrabWishes m_wishes;
+    std::int64_t m_count = 0;  // 0 for no end
+    std::optional<std::chrono::milliseconds> m_duration;
     std::chrono::milliseconds m_timeout{0};
 };
 
 constexpr std::int64_t kMostBuffers = 4096;
+constexpr double kMegabyte = 1e6;
 
 void ApplySettings(GenApi::INodeMap& nodes, const std::vector<Assignment>& settings) {
     Assignments assignments(nodes, settings);
@@ -62,74 +67,99 @@ void ApplySettings(GenApi::INodeMap& nodes, const std::vector<Assignment>& setti
     assignments.Apply();
 }
 
-// Better before the first frame than behind the thousandth.
-void CheckPixelFormat(GenApi::INodeMap& nodes, const FrameFiles& files) {
-    const GenApi::CEnumerationPtr pixelFormat = nodes.GetNode("PixelFormat");
-    if (!GenApi::IsReadable(pixelFormat))
-        return;
-    const Vanto::CPixelTypeMapper types(static_cast<GenApi::IEnumeration*>(pixelFormat));
-    files.CheckPixelType(types.GetVantoPixelTypeFromNodeValue(pixelFormat->GetIntValue()));
-}
-
-void PrintFiles(Output& output, const FrameFiles& files) {
-    if (files.Count() == 1)
-        output.Line("saved " + Printable(files.First().string()));
-    else if (files.Count() > 1)
-        output.Line(fmt::format("saved {} to {}", Printable(files.First().string()),
-                                Printable(files.Last().filename().string())));
+std::string SavedText(const FrameFiles& files, double seconds) {
+    std::string text = "saved " + Printable(files.First().string());
+    if (files.Count() > 1)
+        text += " to " + Printable(files.Last().filename().string());
+    const auto count = static_cast<double>(files.Count());
+    return seconds <= 0.0 ? text
+                          : fmt::format("{} in {}: {:.1f} frames/s, {:.1f} MB/s", text,
+                                        DurationText(std::chrono::milliseconds(static_cast<int>(seconds * 1000.0))),
+                                        count / seconds, static_cast<double>(files.Bytes()) / kMegabyte / seconds);
 }
 
 }  // namespace
 
 void GrabCommand::Declare(Options& options) {
     options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Value("-n,--count", m_countText, "COUNT", "How many frames (1)");
-    options.Value("-o,--output", m_folder, "FOLDER", "Where the files go; made where it is missing (.)");
-    options.Choice("--format", m_format, {std::begin(kFrameFormats), std::end(kFrameFormats)},
-                   "What kind of files (png); pgm writes colours as ppm, none saves nothing");
+    options.Value("-n,--count", m_countText, "COUNT", "How many frames (1); 0 goes on until Ctrl-C");
+    options.Value("--duration", m_durationText, "SECONDS", "End after this time, without -n whatever came until then");
+    options.Value("--every", m_everyText, "N", "Save each Nth frame only (1)");
+    options.Value("-o,--output", m_wishes.output, "FOLDER",
+                  "Where the files go, made where it is missing (.); - for standard output");
+    options.Choice("--format", m_wishes.format, {std::begin(kFrameFormats), std::end(kFrameFormats)},
+                   "What kind of files (png), or with '-o -' of stream (pnm); none saves nothing");
+    options.Flag("--overwrite", m_wishes.overwrite, "Remove frames of an earlier grab from the folder");
     options.Value("--timeout", m_timeoutText, "SECONDS", "How long to wait for a frame (5)");
     options.Value("--buffers", m_buffersText, "N", "How many frames may wait to be saved (8)");
     options.Values("--set", m_settings, "NAME=VALUE", "Set a feature before; may be repeated");
+    options.Flag("--stats", m_wishes.statistics, "Each second, tell of rate, drops and brightness");
+    options.Flag("--preview", m_wishes.preview, "At the end, show an image in the terminal");
     options.Flag("--json", m_json, "Print the summary as a JSON object");
     options.Notes(
-        "The summary counts: delivered, frames that came into a buffer; dropped, those missing between them; "
-        "cut, delivered with a part of their bytes; failed, arrived without usable data. Frames that are cut "
-        "or failed make the exit code 1. Ctrl-C ends the grab; what was taken is saved.");
+        "The summary counts: delivered, frames that came into a buffer; dropped, those missing between them; cut, "
+        "delivered with a part of their bytes; failed, arrived without usable data. Frames that are cut or failed make "
+        "the exit code 1. Ctrl-C ends the grab; what was taken is saved. Where frames go to standard output, the "
+        "summary goes to standard error.");
     options.Example("vanto-cl grab 0 -n 10 -o images", "Save ten images as PNG");
     options.Example("vanto-cl grab 0 --set Width=640 --format tiff", "Set a feature, then save an image as TIFF");
+    options.Example("vanto-cl grab 0 -n 0 --every 10 --duration 60 -o images", "Each tenth frame of a minute");
+    options.Example("vanto-cl grab 0 -n 0 -o - --format y4m | ffmpeg -i - film.mkv", "A film, until Ctrl-C");
+}
+
+void GrabCommand::ReadOptions() {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    if (!m_durationText.empty())
+        m_duration = DurationOption("--duration", m_durationText);
+    if (m_countText.empty())
+        m_countText = m_duration ? "0" : "1";
+    m_count = NumberOption("--count", m_countText, 0, kMost);
+    m_wishes.every = static_cast<std::uint64_t>(NumberOption("--every", m_everyText, 1, kMost));
+    m_timeout = DurationOption("--timeout", m_timeoutText);
+    m_wishes.waiting = static_cast<std::size_t>(NumberOption("--buffers", m_buffersText, 1, kMostBuffers));
 }
 
 ExitCode GrabCommand::Run(Output& output) {
-    m_count = NumberOption("--count", m_countText, 1, std::numeric_limits<std::int64_t>::max());
-    m_timeout = DurationOption("--timeout", m_timeoutText);
-    const auto buffers = static_cast<std::size_t>(NumberOption("--buffers", m_buffersText, 1, kMostBuffers));
+    ReadOptions();
     std::vector<Assignment> settings;
     for (const std::string& word : m_settings)
         settings.push_back(ParseAssignment(word));
     const OpenDevice device(m_device, output);
     ApplySettings(device.Nodes(), settings);
-    FrameFiles files(m_format, PathOf(m_folder));
-    CheckPixelFormat(device.Nodes(), files);
+    GrabTarget target(m_wishes, device, output);
     FrameCounts counts;
-    Acquisition acquisition(device, buffers);
+    Acquisition acquisition(device, m_wishes.waiting);
     std::optional<GrabProgress> progress(std::in_place, output, static_cast<std::uint64_t>(m_count));
+    std::exception_ptr failure;
     try {
-        Grab(acquisition, counts, files, *progress);
+        Grab(acquisition, counts, target, *progress);
+        acquisition.Finish();
     } catch (...) {
-        const double seconds = progress->Seconds();
-        progress.reset();
-        PrintSummary(output, counts, files, seconds);
-        throw;
+        failure = std::current_exception();
     }
     const double seconds = progress->Seconds();
+    try {
+        target.Finish();
+    } catch (...) {
+        failure = failure ? failure : std::current_exception();
+    }
     progress.reset();
-    acquisition.Finish();
-    PrintSummary(output, counts, files, seconds);
+    target.PrintPreview();
+    PrintSummary(output, counts, target, seconds);
+    if (failure)
+        std::rethrow_exception(failure);
     return counts.Cut() == 0 && counts.Failed() == 0 ? ExitCode::kDone : ExitCode::kFailed;
 }
 
-void GrabCommand::Grab(Acquisition& acquisition, FrameCounts& counts, FrameFiles& files, GrabProgress& progress) const {
-    for (std::int64_t taken = 0; taken < m_count; ++taken) {
+bool GrabCommand::IsOver(std::int64_t taken, const GrabProgress& progress) const {
+    if (m_count > 0 && taken >= m_count)
+        return true;
+    return m_duration && progress.Seconds() * 1000.0 >= static_cast<double>(m_duration->count());
+}
+
+void GrabCommand::Grab(Acquisition& acquisition, FrameCounts& counts, GrabTarget& target,
+                       GrabProgress& progress) const {
+    for (std::int64_t taken = 0; !IsOver(taken, progress); ++taken) {
         ThrowIfInterrupted();
         const std::optional<Vanto::GrabResult> result = acquisition.Next(m_timeout);
         if (!result) {
@@ -139,32 +169,39 @@ void GrabCommand::Grab(Acquisition& acquisition, FrameCounts& counts, FrameFiles
                 "Is the image cable plugged in, and does the camera wait for a trigger? --timeout waits longer.");
         }
         counts.Add(*result);
-        if (result->Succeeded())
-            files.Save(*result);
+        const bool goesOn = !result->Succeeded() || target.Take(*result, counts);
         acquisition.QueueAgain(*result);
+        if (!goesOn)
+            return;
         progress.Show(counts);
     }
 }
 
-void GrabCommand::PrintSummary(Output& output, const FrameCounts& counts, const FrameFiles& files,
-                               double seconds) const {
-    if (m_json) {
-        output.Line(ToText(Json{{"Delivered", counts.Delivered()},
-                                {"Dropped", counts.Dropped()},
-                                {"Cut", counts.Cut()},
-                                {"Failed", counts.Failed()},
-                                {"Bytes", counts.Bytes()},
-                                {"Seconds", seconds},
-                                {"Saved", files.Count()},
-                                {"FirstFile", files.First().string()},
-                                {"LastFile", files.Last().string()}}));
-        return;
+Json GrabCommand::Summary(const FrameCounts& counts, const GrabTarget& target, double seconds) const {
+    Json json{{"Delivered", counts.Delivered()},  {"Dropped", counts.Dropped()}, {"Cut", counts.Cut()},
+              {"Failed", counts.Failed()},        {"Bytes", counts.Bytes()},     {"Seconds", seconds},
+              {"FrameSeconds", counts.Seconds()}, {"Saved", target.Saved()},     {"SaveSeconds", target.SaveSeconds()}};
+    if (const FrameFiles* const files = target.Files()) {
+        json["FirstFile"] = files->First().string();
+        json["LastFile"] = files->Last().string();
     }
-    output.Line(fmt::format("{} delivered, {} dropped, {} cut, {} failed in {}: {}", counts.Delivered(),
-                            counts.Dropped(), counts.Cut(), counts.Failed(),
-                            DurationText(std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000.0))),
-                            RateText(counts, seconds)));
-    PrintFiles(output, files);
+    return json;
+}
+
+void GrabCommand::PrintSummary(Output& output, const FrameCounts& counts, const GrabTarget& target,
+                               double seconds) const {
+    // Standard output has the frames.
+    const auto print = [&](const std::string& text) { m_wishes.IsStream() ? output.Note(text) : output.Prose(text); };
+    if (m_json)
+        return m_wishes.IsStream() ? output.Note(ToText(Summary(counts, target, seconds)))
+                                   : output.Line(ToText(Summary(counts, target, seconds)));
+    const std::string rate = CameraRateText(counts);
+    print(fmt::format("{} delivered, {} dropped, {} cut, {} failed in {}{}", counts.Delivered(), counts.Dropped(),
+                      counts.Cut(), counts.Failed(),
+                      DurationText(std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000.0))),
+                      rate.empty() ? "" : ": " + rate));
+    if (target.Files() != nullptr && target.Files()->Count() > 0)
+        print(SavedText(*target.Files(), target.SaveSeconds()));
 }
 
 std::unique_ptr<Command> MakeGrabCommand() {

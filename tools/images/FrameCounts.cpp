@@ -25,7 +25,9 @@ void FrameCounts::Add(const Vanto::GrabResult& result) {
     }
     if (!result.Succeeded())
         return;
-    ++m_delivered;
+    m_last = std::chrono::steady_clock::now();
+    if (m_delivered++ == 0)
+        m_first = m_last;
     m_bytes += result.payloadSize;
     if (IsCut(result))
         ++m_cut;

@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 
 #include "base/FrameTags.h"
@@ -21,6 +22,8 @@ public:
     std::uint64_t Cut() const noexcept { return m_cut; }              ///< delivered, but not with all their bytes
     std::uint64_t Failed() const noexcept { return m_failed; }        ///< arrived without usable data
     std::uint64_t Bytes() const noexcept { return m_bytes; }
+    /// From the first frame to the last one: without the time until the first came, and whatever is done with frames.
+    double Seconds() const noexcept { return std::chrono::duration<double>(m_last - m_first).count(); }
 
 private:
     std::uint64_t m_delivered = 0;
@@ -28,6 +31,8 @@ private:
     std::uint64_t m_cut = 0;
     std::uint64_t m_failed = 0;
     std::uint64_t m_bytes = 0;
+    std::chrono::steady_clock::time_point m_first;
+    std::chrono::steady_clock::time_point m_last;
     base::FrameTags m_tags;
 };
 

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -14,28 +15,46 @@
 
 namespace tools {
 
-/// Writes frames into a folder, numbered from 1 in the order in which they come. Thread-bound.
+/// A file to be written, with its place in the order of frames.
+struct FrameFile {
+    std::filesystem::path path;
+    std::uint64_t number = 0;
+};
+
+/// Writes frames into a folder, numbered from 1 in the order in which they come. Which file a frame gets is decided by
+/// one thread; any threads write.
 class FrameFiles {
 public:
-    FrameFiles(const std::string& format, std::filesystem::path folder);
+    FrameFiles(const std::string& format, std::filesystem::path folder, bool overwrite = false);
 
     void CheckPixelType(Vanto::EPixelType pixelType) const;
-    void Save(const Vanto::GrabResult& result);
+    std::optional<FrameFile> Next(const Vanto::GrabResult& result);
+    void Write(const FrameFile& file, const Vanto::ImageView& image, const Vanto::ImageNotes& notes);
+    void Save(const Vanto::GrabResult& result, const Vanto::ImageNotes& notes = {});
 
-    std::uint64_t Count() const noexcept { return m_count; }
-    const std::filesystem::path& First() const noexcept { return m_first; }
-    const std::filesystem::path& Last() const noexcept { return m_last; }
+    std::uint64_t Count() const;
+    std::uint64_t Bytes() const;  ///< of the images, not of the files
+    std::filesystem::path First() const;
+    std::filesystem::path Last() const;
 
 private:
+    void ClearFolder(bool overwrite) const;
+
     std::optional<Vanto::EImageFileFormat> m_format;  // none: nothing is saved
     std::string m_word;
     std::filesystem::path m_folder;
+    std::uint64_t m_next = 1;
+    mutable std::mutex m_lock;  // of what follows
     std::uint64_t m_count = 0;
-    std::filesystem::path m_first;
-    std::filesystem::path m_last;
+    std::uint64_t m_bytes = 0;
+    FrameFile m_first;
+    FrameFile m_last;
 };
 
-/// Words for the formats, "none" among them.
-inline constexpr const char* kFrameFormats[] = {"png", "pgm", "tiff", "raw", "none"};
+/// Words for the formats of files, "none" among them; pgm is another word for pnm.
+inline constexpr const char* kFrameFormats[] = {"png", "pnm", "pgm", "tiff", "raw", "y4m", "none"};
+
+/// A frame's image where it lies.
+Vanto::ImageView ViewOf(const Vanto::GrabResult& result);
 
 }  // namespace tools

@@ -16,6 +16,7 @@ class Output;
 /// A bar on standard error while it lives where that is a terminal, elsewhere a line now and then. Thread-bound.
 class GrabProgress {
 public:
+    /// \param[in] frames How many are to come; 0 for no end
     GrabProgress(Output& output, std::uint64_t frames);
     ~GrabProgress();
     GrabProgress(const GrabProgress&) = delete;
@@ -33,6 +34,8 @@ private:
     std::chrono::steady_clock::time_point m_start;
     std::chrono::steady_clock::time_point m_shown;
 };
+
+std::string CameraRateText(const FrameCounts& counts);
 
 /// "98.7 frames/s, 103.4 MB/s"; a megabyte has 1,000,000 bytes.
 std::string RateText(const FrameCounts& counts, double seconds);

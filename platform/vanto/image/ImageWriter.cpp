@@ -25,18 +25,19 @@ std::error_code WriteRaw(const std::string& path, const ImageView& image) {
     return file ? std::error_code() : WriteError();
 }
 
-std::error_code Encode(const std::string& path, EImageFileFormat format, const ImageView& image) {
+std::error_code Encode(const std::string& path, EImageFileFormat format, const ImageView& image,
+                       const ImageNotes& notes) {
     errno = 0;
     if (format == EImageFileFormat::kRaw)
         return WriteRaw(path, image);
     SampleRows rows(image);
     switch (format) {
         case EImageFileFormat::kPng:
-            return EncodePng(path, rows);
+            return EncodePng(path, rows, notes);
         case EImageFileFormat::kPnm:
             return EncodePnm(path, rows);
         default:
-            return EncodeTiff(path, rows);
+            return EncodeTiff(path, rows, notes);
     }
 }
 
@@ -105,10 +106,32 @@ const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noex
  * \context Reentrant
  */
 void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image) {
+    WriteImage(path, format, image, {});
+}
+
+/**
+ * \brief Write an image with what is known of it, as the other
+ * \param[in] notes Kept by PNG (as texts) and TIFF (as fields); the other formats have no place for them
+ * \context Reentrant
+ */
+void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image, const ImageNotes& notes) {
     UnfinishedFile file(path.str());
-    if (const std::error_code error = Encode(file.Path(), format, image))
+    if (const std::error_code error = Encode(file.Path(), format, image, notes))
         Refuse(path.str(), error);
     file.Keep();
+}
+
+/**
+ * \brief Append an image as binary PGM or PPM
+ * \throw InvalidArgumentException The pixel type has no simple samples, or the data are too short
+ * \context Reentrant
+ */
+void AppendPnm(std::vector<std::uint8_t>& bytes, const ImageView& image) {
+    SampleRows rows(image);
+    PassPnm(rows, [&](const char* piece, std::size_t count) {
+        bytes.insert(bytes.end(), piece, piece + count);
+        return true;
+    });
 }
 
 }  // namespace Vanto

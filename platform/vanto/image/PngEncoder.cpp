@@ -7,6 +7,7 @@
 
 #include <csetjmp>
 #include <fstream>
+#include <span>
 #include <vector>
 
 #include "image/ImageEncoders.h"
@@ -15,7 +16,7 @@ namespace Vanto {
 
 namespace {
 
-constexpr int kCompression = 2;  // images of cameras are noise to the better levels, which take several times as long
+constexpr int kCompression = 1;  // images of cameras are noise to the better levels, which take several times as long
 
 // One PNG file that is being written. libpng leaves by longjmp: the functions that call it hold nothing to destroy.
 class PngFile {
@@ -32,7 +33,8 @@ public:
     PngFile(const PngFile&) = delete;
     PngFile& operator=(const PngFile&) = delete;
 
-    bool Begin(std::uint32_t width, std::uint32_t height, unsigned channels, unsigned bits) noexcept {
+    bool Begin(std::uint32_t width, std::uint32_t height, unsigned channels, unsigned bits,
+               std::span<png_text> texts) noexcept {
         if (!IsFine() || setjmp(png_jmpbuf(m_png)) != 0)
             return false;
         const int type = channels == 1   ? PNG_COLOR_TYPE_GRAY
@@ -44,6 +46,10 @@ public:
         const png_color_8 sBit{significant, significant, significant, significant, significant};
         png_set_sBIT(m_png, m_info, &sBit);
         png_set_compression_level(m_png, kCompression);
+        // One filter for all rows: to try several on each takes most of the time.
+        png_set_filter(m_png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
+        if (!texts.empty())
+            png_set_text(m_png, m_info, texts.data(), static_cast<int>(texts.size()));
         png_write_info(m_png, m_info);
         return true;
     }
@@ -82,6 +88,27 @@ private:
     bool m_isRefused = false;
 };
 
+// Keywords are those of the PNG standard where it has one. They point into the notes.
+std::vector<png_text> TextsOf(const ImageNotes& notes) {
+    std::vector<png_text> texts;
+    const auto add = [&](const char* keyword, const std::string& value) {
+        if (value.empty())
+            return;
+        png_text text{};
+        text.compression = PNG_TEXT_COMPRESSION_NONE;
+        text.key = const_cast<char*>(keyword);
+        text.text = const_cast<char*>(value.c_str());
+        text.text_length = value.size();
+        texts.push_back(text);
+    };
+    add("Source", notes.camera);
+    add("Serial Number", notes.serialNumber);
+    add("Exposure Time", notes.exposureTime);
+    add("Frame Number", notes.frameNumber);
+    add("Creation Time", notes.time);
+    return texts;
+}
+
 // PNG knows 8 and 16 bits, and white is their greatest value.
 void PackRow(std::span<const std::uint16_t> samples, unsigned bits, std::vector<std::uint8_t>& packed) {
     packed.clear();
@@ -99,9 +126,10 @@ void PackRow(std::span<const std::uint16_t> samples, unsigned bits, std::vector<
  * \brief Write a PNG file with 8 or 16 bits a sample
  * \return Why the file can't be written
  */
-std::error_code EncodePng(const std::string& path, SampleRows& rows) {
+std::error_code EncodePng(const std::string& path, SampleRows& rows, const ImageNotes& notes) {
     PngFile file(path);
-    bool isFine = file.Begin(rows.Width(), rows.Height(), rows.Channels(), rows.Bits());
+    std::vector<png_text> texts = TextsOf(notes);
+    bool isFine = file.Begin(rows.Width(), rows.Height(), rows.Channels(), rows.Bits(), texts);
     std::vector<std::uint8_t> packed;
     for (std::uint32_t row = 0; row < rows.Height() && isFine; ++row) {
         PackRow(rows.Read(row), rows.Bits(), packed);

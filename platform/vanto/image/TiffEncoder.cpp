@@ -41,7 +41,9 @@ bool SetFields(TIFF* tiff, const SampleRows& rows) {
     isFine = isFine && TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, channels) != 0;
     isFine = isFine && TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, rows.Bits() > 8 ? 16 : 8) != 0;
     isFine = isFine && TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) != 0;
-    isFine = isFine && TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE) != 0;
+    isFine = isFine && TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW) != 0;
+    // Neighbours are alike: their differences are what compresses.
+    isFine = isFine && TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL) != 0;
     isFine = isFine && TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0)) != 0;
     isFine = isFine && TIFFSetField(tiff, TIFFTAG_MAXSAMPLEVALUE, (1u << rows.Bits()) - 1) != 0;
     isFine = isFine &&
@@ -51,6 +53,22 @@ bool SetFields(TIFF* tiff, const SampleRows& rows) {
         isFine = isFine && TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alpha) != 0;
     }
     return isFine;
+}
+
+bool SetNotes(TIFF* tiff, const ImageNotes& notes) {
+    const auto set = [&](std::uint32_t field, const std::string& text) {
+        return text.empty() || TIFFSetField(tiff, field, text.c_str()) != 0;
+    };
+    std::string description;
+    const auto tell = [&](const char* what, const std::string& text) {
+        if (!text.empty())
+            description += (description.empty() ? "" : ", ") + std::string(what) + text;
+    };
+    tell("frame ", notes.frameNumber);
+    tell("exposure ", notes.exposureTime);
+    tell("", notes.time);
+    return set(TIFFTAG_MODEL, notes.camera) && set(TIFFTAG_CAMERASERIALNUMBER, notes.serialNumber) &&
+           set(TIFFTAG_IMAGEDESCRIPTION, description);
 }
 
 bool WriteRows(TIFF* tiff, SampleRows& rows) {
@@ -77,12 +95,12 @@ bool WriteRows(TIFF* tiff, SampleRows& rows) {
 }  // namespace
 
 /**
- * \brief Write an uncompressed TIFF file with 8 or 16 bits a sample
+ * \brief Write a TIFF file with 8 or 16 bits a sample, compressed by LZW
  * \return Why the file can't be written
  */
-std::error_code EncodeTiff(const std::string& path, SampleRows& rows) {
+std::error_code EncodeTiff(const std::string& path, SampleRows& rows, const ImageNotes& notes) {
     const TiffFile file = OpenTiff(path);
-    if (file == nullptr || !SetFields(file.get(), rows) || !WriteRows(file.get(), rows))
+    if (file == nullptr || !SetFields(file.get(), rows) || !SetNotes(file.get(), notes) || !WriteRows(file.get(), rows))
         return WriteError();
     return {};
 }

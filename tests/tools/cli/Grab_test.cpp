@@ -72,10 +72,11 @@ TEST(Grab, SavesEachFormat) {
     const Grabbing grabbing;
     for (const auto& [format, file, start] :
          {std::tuple{"pgm", "frame_000001.pgm", "P5"}, std::tuple{"tiff", "frame_000001.tiff", "II"}}) {
-        ASSERT_EQ(grabbing.Run({"-o", grabbing.Folder().string(), "--format", format}).exitCode, 0);
+        ASSERT_EQ(grabbing.Run({"-o", grabbing.Folder().string(), "--overwrite", "--format", format}).exitCode, 0);
         EXPECT_EQ(FirstBytesOf(grabbing.Folder() / file, 2), start);
     }
-    ASSERT_EQ(grabbing.Run({"-o", grabbing.Folder().string(), "--format", "raw"}).exitCode, 0);
+    ASSERT_EQ(grabbing.Run({"-o", grabbing.Folder().string(), "--overwrite", "--format", "raw"}).exitCode, 0);
+    EXPECT_THAT(grabbing.Files(), testing::ElementsAre("frame_000001.json", "frame_000001.raw"));
     EXPECT_EQ(fs::file_size(grabbing.Folder() / "frame_000001.raw"), 64U * 32U);
 }
 
@@ -85,6 +86,59 @@ TEST(Grab, SavesColours) {
         grabbing.Run({"--set", "PixelFormat=RGB8", "-o", grabbing.Folder().string(), "--format", "pgm"});
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(FirstBytesOf(grabbing.Folder() / "frame_000001.ppm", 2), "P6");
+}
+
+TEST(Grab, NeverMixesTwoGrabs) {
+    const Grabbing grabbing;
+    ASSERT_EQ(grabbing.Run({"-n", "3", "-o", grabbing.Folder().string(), "--format", "pgm"}).exitCode, 0);
+    grabbing.ExpectFailure({"-o", grabbing.Folder().string()}, 1, "has frames of an earlier grab");
+    ASSERT_EQ(grabbing.Run({"-o", grabbing.Folder().string(), "--overwrite"}).exitCode, 0);
+    EXPECT_THAT(grabbing.Files(), testing::ElementsAre("frame_000001.png"));
+}
+
+TEST(Grab, WritesFramesToStandardOutput) {
+    const Grabbing grabbing;
+    const RunResult raw = grabbing.Run({"-n", "3", "-o", "-", "--format", "raw"});
+    EXPECT_EQ(raw.exitCode, 0) << raw.err;
+    EXPECT_EQ(raw.out.size(), 3U * 64 * 32);
+    EXPECT_THAT(raw.err, HasSubstr("3 delivered, "));
+    const std::string image = "P5\n64 32\n255\n";
+    const RunResult pnm = grabbing.Run({"-n", "2", "-o", "-"});
+    EXPECT_EQ(pnm.out.size(), 2 * (image.size() + 64 * 32));
+    EXPECT_THAT(pnm.out, testing::StartsWith(image));
+}
+
+TEST(Grab, WritesFilmsToStandardOutput) {
+    const Grabbing grabbing("SaperaSimulated;FrameRate=0", "H4096");
+    const std::string grey = grabbing.Run({"-n", "2", "-o", "-", "--format", "y4m"}).out;
+    EXPECT_THAT(grey, testing::StartsWith("YUV4MPEG2 W64 H32 F"));
+    const std::size_t header = grey.find('\n') + 1;
+    EXPECT_EQ(grey.size(), header + 2 * (6 + 64 * 32));
+    const RunResult colour = grabbing.Run({"--set", "PixelFormat=RGB8", "-o", "-", "--format", "y4m"});
+    EXPECT_THAT(colour.out, HasSubstr(" C444\nFRAME\n"));
+    EXPECT_EQ(colour.out.size(), colour.out.find('\n') + 1 + 6 + 3 * 64 * 32);
+    Grabbing().ExpectFailure({"--set", "PixelFormat=Mono12", "-o", "-", "--format", "y4m"}, 1, "eight bits");
+}
+
+TEST(Grab, SavesEachNthAndEndsInTime) {
+    const Grabbing grabbing("SaperaSimulated;FrameRate=500");
+    const RunResult run =
+        grabbing.Run({"-n", "7", "--every", "3", "-o", grabbing.Folder().string(), "--format", "pgm"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(grabbing.Files().size(), 3U);
+    const RunResult timed = grabbing.Run({"--duration", "0.1", "--format", "none", "--json"});
+    EXPECT_EQ(timed.exitCode, 0) << timed.err;
+    EXPECT_GE(json::parse(timed.out).at("Delivered"), 1);
+    EXPECT_GE(json::parse(timed.out).at("Seconds"), 0.1);
+}
+
+TEST(Grab, LooksAtWhatComes) {
+    const Grabbing grabbing;
+    const RunResult run = grabbing.Run({"--stats", "--preview", "--format", "none"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.err, HasSubstr("frame 1: "));
+    EXPECT_THAT(run.err, HasSubstr("% saturated"));
+    EXPECT_EQ(std::ranges::count(run.out, '\n'), 16 + 1);
 }
 
 TEST(Grab, SavesNothingWithoutAFormat) {
@@ -126,7 +180,11 @@ TEST(Grab, SaysWhatThePluginSays) {
 
 TEST(Grab, RefusesWhatItCanNotDo) {
     const Grabbing grabbing;
-    grabbing.ExpectFailure({"-n", "0"}, 2, "--count");
+    grabbing.ExpectFailure({"-n", "-1"}, 2, "--count");
+    grabbing.ExpectFailure({"--every", "0"}, 2, "--every");
+    grabbing.ExpectFailure({"--duration", "long"}, 2, "--duration");
+    grabbing.ExpectFailure({"-o", "-", "--format", "png"}, 2, "--format raw, pnm or y4m");
+    grabbing.ExpectFailure({"--format", "y4m"}, 2, "y4m is a stream");
     grabbing.ExpectFailure({"-n", "many"}, 2, "--count");
     grabbing.ExpectFailure({"--buffers", "0"}, 2, "--buffers");
     grabbing.ExpectFailure({"--timeout", "soon"}, 2, "--timeout");
@@ -155,8 +213,11 @@ TEST(Grab, CtrlCEndsItWithWhatWasTakenSaved) {
     run.Interrupt();
     const RunResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 130);
-    for (const std::string& file : grabbing.Files())
-        EXPECT_EQ(fs::file_size(grabbing.Folder() / file), 64U * 32U) << file;
+    for (const std::string& file : grabbing.Files()) {
+        if (file.ends_with(".raw")) {
+            EXPECT_EQ(fs::file_size(grabbing.Folder() / file), 64U * 32U) << file;
+        }
+    }
     EXPECT_EQ(grabbing.cameras.Command("baud cam0"), "ok 9600");
     EXPECT_EQ(grabbing.cameras.Run({"get", "0", "TLParamsLocked"}).out, "0\n");
 }

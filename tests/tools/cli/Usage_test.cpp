@@ -30,7 +30,7 @@ TEST(Usage, HelpListsTheCommandsAndExitCodes) {
 
 TEST(Usage, HelpListsTheWordsOfAnOptionOnce) {
     const std::string help = RunVantoCl({"grab", "--help"}).out;
-    EXPECT_THAT(help, HasSubstr("--format png|pgm|tiff|raw|none\n"));
+    EXPECT_THAT(help, HasSubstr("--format png|pnm|pgm|tiff|raw|y4m|none\n"));
 }
 
 using Words = std::vector<std::string>;

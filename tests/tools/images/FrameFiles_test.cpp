@@ -9,6 +9,7 @@
 
 #include <array>
 #include <fstream>
+#include <iterator>
 
 #include "Base/GCException.h"
 #include "error/ExitCode.h"
@@ -64,12 +65,34 @@ TEST_F(FrameFilesTest, OfThePresentFolderHaveBareNames) {
     fs::current_path("/");
 }
 
-TEST_F(FrameFilesTest, ReplaceThoseOfAnEarlierGrab) {
+TEST_F(FrameFilesTest, AreNeverMixedWithThoseOfAnEarlierGrab) {
     fs::create_directories(Folder());
-    std::ofstream(Folder() / "frame_000001.raw") << "an earlier and longer frame";
+    for (const char* name : {"frame_000007.png", "frame_000001.raw", "frame_000001.json"})
+        std::ofstream(Folder() / name) << "an earlier frame";
+    EXPECT_THROW(FrameFiles("raw", Folder()), ToolError);
+    EXPECT_TRUE(fs::exists(Folder() / "frame_000007.png"));
+    FrameFiles files("pgm", Folder(), true);
+    EXPECT_TRUE(fs::is_empty(Folder()));
+}
+
+TEST_F(FrameFilesTest, LeaveOtherFilesAlone) {
+    fs::create_directories(Folder() / "frame_000003.d");
+    for (const char* name : {"frame.png", "frame_1.png", "my_frame_000001.png", "frame_0000012"})
+        std::ofstream(Folder() / name) << "a file of the user";
+    FrameFiles files("pgm", Folder());
+    FrameFiles again("pgm", Folder(), true);
+    EXPECT_EQ(std::distance(fs::directory_iterator(Folder()), fs::directory_iterator()), 5);
+}
+
+TEST_F(FrameFilesTest, OfRawBytesHaveTheirSizeBeside) {
     FrameFiles files("raw", Folder());
-    files.Save(Frame());
-    EXPECT_EQ(fs::file_size(files.First()), 8U);
+    files.Save(Frame(),
+               {.camera = "Marlow", .serialNumber = "S0", .exposureTime = "5 us", .frameNumber = "9", .time = "t"});
+    std::ifstream side(Folder() / "frame_000001.json");
+    const std::string text{std::istreambuf_iterator<char>(side), {}};
+    for (const char* line : {"\"Width\": 4", "\"Height\": 2", "\"PixelFormat\": \"Mono8\"", "\"Pitch\": 4",
+                             "\"SerialNumber\": \"S0\"", "\"FrameNumber\": \"9\""})
+        EXPECT_THAT(text, testing::HasSubstr(line));
 }
 
 TEST_F(FrameFilesTest, AreOnlyThoseThatCouldBeWritten) {

@@ -32,7 +32,7 @@ TEST(GrabProgress, IsLinesElsewhere) {
     std::rewind(file.get());
     std::string text(1000, '\0');
     text.resize(std::fread(text.data(), 1, text.size(), file.get()));
-    EXPECT_THAT(text, ContainsPattern("^2 of 4 frames, [0-9.]+ frames/s, [0-9.]+ MB/s\n$"));
+    EXPECT_THAT(text, ContainsPattern("^2 of 4 frames, [0-9.]+ frames/s, [0-9.]+ MB/s, 50%, [0-9.]+ m?s left\n$"));
 }
 
 TEST(GrabProgress, CountsInMillions) {

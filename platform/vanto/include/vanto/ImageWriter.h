@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "vanto/PixelType.h"
 #include "vanto/VantoTypes.h"
@@ -22,7 +24,7 @@ namespace Vanto {
 enum class EImageFileFormat {
     kPng,   ///< 8 or 16 bits; fewer significant bits are shifted up to 16, and how many they are is noted (sBIT)
     kPnm,   ///< binary PGM or PPM; values as they are
-    kTiff,  ///< values as they are; uncompressed
+    kTiff,  ///< values as they are; compressed without loss
     kRaw    ///< the bytes as they are
 };
 
@@ -36,8 +38,20 @@ struct ImageView {
     std::size_t pitch = 0;  ///< bytes from one line to the next; 0 when lines follow each other without a gap
 };
 
+/// What a file can tell of its image. Empty texts are left out.
+struct ImageNotes {
+    std::string camera;        ///<  its name for people
+    std::string serialNumber;  ///<  the camera's
+    std::string exposureTime;  ///<  with its unit: "500 us"
+    std::string frameNumber;   ///<  within its grab
+    std::string time;          ///<  when it came: "2024-05-17T12:30:00Z"
+};
+
 VANTOIMAGE_API bool CanWriteImage(EImageFileFormat format, EPixelType pixelType) noexcept;
 VANTOIMAGE_API const char* GetFileExtension(EImageFileFormat format, EPixelType pixelType) noexcept;
 VANTOIMAGE_API void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image);
+VANTOIMAGE_API void WriteImage(const gcstring& path, EImageFileFormat format, const ImageView& image,
+                               const ImageNotes& notes);
+VANTOIMAGE_API void AppendPnm(std::vector<std::uint8_t>& bytes, const ImageView& image);
 
 }  // namespace Vanto

@@ -147,6 +147,41 @@ TEST_F(ImageWriter, WritesValuesAsTheyAreToTiff) {
     TIFFClose(tiff);
 }
 
+TEST_F(ImageWriter, CompressesTiffWithoutLoss) {
+    const Bytes bytes(256 * 64, 7);
+    const std::string file = Write(EImageFileFormat::kTiff, View(bytes, PixelType_Mono8, 256, 64));
+    EXPECT_LT(file.size(), bytes.size() / 4);
+}
+
+TEST_F(ImageWriter, NotesWhatIsKnownOfTheImage) {
+    const ImageNotes notes{"Marlow H2048", "24000001", "500 us", "12", "2026-03-14T15:09:26Z"};
+    const Bytes bytes{1, 2, 3, 4};
+    const std::string path = m_folder.Path("image");
+    WriteImage(path, EImageFileFormat::kPng, View(bytes, PixelType_Mono8, 2, 2), notes);
+    std::ifstream png(path, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(png), {}};
+    for (const char* part : {"tEXtSource", "Marlow H2048", "Serial Number", "24000001", "Exposure Time", "500 us",
+                             "Frame Number", "Creation Time"})
+        EXPECT_THAT(text, testing::HasSubstr(part));
+    WriteImage(path, EImageFileFormat::kTiff, View(bytes, PixelType_Mono8, 2, 2), notes);
+    TIFF* const tiff = TIFFOpen(path.c_str(), "r");
+    ASSERT_NE(tiff, nullptr);
+    const auto field = [&](std::uint32_t tag) {
+        char* value = nullptr;
+        return TIFFGetField(tiff, tag, &value) == 1 ? std::string(value) : std::string();
+    };
+    EXPECT_EQ(field(TIFFTAG_MODEL), "Marlow H2048");
+    EXPECT_EQ(field(TIFFTAG_CAMERASERIALNUMBER), "24000001");
+    EXPECT_EQ(field(TIFFTAG_IMAGEDESCRIPTION), "frame 12, exposure 500 us, 2026-03-14T15:09:26Z");
+    TIFFClose(tiff);
+}
+
+TEST_F(ImageWriter, AppendsPnmToBytes) {
+    Bytes stream{9};
+    AppendPnm(stream, View(Bytes{1, 2}, PixelType_Mono8, 2, 1));
+    EXPECT_EQ(std::string(stream.begin() + 1, stream.end()), "P5\n2 1\n255\n\x01\x02");
+}
+
 TEST_F(ImageWriter, WritesColourToTiff) {
     const Bytes bytes{1, 2, 3, 4, 5, 6};
     Write(EImageFileFormat::kTiff, View(bytes, PixelType_RGB8, 2, 1));
