@@ -12,7 +12,7 @@ from vanto import _core, _log
 from vanto._errors import UnknownFeature
 from vanto._features import Feature, Features
 from vanto._frames import Frame, Stream
-from vanto._records import CameraRecord, Kind, SettingFault
+from vanto._records import CameraRecord, SettingFault
 from vanto._subscriptions import Subscription
 
 
@@ -126,8 +126,7 @@ class Camera:
         """The value of a feature; of a command the feature itself, to be called."""
         if name.startswith("_"):
             raise AttributeError(name)
-        feature = self._features[name]
-        return feature if feature.kind is Kind.COMMAND else feature.value
+        return self._features._attribute(name)
 
     def __setattr__(self, name: str, value: object) -> None:
         """Set a feature, as Feature.value."""

@@ -226,6 +226,13 @@ class Features(Mapping[str, Feature]):
             raise AttributeError(name)
         return self[name]
 
+    def _attribute(self, name: str) -> Any:
+        """The value of a feature; of a command the feature itself. In few steps, as programs read them in loops."""
+        feature = self._known.get(name)
+        if feature is None:
+            feature = self[name]
+        return feature if feature._kind is Kind.COMMAND else feature._core.value()
+
     def __contains__(self, name: object) -> bool:
         """Whether there is a feature of this name."""
         return isinstance(name, str) and self._core.find(name) is not None

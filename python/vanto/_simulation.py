@@ -6,6 +6,7 @@ from __future__ import annotations
 import contextlib
 import html
 import os
+import select
 import shutil
 import socket
 import subprocess
@@ -19,6 +20,7 @@ from vanto._errors import Error
 
 _MODELS = ("H2048", "H4096", "H8192L")
 _MOST = 64
+_PATIENCE = 20.0  # seconds for which the simulator may take to start
 _BINARIES = 1  # folder type of programs
 
 
@@ -65,7 +67,8 @@ class Simulation:
             [str(program), *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True
         )
         assert started.stdout is not None
-        if started.stdout.readline() != b"ready\n":
+        waiting, _, _ = select.select([started.stdout], [], [], _PATIENCE)
+        if not waiting or started.stdout.readline() != b"ready\n":
             started.kill()
             started.wait()
             raise Error("the simulator did not start")

@@ -86,6 +86,32 @@ def test_a_frame_tells_about_itself(camera):
     camera.OffsetX = camera.OffsetY = 0
 
 
+class Damaged:
+    """What the library gives for a frame that did not come as a whole; simulated frame grabbers make none."""
+
+    def __init__(self, status):
+        self._status = status
+
+    def __getattr__(self, name):
+        facts = {"status": self._status, "error": "the line was busy", "number": 7, "size": 100, "missed": 0}
+        facts.update(width=64, height=32, pixel_format="Mono8")
+        return lambda: facts[name]
+
+
+@pytest.mark.parametrize("status, text", [(1, "frame 7 is cut: 100 bytes came"), (2, "frame 7 has no image: the line was busy")])
+def test_a_frame_that_is_not_complete_has_no_array(status, text):
+    frame = vanto.Frame(Damaged(status))
+    assert not frame.is_complete
+    for access in (lambda: frame.array, frame.image):
+        with pytest.raises(vanto.Error, match=text):
+            access()
+
+
+def test_a_frame_that_is_not_complete_shows_it():
+    assert repr(vanto.Frame(Damaged(1))) == "<Frame 7: 64 x 32 Mono8, cut>"
+    assert repr(vanto.Frame(Damaged(2))) == "<Frame 7: failed: the line was busy>"
+
+
 def test_an_array_may_be_changed_in_place(camera):
     frame = camera.grab_one()
     frame.array[:] = 7
