@@ -33,7 +33,6 @@ struct SourceFile {
 /// Makes one description of one document and one that is injected into it. Reentrant, used once.
 class Loader {
 public:
-    Loader() { m_knownTexts.fill(kNoNode); }
     /// Reads a document. Throws RuntimeException with file, line and column when it is none.
     void Load(const SourceFile& file) { Read(file, false); }
     /// Merges a second document, or bare nodes, into the one that has been loaded.
@@ -48,6 +47,12 @@ private:
         std::uint32_t node;
         ETag tag;
         std::uint32_t position;
+    };
+
+    /// The text of an element, in a node of a kind.
+    struct Said {
+        std::uint32_t value = 0;
+        ENodeKind kind = ENodeKind::None;
     };
 
     void Read(const SourceFile& file, bool isInjected);
@@ -113,7 +118,7 @@ private:
     std::size_t m_textPosition = 0;                         // of that element
     std::string m_decoded;                                  // a text without character references
     std::unordered_map<std::uint32_t, std::int64_t> m_priorities;
-    std::array<std::uint32_t, 256> m_knownTexts;  // of each kind of element, the text that was found right last
+    std::array<Said, 256> m_right{};  // of each kind of element, what was found right last
 };
 
 // XML allows an attribute once; of several the first counts.

@@ -97,13 +97,13 @@ void Loader::LoadNode(ENodeKind kind) {
 
 std::uint32_t Loader::MakeNode(ENodeKind kind, std::uint32_t enclosing) {
     const TextPlace place = m_source->PlaceOf(PositionOf(m_scanner->Name()));
-    NodeRecord record;
+    const std::uint32_t node = m_builder.AddNode();
+    NodeRecord& record = m_builder.Node(node);
     record.kind = kind;
     record.enclosing = enclosing;
     record.line = place.line;
     record.column = place.column;
     record.traits = IsRegisterKind(kind) ? kIsRegister : 0;
-    const std::uint32_t node = m_builder.AddNode(record);
     LoadNodeAttributes(node);
     return node;
 }
@@ -215,25 +215,26 @@ void Loader::LoadProperty(ETag tag, std::uint32_t node) {
         traits |= kHasErrorNode;
 }
 
-// What a file says in the wrong place or in words that do not exist would pass for something else.
+// What a file says in the wrong place or in words that do not exist would pass for something else. Most nodes say what
+// the one of their kind before said.
 void Loader::CheckProperty(const Property& property, std::string_view text, std::size_t position, std::uint32_t node) {
     const ETag tag = property.tag;
     const ENodeKind kind = m_builder.Node(node).kind;
-    if (!HasElement(kind, tag))
+    Said& right = m_right[static_cast<std::size_t>(tag)];
+    if (right.kind == kind && right.value == property.value && property.length == text.size())
+        return;
+    const bool hasPlace = HasElement(kind, tag);
+    if (!hasPlace)
         Warn(wkUnknownElement, position, NameOf(node),
              {GenApi::NameOf(tag), " has no meaning in ", GenApi::NameOf(kind)});
     const bool isText = IsFreeText(tag) || (tag == ETag::Value && kind == ENodeKind::String);
     if (isText)
         return;
     WarnAboutBlanks(text, position, node, GenApi::NameOf(tag));
-    // Most nodes say what the one before said.
-    std::uint32_t& known = m_knownTexts[static_cast<std::size_t>(tag)];
-    if (property.kind == Property::EValue::Text && property.value == known)
-        return;
-    if (IsKnownWord(tag, Trimmed(text)))
-        known = property.value;
-    else
+    if (!IsKnownWord(tag, Trimmed(text)))
         Warn(wkBadValue, position, NameOf(node), {GenApi::NameOf(tag), " '", Trimmed(text), "' is not known"});
+    else if (hasPlace && property.kind == Property::EValue::Text)
+        right = {property.value, kind};
 }
 
 void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what) {

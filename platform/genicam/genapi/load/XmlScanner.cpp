@@ -66,7 +66,11 @@ XmlScanner::XmlScanner(std::string_view text, bool isFragment)
     : m_begin(text.data()),
       m_end(text.data() + std::min(text.find('\0'), text.size())),
       m_next(text.data()),
-      m_isFragment(isFragment) {}
+      m_isFragment(isFragment) {
+    constexpr std::size_t kUsual = 16;
+    m_attributes.reserve(kUsual);
+    m_open.reserve(kUsual);
+}
 
 void XmlScanner::Fail(const char* at, std::initializer_list<std::string_view> reason) const {
     throw XmlFault{PositionOf(at), Joined(reason)};
@@ -159,7 +163,8 @@ EXml XmlScanner::AtEnd(const char* next) {
 EXml XmlScanner::Open(const char* next) {
     const char* const name = next;
     next = SkipName(next);
-    m_name = Between(name, next);
+    const auto nameSize = static_cast<std::size_t>(next - name);
+    m_name = {name, nameSize};
     m_attributes.clear();
     if (Is(next, kSpace)) {
         next = SkipBlanks(next);
@@ -172,7 +177,7 @@ EXml XmlScanner::Open(const char* next) {
     if (m_isEmpty && *++next != '>')
         Fail(next, {"'/' ends no tag"});
     m_hadElement = true;
-    m_open.push_back(m_name);
+    m_open.emplace_back(name, nameSize);
     m_next = next + 1;
     return EXml::Open;
 }

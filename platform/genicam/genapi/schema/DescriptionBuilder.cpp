@@ -30,8 +30,8 @@ void DescriptionBuilder::Expect(std::size_t bytes) {
     description.m_names.Reserve(description.m_names.Count() + bytes / 300);
 }
 
-std::uint32_t DescriptionBuilder::AddNode(const NodeRecord& node) {
-    m_description->m_nodes.push_back(node);
+std::uint32_t DescriptionBuilder::AddNode() {
+    m_description->m_nodes.push_back({});
     return m_description->NodeCount() - 1;
 }
 

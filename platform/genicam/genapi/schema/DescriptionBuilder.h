@@ -22,7 +22,8 @@ public:
     void Expect(std::size_t bytes);
     const Description& Built() const noexcept { return *m_description; }
     DescriptionInfo& Info() noexcept { return m_description->m_info; }
-    std::uint32_t AddNode(const NodeRecord& node);
+    /// A new node, of which nothing is known yet.
+    std::uint32_t AddNode();
     NodeRecord& Node(std::uint32_t node) noexcept { return m_description->m_nodes[node]; }
     std::uint32_t Intern(std::string_view name) { return m_description->m_names.Intern(name); }
     std::uint32_t NodeOfName(std::uint32_t name) const noexcept { return m_description->m_names.NodeOf(name); }

@@ -28,11 +28,11 @@ public:
     const T& operator[](std::size_t index) const noexcept { return m_values.get()[index]; }
     std::span<const T> All() const noexcept { return {data(), m_size}; }
 
+    /// \param[in] value Not of this array
     void push_back(const T& value) {
-        const T copy = value;  // it may lie in this very array
         if (m_size == m_capacity)
             Grow(m_size + 1);
-        m_values.get()[m_size++] = copy;
+        m_values.get()[m_size++] = value;
     }
     /// \param[in] values Not of this array
     void Append(const T* values, std::size_t count) {
