@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 # SPDX-License-Identifier: Apache-2.0
 """Makes a wheel of the Python module from an installed tree: module, libraries, plug-ins and simulator in one file.
 

@@ -31,6 +31,10 @@ output=build/release-$version
 rm -rf "$output"
 mkdir -p "$output"
 cp build/package/packages/*.deb "$output"
+tree=$(mktemp -d)
+cmake --install build/release --prefix "$tree" >/dev/null
+packaging/make-wheel.py "$tree" "$output"
+rm -rf "$tree"
 packaging/windows/make-installer.sh build/windows "$output/vanto-clser-$version-win64.exe"
 (cd build/windows && rm -f ./*.zip && cpack -G ZIP >/dev/null && cp ./*.zip "../../$output")
 git archive --prefix="vanto-$version/" -o "$output/vanto-$version.tar.gz" HEAD

@@ -114,6 +114,31 @@ def test_looking_for_cameras_ends_with_control_c(own, call):
     assert (code, out, err) == (0, "interrupted", "")
 
 
+def test_a_camera_whose_opening_was_interrupted_is_given_back(own):
+    own.command("delay cam0 20")
+    script = Script(
+        """
+        import vanto
+        try:
+            print("waiting", flush=True)
+            vanto.open()
+        except KeyboardInterrupt:
+            pass
+        while True:  # as long as the other opening goes on, the camera is in use
+            try:
+                camera = vanto.open()
+                break
+            except vanto.Error:
+                pass
+        print(camera.Width)
+        """
+    )
+    assert script.line() == "waiting"
+    script.process.send_signal(signal.SIGINT)
+    own.command("delay cam0 0")
+    assert script.end() == (0, "2048", "")
+
+
 def test_a_signal_handler_may_raise_what_it_likes(waiting_camera):
     script = Script(
         """

@@ -315,6 +315,23 @@ def test_a_callback_may_use_and_cancel_everything(camera):
     assert seen == [0] and camera.Height == 16
 
 
+def test_a_camera_may_be_closed_in_a_callback(simulation):
+    camera = vanto.open("SIM00001")
+    camera.features["Width"].on_change(lambda feature: camera.close())
+    camera.Width = 128
+    assert not camera.is_open
+    vanto.open("SIM00001").close()
+
+
+def test_a_camera_may_be_let_go_in_a_callback(simulation):
+    cameras = [vanto.open("SIM00001")]
+    cameras[0].features["Width"].on_change(lambda feature: cameras.clear())
+    cameras[0].Width = 128
+    assert cameras == []
+    gc.collect()
+    vanto.open("SIM00001").close()
+
+
 def test_what_a_callback_raises_goes_to_the_hook(camera, monkeypatch):
     seen = []
     monkeypatch.setattr("sys.unraisablehook", lambda args: seen.append(args.exc_type))
