@@ -58,8 +58,10 @@ def frames():
                     for _ in range(FRAMES):
                         next(stream).array
     (seconds, processor), (their_seconds, their_processor) = fastest(ours), fastest(theirs)
-    show("frames of 1 MB", fps=FRAMES / seconds, cpp_fps=FRAMES / their_seconds, ratio=their_seconds / seconds, limit=0.95)
-    show("processor time a frame", us=processor / FRAMES * 1e6, cpp_us=their_processor / FRAMES * 1e6, ratio=processor / their_processor)
+    ratio = their_seconds / seconds
+    show("frames of 1 MB", fps=FRAMES / seconds, cpp_fps=FRAMES / their_seconds, ratio=ratio, limit=0.95)
+    ours_us, theirs_us = processor / FRAMES * 1e6, their_processor / FRAMES * 1e6
+    show("processor time a frame", us=ours_us, cpp_us=theirs_us, ratio=processor / their_processor)
 
 
 def reads():
@@ -122,7 +124,8 @@ def imports():
     results = []
     for _ in range(ROUNDS):
         code = "import time; begin = time.perf_counter(); import vanto; print(time.perf_counter() - begin)"
-        results.append(float(subprocess.run([sys.executable, "-c", code], check=True, capture_output=True, text=True).stdout))
+        done = subprocess.run([sys.executable, "-c", code], check=True, capture_output=True, text=True)
+        results.append(float(done.stdout))
     show("import vanto", ms=statistics.median(results) * 1e3)
 
 

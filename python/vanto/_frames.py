@@ -162,7 +162,7 @@ class Stream(Iterator[Frame], AsyncIterator[Frame]):
         self._pending: asyncio.Future[Frame | None] | None = None
 
     def next(self, timeout: float | None = None) -> Frame | None:
-        """Wait for the next frame, None when the stream has ended. Raises Timeout; without a time that of the stream."""
+        """Wait for the next frame, None when the stream has ended; raises Timeout, without a time that of the stream."""
         core = self._core.next(timeout)
         if core is None:
             self._tell()

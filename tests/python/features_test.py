@@ -156,7 +156,10 @@ def test_what_no_feature_takes_is_a_type_error(camera, value):
         camera.Width = value
 
 
-@pytest.mark.parametrize("name, value", [("Width", "wide"), ("Width", "2 ms"), ("PixelFormat", "Mono7"), ("Gain", b"1"), ("ReverseX", 2)])
+@pytest.mark.parametrize(
+    "name, value",
+    [("Width", "wide"), ("Width", "2 ms"), ("PixelFormat", "Mono7"), ("Gain", b"1"), ("ReverseX", 2)],
+)
 def test_a_value_of_another_kind_is_told_with_what_is_taken(camera, name, value):
     with pytest.raises(vanto.WrongType, match="It takes") as caught:
         camera.features[name].value = value

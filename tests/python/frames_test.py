@@ -98,7 +98,9 @@ class Damaged:
         return lambda: facts[name]
 
 
-@pytest.mark.parametrize("status, text", [(1, "frame 7 is cut: 100 bytes came"), (2, "frame 7 has no image: the line was busy")])
+@pytest.mark.parametrize(
+    "status, text", [(1, "frame 7 is cut: 100 bytes came"), (2, "frame 7 has no image: the line was busy")]
+)
 def test_a_frame_that_is_not_complete_has_no_array(status, text):
     frame = vanto.Frame(Damaged(status))
     assert not frame.is_complete

@@ -28,7 +28,19 @@ def some(count, bits):
 
 
 @pytest.mark.parametrize("width, height", [(8, 4), (5, 3), (7, 1), (1, 1)])
-@pytest.mark.parametrize("name, bits", [("Mono1p", 1), ("Mono2p", 2), ("Mono4p", 4), ("Mono10p", 10), ("Mono12p", 12), ("Mono14p", 14), ("BayerRG10p", 10), ("BayerBG12p", 12)])
+@pytest.mark.parametrize(
+    "name, bits",
+    [
+        ("Mono1p", 1),
+        ("Mono2p", 2),
+        ("Mono4p", 4),
+        ("Mono10p", 10),
+        ("Mono12p", 12),
+        ("Mono14p", 14),
+        ("BayerRG10p", 10),
+        ("BayerBG12p", 12),
+    ],
+)
 def test_dense_values_are_unpacked(name, bits, width, height):
     values = some(width * height, bits)
     array = _pixels.array(dense(values, bits), name, height, width)
@@ -69,7 +81,18 @@ def test_planes_become_channels_without_a_copy(name):
     assert (array[..., 1] == planes[1]).all()
 
 
-@pytest.mark.parametrize("name, shape", [("RGBa8", (2, 4, 4)), ("BGR8", (2, 4, 3)), ("RGB16", (2, 4, 3)), ("YUV422_8", (2, 4, 2)), ("YUV422_8_UYVY", (2, 4, 2)), ("YCbCr422_8", (2, 4, 2)), ("YUV8_UYV", (2, 4, 3))])
+@pytest.mark.parametrize(
+    "name, shape",
+    [
+        ("RGBa8", (2, 4, 4)),
+        ("BGR8", (2, 4, 3)),
+        ("RGB16", (2, 4, 3)),
+        ("YUV422_8", (2, 4, 2)),
+        ("YUV422_8_UYVY", (2, 4, 2)),
+        ("YCbCr422_8", (2, 4, 2)),
+        ("YUV8_UYV", (2, 4, 3)),
+    ],
+)
 def test_plain_colours_are_views(name, shape):
     data = bytes(2 * 4 * 8)
     array = _pixels.array(data, name, 2, 4)

@@ -56,7 +56,8 @@ def test_the_wheel_says_what_it_is(wheel):
     with zipfile.ZipFile(wheel) as archive:
         names = archive.namelist()
         assert archive.testzip() is None
-    assert {"vanto/py.typed", "vanto/_core.pyi", "vanto/tree/bin/marlow-sim", "vanto/tree/lib/clsertty.so"} <= set(names)
+    needed = {"vanto/py.typed", "vanto/_core.pyi", "vanto/tree/bin/marlow-sim", "vanto/tree/lib/clsertty.so"}
+    assert needed <= set(names)
     assert not [name for name in names if "__pycache__" in name]
 
 
