@@ -11,6 +11,7 @@
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
+#include "features/FeatureInput.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

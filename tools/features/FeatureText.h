@@ -1,10 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Values of features as text: shown, checked and set
+ * Values of features as text
  */
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "GenApi/GenApi.h"
 #include "output/Json.h"
@@ -14,16 +16,14 @@ namespace tools {
 std::string KindText(const GenApi::INode& node);
 std::string AccessText(GenApi::EAccessMode mode);
 std::string RangeText(GenApi::INode& node);
+bool IsAddress(GenApi::IInteger& integer);
+std::string IntegerText(GenApi::IInteger& integer, std::int64_t value);
+std::vector<std::string> EntryNames(GenApi::INode& node);
 std::string NumberText(GenApi::INode& node, double value);
 std::string ValueText(GenApi::INode& node);
 Json ValueJson(GenApi::INode& node);
 
 /// Whether a value of the kind can be read and set at all; commands and categories have none.
 bool HasValue(const GenApi::INode& node);
-void CheckReadable(GenApi::INode& node);
-void CheckWritable(GenApi::INode& node);
-void CheckText(GenApi::INode& node, const std::string& text);
-void CheckRange(GenApi::INode& node, const std::string& text);
-void SetText(GenApi::INode& node, const std::string& text);
 
 }  // namespace tools

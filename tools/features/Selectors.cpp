@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "error/ExitCode.h"
+#include "features/FeatureInput.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

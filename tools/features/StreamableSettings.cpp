@@ -13,6 +13,7 @@
 #include "Base/GCException.h"
 #include "base/ValueText.h"
 #include "error/ExitCode.h"
+#include "features/FeatureInput.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"

@@ -3,6 +3,7 @@
  * Tests of values of features as text, on a node map without a camera
  */
 #include "features/FeatureText.h"
+#include "features/FeatureInput.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
