@@ -117,4 +117,11 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_BINARY_DIR}/${VANTO_DIR
 
 install(FILES packaging/udev/70-vanto.rules DESTINATION lib/udev/rules.d COMPONENT libraries)
 install(FILES packaging/etc/DescriptionBindings.xml DESTINATION /etc/vanto COMPONENT libraries)
+# Consumers of GenTL find the producer by an environment variable: that of shells, and that of desktops.
+set(VANTO_GENTL_FOLDER "${CMAKE_INSTALL_PREFIX}/${VANTO_DIR_GENTL}")
+set(environment "${CMAKE_CURRENT_BINARY_DIR}/environment")
+configure_file(packaging/etc/gentl.sh.in "${environment}/vanto-gentl.sh" @ONLY)
+configure_file(packaging/etc/gentl.conf.in "${environment}/70-vanto-gentl.conf" @ONLY)
+install(FILES "${environment}/vanto-gentl.sh" DESTINATION /etc/profile.d COMPONENT libraries)
+install(FILES "${environment}/70-vanto-gentl.conf" DESTINATION lib/environment.d COMPONENT libraries)
 include(CPack)

@@ -58,6 +58,9 @@ completed=$(inside bash -c '. /usr/share/bash-completion/bash_completion; _compl
     "$(complete -p vanto-cl | sed -n "s/.*-F \([^ ]*\).*/\1/p")" vanto-cl doc vanto-cl; printf "%s\n" "${COMPREPLY[@]}"')
 grep -qx 'doctor *' <<<"$completed" || fail "completion gives '$completed'"
 inside test -f /etc/vanto/DescriptionBindings.xml
+# shellcheck disable=SC2016 # for the shell inside
+inside sh -euc '. /etc/profile.d/vanto-gentl.sh && test -f "$GENICAM_GENTL64_PATH/vanto-cl.cti"' ||
+    fail "the folder of the GenTL producer is not in the environment"
 inside grep -q 'GROUP="dialout"' /usr/lib/udev/rules.d/70-vanto.rules
 
 echo "-- a program that is built with them"

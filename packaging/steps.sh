@@ -3,7 +3,7 @@
 
 # Sanitized environment: what a user has set for an installation of theirs must not reach the tree's own programs.
 unset VANTO_ROOT VANTO_CL_BINDINGS VANTO_USE_TL VANTO_XML_BINDINGS VANTO_LOG
-unset GENICAM_CLPROTOCOL GENICAM_CACHE CLSERIALPATH CLSERTTY_PATH
+unset GENICAM_CLPROTOCOL GENICAM_CACHE GENICAM_GENTL64_PATH CLSERIALPATH CLSERTTY_PATH
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 
 # packages_of STEP...: the Debian packages that packaging/debian-packages.txt lists for the steps.
