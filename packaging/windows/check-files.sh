@@ -42,7 +42,7 @@ expect_exports() {
 }
 expect_exports $plugin CreateFrameGrabberObject DestroyFrameGrabberObject
 expect_exports $driver clpCloseLib clpContinueWriteRegister clpDisconnect clpGetCLProtocolVersion clpGetErrorText \
-    clpGetEventData clpGetParam clpGetShortDeviceIDTemplates clpGetXMLDescription clpGetXMLIDs clpInitLib \
+    clpGetEventData clpGetParam clpGetShortDeviceIDTemplates clpGetXMLDescription clpGetXMLDigest clpGetXMLIDs clpInitLib \
     clpIsParamSupported clpProbeDevice clpReadRegister clpSetParam clpWriteRegister
 expect_exports $producer "${gentl[@]}"
 expect_exports clsertty.dll clFlushPort clGetErrorText clGetManufacturerInfo clGetNumBytesAvail clGetNumSerialPorts \
