@@ -5,6 +5,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,6 +18,12 @@ namespace gentl_test {
 inline constexpr std::uint64_t kPatience = 30000;  // ms
 inline const std::string kPort = "COM_Port#cam0";
 inline const std::string kCamera = "Marlow-H2048-21";
+
+/// How long a test goes on, which may be said for a longer run.
+inline std::uint32_t NumberFromEnvironment(const char* name, std::uint32_t otherwise) {
+    const char* const text = std::getenv(name);
+    return text != nullptr ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : otherwise;
+}
 
 /// The producer is initialised for the time of a test.
 class Consumer : public integration::Machine {
