@@ -21,7 +21,7 @@ set(table
     "application|base/ vanto/ Base/ GenApi/"
     "gentl|base/ gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
     "python|vanto/ Base/ GenApi/ CLProtocol/"
-    "tools|base/ vanto/ Base/ GenApi/ CLProtocol/ tools/"
+    "tools|base/ vanto/ Base/ GenApi/ CLProtocol/ gentl/GenTL.h os/Library.h tools/"
     "examples|vanto/ Base/ GenApi/ gentl/ CLProtocol/CLProtocol.h")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")

@@ -95,6 +95,7 @@ Report Examine(Output& output) {
     report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration); }));
     report.sections.push_back(
         Guarded("Opening the cameras", [&] { return ExamineOpening(layer, enumeration, output); }));
+    report.sections.push_back(Guarded("GenTL producer", ExamineProducer));
     report.sections.push_back(Guarded("Last warnings and errors", [&] { return ExamineLog(enumeration); }));
     Judge(report, layer, enumeration);
     return report;

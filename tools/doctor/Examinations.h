@@ -19,6 +19,8 @@ Section ExamineConfiguration();
 Section ExamineCameras(const Enumeration& enumeration);
 /// Opens each camera, as an application does, and looks at its description and its baud rates.
 Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumeration, Output& output);
+/// Loads the GenTL producer and lists its cameras, as a program that takes them through GenTL does.
+Section ExamineProducer();
 /// The libraries' own complaints during the look for cameras, the last ones last.
 Section ExamineLog(const Enumeration& enumeration);
 

@@ -159,6 +159,18 @@ TEST_F(Reasons, NoAnswer) {
     ExpectReason(Own(), "Port 'COM_Port#tty0': no camera answers: ", "Is the camera on and its cable plugged in?");
 }
 
+TEST_F(Cameras, DoctorTellsWhatTheGenTLProducerLists) {
+    const PlayedCameras played;
+    const json report = json::parse(played.Run({"doctor", "--json"}).out);
+    const json& producer = report.at("Sections").at("GenTL producer");
+    ASSERT_EQ(producer.size(), 3U) << producer;
+    EXPECT_EQ(producer[0].at("Subject"), "GENICAM_GENTL64_PATH");
+    EXPECT_EQ(producer[0].at("State"), "does not name the producer's folder");
+    EXPECT_EQ(producer[1].at("State"), "loads; interfaces: 1");
+    EXPECT_EQ(producer[2].at("Subject"), "COM_Port#cam0");
+    EXPECT_EQ(producer[2].at("State"), "lists Marlow-H2048-S0");
+}
+
 TEST_F(Reasons, DoctorNamesTheSilentPort) {
     const tools_test::SilentLine line(Folder() / "tty0");
     Configure(kNoCamera);
