@@ -31,6 +31,13 @@ bool Says(const PortNews& news, std::string_view text) {
     return news.reason.find(text) != std::string::npos;
 }
 
+/// The words of the driver or library, without whose function it was: the log has that.
+std::string Told(const PortNews& news) {
+    constexpr std::string_view kFailed = " failed: ";
+    const std::size_t begin = news.reason.rfind(kFailed);
+    return begin == std::string::npos ? news.reason : news.reason.substr(begin + kFailed.size());
+}
+
 PortAdvice Refused(const std::filesystem::path& device, const FileAccess& access) {
     return {PortState::kNoAccess, fmt::format("user {} may not use {}", UserName(), device.string()),
             AdviceOnAccess(device, access)};
@@ -38,21 +45,21 @@ PortAdvice Refused(const std::filesystem::path& device, const FileAccess& access
 
 PortAdvice OtherDevice(const PortNews& news) {
     if (Says(news, kProtocol))
-        return {PortState::kNewerProtocol, "a camera answers that speaks a GenCP of another version: " + news.reason,
+        return {PortState::kNewerProtocol, "a camera answers that speaks a GenCP of another version: " + Told(news),
                 "Install the driver that its maker has for it; this one knows GenCP 1.0 to 1.3."};
     if (Says(news, kAnswers))
-        return {PortState::kForeignCamera, "a camera of another maker answers: " + news.reason,
+        return {PortState::kForeignCamera, "a camera of another maker answers: " + Told(news),
                 "Use its maker's CLProtocol driver and software; only cameras of Marlow are looked for here."};
-    return {PortState::kForeignCamera, "no camera of Marlow is there: " + news.reason, {}};
+    return {PortState::kForeignCamera, "no camera of Marlow is there: " + Told(news), {}};
 }
 
 PortAdvice Silent(const PortNews& news) {
     if (Says(news, kReceived))
         return {
-            PortState::kNonsense, "something answers, but not as a camera does: " + news.reason,
+            PortState::kNonsense, "something answers, but not as a camera does: " + Told(news),
             "Is there something else behind the port? Else look at cable and connector: a camera with a bad line is "
             "heard, too."};
-    return {PortState::kNoAnswer, "no camera answers: " + news.reason, "Is the camera on and its cable plugged in?"};
+    return {PortState::kNoAnswer, "no camera answers: " + Told(news), "Is the camera on and its cable plugged in?"};
 }
 
 }  // namespace
@@ -99,12 +106,12 @@ PortAdvice AdviceOn(const std::string& portId, const std::optional<PortNews>& ne
     if (news->errorCode == kNoDeviceFound)
         return OtherDevice(*news);
     if (news->errorCode == kBadAcknowledge)
-        return {PortState::kNonsense, "what answers does not speak as a camera does: " + news->reason,
+        return {PortState::kNonsense, "what answers does not speak as a camera does: " + Told(*news),
                 "Is there something else behind the port? Else switch the camera off and on."};
     if (news->errorCode == kInvalidIndex || news->errorCode == kInvalidReference)
-        return {PortState::kNotOpened, "its serial library can't open the port: " + news->reason,
+        return {PortState::kNotOpened, "its serial library can't open the port: " + Told(*news),
                 "Is the frame grabber or the adapter still plugged in? 'vanto-cl doctor' shows the libraries."};
-    return {PortState::kBroken, "the port can't be used: " + news->reason,
+    return {PortState::kBroken, "the port can't be used: " + Told(*news),
             "'vanto-cl doctor' shows libraries and drivers."};
 }
 

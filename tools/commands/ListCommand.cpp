@@ -94,8 +94,11 @@ void PrintReasons(Output& output, const std::vector<Reason>& reasons, bool besid
 
 void Warn(Output& output, const Enumeration& enumeration, const std::vector<ListedCamera>& cameras) {
     for (const SilentPort& port : enumeration.silentPorts)
-        if (port.advice.state != PortState::kInUse)
+        if (port.advice.state != PortState::kInUse) {
             output.Warn(fmt::format("port '{}': {}", Printable(port.portId), Printable(port.advice.reason)));
+            if (!port.advice.hint.empty())
+                output.Note("  " + Printable(port.advice.hint), "  ");
+        }
     for (const ListedCamera& camera : cameras)
         if (camera.baudRate > camera.RestBaudRate())
             output.Warn(StrandedText(camera.Name(), camera.portId, camera.baudRate, camera.RestBaudRate()));

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <map>
+#include <nlohmann/json.hpp>
 
 #include "../Eventually.h"
 #include "CamerasFixture.h"
@@ -66,19 +68,47 @@ TEST(Usage, NamesTheCommandsOwnHelp) {
     EXPECT_THAT(RunVantoCl({"config"}).err, HasSubstr("'vanto-cl config --help' explains it."));
 }
 
-/// Thirty-two ports: one silent, one of another maker.
-TEST(ManyCameras, AreListedWithAllThatKeepsSomeFromBeingFound) {
-    std::vector<std::string> cameras;
-    for (int camera = 0; camera < 30; ++camera)
-        cameras.push_back("cam" + std::to_string(camera) + ",serial=S" + std::to_string(camera));
-    cameras.emplace_back("foreign,manufacturer=Acme,serial=F");
-    cameras.emplace_back("silent,silent=on");
-    const PlayedCameras played(cameras);
+/// Thirty-two ports: one in use, one silent, one of another maker.
+class ManyCameras : public testing::Test {
+protected:
+    static std::vector<std::string> All() {
+        std::vector<std::string> cameras;
+        for (int camera = 0; camera < 30; ++camera)
+            cameras.push_back("cam" + std::to_string(camera) + ",serial=S" + std::to_string(camera));
+        cameras.emplace_back("foreign,manufacturer=Acme,serial=F");
+        cameras.emplace_back("silent,silent=on");
+        return cameras;
+    }
+
+    const PlayedCameras played{All()};
+};
+
+TEST_F(ManyCameras, AreListedWithAllThatKeepsSomeFromBeingFound) {
+    BlockedRun user({"watch", "COM_Port#cam7", "Width", "--interval", "0.02"}, played.Variables());
+    ASSERT_TRUE(tools_test::Eventually([&] { return user.IsBlocked(); }));
     const RunResult run = played.Run({"list"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.out, HasSubstr("30 cameras found in "));
-    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#foreign': a camera of another maker answers: "));
-    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent': no camera answers: "));
+    EXPECT_THAT(run.out, HasSubstr("29 cameras found in "));
+    EXPECT_THAT(run.out, HasSubstr(", 1 in use\n"));
+    EXPECT_THAT(run.out, testing::ContainsRegex("COM_Port#cam7 .*in use by vanto-cl .[0-9]+."));
+    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#foreign': a camera of another maker answers: The camera 'Acme#"));
+    EXPECT_THAT(run.err, HasSubstr("\n  Use its maker's CLProtocol driver and software"));
+    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent': no camera answers: No camera answers."));
+    EXPECT_THAT(run.err, HasSubstr("\n  Is the camera on and its cable plugged in?\n"));
+}
+
+TEST_F(ManyCameras, AreExaminedWithTheSameAdvice) {
+    const RunResult run = played.Run({"doctor", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    std::map<std::string, nlohmann::json> found;
+    const nlohmann::json report = nlohmann::json::parse(run.out);
+    for (const nlohmann::json& one : report.at("Sections").at("Cameras"))
+        found[one.at("Subject")] = one;
+    EXPECT_EQ(found.size(), 32U);
+    EXPECT_EQ(found["COM_Port#cam29"].at("Health"), "ok");
+    EXPECT_THAT(std::string(found["COM_Port#foreign"].at("State")), HasSubstr("a camera of another maker answers"));
+    EXPECT_THAT(std::string(found["COM_Port#foreign"].at("Advice")), HasSubstr("Use its maker's CLProtocol driver"));
+    EXPECT_EQ(found["COM_Port#silent"].at("Advice"), "Is the camera on and its cable plugged in?");
 }
 
 TEST(EndedList, IsNotKilled) {
