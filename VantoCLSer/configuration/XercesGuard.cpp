@@ -5,8 +5,12 @@
 
 #include "VantoCLSer/configuration/XercesGuard.h"
 
+#include <cstddef>
 #include <mutex>
+#include <new>
+#include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUniDefs.hpp>
 
 #include "VantoCLSer/base/Log.h"
 #include "os/LockName.h"
@@ -29,10 +33,32 @@ std::string PlainText(const XMLCh* message) {
     return text;
 }
 
+// The library's own ends the process.
+class Thrower final : public xercesc::PanicHandler {
+    void panic(const PanicReasons reason) override {
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to initialize Xerces: %s",
+                                                         getPanicReasonString(reason));
+    }
+};
+
+constexpr std::size_t kRoom = 4 << 20;  // bytes; several times what an initialisation takes
+
+// The library takes the next initialisation for done after one that has failed, and can't take that back: it crashes.
+// So where there is no memory for it, it is not begun; and where it fails all the same, it is not used any more.
+void Initialize() {
+    static Thrower thrower;
+    static bool isBroken = false;
+    if (isBroken)
+        throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to initialize Xerces: it has failed before");
+    ::operator delete(::operator new(kRoom));
+    isBroken = true;
+    xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, &thrower);
+    isBroken = false;
+}
+
 }  // namespace
 
-XercesSession::XercesSession()
-    : XercesSession([] { xercesc::XMLPlatformUtils::Initialize(); }, [] { xercesc::XMLPlatformUtils::Terminate(); }) {}
+XercesSession::XercesSession() : XercesSession(&Initialize, [] { xercesc::XMLPlatformUtils::Terminate(); }) {}
 
 /// \throw RuntimeException The library can't be initialised
 XercesSession::XercesSession(Function initialize, Function terminate) : m_terminate(terminate) {
