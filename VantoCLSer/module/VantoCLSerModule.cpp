@@ -44,9 +44,9 @@ VANTOCLSER_API ITransportLayer* Create(const CTlInfo& info) {
     if (info.GetDeviceClass() != kDeviceClass)
         return nullptr;
     const std::lock_guard lock(g_singletonLock);
-    HoldModule();
     if (g_singleton == nullptr)
         g_singleton = new CVantoCLSerTl;
+    HoldModule();  // a constructor that fails holds nothing
     return g_singleton;
 }
 
