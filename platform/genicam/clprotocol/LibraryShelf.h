@@ -20,6 +20,7 @@
 #include "SearchPath.h"
 #include "Texts.h"
 #include "os/File.h"
+#include "os/Library.h"
 #include "os/LockName.h"
 
 namespace CLProtocol {
@@ -164,6 +165,8 @@ private:
             return;
         } catch (const std::bad_alloc&) {
             throw;  // the file is not to blame, and gets its chance again
+        } catch (const os::ShortageError&) {
+            throw;
         } catch (const std::exception& error) {
             entry.refusal = ReasonOf(error);
         }

@@ -118,11 +118,11 @@ CLINT32 SerialConnection::Guarded(const char* function, Operation operation) noe
         try {
             const CLINT32 result = operation();
             if (result < 0 && result != CL_ERR_TIMEOUT && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
-                NoteFailure(GenICam::FormatText("Function '%s' of '%s' failed: %s (%d)", function, m_library->Path(),
-                                                m_library->ErrorText(result), result));
+                NoteFailure(function, result);
             return result;
         } catch (const GenICam::GenericException& error) {
-            NoteFailure(error.GetDescription());
+            m_evidence = LineEvidence::kFailed;
+            m_cause = error.GetDescription();
             Log(CLP_LOG_ERROR, "%s", m_cause);
             return CL_ERR_INVALID_REFERENCE;
         }
@@ -131,9 +131,15 @@ CLINT32 SerialConnection::Guarded(const char* function, Operation operation) noe
     }
 }
 
-void SerialConnection::NoteFailure(std::string cause) {
+// Without memory for the text the code is passed on alone.
+void SerialConnection::NoteFailure(const char* function, CLINT32 result) noexcept {
     m_evidence = LineEvidence::kFailed;
-    m_cause = std::move(cause);
+    try {
+        m_cause = GenICam::FormatText("Function '%s' of '%s' failed: %s (%d)", function, m_library->Path(),
+                                      m_library->ErrorText(result), result);
+    } catch (const std::exception&) {
+        m_cause.clear();
+    }
 }
 
 /**

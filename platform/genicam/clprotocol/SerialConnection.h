@@ -34,7 +34,7 @@ public:
 private:
     template <class Operation>
     CLINT32 Guarded(const char* function, Operation operation) noexcept;
-    void NoteFailure(std::string cause);
+    void NoteFailure(const char* function, CLINT32 result) noexcept;
     CLINT32 FillBuffer(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 ReadPiece(std::size_t wanted, CLUINT32 timeoutMs);
     CLINT32 WriteAll(CLINT8* buffer, CLUINT32 wanted, CLUINT32& written, CLUINT32 timeoutMs);

@@ -7,8 +7,10 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 namespace os {
@@ -18,6 +20,15 @@ namespace {
 std::string LastReason() {
     const char* reason = ::dlerror();
     return reason != nullptr ? reason : "unknown reason";
+}
+
+// The system gives a text only, which ends in that of the error.
+[[noreturn]] void ThrowNotLoaded(const std::string& text) {
+    for (const int shortage : {ENOMEM, EMFILE, ENFILE}) {
+        if (text.ends_with(std::generic_category().message(shortage)))
+            throw ShortageError(text);
+    }
+    throw LibraryError(text);
 }
 
 }  // namespace
@@ -30,6 +41,7 @@ std::string LastReason() {
  *
  * \context Any thread.
  * \throw LibraryError It can't be loaded; the text holds the path and the system's reason
+ * \throw ShortageError The system has no memory or no descriptors for it
  */
 Library::Library(const std::string& path) : m_path(path) {
     // An empty name would be the program itself.
@@ -37,7 +49,7 @@ Library::Library(const std::string& path) : m_path(path) {
         throw LibraryError("Could not load library '': no path");
     m_handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (m_handle == nullptr)
-        throw LibraryError("Could not load library '" + path + "': " + LastReason());
+        ThrowNotLoaded("Could not load library '" + path + "': " + LastReason());
 }
 
 Library::~Library() {

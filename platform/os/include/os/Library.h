@@ -15,6 +15,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The system has no memory or no descriptors for a library at the moment: the library is not to blame.
+class ShortageError : public LibraryError {
+public:
+    using LibraryError::LibraryError;
+};
+
 /// One loaded shared library, unloaded by the destructor.
 class Library {
 public:
