@@ -15,6 +15,16 @@
 #include "failing/FailingAllocation.h"
 #include "tests/VantoCLSer/device/DeviceFixture.h"
 
+namespace Vanto {
+
+extern "C" {
+int GetTLInfoList(TlInfoList& list);
+ITransportLayer* Create(const CTlInfo& info);
+void Destroy(ITransportLayer* tl);
+}
+
+}  // namespace Vanto
+
 namespace clser_test {
 namespace {
 
@@ -174,6 +184,32 @@ TEST_P(FailingAllocations, OfTheTLMap) {
                  EXPECT_TRUE(IsClosedForInactivity());
                  Destroy();
              });
+}
+
+TEST_P(FailingAllocations, OfMakingTheTransportLayer) {
+    Vanto::TlInfoList list;
+    Vanto::GetTLInfoList(list);
+    Vanto::ITransportLayer* made = nullptr;
+    FailEach([] {}, [&] { made = Vanto::Create(list[0]); }, [&] { Vanto::Destroy(std::exchange(made, nullptr)); });
+}
+
+// What is no exception of GenICam's leaves the enumeration as it is, and is not logged.
+TEST_P(FailingAllocations, LeaveTheEnumerationAsTheyAre) {
+    for (int rounds = 0; rounds < 3; ++rounds)
+        GoTheWholeWay();
+    Vanto::DeviceInfoList list;
+    const Vanto::tracelog::LogRecorder log("Vanto.*:trace");
+    int left = 0;
+    for (std::size_t index = 0; index < 100; ++index) {
+        const FailingAllocation shortage(index, GetParam());
+        try {
+            m_tl->EnumerateDevices(list);
+        } catch (const std::bad_alloc&) {
+            ++left;
+        }
+    }
+    EXPECT_GT(left, 0);
+    EXPECT_EQ(log.CountFormat("Exception in %s while enumerating devices. '%s'"), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Once, FailingAllocations, testing::Values(failing::Shortage::kOnce));

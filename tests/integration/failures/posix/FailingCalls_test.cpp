@@ -6,9 +6,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -44,11 +50,15 @@ std::size_t OpenFiles() {
 
 class FailingCalls : public testing::Test {
 protected:
-    FailingCalls() {
-        m_folder.Write("camera.xml", SmallDescription());
+    static MarlowSim::CameraOptions SmallCamera() {
         MarlowSim::CameraOptions options;
         options.serial = "21";
-        options.descriptionFile = m_folder / "camera.xml";
+        return options;
+    }
+    explicit FailingCalls(MarlowSim::CameraOptions options = SmallCamera()) {
+        m_folder.Write("camera.xml", SmallDescription());
+        if (options.descriptionSize == 0)
+            options.descriptionFile = m_folder / "camera.xml";
         m_camera = std::make_unique<CameraProcess>(m_links.Path(), kCamera, options);
         m_folder.Write("PortConfiguration_x64.xml",
                        "<CLBindings><Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled></Port></CLBindings>");
@@ -185,6 +195,66 @@ protected:
     IVantoDevice* m_device = nullptr;
 };
 
+// The sanitizers need address space of their own, and end the process where there is none.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
+// So many bytes more of address space than are in use, as long as it lives.
+class AddressLimit {
+public:
+    explicit AddressLimit(std::uint64_t more) {
+        std::uint64_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        ::getrlimit(RLIMIT_AS, &m_before);
+        rlimit now = m_before;
+        now.rlim_cur = pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) + more;
+        ::setrlimit(RLIMIT_AS, &now);
+    }
+    ~AddressLimit() { ::setrlimit(RLIMIT_AS, &m_before); }
+    AddressLimit(const AddressLimit&) = delete;
+    AddressLimit& operator=(const AddressLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+class AddressSpace : public FailingCalls {
+protected:
+    // Loading this takes more than the heap has left. The first suite of the program: libraries are loaded in it.
+    static MarlowSim::CameraOptions LargeCamera() {
+        MarlowSim::CameraOptions options = SmallCamera();
+        options.descriptionSize = 1'000'000;
+        return options;
+    }
+    // So that what is freed goes back to the system, and is missing the next time.
+    AddressSpace() : FailingCalls(LargeCamera()) {
+        ::mallopt(M_MMAP_THRESHOLD, 64 << 10);
+        Vanto::TlInfoList list;
+        CTlFactory::GetInstance().EnumerateTls(list);  // looks for transport layers once
+    }
+};
+
+TEST_F(AddressSpace, ThatIsExhaustedIsAnError) {
+    int failures = 0;
+    for (std::uint64_t more = 0; more <= std::uint64_t{16} << 20; more += std::uint64_t{1} << 20) {
+        SCOPED_TRACE(more);
+        ::malloc_trim(0);
+        {
+            const AddressLimit limit(more);
+            for (const Step& step : {Step([&] { Enumerate(); }), Step([&] { Create(); }), Step([&] { Open(); }),
+                                     Step([&] { Read(); }), Step([&] { Write(); }), Step([&] { m_device->Close(); })}) {
+                if (!Try(step).empty() && ++failures > 0)
+                    break;
+            }
+        }
+        Destroy();
+        EXPECT_NO_THROW(GoTheWholeWay()) << Warnings();
+        m_log.Clear();
+    }
+    EXPECT_GT(failures, 0);
+}
+
+#endif
+
 TEST_F(FailingCalls, OfEnumerating) {
     FailEach([] {}, [&] { Enumerate(); });
 }
@@ -219,6 +289,37 @@ TEST_F(FailingCalls, OfClosingForInactivity) {
             const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
             timeout->SetValue(86400);
         });
+}
+
+Call LastOf(const std::string& function, const std::vector<Call>& calls) {
+    Call last;
+    for (const Call& call : calls) {
+        if (call.place.function == function && call.index >= last.index)
+            last = call;
+    }
+    return last;
+}
+
+// The highest rate is the last one that is set while a device is opened.
+TEST_F(FailingCalls, OfARateThatTheLineClaimsAndRefusesLeaveItOut) {
+    GoTheWholeWay();
+    const Call last = LastOf("tcsetattr", Record([&] { Create(); }, [&] { Open(); }));
+    Create();
+    m_log.Clear();
+    {
+        const FailingCall refusal(last, EINVAL);
+        EXPECT_NO_THROW(Open());
+        EXPECT_TRUE(refusal.HasFailed());
+    }
+    EXPECT_NO_THROW(Read());
+    EXPECT_THAT(Warnings(),
+                testing::HasSubstr("claims a baud rate and refuses it (flag 0x80): it is left out from now on"));
+    m_device->Close();
+    m_log.Clear();
+    EXPECT_NO_THROW(Open());
+    EXPECT_NO_THROW(Read());
+    EXPECT_THAT(Warnings(), testing::Not(testing::HasSubstr("refuses")));
+    Destroy();
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ std::map<CallPlace, std::size_t> g_calls;
 Call g_failing;
 bool g_hasFailed = false;
 int g_error = 0;
+int g_wanted = 0;  // instead of the usual error; 0 is none
 
 thread_local bool t_isInside = false;
 
@@ -60,7 +61,7 @@ bool NoteAndAsk(const char* function, void* address, int error) {
     if (g_mode != Mode::kFailing || g_hasFailed || index != g_failing.index || !(place == g_failing.place))
         return false;
     g_hasFailed = true;
-    g_error = error;
+    g_error = g_wanted != 0 ? g_wanted : error;
     return true;
 }
 
@@ -71,16 +72,17 @@ bool MustFail(const char* function, void* address, int error) {
     const bool mustFail = NoteAndAsk(function, address, error);
     t_isInside = false;
     if (mustFail)
-        errno = error;
+        errno = g_error;
     return mustFail;
 }
 
-void Start(Mode mode, const Call& call) {
+void Start(Mode mode, const Call& call, int error = 0) {
     const std::lock_guard lock(g_mutex);
     g_calls.clear();
     g_failing = call;
     g_hasFailed = false;
     g_error = 0;
+    g_wanted = error;
     g_mode = mode;
 }
 
@@ -121,8 +123,8 @@ std::vector<Call> CallRecorder::Samples(std::size_t first) const {
     return calls;
 }
 
-FailingCall::FailingCall(const Call& call) {
-    Start(Mode::kFailing, call);
+FailingCall::FailingCall(const Call& call, int error) {
+    Start(Mode::kFailing, call, error);
 }
 
 FailingCall::~FailingCall() {

@@ -40,10 +40,10 @@ public:
     std::vector<Call> Samples(std::size_t first) const;
 };
 
-/// Lets a call fail, as the system would for want of something, as long as it lives.
+/// Lets a call fail, as long as it lives: as the system would for want of something, or with an error that is given.
 class FailingCall {
 public:
-    explicit FailingCall(const Call& call);
+    explicit FailingCall(const Call& call, int error = 0);
     ~FailingCall();
     FailingCall(const FailingCall&) = delete;
     FailingCall& operator=(const FailingCall&) = delete;
