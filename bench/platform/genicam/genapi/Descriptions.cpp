@@ -119,6 +119,10 @@ std::string Selection(int dependants) {
     return xml + "<Port Name=\"Device\"/></RegisterDescription>\n";
 }
 
+void TrimHeap() {
+    malloc_trim(0);
+}
+
 std::size_t HeapInUse() {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;

@@ -20,6 +20,8 @@ int CountNodes(const std::string& xml);
 std::string Features();
 /// A selector with \a dependants features whose registers it moves.
 std::string Selection(int dependants);
+/// Gives back to the system what the heap does not use: what is loaded next takes memory of its own.
+void TrimHeap();
 /// Bytes that are allocated from the heap now.
 std::size_t HeapInUse();
 

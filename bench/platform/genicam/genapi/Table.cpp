@@ -94,6 +94,7 @@ std::unique_ptr<Kept> Load(const std::string& engine, Text& text) {
 Figures Measure(const std::string& engine, const std::string& xml) {
     Figures figures;
     Text copy(xml);
+    TrimHeap();
     ForgetPeak();
     const double before = StatusOf("VmRSS:");
     const std::size_t heap = HeapInUse();
