@@ -20,7 +20,7 @@ expect "vanto-cl --simulate get SIM" "SIM00001 SIM00002"
 expect "vanto-cl --simulate get SIM00001 Width ExposureT" ExposureTime
 expect "vanto-cl --simulate set 0 ExposureT" "ExposureTime="
 expect "vanto-cl --simulate set 0 ReverseX=o" "ReverseX=off ReverseX=on"
-expect "vanto-cl grab 0 --format p" "pgm png"
+expect "vanto-cl grab 0 --format p" "pgm png pnm"
 expect "vanto-cl grab 0 -n " ""
 expect "vanto-cl load 0 "(status dirname)"/completion-test.f" (status dirname)/completion-test.fish
 test $failures -eq 0

@@ -162,7 +162,7 @@ TEST_F(Reasons, NoAnswer) {
 TEST_F(Cameras, DoctorTellsWhatTheGenTLProducerLists) {
     const PlayedCameras played;
     const json report = json::parse(played.Run({"doctor", "--json"}).out);
-    const json& producer = report.at("Sections").at("GenTL producer");
+    const json& producer = report.at("Sections").at("GenTLProducer");
     ASSERT_EQ(producer.size(), 3U) << producer;
     EXPECT_EQ(producer[0].at("Subject"), "GENICAM_GENTL64_PATH");
     EXPECT_EQ(producer[0].at("State"), "does not name the producer's folder");
