@@ -80,6 +80,17 @@ struct Opening {
     std::string found;
 };
 
+// Libraries number their ports anew at each count, which another thread may ask for at any moment.
+std::shared_ptr<Session> OpenPort(const SerialPort& port, std::shared_ptr<const DriverLibrary> driver) {
+    auto session = std::make_shared<Session>(port, std::move(driver));
+    if (port.library->PortName(port.index) == port.name)
+        return session;
+    throw CLErrException(GenICam::FormatText("Port '%s' has got another number while it was opened (%d)", port.id,
+                                             static_cast<int>(CL_ERR_INVALID_INDEX))
+                             .c_str(),
+                         __FILE__, __LINE__, CL_ERR_INVALID_INDEX);
+}
+
 // Opens a port and looks for a camera there.
 std::shared_ptr<Opening> Open(CallThread& thread, const GenICam::gcstring& portId, const CDeviceID& deviceId,
                               std::uint32_t timeoutMs) {
@@ -90,7 +101,7 @@ std::shared_ptr<Opening> Open(CallThread& thread, const GenICam::gcstring& portI
     try {
         thread.Run(
             [=] {
-                auto session = std::make_shared<Session>(port, driver);
+                auto session = OpenPort(port, driver);
                 opening->found = session->Probe(wanted, timeoutMs);
                 opening->session = std::move(session);
             },

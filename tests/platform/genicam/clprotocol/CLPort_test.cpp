@@ -71,6 +71,25 @@ protected:
     scripted::DriverScript& driver = scripted::Driver();
 };
 
+// Another thread counts the ports while this one opens: the number is that of another port then.
+TEST_F(Port, IsNotAnotherOneThatTookItsNumber) {
+    serial.onInit = [this](std::uint32_t, hSerRef*) {
+        serial.onGetSerialPortIdentifier = [](std::uint32_t, char* id, std::uint32_t* size) {
+            std::strcpy(id, "Other");
+            *size = 6;
+            return 0;
+        };
+        return 0;
+    };
+    CCLPort port;
+    EXPECT_THROW(Connect(port), CLErrException);
+    EXPECT_FALSE(port.IsConnected());
+    serial.onInit = nullptr;
+    serial.onGetSerialPortIdentifier = nullptr;
+    Connect(port);
+    EXPECT_TRUE(port.IsConnected());
+}
+
 TEST_F(Port, ProbesAt9600AndClosesThePort) {
     EXPECT_EQ(Probe("Marlow", 123), scripted::FullDeviceId(kCamera));
     EXPECT_EQ(driver.probedFor, "Marlow");
