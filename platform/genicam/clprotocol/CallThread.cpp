@@ -122,7 +122,7 @@ void CallThread::DoJob(std::unique_lock<std::mutex>& lock, State& state) {
     lock.unlock();
     std::exception_ptr error;
     try {
-        const os::AwaitedWork work(kWorkName);
+        [[maybe_unused]] const os::AwaitedWork work(kWorkName);
         job();
     } catch (...) {
         error = std::current_exception();
