@@ -4,8 +4,9 @@
  */
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <optional>
-#include <ranges>
+#include <vector>
 
 #include "cameras/Records.h"
 #include "doctor/Examinations.h"
@@ -21,7 +22,9 @@ namespace {
 
 /// The highest rate that camera, port and line really carry; nothing when all but the present one fail.
 std::optional<BaudRate> HighestThatWorks(BaudRateFeature& feature, const OpenDevice& device, Output& output) {
-    for (const BaudRate& rate : feature.Offered() | std::views::reverse) {
+    std::vector<BaudRate> rates = feature.Offered();
+    std::ranges::reverse(rates);
+    for (const BaudRate& rate : rates) {
         ThrowIfInterrupted();
         const Progress progress(output, fmt::format("Trying {} baud with {}", rate.bitsPerSecond, device.Name()));
         try {

@@ -17,9 +17,9 @@ namespace tools {
 namespace {
 
 bool Contains(std::string_view text, std::string_view word) {
-    return !std::ranges::search(text, word, [](char one, char other) {
-                return EqualsIgnoringCase({&one, 1}, {&other, 1});
-            }).empty();
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), [](char one, char other) {
+               return base::LowerCase(one) == base::LowerCase(other);
+           }) != text.end();
 }
 
 std::vector<std::string> WordsOf(std::string_view pattern) {
