@@ -104,8 +104,11 @@ std::string TextOf(const Json& value) {
         return {};
     if (value.is_text())
         return value.text();
-    if (!value.is_array())
-        return ToLine(value);
+    if (!value.is_array()) {
+        // JSON marks whole numbers as floats; people see them as everywhere else.
+        std::string line = ToLine(value);
+        return line.ends_with(".0") ? line.substr(0, line.size() - 2) : line;
+    }
     std::string text;
     for (const Json& one : value) {
         if (!text.empty())

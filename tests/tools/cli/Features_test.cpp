@@ -83,6 +83,7 @@ TEST_F(Features, TellsAllOfOneInJson) {
 TEST_F(Features, TellsWhyOneCanNotBeSet) {
     ASSERT_EQ(Run({"set", "0", "ExposureAuto=Continuous"}).exitCode, 0);
     const std::string text = Run({"info", "0", "ExposureTime"}).out;
+    EXPECT_THAT(text, HasSubstr("\n  At least       1\n")) << "no 1.0";
     EXPECT_THAT(text, HasSubstr("Access         RO\n"));
     EXPECT_THAT(text, HasSubstr("it is locked (pIsLocked ExposureIsAutomatic; ExposureAuto=Continuous)"));
 }
