@@ -83,7 +83,8 @@ vanto_pkg_config(vanto-gentl-interface DESCRIPTION "C interface of GenTL produce
 vanto_pkg_config(vanto-application DESCRIPTION "Cameras for applications" REQUIRES vanto-base LIBS -lVantoApplication)
 
 install(FILES LICENSE README.md DESTINATION ${VANTO_DIR_DOCUMENTS} COMPONENT documentation)
-install(DIRECTORY docs/ DESTINATION ${VANTO_DIR_DOCUMENTS}/docs COMPONENT documentation FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY docs/ DESTINATION ${VANTO_DIR_DOCUMENTS}/docs COMPONENT documentation FILES_MATCHING
+        PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
 install(DIRECTORY examples/ DESTINATION ${VANTO_DIR_DOCUMENTS}/examples COMPONENT development)
 
 # The reference of all public headers; a warning is an error.
