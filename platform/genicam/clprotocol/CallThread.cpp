@@ -122,7 +122,7 @@ void CallThread::DoJob(std::unique_lock<std::mutex>& lock, State& state) {
     lock.unlock();
     std::exception_ptr error;
     try {
-        [[maybe_unused]] const os::AwaitedWork work(kWorkName);
+        const os::AwaitedWork work(kWorkName);
         job();
     } catch (...) {
         error = std::current_exception();

@@ -87,7 +87,7 @@ private:
         const OneShot copy = timer;
         lock.unlock();
         {
-            [[maybe_unused]] const AwaitedWork work(kWorkName);
+            const AwaitedWork work(kWorkName);
             copy.callback(copy.parameter);
         }
         lock.lock();
