@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "base/Text.h"
+#include "base/Wildcard.h"
 #include "error/ExitCode.h"
 #include "features/FeatureWalk.h"
 #include "output/Text.h"
@@ -62,29 +64,7 @@ bool IsCategory(const TreeNode& one) {
 }  // namespace
 
 bool MatchesGlob(std::string_view text, std::string_view pattern) {
-    std::size_t star = std::string_view::npos;
-    std::size_t place = 0;
-    std::size_t position = 0;
-    std::size_t behindStar = 0;
-    while (position < text.size()) {
-        const bool isSame =
-            place < pattern.size() &&
-            (pattern[place] == '?' || EqualsIgnoringCase(text.substr(position, 1), pattern.substr(place, 1)));
-        if (place < pattern.size() && pattern[place] == '*') {
-            star = place++;
-            behindStar = position;
-        } else if (isSame) {
-            ++place;
-            ++position;
-        } else if (star != std::string_view::npos) {
-            // The last star takes one letter more.
-            place = star + 1;
-            position = ++behindStar;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('*', place) == std::string_view::npos;
+    return base::MatchesWildcard(base::LowerCase(pattern), base::LowerCase(text));
 }
 
 std::vector<TreeNode> SelectFeatures(GenApi::INodeMap& nodes, GenApi::EVisibility visibility,

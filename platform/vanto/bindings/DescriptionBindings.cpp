@@ -8,8 +8,8 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
+#include "base/Wildcard.h"
 #include "bindings/DescriptionBindingsReader.h"
-#include "log/Wildcard.h"
 
 namespace Vanto {
 
@@ -64,7 +64,7 @@ bool DescriptionBindings::Entry::Fits(const IProperties& info) const {
         gcstring value;
         if (!info.GetPropertyValue(kProperties[key], value))
             value.clear();
-        if (!MatchesWildcard(patterns[key], value.view()))
+        if (!base::MatchesWildcard(patterns[key], value.view()))
             return false;
     }
     return true;

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "base/Text.h"
-#include "log/Wildcard.h"
+#include "base/Wildcard.h"
 #include "vanto/TraceLog.h"
 
 namespace Vanto::tracelog {
@@ -68,7 +68,7 @@ void LogRules::AddEntry(std::string_view entry) {
  */
 std::uint32_t LogRules::ThresholdOf(std::string_view category) const noexcept {
     for (const Rule& rule : m_rules) {
-        if (MatchesWildcard(rule.pattern, category))
+        if (base::MatchesWildcard(rule.pattern, category))
             return rule.threshold;
     }
     return kOff;

@@ -6,8 +6,8 @@
 
 #include <string_view>
 
-namespace Vanto {
+namespace base {
 
 bool MatchesWildcard(std::string_view pattern, std::string_view text) noexcept;
 
-}  // namespace Vanto
+}  // namespace base

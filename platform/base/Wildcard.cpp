@@ -3,9 +3,9 @@
  * Patterns with * and ?
  */
 
-#include "log/Wildcard.h"
+#include "base/Wildcard.h"
 
-namespace Vanto {
+namespace base {
 
 /**
  * \brief Whether a whole text matches a pattern
@@ -35,4 +35,4 @@ bool MatchesWildcard(std::string_view pattern, std::string_view text) noexcept {
     return pattern.find_first_not_of('*', inPattern) == std::string_view::npos;
 }
 
-}  // namespace Vanto
+}  // namespace base
