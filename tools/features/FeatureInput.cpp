@@ -20,12 +20,6 @@ namespace {
 
 using GenApi::INode;
 
-/// The interface of a node, which its principal interface type promises.
-template <class Interface>
-Interface& As(INode& node) {
-    return *GenApi::CPointer<Interface>(&node);
-}
-
 std::string NameOf(const INode& node) {
     return node.GetName().str();
 }

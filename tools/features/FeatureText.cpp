@@ -20,12 +20,6 @@ namespace {
 
 using GenApi::INode;
 
-/// The interface of a node, which its principal interface type promises.
-template <class Interface>
-Interface& As(INode& node) {
-    return *GenApi::CPointer<Interface>(&node);
-}
-
 std::string NumberRange(const std::string& least, const std::string& most, const std::string& step,
                         const std::string& unit) {
     std::string text = fmt::format("{} .. {}", least, most);

@@ -13,6 +13,12 @@
 
 namespace tools {
 
+/// The interface of a node, which its principal interface type promises.
+template <class Interface>
+Interface& As(GenApi::INode& node) {
+    return *GenApi::CPointer<Interface>(&node);
+}
+
 std::string KindText(const GenApi::INode& node);
 std::string AccessText(GenApi::EAccessMode mode);
 std::string RangeText(GenApi::INode& node);

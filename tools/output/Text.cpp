@@ -15,10 +15,6 @@ namespace tools {
 
 namespace {
 
-bool IsControl(unsigned char byte) {
-    return byte < 0x20 || byte == 0x7F;
-}
-
 /// Bytes of the well-formed UTF-8 sequence at the beginning of a text, 0 when there is none.
 std::size_t SequenceLength(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
@@ -46,7 +42,8 @@ std::string MadeVisible(std::string_view text, bool keepLines) {
     while (!text.empty()) {
         const std::size_t length = SequenceLength(text);
         const auto byte = static_cast<unsigned char>(text.front());
-        const bool kept = length > 0 && (!IsControl(byte) || (keepLines && (byte == '\n' || byte == '\t')));
+        const bool kept =
+            length > 0 && (!base::IsControl(text.front()) || (keepLines && (byte == '\n' || byte == '\t')));
         if (kept)
             result += text.substr(0, length);
         else
