@@ -11,6 +11,7 @@
 #include <map>
 #include <sstream>
 
+#include "Describe.h"
 #include "description/Linter.h"
 #include "description/rules/Rules.h"
 
@@ -24,17 +25,10 @@ std::string TextOf(const std::filesystem::path& path) {
     return text.str();
 }
 
-/// A description around some nodes; Root holds the feature A and, where there is one, the category AA.
-std::string Describe(const std::string& nodes) {
-    const std::string second = nodes.find("\"AA\"") != std::string::npos ? "<pFeature>AA</pFeature>" : "";
-    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-           "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" SchemaMajorVersion=\"1\" "
-           "SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" MinorVersion=\"0\" "
-           "SubMinorVersion=\"0\" ToolTip=\"T\" ProductGuid=\"11111111-1111-1111-1111-111111111111\" "
-           "VersionGuid=\"22222222-2222-2222-2222-222222222222\" "
-           "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n<Category Name=\"Root\">" +
-           (second.empty() ? "<pFeature>A</pFeature>" : second) + "</Category>\n" + nodes +
-           "\n<Port Name=\"Device\"/>\n</RegisterDescription>";
+/// A description around some nodes; Root holds the feature A or, where there is one, the category AA.
+std::string DescribeExample(const std::string& nodes) {
+    const bool hasCategory = nodes.find("\"AA\"") != std::string::npos;
+    return tools_test::Describe(nodes, hasCategory ? "<pFeature>AA</pFeature>" : "<pFeature>A</pFeature>");
 }
 
 /// The examples of docs/linter.md by the names of their rules.
@@ -73,7 +67,7 @@ TEST(LinterRules, FindTheFaultOfTheirExampleAndNoOther) {
     for (const auto& [rule, example] : Examples()) {
         if (example.empty() || rule == "no-root")
             continue;
-        const Findings findings = LintDescription(Describe(example));
+        const Findings findings = LintDescription(DescribeExample(example));
         std::vector<std::string> rules = RulesIn(findings);
         EXPECT_THAT(rules, testing::Contains(rule)) << rule;
         if (rule == "missing-standard-feature" || rule == "standard-name-other-type" || rule == "standard-name-custom")
@@ -85,7 +79,7 @@ TEST(LinterRules, FindTheFaultOfTheirExampleAndNoOther) {
 
 TEST(LinterRules, GiveEachFindingTheirLevel) {
     for (const auto& [rule, example] : Examples()) {
-        for (const Finding& finding : LintDescription(Describe(example)))
+        for (const Finding& finding : LintDescription(DescribeExample(example)))
             EXPECT_EQ(finding.severity, RuleOf(finding.rule).severity) << finding.text;
     }
 }
@@ -98,7 +92,7 @@ std::string Many(const std::string& mode) {
     for (int node = 0; node < 1100; ++node)
         nodes += "<Integer Name=\"N" + std::to_string(node) + "\"><pValue>" +
                  (node == 1099 ? std::string("R") : "N" + std::to_string(node + 1)) + "</pValue></Integer>";
-    return Describe(nodes);
+    return DescribeExample(nodes);
 }
 
 TEST(LinterRules, FindAnUncachedRegisterBelowManyNodes) {
@@ -116,7 +110,7 @@ TEST(LinterRules, TakeBothWaysOfBitsWhereTheyAreRight) {
         text.replace(text.find("LOW"), 3, low);
         text.replace(text.find("HIGH"), 4, high);
         text.replace(text.find("ORDER"), 5, order);
-        return LintDescription(Describe(text)).Errors();
+        return LintDescription(DescribeExample(text)).Errors();
     };
     EXPECT_EQ(with("31", "24", "Big"), 0U);
     EXPECT_EQ(with("0", "7", "Little"), 0U);
@@ -126,11 +120,12 @@ TEST(LinterRules, TakeBothWaysOfBitsWhereTheyAreRight) {
 
 TEST(LinterRules, KnowTheEndsOfRegisters) {
     const auto warnings = [](const char* sign, const char* minimum, const char* maximum) {
-        return LintDescription(Describe(std::string("<Integer Name=\"A\"><pValue>R</pValue><Min>") + minimum +
-                                        "</Min><Max>" + maximum +
-                                        "</Max></Integer><IntReg Name=\"R\"><Address>0</Address><Length>8</Length>"
-                                        "<AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>" +
-                                        sign + "</Sign><Endianess>BigEndian</Endianess></IntReg>"))
+        return LintDescription(
+                   DescribeExample(std::string("<Integer Name=\"A\"><pValue>R</pValue><Min>") + minimum +
+                                   "</Min><Max>" + maximum +
+                                   "</Max></Integer><IntReg Name=\"R\"><Address>0</Address><Length>8</Length>"
+                                   "<AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>" +
+                                   sign + "</Sign><Endianess>BigEndian</Endianess></IntReg>"))
             .Warnings();
     };
     EXPECT_EQ(warnings("Unsigned", "0", "9223372036854775807"), 0U);
@@ -141,8 +136,8 @@ TEST(LinterRules, KnowTheEndsOfRegisters) {
 TEST(LinterRules, DoNotTakeOtherNumbersForADivisionByZero) {
     for (const char* const formula : {"X / 0.5", "X / 0x10", "X / 10", "X % 2", "X / (0.1)"}) {
         const Findings findings = LintDescription(
-            Describe(std::string("<SwissKnife Name=\"A\"><pVariable Name=\"X\">B</pVariable><Formula>") + formula +
-                     "</Formula></SwissKnife><Integer Name=\"B\"><Value>1</Value></Integer>"));
+            DescribeExample(std::string("<SwissKnife Name=\"A\"><pVariable Name=\"X\">B</pVariable><Formula>") +
+                            formula + "</Formula></SwissKnife><Integer Name=\"B\"><Value>1</Value></Integer>"));
         EXPECT_EQ(findings.Errors(), 0U) << formula;
     }
 }

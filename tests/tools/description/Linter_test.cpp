@@ -9,21 +9,13 @@
 
 #include <algorithm>
 
+#include "Describe.h"
+
 namespace {
 
 using namespace tools;
 using testing::HasSubstr;
-
-/// A description with these nodes; Root holds the feature A. The first of them stands in line 4.
-std::string Describe(const std::string& nodes, const std::string& features = "<pFeature>A</pFeature>") {
-    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-           "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" SchemaMajorVersion=\"1\" "
-           "SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" MinorVersion=\"0\" "
-           "SubMinorVersion=\"0\" ToolTip=\"T\" ProductGuid=\"11111111-1111-1111-1111-111111111111\" "
-           "VersionGuid=\"22222222-2222-2222-2222-222222222222\" "
-           "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n<Category Name=\"Root\">" +
-           features + "</Category>\n" + nodes + "\n<Port Name=\"Device\"/>\n</RegisterDescription>";
-}
+using tools_test::Describe;
 
 constexpr const char* kGoodA = "<Integer Name=\"A\"><Value>1</Value></Integer>";
 
