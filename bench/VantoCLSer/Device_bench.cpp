@@ -40,8 +40,7 @@ public:
         options.paced = true;
         options.descriptionSize = descriptionSize;
         simulator.Add(kCamera, options);
-        m_folder.Write("PortConfiguration_x64.xml", std::string("<CLBindings><Port><ID>") + kPortId +
-                                                        "</ID><Enabled>1</Enabled></Port></CLBindings>");
+        m_surroundings.WritePorts(std::string("<Port><ID>") + kPortId + "</ID><Enabled>1</Enabled></Port>");
         Vanto::DeviceInfoList list;
         if (CTlFactory::GetInstance().EnumerateDevices(list) == 1)
             record = list[0];
@@ -61,7 +60,7 @@ public:
         return node->GetValue(false, true);
     }
     void ForgetDescription() const {
-        for (const auto& file : std::filesystem::directory_iterator(m_cache.Path()))
+        for (const auto& file : std::filesystem::directory_iterator(m_surroundings.cache.Path()))
             std::filesystem::remove(file.path());
     }
     double LineTime() const { return Seconds(simulator.StatisticsOf(kCamera).lineTime).count(); }
@@ -84,17 +83,10 @@ public:
     IVantoDevice* device = nullptr;
 
 private:
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::TemporaryFolder m_cache;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cacheFolder{"GENICAM_CACHE", m_cache.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
+    scripted::Surroundings m_surroundings;
 
 public:
-    MarlowSim::Simulator simulator{m_links.Path()};
+    MarlowSim::Simulator simulator{m_surroundings.links.Path()};
 };
 
 template <class Operation>

@@ -40,19 +40,14 @@ public:
             portIds.push_back("COM_Port#" + name);
             configuration += "<Port><ID>" + portIds.back() + "</ID><Enabled>1</Enabled></Port>";
         }
-        m_folder.Write("PortConfiguration_x64.xml", "<CLBindings>" + configuration + "</CLBindings>");
+        m_surroundings.WritePorts(configuration);
     }
 
     std::vector<std::string> portIds;
 
 private:
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
-    MarlowSim::Simulator m_simulator{m_links.Path()};
+    scripted::Surroundings m_surroundings;
+    MarlowSim::Simulator m_simulator{m_surroundings.links.Path()};
 };
 
 template <class Operation>

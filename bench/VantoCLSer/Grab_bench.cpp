@@ -49,7 +49,7 @@ public:
                 "</ID><Enabled>1</Enabled><Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;" +
                 parameters + "</DeviceSpecificString></Port>";
         }
-        m_folder.Write("PortConfiguration_x64.xml", "<CLBindings>" + ports + "</CLBindings>");
+        m_surroundings.WritePorts(ports);
         Vanto::DeviceInfoList list;
         CTlFactory::GetInstance().EnumerateDevices(list);
         for (std::size_t index = 0; index < list.size(); ++index) {
@@ -68,17 +68,10 @@ public:
     std::vector<IVantoDevice*> devices;
 
 private:
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::TemporaryFolder m_cache;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cacheFolder{"GENICAM_CACHE", m_cache.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
+    scripted::Surroundings m_surroundings;
 
 public:
-    MarlowSim::Simulator simulator{m_links.Path()};
+    MarlowSim::Simulator simulator{m_surroundings.links.Path()};
 };
 
 /// A prepared grab of one camera.

@@ -38,7 +38,7 @@ public:
             m_simulator.Add(name, options);
             ports += "<Port><ID>COM_Port#" + name + "</ID><Enabled>1</Enabled></Port>";
         }
-        m_folder.Write("PortConfiguration_x64.xml", "<CLBindings>" + ports + "</CLBindings>");
+        m_surroundings.WritePorts(ports);
     }
     ~Machine() {
         for (Vanto::IVantoDevice* device : m_devices)
@@ -59,15 +59,8 @@ public:
     }
 
 private:
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::TemporaryFolder m_cache;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cacheFolder{"GENICAM_CACHE", m_cache.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
-    MarlowSim::Simulator m_simulator{m_links.Path()};
+    scripted::Surroundings m_surroundings;
+    MarlowSim::Simulator m_simulator{m_surroundings.links.Path()};
     std::vector<Vanto::IVantoDevice*> m_devices;
 };
 

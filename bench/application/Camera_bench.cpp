@@ -30,21 +30,16 @@ class Machine {
 public:
     Machine() {
         simulator.Add("cam0", {});
-        m_folder.Write("PortConfiguration_x64.xml",
-                       "<CLBindings><Port><ID>COM_Port#cam0</ID><Enabled>1</Enabled><Manufacturer>Marlow</Manufacturer>"
-                       "<DeviceSpecificString>SaperaSimulated;FrameRate=0;Pattern=Black</DeviceSpecificString></Port>"
-                       "</CLBindings>");
+        m_surroundings.WritePorts(
+            "<Port><ID>COM_Port#cam0</ID><Enabled>1</Enabled><Manufacturer>Marlow</Manufacturer>"
+            "<DeviceSpecificString>SaperaSimulated;FrameRate=0;Pattern=Black</DeviceSpecificString></Port>");
         camera = std::make_unique<Vanto::Camera>();
         camera->Set("Width", 1024);
         camera->Set("Height", 1024);
     }
 
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cache{"GENICAM_CACHE", m_folder.Path()};
-    MarlowSim::Simulator simulator{m_links.Path()};
+    scripted::Surroundings m_surroundings;
+    MarlowSim::Simulator simulator{m_surroundings.links.Path()};
     std::unique_ptr<Vanto::Camera> camera;
 };
 

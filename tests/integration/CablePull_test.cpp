@@ -62,7 +62,7 @@ protected:
         timeout->SetValue(0);
     }
     void ForgetDescription() const {
-        for (const auto& file : std::filesystem::directory_iterator(m_cacheFolder.Path()))
+        for (const auto& file : std::filesystem::directory_iterator(m_surroundings.cache.Path()))
             std::filesystem::remove(file.path());
     }
 
@@ -166,8 +166,6 @@ private:
     }
 
     scripted::TemporaryFolder m_descriptions;
-    scripted::TemporaryFolder m_cacheFolder;
-    scripted::ScopedVariable m_cacheVariable{"GENICAM_CACHE", m_cacheFolder.Path()};
     std::unique_ptr<Removals> m_removals;
     bool m_isRegistered = false;
 };

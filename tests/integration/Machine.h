@@ -10,7 +10,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -47,10 +46,11 @@ protected:
     void Add(const std::string& name, const MarlowSim::CameraOptions& options, const std::string& settings = "") {
         simulator.Add(name, options);
         m_ports += "<Port><ID>COM_Port#" + name + "</ID><Enabled>yes</Enabled>" + settings + "</Port>\n";
-        std::ofstream(m_folder / "PortConfiguration_x64.xml") << "<CLBindings>\n" << m_ports << "</CLBindings>\n";
+        m_surroundings.WritePorts("\n" + m_ports);
         // Two files may be of the same second.
         m_age += std::chrono::hours(1);
-        std::filesystem::last_write_time(m_folder / "PortConfiguration_x64.xml", m_start - m_age);
+        std::filesystem::last_write_time(m_surroundings.configuration / scripted::Surroundings::kPorts,
+                                         m_start - m_age);
     }
 
     static DeviceInfoList Enumerate() {
@@ -70,17 +70,10 @@ protected:
         return info;
     }
 
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cache{"GENICAM_CACHE", m_folder.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
-    scripted::ScopedVariable m_root{"VANTO_ROOT"};
-    scripted::ScopedVariable m_use{"VANTO_USE_TL"};
+    scripted::Surroundings m_surroundings;
+    scripted::TemporaryFolder m_folder;  // for what a test writes itself
     Vanto::tracelog::LogRecorder m_log{"Vanto.*:trace"};
-    MarlowSim::Simulator simulator{m_links.Path()};
+    MarlowSim::Simulator simulator{m_surroundings.links.Path()};
 
 private:
     const std::filesystem::file_time_type m_start = std::filesystem::file_time_type::clock::now();

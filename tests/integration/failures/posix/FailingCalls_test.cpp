@@ -7,14 +7,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -28,6 +26,7 @@
 #include "scripted/Scripted.h"
 #include "tests/integration/SmallDescription.h"
 #include "tests/integration/posix/ThreadSwitches.h"
+#include "tests/support/posix/AddressLimit.h"
 #include "vanto/LogListener.h"
 #include "vanto/TlFactory.h"
 
@@ -56,12 +55,11 @@ protected:
         return options;
     }
     explicit FailingCalls(MarlowSim::CameraOptions options = SmallCamera()) {
-        m_folder.Write("camera.xml", SmallDescription());
+        m_surroundings.configuration.Write("camera.xml", SmallDescription());
         if (options.descriptionSize == 0)
-            options.descriptionFile = m_folder / "camera.xml";
-        m_camera = std::make_unique<CameraProcess>(m_links.Path(), kCamera, options);
-        m_folder.Write("PortConfiguration_x64.xml",
-                       "<CLBindings><Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled></Port></CLBindings>");
+            options.descriptionFile = m_surroundings.configuration / "camera.xml";
+        m_camera = std::make_unique<CameraProcess>(m_surroundings.links.Path(), kCamera, options);
+        m_surroundings.WritePorts("<Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled></Port>");
     }
     ~FailingCalls() override { CTlFactory::GetInstance().ReleaseUnusedTls(); }
 
@@ -178,16 +176,7 @@ protected:
         return OpenFiles() == expected;
     }
 
-    scripted::TemporaryFolder m_folder;
-    scripted::TemporaryFolder m_links;
-    scripted::TemporaryFolder m_cacheFolder;
-    scripted::ScopedVariable m_ttys{"CLSERTTY_PATH", m_links.Path()};
-    scripted::ScopedVariable m_bindings{"VANTO_CL_BINDINGS", m_folder.Path()};
-    scripted::ScopedVariable m_cache{"GENICAM_CACHE", m_cacheFolder.Path()};
-    scripted::ScopedVariable m_serialLibraries{"CLSERIALPATH"};
-    scripted::ScopedVariable m_drivers{"GENICAM_CLPROTOCOL"};
-    scripted::ScopedVariable m_root{"VANTO_ROOT"};
-    scripted::ScopedVariable m_use{"VANTO_USE_TL"};
+    scripted::Surroundings m_surroundings;
     const std::size_t m_threads = ThreadSwitches().size();
     std::unique_ptr<CameraProcess> m_camera;
     Vanto::tracelog::LogRecorder m_log{"*:trace"};
@@ -198,24 +187,7 @@ protected:
 // The sanitizers need address space of their own, and end the process where there is none.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
-// So many bytes more of address space than are in use, as long as it lives.
-class AddressLimit {
-public:
-    explicit AddressLimit(std::uint64_t more) {
-        std::uint64_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        ::getrlimit(RLIMIT_AS, &m_before);
-        rlimit now = m_before;
-        now.rlim_cur = pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) + more;
-        ::setrlimit(RLIMIT_AS, &now);
-    }
-    ~AddressLimit() { ::setrlimit(RLIMIT_AS, &m_before); }
-    AddressLimit(const AddressLimit&) = delete;
-    AddressLimit& operator=(const AddressLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
+using test_support::AddressLimit;
 
 class AddressSpace : public FailingCalls {
 protected:

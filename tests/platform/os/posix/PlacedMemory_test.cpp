@@ -6,32 +6,16 @@
 #include "os/PlacedMemory.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
-#include <fstream>
 #include <new>
+
+#include "../../../support/posix/AddressLimit.h"
 
 namespace {
 
 constexpr std::size_t kGiB = std::size_t{1} << 30;
 
-/// Leaves the process so many bytes of addresses beside those in use.
-class AddressLimit {
-public:
-    explicit AddressLimit(std::size_t left) {
-        std::size_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        ::getrlimit(RLIMIT_AS, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + left;
-        EXPECT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);
-    }
-    ~AddressLimit() { ::setrlimit(RLIMIT_AS, &m_before); }
-
-private:
-    rlimit m_before{};
-};
+using test_support::AddressLimit;
 
 TEST(PlacedMemory, GoesWithItsObject) {
     const AddressLimit limit(6 * kGiB);

@@ -90,6 +90,27 @@ private:
     std::string m_path;
 };
 
+/// Everything of ours finds its ttys, port configuration and cache in new folders, and no drivers, serial libraries or
+/// roots but its own, as long as this lives.
+struct Surroundings {
+    TemporaryFolder configuration;
+    TemporaryFolder links;  ///< to ttys
+    TemporaryFolder cache;  ///< of descriptions
+    const ScopedVariable ttys{"CLSERTTY_PATH", links.Path()};
+    const ScopedVariable bindings{"VANTO_CL_BINDINGS", configuration.Path()};
+    const ScopedVariable cacheFolder{"GENICAM_CACHE", cache.Path()};
+    const ScopedVariable serialLibraries{"CLSERIALPATH"};
+    const ScopedVariable drivers{"GENICAM_CLPROTOCOL"};
+    const ScopedVariable root{"VANTO_ROOT"};
+    const ScopedVariable use{"VANTO_USE_TL"};
+
+    static constexpr char kPorts[] = "PortConfiguration_x64.xml";
+    /// The elements Port of the port configuration.
+    void WritePorts(const std::string& ports) const {
+        configuration.Write(kPorts, "<CLBindings>" + ports + "</CLBindings>");
+    }
+};
+
 /// A serial library that hangs in its constructor. Meanwhile the system neither loads any other library nor looks any
 /// function up, so whoever does that hangs as well.
 class HangingLibrary {
