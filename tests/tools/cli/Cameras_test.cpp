@@ -73,9 +73,10 @@ TEST_F(Cameras, XmlWithoutAnyCameraEndsWithThreeAndSaysWhy) {
 
 TEST_F(Cameras, XmlToAFolderThatIsNotThereEndsWithOne) {
     const PlayedCameras played;
-    const RunResult run = played.Run({"xml", "0", "-o", "/nonexistent/x.xml"});
+    const std::string path = (Folder() / "missing" / "x.xml").string();
+    const RunResult run = played.Run({"xml", "0", "-o", path});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_THAT(run.err, HasSubstr("can't write '/nonexistent/x.xml': No such file or directory"));
+    EXPECT_THAT(run.err, HasSubstr("can't write '" + path + "': No such file or directory"));
 }
 
 json PortOf(const RunResult& run, const std::string& id) {

@@ -34,6 +34,7 @@ protected:
         std::ofstream(path, std::ios::binary) << content;
         return path.string();
     }
+    std::string Missing(const std::string& name) const { return (m_folder / "missing" / name).string(); }
     static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) {
         zip_error_t error;
         zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
@@ -95,7 +96,7 @@ TEST_F(Loading, ReplacesEnvironmentVariablesInFileNames) {
 }
 
 TEST_F(Loading, RefusesFilesThatAreNotThere) {
-    EXPECT_THROW(map._LoadXMLFromFile("/nonexistent/file.xml"), RuntimeException);
+    EXPECT_THROW(map._LoadXMLFromFile(Missing("file.xml").c_str()), RuntimeException);
 }
 
 TEST_F(Loading, ReadsArchives) {
@@ -649,7 +650,7 @@ TEST_F(Loading, InjectsFromFiles) {
     map._LoadXMLFromFileInject(File("t.xml", Describe("<Integer Name='A'><Value>1</Value></Integer>")).c_str(),
                                File("i.xml", Describe("<Integer Name='A'><Value>2</Value></Integer>", false)).c_str());
     EXPECT_EQ(Integer("A")->GetValue(), 2);
-    EXPECT_THROW(map._LoadXMLFromFileInject("/nonexistent/a.xml", "/nonexistent/b.xml"), RuntimeException);
+    EXPECT_THROW(map._LoadXMLFromFileInject(Missing("a.xml").c_str(), Missing("b.xml").c_str()), RuntimeException);
     EXPECT_THROW(map._LoadXMLFromStringInject(Describe("").c_str(), "<Integer"), RuntimeException);
 }
 
