@@ -201,13 +201,41 @@ void Connection::WaitUntilIdle() {
 }
 
 void Connection::ChangeRate(const gencp::BaudRate& rate) {
+    m_memory.CheckNothingPends();
     try {
+        FindAgain(rate);
         m_changer.Change(rate);
+        m_isRateInDoubt = false;
+    } catch (const NoAnswerError&) {
+        m_isRateInDoubt = true;
+        m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
+        throw;
     } catch (...) {
         m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
         throw;
     }
     m_known.Remember(m_serial, m_facts, m_line.Rate().flag);
+}
+
+// A camera that has just not answered is asked once, which tells in a twelfth of a second that it is gone. One that a
+// change has lost may have answered too late: it may be at any rate, and is at none that may be taken for granted.
+void Connection::FindAgain(const gencp::BaudRate& target) {
+    if (!m_isRateInDoubt) {
+        if (!m_exchanger.IsAnswered())
+            ReadLimits(m_memory, m_memory.LookTiming());
+        return;
+    }
+    const gencp::BaudRate rate = m_line.Rate();
+    try {
+        const auto limits = RateFinder(m_line, m_exchanger, m_memory, m_logger).Find({rate.flag, target.flag, {}});
+        if (!IsSameCamera(m_memory, m_facts, limits))
+            throw DriverError(CLProtocol::CLP_NO_DEVICE_FOUND,
+                              fmt::format("The camera at {} baud is not '{}' any more.", m_line.Rate().bitsPerSecond,
+                                          ShortDeviceId()));
+    } catch (const DriverError&) {
+        m_line.SetRate(rate);
+        throw;
+    }
 }
 
 const DescriptionFile& Connection::FindFile(const std::string& xmlId) {

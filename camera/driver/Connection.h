@@ -51,6 +51,7 @@ private:
                 const DeviceRequest& request);
     void CheckManufacturerAndRequest(const DeviceRequest& request) const;
     void ChangeRate(const gencp::BaudRate& rate);
+    void FindAgain(const gencp::BaudRate& target);
     const DescriptionFile& FindFile(const std::string& xmlId);
     void ListFiles();
 
@@ -65,6 +66,7 @@ private:
     CLProtocol::ISerial* m_serial;  // of the newest call, to compare only
     CameraFacts m_facts;
     std::optional<std::vector<DescriptionFile>> m_files;
+    bool m_isRateInDoubt = false;  // a change has lost the camera
 };
 
 }  // namespace marlow

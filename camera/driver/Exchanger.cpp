@@ -116,6 +116,7 @@ std::optional<gencp::Bytes> Exchanger::Await(Time limit) {
 
 // The answer, or nothing when there is more to wait for.
 std::optional<gencp::Bytes> Exchanger::Handle(const gencp::Packet& packet) {
+    m_isAnswered = true;
     if (packet.header.command == gencp::kPendingAck) {
         NoteDelay(packet);
         return std::nullopt;
@@ -242,7 +243,8 @@ void Exchanger::FailPending() const {
                                   std::chrono::duration_cast<milliseconds>(m_inFlight->timing.pending).count()));
 }
 
-void Exchanger::FailWithoutAnswer() const {
+void Exchanger::FailWithoutAnswer() {
+    m_isAnswered = false;
     throw NoAnswerError(fmt::format("No answer from the camera at {} baud to {}, sent {} times within {} ms each.",
                                     m_line.Rate().bitsPerSecond, m_inFlight->command.operation, m_inFlight->sent,
                                     std::chrono::duration_cast<milliseconds>(AttemptTime()).count()));

@@ -47,6 +47,8 @@ public:
     std::optional<gencp::Bytes> Continue(Time limit);
     void Abandon() noexcept { m_inFlight.reset(); }
     bool IsInFlight() const noexcept { return m_inFlight.has_value(); }
+    /// Whether the newest command was heard of at all; true before the first one.
+    bool IsAnswered() const noexcept { return m_isAnswered; }
 
 private:
     struct InFlight {
@@ -76,13 +78,14 @@ private:
     Duration LongestSilence() const;
     Duration AttemptTime() const;
     [[noreturn]] void FailPending() const;
-    [[noreturn]] void FailWithoutAnswer() const;
+    [[noreturn]] void FailWithoutAnswer();
 
     SerialLine& m_line;
     Logger& m_logger;
     gencp::StreamParser m_parser;
     std::uint16_t m_nextId = gencp::kFirstRequestId;
     std::optional<InFlight> m_inFlight;
+    bool m_isAnswered = true;
 };
 
 }  // namespace marlow

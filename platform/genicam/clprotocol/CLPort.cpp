@@ -327,7 +327,8 @@ GenICam::gcstring CCLPort::GetDeviceID() const {
  * \brief The camera's best description
  * \param[in] useCache Whether one that was fetched before for the same XML ID may be used, and this one be kept
  *
- * While the camera is read from, the line runs at the highest baud rate that camera and port both support.
+ * While the camera is read from, the line runs at the highest baud rate that camera and port both support; it is put
+ * back afterwards, in up to three attempts where the camera has not fallen silent.
  *
  * \return The XML text, unpacked
  * \throw CLErrException Nobody answers any more

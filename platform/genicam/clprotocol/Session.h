@@ -35,6 +35,8 @@ public:
     CLUINT32 GetRate(CLUINT32 timeoutMs);
     CLUINT32 LineRate() const noexcept { return m_line->Rate(); }
     void SetRate(CLUINT32 flag, CLUINT32 timeoutMs);
+    /// Whether nothing was received since the last byte that was sent.
+    bool IsLineSilent() const { return m_serial->Evidence() == LineEvidence::kSilent; }
 
     ISerial& Serial() { return *m_serial; }
     const std::string& PortId() const noexcept { return m_portId; }

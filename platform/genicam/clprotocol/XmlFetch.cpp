@@ -6,6 +6,7 @@
 #include "XmlFetch.h"
 
 #include <bit>
+#include <utility>
 
 #include "ActivityTeller.h"
 #include "CLProtocol/CLException.h"
@@ -22,10 +23,11 @@ namespace CLProtocol {
 namespace {
 
 constexpr std::size_t kMaxFileSize = 64u << 20;
+constexpr unsigned kPutBackAttempts = 3;
 constexpr std::string_view kXmlSuffix = ".xml";
 
 // Raises the rate of camera and port as far as they and the line can and puts it back at the end. A rate that can't
-// be raised only costs time.
+// be raised only costs time, unless the camera is lost by it.
 class RateBoost {
 public:
     RateBoost(Session& session, CLUINT32 timeoutMs) : m_session(session), m_timeoutMs(timeoutMs) {
@@ -34,19 +36,18 @@ public:
             const CLUINT32 present = rates != 0 ? session.GetRate(timeoutMs) : 0;
             while (present != 0 && std::bit_floor(rates) > present && !Raise(present, std::bit_floor(rates)))
                 rates &= ~std::bit_floor(rates);
+        } catch (const CLErrException&) {
+            // The driver has looked for a silent camera at every rate where it can be.
+            if (m_previous != 0 && (IsGone() || !PutBack()))
+                throw;
         } catch (const GenICam::GenericException& error) {
             Log(CLP_LOG_WARN, "The description is fetched at the present baud rate: %s", error.GetDescription());
         }
     }
 
     ~RateBoost() {
-        if (m_previous == 0)
-            return;
-        try {
-            m_session.SetRate(m_previous, m_timeoutMs);
-        } catch (const std::exception& error) {
-            Log(CLP_LOG_ERROR, "Could not put back the baud rate: %s", ReasonOf(error));
-        }
+        if (m_previous != 0)
+            PutBack();
     }
 
     RateBoost(const RateBoost&) = delete;
@@ -63,6 +64,23 @@ private:
             Log(CLP_LOG_WARN, "The description is fetched at a lower baud rate: %s", error.GetDescription());
             return false;
         }
+    }
+
+    // One that has not said a word for the driver's whole patience, while its caller waits for an error.
+    bool IsGone() const { return m_session.IsLineSilent() && !IsStopRequested(); }
+
+    // Again and again, for nobody else would: a camera may only be late, because this machine is.
+    bool PutBack() {
+        const CLUINT32 rate = std::exchange(m_previous, 0);
+        for (unsigned left = IsGone() ? 1 : kPutBackAttempts; left > 0; --left) {
+            try {
+                m_session.SetRate(rate, m_timeoutMs);
+                return true;
+            } catch (const std::exception& error) {
+                Log(left > 1 ? CLP_LOG_WARN : CLP_LOG_ERROR, "Could not put back the baud rate: %s", ReasonOf(error));
+            }
+        }
+        return false;
     }
 
     Session& m_session;

@@ -18,6 +18,13 @@ struct ConnectionTest : testing::Test, OpenRig {
         fresh.Open(DeviceRequest(request), kTimeout, nullptr);
         return fresh.ShortDeviceId();
     }
+    /// The camera hears all of a change and is too late with each answer.
+    void LoseByAChange() {
+        Open();
+        camera.responseDelay = milliseconds(250);
+        EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), CL_ERR_TIMEOUT);
+        ASSERT_EQ(camera.Rate(), 0x80u);
+    }
 };
 
 TEST_F(ConnectionTest, NamesTheCameraAsItsRegistersDo) {
@@ -275,6 +282,63 @@ TEST_F(ConnectionTest, BaudRateRegisterChangesTheRateOfBothSides) {
         EXPECT_EQ(Read(0x4D42445200000000, 4), (Bytes{0, 0, 0, static_cast<std::uint8_t>(rate.entryValue)}));
         EXPECT_EQ(connection.Rate(serial, kTimeout), rate.flag);
         EXPECT_EQ(Read(0, 4), (Bytes{0, 1, 0, 3}));
+    }
+}
+
+TEST_F(ConnectionTest, CameraThatWasLostByAChangeIsBroughtBackByTheNext) {
+    LoseByAChange();
+    camera.responseDelay = milliseconds(2);
+    connection.SetRate(serial, 0x01, kTimeout);
+    EXPECT_EQ(camera.Rate(), 0x01u);
+    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
+}
+
+TEST_F(ConnectionTest, CameraThatStaysLateIsBroughtBackByTheSecondChange) {
+    LoseByAChange();
+    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x01, kTimeout); }), CL_ERR_TIMEOUT) << "it heard that, too";
+    connection.SetRate(serial, 0x01, kTimeout);
+    EXPECT_EQ(camera.Rate(), 0x01u);
+    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
+}
+
+TEST_F(ConnectionTest, AnotherCameraInPlaceOfALostOneKeepsItsRate) {
+    LoseByAChange();
+    camera.responseDelay = milliseconds(2);
+    camera.SetText(gencp::abrm::kSerialNumber, "other");
+    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x01, kTimeout); }), CLProtocol::CLP_NO_DEVICE_FOUND);
+    EXPECT_EQ(camera.Rate(), 0x80u);
+    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
+}
+
+TEST_F(ConnectionTest, ChangeBehindAnAccessWithoutAnswerCostsOneLook) {
+    Open();
+    camera.isSilent = true;
+    EXPECT_EQ(CodeOf([&] { Read(0, 4); }), CL_ERR_TIMEOUT);
+    const Time begin = clock.Now();
+    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), CL_ERR_TIMEOUT);
+    EXPECT_LE(clock.Now() - begin, milliseconds(150));
+}
+
+TEST_F(ConnectionTest, CameraThatDiesAtAnyPacketOfAFetchIsGivenUpAndPutBackSoon) {
+    const std::vector<std::uint8_t> file(8000, 'x');
+    camera.SetFiles({{gencp::ManifestEntry{.versionMajor = 1, .schemaMajor = 1, .schemaMinor = 1}, file}});
+    for (std::size_t last = 0; last < 4; ++last) {
+        camera.commandFate = nullptr;
+        camera.SetRate(0x01);
+        Connection fresh(serial, clock, logger, known);
+        fresh.Open(DeviceRequest("Marlow"), kTimeout, nullptr);
+        const std::string id = fresh.XmlIds(serial, kTimeout).at(0);
+        fresh.SetRate(serial, 0x80, kTimeout);
+        Time died = clock.Now();
+        camera.commandPackets = 0;
+        camera.commandFate = [&, last](std::size_t i) {
+            died = i <= last ? clock.Now() : died;
+            return i < last ? Fate::Arrives : Fate::Lost;
+        };
+        gencp::Bytes buffer(file.size());
+        EXPECT_EQ(CodeOf([&] { fresh.FetchDescription(serial, id, buffer, kTimeout); }), CL_ERR_TIMEOUT) << last;
+        EXPECT_EQ(CodeOf([&] { fresh.SetRate(serial, 0x01, kTimeout); }), CL_ERR_TIMEOUT);
+        EXPECT_LT(clock.Now() - died, milliseconds(1200)) << last;
     }
 }
 

@@ -295,6 +295,25 @@ TEST_F(Description, IsTheResultEvenIfTheRateCannotBePutBack) {
     EXPECT_EQ(port.GetXML(false), kXml);
 }
 
+TEST_F(Description, GetsTheRateBackFromADriverThatNeedsSomeAttempts) {
+    int failures = 2;
+    driver.onSetRate = [&](std::uint32_t rate) { return rate == 0x01 && failures-- > 0 ? -10004 : 0; };
+    EXPECT_EQ(port.GetXML(false), kXml);
+    EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x80, 0x01}));
+}
+
+TEST_F(Description, IsFetchedAtThePresentRateWhenTheCameraWasLostByTheChangeAndFoundAgain) {
+    driver.onSetRate = [](std::uint32_t rate) { return rate != 0x01 ? -10004 : 0; };
+    EXPECT_EQ(port.GetXML(false), kXml);
+    EXPECT_EQ(driver.rates, (std::vector<std::uint32_t>{0x01}));
+}
+
+TEST_F(Description, IsNotAskedForWhenTheCameraWasLostByTheChange) {
+    driver.onSetRate = [](std::uint32_t) { return -10004; };
+    EXPECT_EQ(CodeOfFetching(), -10004);
+    EXPECT_EQ(Fetches(), 0u);
+}
+
 TEST_F(Description, FromTheCacheLeavesTheRateAlone) {
     port.GetXML(true);
     driver.rates.clear();
