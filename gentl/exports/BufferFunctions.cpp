@@ -2,8 +2,6 @@
 /*
  * Functions of buffers
  */
-#include <cstring>
-
 #include "exports/Guard.h"
 #include "stream/Stream.h"
 #include "support/LastError.h"
@@ -43,7 +41,7 @@ GC_API DSAnnounceBuffer(DS_HANDLE hDataStream, void* pBuffer, size_t iSize, void
     return With<Stream>(hDataStream, [&](Stream& stream) {
         Required(phBuffer, "phBuffer");
         CheckSize(iSize);
-        *phBuffer = stream.Announce(Required(pBuffer, "pBuffer"), iSize, pPrivate);
+        Store(phBuffer, stream.Announce(Required(pBuffer, "pBuffer"), iSize, pPrivate));
     });
 }
 
@@ -51,7 +49,7 @@ GC_API DSAllocAndAnnounceBuffer(DS_HANDLE hDataStream, size_t iSize, void* pPriv
     return With<Stream>(hDataStream, [&](Stream& stream) {
         Required(phBuffer, "phBuffer");
         CheckSize(iSize);
-        *phBuffer = stream.AllocateAndAnnounce(iSize, pPrivate);
+        Store(phBuffer, stream.AllocateAndAnnounce(iSize, pPrivate));
     });
 }
 
@@ -62,11 +60,13 @@ GC_API DSAnnounceCompositeBuffer(DS_HANDLE hDataStream, size_t, void**, size_t*,
 
 GC_API DSRevokeBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, void** ppBuffer, void** ppPrivate) {
     return With<Stream>(hDataStream, [&](Stream& stream) {
+        Optional(ppBuffer, "ppBuffer");
+        Optional(ppPrivate, "ppPrivate");
         const std::shared_ptr<StreamBuffer> buffer = stream.Revoke(hBuffer);
         if (ppBuffer != nullptr)
-            *ppBuffer = buffer->IsOwned() ? nullptr : buffer->Base();
+            Store(ppBuffer, buffer->IsOwned() ? nullptr : buffer->Base());
         if (ppPrivate != nullptr)
-            *ppPrivate = buffer->UserPointer();
+            Store(ppPrivate, buffer->UserPointer());
     });
 }
 
@@ -79,8 +79,10 @@ GC_API DSFlushQueue(DS_HANDLE hDataStream, ACQ_QUEUE_TYPE iOperation) {
 }
 
 GC_API DSGetBufferID(DS_HANDLE hDataStream, uint32_t iIndex, BUFFER_HANDLE* phBuffer) {
-    return With<Stream>(hDataStream,
-                        [&](Stream& stream) { *Required(phBuffer, "phBuffer") = stream.BufferAt(iIndex); });
+    return With<Stream>(hDataStream, [&](Stream& stream) {
+        Required(phBuffer, "phBuffer");
+        Store(phBuffer, stream.BufferAt(iIndex));
+    });
 }
 
 GC_API DSGetBufferInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, BUFFER_INFO_CMD iInfoCmd, INFO_DATATYPE* piType,
@@ -97,10 +99,9 @@ GC_API DSGetBufferInfoStacked(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, DS_B
             throw GenTLError(GC_ERR_INVALID_PARAMETER, "No info was asked for");
         stream.CheckBuffer(hBuffer);
         for (size_t index = 0; index < iNumInfos; ++index) {
-            DS_BUFFER_INFO_STACKED entry;
-            std::memcpy(&entry, pInfoStacked + index, sizeof entry);
+            DS_BUFFER_INFO_STACKED entry = Load(pInfoStacked + index);
             entry.iResult = WriteQuietly(stream, hBuffer, entry);
-            std::memcpy(static_cast<void*>(pInfoStacked + index), &entry, sizeof entry);
+            Store(pInfoStacked + index, entry);
         }
     });
 }
@@ -144,7 +145,7 @@ GC_API DSGetNumBufferSegments(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, uint
     return With<Stream>(hDataStream, [&](Stream& stream) {
         Required(piNumSegments, "piNumSegments");
         stream.CheckBuffer(hBuffer);
-        *piNumSegments = 1;
+        Store(piNumSegments, 1U);
     });
 }
 

@@ -23,18 +23,19 @@ GC_API DevGetParentIF(DEV_HANDLE hDevice, IF_HANDLE* phIface) {
     return With<Device>(hDevice, [&](Device& device) {
         Required(phIface, "phIface");
         const std::shared_ptr<Interface> parent = device.Parent();
-        *phIface = parent ? parent->Handle() : nullptr;
+        Store(phIface, parent ? parent->Handle() : nullptr);
     });
 }
 
 GC_API DevGetPort(DEV_HANDLE hDevice, PORT_HANDLE* phRemoteDevice) {
-    return With<Device>(hDevice,
-                        [&](Device& device) { *Required(phRemoteDevice, "phRemoteDevice") = device.RemoteHandle(); });
+    return With<Device>(
+        hDevice, [&](Device& device) { Store(Required(phRemoteDevice, "phRemoteDevice"), device.RemoteHandle()); });
 }
 
 GC_API DevGetNumDataStreams(DEV_HANDLE hDevice, uint32_t* piNumDataStreams) {
-    return With<Device>(
-        hDevice, [&](Device& device) { *Required(piNumDataStreams, "piNumDataStreams") = device.HasStream() ? 1 : 0; });
+    return With<Device>(hDevice, [&](Device& device) {
+        Store(Required(piNumDataStreams, "piNumDataStreams"), device.HasStream() ? 1U : 0U);
+    });
 }
 
 GC_API DevGetDataStreamID(DEV_HANDLE hDevice, uint32_t iIndex, char* sDataStreamID, size_t* piSize) {
@@ -51,7 +52,7 @@ GC_API DevGetDataStreamID(DEV_HANDLE hDevice, uint32_t iIndex, char* sDataStream
 GC_API DevOpenDataStream(DEV_HANDLE hDevice, const char* sDataStreamID, DS_HANDLE* phDataStream) {
     return With<Device>(hDevice, [&](Device& device) {
         Required(phDataStream, "phDataStream");
-        *phDataStream = device.OpenStream(TextArgument(sDataStreamID, "sDataStreamID"))->Handle();
+        Store(phDataStream, device.OpenStream(TextArgument(sDataStreamID, "sDataStreamID"))->Handle());
     });
 }
 
@@ -68,7 +69,7 @@ GC_API DSGetParentDev(DS_HANDLE hDataStream, DEV_HANDLE* phDevice) {
     return With<Stream>(hDataStream, [&](Stream& stream) {
         Required(phDevice, "phDevice");
         const std::shared_ptr<Device> parent = stream.Parent();
-        *phDevice = parent ? parent->Handle() : nullptr;
+        Store(phDevice, parent ? parent->Handle() : nullptr);
     });
 }
 

@@ -31,7 +31,7 @@ extern "C" {
 GC_API GCRegisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEventID, EVENT_HANDLE* phEvent) {
     return WithSource(hEventSrc, iEventID, [&](Module& module) {
         Required(phEvent, "phEvent");
-        *phEvent = module.RegisterEvent(iEventID)->Handle();
+        Store(phEvent, module.RegisterEvent(iEventID)->Handle());
     });
 }
 

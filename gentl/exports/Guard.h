@@ -9,6 +9,7 @@
 #include "gentl/GenTL.h"
 #include "modules/Library.h"
 #include "support/Info.h"
+#include "support/Memory.h"
 
 namespace gentl {
 

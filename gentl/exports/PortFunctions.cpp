@@ -2,8 +2,6 @@
 /*
  * Functions of ports
  */
-#include <cstring>
-
 #include "exports/Guard.h"
 
 using namespace gentl;
@@ -45,10 +43,10 @@ GC_ERROR Stacked(PORT_HANDLE handle, const PORT_REGISTER_STACK_ENTRY* entries, s
                  Access&& access) noexcept {
     return WithPort(handle, [&](PortObject& port) {
         Required(entries, "pEntries");
-        const size_t wanted = *Required(count, "piNumEntries");
-        for (*count = 0; *count < wanted; ++*count) {
-            PORT_REGISTER_STACK_ENTRY entry;
-            std::memcpy(&entry, entries + *count, sizeof entry);
+        const size_t wanted = Load(Required(count, "piNumEntries"));
+        Store(count, size_t{0});
+        for (size_t done = 0; done < wanted; Store(count, ++done)) {
+            const PORT_REGISTER_STACK_ENTRY entry = Load(entries + done);
             access(port, entry.Address, BytesOf(entry.pBuffer, entry.Size));
         }
     });
@@ -63,7 +61,7 @@ GC_API GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, INFO_DATATYPE* p
 }
 
 GC_API GCGetNumPortURLs(PORT_HANDLE hPort, uint32_t* piNumURLs) {
-    return WithPort(hPort, [&](PortObject&) { *Required(piNumURLs, "piNumURLs") = 1; });
+    return WithPort(hPort, [&](PortObject&) { Store(Required(piNumURLs, "piNumURLs"), 1U); });
 }
 
 GC_API GCGetPortURLInfo(PORT_HANDLE hPort, uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, INFO_DATATYPE* piType,
@@ -81,12 +79,12 @@ GC_API GCGetPortURL(PORT_HANDLE hPort, char* sURL, size_t* piSize) {
 
 GC_API GCReadPort(PORT_HANDLE hPort, uint64_t iAddress, void* pBuffer, size_t* piSize) {
     return WithPort(hPort,
-                    [&](PortObject& port) { port.Read(iAddress, BytesOf(pBuffer, *Required(piSize, "piSize"))); });
+                    [&](PortObject& port) { port.Read(iAddress, BytesOf(pBuffer, Load(Required(piSize, "piSize")))); });
 }
 
 GC_API GCWritePort(PORT_HANDLE hPort, uint64_t iAddress, const void* pBuffer, size_t* piSize) {
     return WithPort(hPort, [&](PortObject& port) {
-        port.Write(iAddress, BytesOf(const_cast<void*>(pBuffer), *Required(piSize, "piSize")));
+        port.Write(iAddress, BytesOf(const_cast<void*>(pBuffer), Load(Required(piSize, "piSize"))));
     });
 }
 

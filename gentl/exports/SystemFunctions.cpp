@@ -9,9 +9,13 @@ using namespace gentl;
 
 namespace {
 
-void StoreFlag(bool8_t* flag, bool value) {
-    if (flag != nullptr)
-        *Required(flag, "pbChanged") = value ? 1 : 0;
+/// Runs an update, and says whether it has changed anything.
+template <class Update>
+void Tell(bool8_t* changed, Update&& update) {
+    Optional(changed, "pbChanged");
+    const bool hasChanged = std::forward<Update>(update)();
+    if (changed != nullptr)
+        *changed = hasChanged ? 1 : 0;
 }
 
 }  // namespace
@@ -41,7 +45,7 @@ GC_API GCGetLastError(GC_ERROR* piErrorCode, char* sErrorText, size_t* piSize) {
     const GC_ERROR result = Guarded([&](Library&) {
         Required(piErrorCode, "piErrorCode");
         WriteText(text, sErrorText, piSize);
-        *piErrorCode = code;
+        Store(piErrorCode, code);
     });
     if (result != GC_ERR_SUCCESS)
         StoreLastError(code, text);
@@ -51,7 +55,7 @@ GC_API GCGetLastError(GC_ERROR* piErrorCode, char* sErrorText, size_t* piSize) {
 GC_API TLOpen(TL_HANDLE* phSystem) {
     return Guarded([&](Library& library) {
         Required(phSystem, "phSystem");
-        *phSystem = library.OpenSystem()->Handle();
+        Store(phSystem, library.OpenSystem()->Handle());
     });
 }
 
@@ -64,12 +68,13 @@ GC_API TLGetInfo(TL_HANDLE hSystem, TL_INFO_CMD iInfoCmd, INFO_DATATYPE* piType,
 }
 
 GC_API TLUpdateInterfaceList(TL_HANDLE hSystem, bool8_t* pbChanged, uint64_t iTimeout) {
-    return With<System>(hSystem, [&](System& system) { StoreFlag(pbChanged, system.UpdateInterfaces(iTimeout)); });
+    return With<System>(hSystem,
+                        [&](System& system) { Tell(pbChanged, [&] { return system.UpdateInterfaces(iTimeout); }); });
 }
 
 GC_API TLGetNumInterfaces(TL_HANDLE hSystem, uint32_t* piNumIfaces) {
     return With<System>(hSystem, [&](System& system) {
-        *Required(piNumIfaces, "piNumIfaces") = static_cast<uint32_t>(system.CountInterfaces());
+        Store(Required(piNumIfaces, "piNumIfaces"), static_cast<uint32_t>(system.CountInterfaces()));
     });
 }
 
@@ -90,7 +95,7 @@ GC_API TLGetInterfaceInfo(TL_HANDLE hSystem, const char* sIfaceID, INTERFACE_INF
 GC_API TLOpenInterface(TL_HANDLE hSystem, const char* sIfaceID, IF_HANDLE* phIface) {
     return With<System>(hSystem, [&](System& system) {
         Required(phIface, "phIface");
-        *phIface = system.OpenInterface(TextArgument(sIfaceID, "sIfaceID"))->Handle();
+        Store(phIface, system.OpenInterface(TextArgument(sIfaceID, "sIfaceID"))->Handle());
     });
 }
 
@@ -107,17 +112,18 @@ GC_API IFGetParentTL(IF_HANDLE hIface, TL_HANDLE* phSystem) {
     return With<Interface>(hIface, [&](Interface& one) {
         Required(phSystem, "phSystem");
         const std::shared_ptr<System> parent = one.Parent();
-        *phSystem = parent ? parent->Handle() : nullptr;
+        Store(phSystem, parent ? parent->Handle() : nullptr);
     });
 }
 
 GC_API IFUpdateDeviceList(IF_HANDLE hIface, bool8_t* pbChanged, uint64_t iTimeout) {
-    return With<Interface>(hIface, [&](Interface& one) { StoreFlag(pbChanged, one.UpdateDevices(iTimeout)); });
+    return With<Interface>(hIface,
+                           [&](Interface& one) { Tell(pbChanged, [&] { return one.UpdateDevices(iTimeout); }); });
 }
 
 GC_API IFGetNumDevices(IF_HANDLE hIface, uint32_t* piNumDevices) {
     return With<Interface>(hIface, [&](Interface& one) {
-        *Required(piNumDevices, "piNumDevices") = static_cast<uint32_t>(one.CountDevices());
+        Store(Required(piNumDevices, "piNumDevices"), static_cast<uint32_t>(one.CountDevices()));
     });
 }
 
@@ -138,7 +144,7 @@ GC_API IFGetDeviceInfo(IF_HANDLE hIface, const char* sDeviceID, DEVICE_INFO_CMD 
 GC_API IFOpenDevice(IF_HANDLE hIface, const char* sDeviceID, DEVICE_ACCESS_FLAGS iOpenFlags, DEV_HANDLE* phDevice) {
     return With<Interface>(hIface, [&](Interface& one) {
         Required(phDevice, "phDevice");
-        *phDevice = one.OpenDevice(TextArgument(sDeviceID, "sDeviceID"), iOpenFlags)->Handle();
+        Store(phDevice, one.OpenDevice(TextArgument(sDeviceID, "sDeviceID"), iOpenFlags)->Handle());
     });
 }
 

@@ -7,24 +7,11 @@
 #include <cstring>
 #include <type_traits>
 
-#include "support/GenTLError.h"
+#include "support/Memory.h"
 
 namespace gentl {
 
 namespace {
-
-// Callers' pointers may lie anywhere, a size in the middle of a packed structure included.
-template <class T>
-void Store(T* target, const T& value) {
-    std::memcpy(static_cast<void*>(target), &value, sizeof value);
-}
-
-template <class T>
-T Load(const T* source) {
-    T value;
-    std::memcpy(&value, static_cast<const void*>(source), sizeof value);
-    return value;
-}
 
 template <class... Functions>
 struct Overloaded : Functions... {
@@ -101,10 +88,8 @@ void WriteBytes(const void* data, std::size_t needed, void* buffer, std::size_t*
 /// Throws INVALID_PARAMETER where there is no place for a size. A type is not asked for by everybody.
 void CheckTarget(const InfoTarget& target) {
     Required(target.size, "piSize");
-    if (target.buffer != nullptr)
-        Required(target.buffer, "pBuffer");
-    if (target.type != nullptr)
-        Required(target.type, "piType");
+    Optional(target.buffer, "pBuffer");
+    Optional(target.type, "piType");
 }
 
 /**
