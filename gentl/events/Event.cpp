@@ -5,12 +5,14 @@
 #include "events/Event.h"
 
 #include <chrono>
-#include <cstring>
+
+#include "support/Memory.h"
 
 namespace gentl {
 
 Event::Event(EVENT_TYPE type, std::shared_ptr<EventQueue> queue) : m_type(type), m_queue(std::move(queue)) {
     const std::lock_guard lock(m_queue->Mutex());
+    m_queue->BeginLocked();
     m_firedBefore = m_queue->FiredLocked();
 }
 
@@ -37,6 +39,7 @@ bool Event::WaitLocked(std::unique_lock<std::mutex>& lock, std::uint64_t timeout
  */
 void Event::GetData(void* buffer, std::size_t* size, std::uint64_t timeout) {
     Required(size, "piSize");
+    Optional(buffer, "pBuffer");
     std::unique_lock lock(m_queue->Mutex());
     if (!WaitLocked(lock, timeout))
         throw GenTLError(GC_ERR_TIMEOUT, "No notification came in time");
@@ -47,12 +50,10 @@ void Event::GetData(void* buffer, std::size_t* size, std::uint64_t timeout) {
         throw GenTLError(GC_ERR_ABORT, "The wait was ended by EventKill");
     }
     const std::size_t needed = m_queue->FrontSizeLocked();
-    std::size_t capacity = 0;
-    std::memcpy(&capacity, size, sizeof capacity);
-    if (buffer != nullptr && capacity < needed)
+    if (buffer != nullptr && Load(size) < needed)
         throw GenTLError(GC_ERR_BUFFER_TOO_SMALL, "The notification needs " + std::to_string(needed) + " bytes");
     m_queue->TakeFrontLocked(buffer);
-    std::memcpy(size, &needed, sizeof needed);
+    Store(size, needed);
 }
 
 /// What a notification that was fetched says.

@@ -30,6 +30,8 @@ public:
     /// Removes the oldest entry; null gives it to nobody.
     virtual void TakeFrontLocked(void* target) = 0;
     virtual void DiscardLocked() = 0;
+    /// Somebody begins to listen: what nobody has heard is lost.
+    virtual void BeginLocked() = 0;
     /// Entries ever added.
     virtual std::uint64_t FiredLocked() const = 0;
     /// Bytes of the largest entry that can come.
@@ -60,6 +62,7 @@ public:
     std::size_t FrontSizeLocked() const override { return m_entries.front().size(); }
     void TakeFrontLocked(void* target) override;
     void DiscardLocked() override { m_entries.clear(); }
+    void BeginLocked() override { DiscardLocked(); }
     std::uint64_t FiredLocked() const override { return m_fired; }
     std::size_t MaxSize() const noexcept override;
     Info Explain(EVENT_DATA_INFO_CMD command, const void* data, std::size_t size) const override;

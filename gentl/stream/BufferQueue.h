@@ -49,6 +49,8 @@ public:
     std::size_t FrontSizeLocked() const override { return sizeof(EVENT_NEW_BUFFER_DATA); }
     void TakeFrontLocked(void* target) override;
     void DiscardLocked() override;
+    /// Frames that came before the registration wait in the output queue for it.
+    void BeginLocked() override {}
     std::uint64_t FiredLocked() const override { return m_fired; }
     std::size_t MaxSize() const noexcept override { return sizeof(EVENT_NEW_BUFFER_DATA); }
     Info Explain(EVENT_DATA_INFO_CMD command, const void* data, std::size_t size) const override;
