@@ -131,16 +131,24 @@ std::shared_ptr<Stream> Device::OpenStream(const std::string& id) {
         throw GenTLError(GC_ERR_NOT_IMPLEMENTED, "The device's port has no frame grabber");
     if (id != StreamId())
         throw GenTLError(GC_ERR_INVALID_ID, "The device has no stream '" + id + "'");
-    const std::lock_guard lock(m_mutex);
-    if (m_isClosed)
-        throw GenTLError(GC_ERR_INVALID_HANDLE, "The device was closed");
-    if (m_stream && m_stream->IsOpen())
-        throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is open already");
-    m_stream.reset();
-    auto stream = std::make_shared<Stream>(Handles(), shared_from_this(), m_camera, *m_grabber, id);
-    Handles().Add(stream);
-    m_stream = stream;
-    return stream;
+    const std::unique_lock opening(m_opening, std::try_to_lock);
+    if (!opening)
+        throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is being opened");
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_stream && m_stream->IsOpen())
+            throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is open already");
+        m_stream.reset();
+    }
+    return m_camera->Use([&](Vanto::IVantoDevice&) {
+        const auto stream = std::make_shared<Stream>(Handles(), shared_from_this(), m_camera, *m_grabber, id);
+        const std::lock_guard lock(m_mutex);
+        if (m_isClosed)
+            throw GenTLError(GC_ERR_INVALID_HANDLE, "The device was closed");
+        Handles().Add(stream);
+        m_stream = stream;
+        return stream;
+    });
 }
 
 // The port that serves them belongs to this device.

@@ -65,8 +65,10 @@ private:
     Vanto::IStreamGrabber* m_grabber = nullptr;
     std::shared_ptr<RemotePort> m_remote;
 
-    mutable std::mutex m_mutex;
+    mutable std::mutex m_mutex;  // T that finds the camera gone takes it, in the middle of whatever it does
     [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL device"};
+    std::mutex m_opening;  // T that opens the stream holds it, for as long as the frame grabber takes
+    [[no_unique_address]] const os::LockName m_openingName{&m_opening, "GenTL stream's opening"};
     bool m_isClosed = false;
     std::shared_ptr<Stream> m_stream;
 };

@@ -76,11 +76,6 @@ void Stream::Close() noexcept {
     m_grabber.Close();
 }
 
-bool Stream::IsOpen() const {
-    const std::lock_guard control(m_control);
-    return !m_isClosed;
-}
-
 /// The camera is gone: says so to those who listen. Frames may still come from the frame grabber.
 void Stream::TellLoss() {
     m_errors->Add(GC_ERR_IO, "The camera is gone");

@@ -28,7 +28,7 @@ public:
     ~Stream() override;
 
     void Close() noexcept;
-    bool IsOpen() const;
+    bool IsOpen() const noexcept { return !m_isClosed; }
     std::shared_ptr<Device> Parent() const noexcept { return m_device.lock(); }
     void TellLoss();
 
@@ -75,7 +75,7 @@ private:
 
     mutable std::mutex m_control;
     [[no_unique_address]] const os::LockName m_controlName{&m_control, "GenTL stream"};
-    bool m_isClosed = false;
+    std::atomic<bool> m_isClosed{false};
     std::atomic<bool> m_isStarted{false};
     std::atomic<std::int64_t> m_handlingMode{0};
     Acquisition m_acquisition;
