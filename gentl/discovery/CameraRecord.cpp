@@ -24,7 +24,9 @@ void SetId(CameraRecord& record) {
 std::string CameraRecord::DisplayName() const {
     if (!userDefinedName.empty())
         return userDefinedName;
-    return vendor + " " + model + " (" + (serialNumber.empty() ? id : serialNumber) + ")";
+    if (vendor.empty() && model.empty())
+        return "Unknown camera (" + id + ")";
+    return vendor + " " + model + " (" + id + ")";
 }
 
 /// Its ID, or another name that nobody could mean a different camera of the port by.
@@ -43,6 +45,13 @@ CameraRecord RecordOfDeviceId(const std::string& deviceId) {
     record.serialNumber = parsed.GetCameraSerialNumber().str();
     record.version = parsed.GetCameraVersion().str();
     SetId(record);
+    return record;
+}
+
+/// Of a camera that is only known to be behind a port; the port's ID stands for its own until it answers.
+CameraRecord RecordOfPort(const std::string& portId) {
+    CameraRecord record;
+    record.id = portId;
     return record;
 }
 

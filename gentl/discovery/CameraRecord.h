@@ -13,7 +13,8 @@ namespace gentl {
 
 /// A camera that was found.
 struct CameraRecord {
-    std::string id;  ///< "Vendor-Model-SerialNumber": the same in every session, on whichever port
+    /// "Vendor-Model-SerialNumber": the same in every session, on whichever port
+    std::string id;
     std::string vendor;
     std::string model;
     std::string serialNumber;
@@ -27,6 +28,7 @@ struct CameraRecord {
 };
 
 CameraRecord RecordOfDeviceId(const std::string& deviceId);
+CameraRecord RecordOfPort(const std::string& portId);
 CameraRecord RecordOfInfo(const Vanto::CDeviceInfo& info);
 
 }  // namespace gentl

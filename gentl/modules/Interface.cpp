@@ -73,6 +73,8 @@ std::optional<Interface::Listed> Interface::Known() const {
     if (device && device->IsOpen())
         return Listed{device->Record(), device->Status()};
     const std::optional<PortRecord> port = m_discovery.Find(m_portId);
+    if (port && !port->camera && port->state == PortRecord::State::kBusy)
+        return Listed{RecordOfPort(m_portId), DEVICE_ACCESS_STATUS_BUSY};
     if (!port || !port->camera)
         return std::nullopt;
     switch (port->state) {
@@ -121,12 +123,17 @@ std::string Interface::DeviceId(std::size_t index) const {
     return listed->camera.id;
 }
 
+// There is one camera behind the port at most, so that the port's ID means it as well.
+bool Interface::IsNamed(const CameraRecord& camera, const std::string& id) const {
+    return id == m_portId || camera.IsNamed(id);
+}
+
 // The status is that of now: of the list only who is in it counts.
 Interface::Listed Interface::InList(const std::string& id) const {
     std::optional<Listed> listed = Known();
-    if (!listed || !listed->camera.IsNamed(id))
+    if (!listed || !IsNamed(listed->camera, id))
         listed = InList(std::size_t{0});
-    if (!listed || !listed->camera.IsNamed(id))
+    if (!listed || !IsNamed(listed->camera, id))
         throw GenTLError(GC_ERR_INVALID_ID, fmt::format("The port has no device '{}'", id));
     return *listed;
 }
@@ -140,7 +147,7 @@ Info Interface::GetDeviceInfo(const std::string& id, DEVICE_INFO_CMD command) co
 CameraRecord Interface::Find(const std::string& id) {
     const auto isKnown = [&](const std::optional<PortRecord>& port) {
         return port && port->camera && port->camera->info && port->state == PortRecord::State::kCamera &&
-               port->camera->IsNamed(id);
+               IsNamed(*port->camera, id);
     };
     std::optional<PortRecord> port = m_discovery.Find(m_portId);
     if (!isKnown(port)) {
@@ -150,7 +157,7 @@ CameraRecord Interface::Find(const std::string& id) {
     }
     if (isKnown(port))
         return *port->camera;
-    if (port && port->state == PortRecord::State::kBusy && (!port->camera || port->camera->IsNamed(id)))
+    if (port && port->state == PortRecord::State::kBusy && (!port->camera || IsNamed(*port->camera, id)))
         throw GenTLError(GC_ERR_ACCESS_DENIED, "Another program uses the port " + m_portId);
     throw GenTLError(GC_ERR_INVALID_ID, fmt::format("The port {} has no device '{}'", m_portId, id));
 }
@@ -168,7 +175,7 @@ std::shared_ptr<Device> Interface::OpenDevice(const std::string& id, DEVICE_ACCE
     {
         const std::lock_guard lock(m_mutex);
         if (m_device && m_device->IsOpen()) {
-            if (!m_device->Record().IsNamed(id))
+            if (!IsNamed(m_device->Record(), id))
                 throw GenTLError(GC_ERR_INVALID_ID, fmt::format("The port has no device '{}'", id));
             throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The device is open already");
         }

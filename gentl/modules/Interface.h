@@ -53,6 +53,7 @@ private:
     std::optional<Listed> Known() const;
     std::optional<Listed> InList(std::size_t index) const;
     Listed InList(const std::string& id) const;
+    bool IsNamed(const CameraRecord& camera, const std::string& id) const;
     CameraRecord Find(const std::string& id);
     std::string SelectedText(std::string CameraRecord::*member) const;
     std::vector<Feature> MakeFeatures();

@@ -20,9 +20,9 @@ protected:
             return TL().IFGetDeviceInfo(interface, id.c_str(), command, type, text, size);
         });
     }
-    std::int32_t Status() const {
+    std::int32_t Status(const std::string& id = kCamera) const {
         return InfoValue<std::int32_t>(INFO_DATATYPE_INT32, [&](INFO_DATATYPE* type, void* value, std::size_t* size) {
-            return TL().IFGetDeviceInfo(interface, kCamera.c_str(), DEVICE_INFO_ACCESS_STATUS, type, value, size);
+            return TL().IFGetDeviceInfo(interface, id.c_str(), DEVICE_INFO_ACCESS_STATUS, type, value, size);
         });
     }
     std::uint32_t Devices() const {
@@ -83,7 +83,7 @@ TEST_F(Lists, ACameraIsADevice) {
     EXPECT_EQ(DeviceText(DEVICE_INFO_VENDOR), "Marlow");
     EXPECT_EQ(DeviceText(DEVICE_INFO_MODEL), "H2048");
     EXPECT_EQ(DeviceText(DEVICE_INFO_SERIAL_NUMBER), "21");
-    EXPECT_EQ(DeviceText(DEVICE_INFO_DISPLAYNAME), "Marlow H2048 (21)");
+    EXPECT_EQ(DeviceText(DEVICE_INFO_DISPLAYNAME), "Marlow H2048 (Marlow-H2048-21)");
     EXPECT_EQ(DeviceText(DEVICE_INFO_ID, "nobody"), "error -1007");
     EXPECT_EQ(DeviceText(99), "error -1003");
 }
@@ -150,6 +150,23 @@ TEST_F(Lists, ACameraThatAnotherProgramUsesIsBusy) {
     integration::CTlFactory::GetInstance().DestroyDevice(foreign);
     UpdateDevices();
     EXPECT_EQ(Status(), DEVICE_ACCESS_STATUS_READWRITE);
+}
+
+TEST_F(Lists, ACameraThatWasInUseBeforeItWasEverSeenIsBusyUnderItsPortsId) {
+    AddCamera();
+    Vanto::IVantoDevice* const foreign = integration::CTlFactory::GetInstance().CreateDevice(Partial("21"));
+    OpenInterface();
+    UpdateDevices();
+    ASSERT_EQ(Devices(), 1u);
+    EXPECT_EQ(Text([&](char* text, std::size_t* size) { return TL().IFGetDeviceID(interface, 0, text, size); }), kPort);
+    EXPECT_EQ(Status(kPort), DEVICE_ACCESS_STATUS_BUSY);
+    EXPECT_EQ(DeviceText(DEVICE_INFO_DISPLAYNAME, kPort), "Unknown camera (COM_Port#cam0)");
+    EXPECT_EQ(DeviceText(DEVICE_INFO_SERIAL_NUMBER, kPort), "");
+    EXPECT_EQ(TL().IFOpenDevice(interface, kPort.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_ACCESS_DENIED);
+    integration::CTlFactory::GetInstance().DestroyDevice(foreign);
+    UpdateDevices();
+    EXPECT_EQ(DeviceText(DEVICE_INFO_ID, kPort), kCamera);
+    EXPECT_EQ(TL().IFOpenDevice(interface, kPort.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_SUCCESS);
 }
 
 TEST_F(Lists, ParentsAreFound) {

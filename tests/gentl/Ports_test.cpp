@@ -2,6 +2,10 @@
 /*
  * Ports: descriptions and registers of the modules and of the camera
  */
+#include <array>
+#include <sstream>
+
+#include "base/Sha1.h"
 #include "tests/gentl/Consumer.h"
 #include "tests/gentl/PortNodes.h"
 
@@ -225,6 +229,120 @@ TEST_F(Ports, OfACameraThatIsGoneAnswerIo) {
               }),
               "9001");
     EXPECT_EQ(TL().DevClose(device), GC_ERR_SUCCESS);
+}
+
+TEST_F(Ports, WhatNobodyListenedToIsLost) {
+    AddCamera();
+    OpenDevice();
+    simulator.Unplug("cam0");
+    std::uint32_t version = 0;
+    std::size_t size = sizeof version;
+    EXPECT_EQ(TL().GCReadPort(remote, 0, &version, &size), GC_ERR_IO);
+    EVENT_HANDLE error = nullptr;
+    ASSERT_EQ(TL().GCRegisterEvent(device, EVENT_ERROR, &error), GC_ERR_SUCCESS);
+    char data[1024];
+    size = sizeof data;
+    EXPECT_EQ(TL().EventGetData(error, data, &size, 0), GC_ERR_TIMEOUT);
+}
+
+TEST_F(Ports, OfACameraThatIsGoneLetItsStreamBeOpenedAndClosed) {
+    AddCamera();
+    OpenDevice();
+    simulator.Unplug("cam0");
+    OpenStream();
+    Announce(1);
+    QueueAll();
+    Start();
+    EXPECT_EQ(TL().DSClose(stream), GC_ERR_SUCCESS);
+    EXPECT_EQ(TL().DevClose(device), GC_ERR_SUCCESS);
+}
+
+// The 20 bytes that consumers compare with those of a file that they have kept.
+TEST_F(Ports, TheHashOfADescriptionIsThatOfItsText) {
+    AddCamera();
+    OpenDevice();
+    std::array<std::uint8_t, 20> hash{};
+    std::size_t size = hash.size();
+    INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
+    ASSERT_EQ(TL().GCGetPortURLInfo(remote, 0, URL_INFO_FILE_SHA1_HASH, &type, hash.data(), &size), GC_ERR_SUCCESS);
+    EXPECT_EQ(type, INFO_DATATYPE_BUFFER);
+    EXPECT_EQ(size, 20U);
+    const std::string xml = Description(remote);
+    EXPECT_EQ(hash, base::Sha1({reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size()}));
+}
+
+TEST_F(Ports, AUrlIsWhatItsPartsSay) {
+    AddCamera();
+    OpenDevice();
+    const auto number = [&](URL_INFO_CMD command) {
+        return InfoValue<std::uint64_t>(INFO_DATATYPE_UINT64, [&](INFO_DATATYPE* type, void* value, std::size_t* size) {
+            return TL().GCGetPortURLInfo(remote, 0, command, type, value, size);
+        });
+    };
+    const auto text = [&](URL_INFO_CMD command) {
+        return InfoText([&](INFO_DATATYPE* type, void* value, std::size_t* size) {
+            return TL().GCGetPortURLInfo(remote, 0, command, type, value, size);
+        });
+    };
+    std::ostringstream url;
+    url << "local:" << text(URL_INFO_FILENAME) << ';' << std::hex << number(URL_INFO_FILE_REGISTER_ADDRESS) << ';'
+        << number(URL_INFO_FILE_SIZE);
+    EXPECT_EQ(text(URL_INFO_URL), url.str());
+    EXPECT_TRUE(text(URL_INFO_FILENAME).ends_with(".xml"));
+}
+
+TEST_F(Ports, ADescriptionThatIsZippedInTheCameraIsServedAsText) {
+    MarlowSim::CameraOptions camera = integration::Camera("21");
+    camera.zip = true;
+    Add("cam0", camera);
+    OpenDevice();
+    const std::string xml = Description(remote);
+    EXPECT_EQ(xml.rfind("<?xml", 0), 0U) << xml.substr(0, 20);
+    EXPECT_EQ(PortNodes(remote, xml).Value("DeviceModelName"), "H2048");
+}
+
+// The camera wants words: the producer reads more than was asked for, and writes back what it does not mean.
+TEST_F(Ports, BytesAtAnyAddressAreReadAndWritten) {
+    AddCamera();
+    OpenDevice();
+    const PortNodes nodes(remote, Description(remote));
+    const auto address = static_cast<std::uint64_t>(dynamic_cast<GenApi::IRegister&>(*nodes["WidthReg"]).GetAddress());
+    std::uint8_t whole[4]{};
+    std::size_t size = sizeof whole;
+    ASSERT_EQ(TL().GCReadPort(remote, address, whole, &size), GC_ERR_SUCCESS);
+    std::uint8_t middle[2]{};
+    size = sizeof middle;
+    ASSERT_EQ(TL().GCReadPort(remote, address + 1, middle, &size), GC_ERR_SUCCESS);
+    EXPECT_EQ(middle[0], whole[1]);
+    EXPECT_EQ(middle[1], whole[2]);
+    const std::uint8_t four = 4;  // the third byte of a big-endian 0x0800 becomes 0x0400
+    size = 1;
+    ASSERT_EQ(TL().GCWritePort(remote, address + 2, &four, &size), GC_ERR_SUCCESS);
+    EXPECT_EQ(PortNodes(remote, Description(remote)).Value("Width"), "1024");
+}
+
+TEST_F(Ports, StackedWritesSayHowManyWentWell) {
+    AddCamera();
+    OpenDevice();
+    const PortNodes nodes(device, Description(device));
+    const auto address =
+        static_cast<std::uint64_t>(dynamic_cast<GenApi::IRegister&>(*nodes["AutoCloseTimeout_Register"]).GetAddress());
+    std::int64_t good = 500;
+    std::int64_t bad = -1;
+    PORT_REGISTER_STACK_ENTRY entries[] = {{address, &good, sizeof good}, {address, &bad, sizeof bad}};
+    std::size_t count = 2;
+    EXPECT_EQ(TL().GCWritePortStacked(device, entries, &count), GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(nodes.Value("AutoCloseTimeout"), "500");
+}
+
+TEST_F(Ports, TheBaudRateIsAFeatureOfTheCamera) {
+    AddCamera();
+    OpenDevice();
+    const PortNodes nodes(remote, Description(remote));
+    nodes.Set("ClSerialPortBaudRate", "Baud19200");
+    EXPECT_EQ(nodes.Value("ClSerialPortBaudRate"), "Baud19200");
+    EXPECT_EQ(nodes.Value("DeviceModelName"), "H2048") << "both sides of the line have changed";
 }
 
 }  // namespace
