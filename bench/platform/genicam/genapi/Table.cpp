@@ -63,10 +63,12 @@ void ForgetPeak() {
     std::ofstream("/proc/self/clear_refs") << "5";
 }
 
-/// XML alone, without nodes: the floor.
+/// XML alone, without nodes: the floor. In place and with the fewest options, which is the fastest that there is.
 class ParsedXml final : public Kept {
 public:
-    explicit ParsedXml(std::string& xml) { m_document.load_buffer_inplace(xml.data(), xml.size()); }
+    explicit ParsedXml(std::string& xml) {
+        m_document.load_buffer_inplace(xml.data(), xml.size(), pugi::parse_minimal, pugi::encoding_utf8);
+    }
 
 private:
     pugi::xml_document m_document;

@@ -49,10 +49,10 @@ private:
         std::uint32_t position;
     };
 
-    /// The text of an element, in a node of a kind.
+    /// A text of an element, and the kinds of nodes, a bit each, in which it was found right.
     struct Said {
         std::uint32_t value = 0;
-        ENodeKind kind = ENodeKind::None;
+        std::uint32_t kinds = 0;
     };
 
     void Read(const SourceFile& file, bool isInjected);
@@ -69,11 +69,13 @@ private:
     void LoadNode(ENodeKind kind);
     std::uint32_t MakeNode(ENodeKind kind, std::uint32_t enclosing);
     void LoadContent(std::uint32_t node);
-    void LoadChild(std::uint32_t node);
+    ETag TagOfChild();
+    void LoadInner(std::uint32_t node);
     void AddNested(std::uint32_t node, std::size_t first);
     void LoadNodeAttributes(std::uint32_t node);
     void LoadProperty(ETag tag, std::uint32_t node);
     void CheckProperty(const Property& property, std::string_view text, std::size_t position, std::uint32_t node);
+    void CheckWord(const Property& property, std::string_view text, std::size_t position, std::uint32_t node);
     void WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what);
     void LoadPropertyAttributes(ETag tag, std::uint32_t node);
     bool EnterName(std::uint32_t node, std::size_t position);
@@ -82,10 +84,12 @@ private:
     void Add(const Property& property, std::size_t position);
     Property MakeProperty(ETag tag, std::string_view raw, bool mayRefer);
     std::string_view Clean(std::string_view raw, bool mayRefer);
+    std::string_view Decoded(std::string_view raw);
     void Decode(std::string_view raw);
     std::size_t DecodeReference(std::string_view rest);
     void Repair(std::size_t position);
     std::string_view ReadText();
+    std::string_view ReadMixedText();
     std::string_view ReadPieces(std::string_view element, std::string_view first, EXml found);
     void WarnAboutReference(std::uint32_t node, const Property& property, std::size_t position, bool isOfInjected);
     void MarkFeatures();
@@ -118,7 +122,9 @@ private:
     std::size_t m_textPosition = 0;                         // of that element
     std::string m_decoded;                                  // a text without character references
     std::unordered_map<std::uint32_t, std::int64_t> m_priorities;
-    std::array<Said, 256> m_right{};  // of each kind of element, what was found right last
+    std::array<Said, kTags> m_right{};  // of each kind of element, what was found right last
+    // Which element came last behind which, in each kind of node: nodes of one kind are mostly written alike.
+    std::array<std::array<ETag, kTags>, kKinds> m_followers{};
 };
 
 // XML allows an attribute once; of several the first counts.

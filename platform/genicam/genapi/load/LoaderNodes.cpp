@@ -40,6 +40,23 @@ bool IsRegisterKind(ENodeKind kind) {
     }
 }
 
+// What an element makes of the node that it is in.
+constexpr std::uint8_t TraitsOf(ETag tag) {
+    switch (tag) {
+        case ETag::pIsImplemented:
+        case ETag::pIsAvailable:
+        case ETag::pIsLocked:
+        case ETag::ImposedAccessMode:
+            return kHasAccessRules;
+        case ETag::PollingTime:
+            return kUsesPolling;
+        case ETag::pError:
+            return kHasErrorNode;
+        default:
+            return 0;
+    }
+}
+
 // The element that a node within a node stands for, Unknown when it has no place there.
 ETag NestedTagOf(ENodeKind outer, ENodeKind inner) {
     if (inner == ENodeKind::EnumEntry)
@@ -113,9 +130,21 @@ std::uint32_t Loader::MakeNode(ENodeKind kind, std::uint32_t enclosing) {
 void Loader::LoadContent(std::uint32_t node) {
     const std::size_t first = m_pending.size();
     const std::size_t firstNested = m_nested.size();
-    for (EXml found = m_scanner->Next(); found != EXml::Close; found = m_scanner->Next()) {
-        if (found == EXml::Open)
-            LoadChild(node);
+    auto& followers = m_followers[static_cast<std::size_t>(m_builder.Node(node).kind)];
+    ETag* guess = &followers[0];
+    for (;;) {
+        const EXml found = m_scanner->Next(*guess != ETag::Unknown ? GenApi::NameOf(*guess) : std::string_view());
+        if (found == EXml::Close)
+            break;
+        if (found != EXml::Open)
+            continue;
+        const ETag tag = m_scanner->IsAsExpected() ? *guess : TagOfChild();
+        *guess = tag;
+        guess = &followers[static_cast<std::size_t>(tag)];
+        if (tag != ETag::Unknown)
+            LoadProperty(tag, node);
+        else
+            LoadInner(node);
     }
     AddNested(node, firstNested);
     m_builder.SetProperties(node, std::span(m_pending).subspan(first));
@@ -124,16 +153,16 @@ void Loader::LoadContent(std::uint32_t node) {
     m_pendingPositions.resize(first);
 }
 
-void Loader::LoadChild(std::uint32_t node) {
-    // Few files have a prefix before each name: those that are known as they stand have none.
-    std::string_view name = m_scanner->Name();
-    ETag plain = TagOf(name);
-    if (plain == ETag::Unknown) {
-        name = LocalName(name);
-        plain = TagOf(name);
-    }
-    if (plain != ETag::Unknown)
-        return LoadProperty(plain, node);
+// Few files have a prefix before each name: those that are known as they stand have none.
+ETag Loader::TagOfChild() {
+    const std::string_view name = m_scanner->Name();
+    const ETag plain = TagOf(name);
+    const std::string_view local = plain == ETag::Unknown ? LocalName(name) : name;
+    return local.size() != name.size() ? TagOf(local) : plain;
+}
+
+void Loader::LoadInner(std::uint32_t node) {
+    const std::string_view name = LocalName(m_scanner->Name());
     const ENodeKind kind = KindOf(name);
     const ENodeKind outer = m_builder.Node(node).kind;
     const ETag tag = kind != ENodeKind::None ? NestedTagOf(outer, kind) : ETag::Unknown;
@@ -191,6 +220,27 @@ void Loader::LoadNodeAttributes(std::uint32_t node) {
     });
 }
 
+// The text of an element is one piece nearly always. Reads up to its end.
+std::string_view Loader::ReadText() {
+    return m_scanner->TakePlainText() ? m_scanner->Text() : ReadMixedText();
+}
+
+/**
+ * \brief A text as it is meant: without blanks around it and references to characters
+ * \param[in] raw As it stands in the document
+ * \param[in] mayRefer False when there are no references
+ * \return Valid until the next text
+ */
+std::string_view Loader::Clean(std::string_view raw, bool mayRefer) {
+    const std::string_view trimmed = Trimmed(raw);
+    const bool isPlain = !mayRefer && !m_source->HasInvalidUtf8();
+    return isPlain ? trimmed : Decoded(trimmed);
+}
+
+Property Loader::MakeProperty(ETag tag, std::string_view raw, bool mayRefer) {
+    return m_builder.MakeProperty(tag, Clean(raw, mayRefer));
+}
+
 void Loader::LoadProperty(ETag tag, std::uint32_t node) {
     if (tag == ETag::Extension)
         return m_scanner->Skip();
@@ -203,26 +253,27 @@ void Loader::LoadProperty(ETag tag, std::uint32_t node) {
     const bool hasPlace = !text.empty() && text.data() != m_joined.data();
     if (hasPlace)
         m_pendingPositions[place] = static_cast<std::uint32_t>(PositionOf(text));
-    m_pending[place] = MakeProperty(tag, text, m_scanner->MayRefer() || !hasPlace);
-    CheckProperty(m_pending[place], text, position, node);
-    std::uint8_t& traits = m_builder.Node(node).traits;
-    if (tag == ETag::pIsImplemented || tag == ETag::pIsAvailable || tag == ETag::pIsLocked ||
-        tag == ETag::ImposedAccessMode)
-        traits |= kHasAccessRules;
-    if (tag == ETag::PollingTime)
-        traits |= kUsesPolling;
-    if (tag == ETag::pError)
-        traits |= kHasErrorNode;
+    const Property property = MakeProperty(tag, text, m_scanner->MayRefer() || !hasPlace);
+    m_pending[place] = property;
+    CheckProperty(property, text, position, node);
+    if (const std::uint8_t traits = TraitsOf(tag))
+        m_builder.Node(node).traits |= traits;
 }
 
-// What a file says in the wrong place or in words that do not exist would pass for something else. Most nodes say what
-// the one of their kind before said.
+// What a file says in the wrong place or in words that do not exist would pass for something else. Most elements are no
+// words, or say what the one of their kind before said.
 void Loader::CheckProperty(const Property& property, std::string_view text, std::size_t position, std::uint32_t node) {
+    const ENodeKind kind = m_builder.Node(node).kind;
+    const Said& right = m_right[static_cast<std::size_t>(property.tag)];
+    const bool isSaidAgain = right.value == property.value && (right.kinds >> static_cast<unsigned>(kind) & 1U) != 0;
+    const bool isRight = TakesAnyText(kind, property.tag) || isSaidAgain;
+    if (!isRight || Trimmed(text).size() != text.size())
+        CheckWord(property, text, position, node);
+}
+
+void Loader::CheckWord(const Property& property, std::string_view text, std::size_t position, std::uint32_t node) {
     const ETag tag = property.tag;
     const ENodeKind kind = m_builder.Node(node).kind;
-    Said& right = m_right[static_cast<std::size_t>(tag)];
-    if (right.kind == kind && right.value == property.value && property.length == text.size())
-        return;
     const bool hasPlace = HasElement(kind, tag);
     if (!hasPlace)
         Warn(wkUnknownElement, position, NameOf(node),
@@ -231,10 +282,12 @@ void Loader::CheckProperty(const Property& property, std::string_view text, std:
     if (isText)
         return;
     WarnAboutBlanks(text, position, node, GenApi::NameOf(tag));
+    Said& right = m_right[static_cast<std::size_t>(tag)];
     if (!IsKnownWord(tag, Trimmed(text)))
         Warn(wkBadValue, position, NameOf(node), {GenApi::NameOf(tag), " '", Trimmed(text), "' is not known"});
-    else if (hasPlace && property.kind == Property::EValue::Text)
-        right = {property.value, kind};
+    else if (hasPlace)
+        right = {property.value,
+                 (right.value == property.value ? right.kinds : 0U) | 1U << static_cast<unsigned>(kind)};
 }
 
 void Loader::WarnAboutBlanks(std::string_view raw, std::size_t position, std::uint32_t node, std::string_view what) {

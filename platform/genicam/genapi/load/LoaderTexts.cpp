@@ -13,24 +13,12 @@
 
 namespace GenApi {
 
-Property Loader::MakeProperty(ETag tag, std::string_view raw, bool mayRefer) {
-    return m_builder.MakeProperty(tag, Clean(raw, mayRefer));
-}
-
-/**
- * \brief A text as it is meant: without blanks around it and references to characters
- * \param[in] raw As it stands in the document
- * \param[in] mayRefer False when there are no references
- * \return Valid until the next text
- */
-std::string_view Loader::Clean(std::string_view raw, bool mayRefer) {
-    const std::string_view trimmed = Trimmed(raw);
-    const bool isPlain = !mayRefer && !m_source->HasInvalidUtf8();
-    if (isPlain || trimmed.empty())
-        return trimmed;
+std::string_view Loader::Decoded(std::string_view raw) {
     m_decoded.clear();
-    Decode(trimmed);
-    Repair(PositionIn(trimmed));
+    if (raw.empty())
+        return {};
+    Decode(raw);
+    Repair(PositionIn(raw));
     return m_decoded;
 }
 
@@ -79,10 +67,8 @@ void Loader::Repair(std::size_t position) {
     m_decoded = RepairUtf8(m_decoded);
 }
 
-// The text of an element is one piece nearly always; comments and CDATA sections split it. Reads up to its end.
-std::string_view Loader::ReadText() {
-    if (m_scanner->TakePlainText())
-        return m_scanner->Text();
+// Comments and CDATA sections split a text.
+std::string_view Loader::ReadMixedText() {
     const std::string_view element = m_scanner->Name();
     EXml found = m_scanner->Next();
     if (found == EXml::Close)

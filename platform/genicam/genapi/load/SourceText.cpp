@@ -6,6 +6,7 @@
 #include "load/SourceText.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string_view>
 
@@ -76,18 +77,36 @@ std::string Converted(const std::string& text) {
     return {};
 }
 
-// In blocks that a counter of one byte can't overflow in, so that the compiler counts many characters at once.
+constexpr std::size_t kLanes = 16;
+
+// The sum of sixteen bytes, four at a time.
+std::uint32_t SumOf(const std::array<std::uint8_t, kLanes>& bytes) noexcept {
+    constexpr std::uint64_t kEven = 0x00FF00FF00FF00FFU;
+    constexpr std::uint64_t kOnes = 0x0001000100010001U;
+    std::uint64_t sum = 0;
+    for (std::size_t at = 0; at < kLanes; at += sizeof(std::uint64_t)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data() + at, sizeof(word));
+        sum += (word & kEven) + ((word >> 8) & kEven);
+    }
+    return static_cast<std::uint32_t>((sum * kOnes) >> 48);
+}
+
+// Sixteen counters side by side, in blocks that none of them can overflow in: the compiler counts with one instruction
+// for all of them.
 std::uint32_t CountLines(std::string_view text) noexcept {
     std::uint32_t count = 0;
-    while (!text.empty()) {
-        const std::string_view block = text.substr(0, 255);
-        std::uint8_t found = 0;
-        for (const char character : block)
-            found = static_cast<std::uint8_t>(found + (character == '\n' ? 1 : 0));
-        count += found;
-        text.remove_prefix(block.size());
+    while (text.size() >= kLanes) {
+        const std::size_t rounds = std::min<std::size_t>(text.size() / kLanes, 255);
+        std::array<std::uint8_t, kLanes> found{};
+        for (std::size_t round = 0; round < rounds; ++round) {
+            for (std::size_t lane = 0; lane < kLanes; ++lane)
+                found[lane] = static_cast<std::uint8_t>(found[lane] + (text[round * kLanes + lane] == '\n' ? 1 : 0));
+        }
+        count += SumOf(found);
+        text.remove_prefix(rounds * kLanes);
     }
-    return count;
+    return count + static_cast<std::uint32_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
 }  // namespace

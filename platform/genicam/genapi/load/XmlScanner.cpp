@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -59,6 +60,23 @@ bool StartsWith(const char* next, std::string_view start) noexcept {
     return std::strncmp(next, start.data(), start.size()) == 0;
 }
 
+// Where a character is among the next eight, null when it is none of them: next is then behind those.
+const char* FindInWord(const char* begin, char wanted, const char*& next) noexcept {
+    constexpr std::uint64_t kOnes = 0x0101010101010101U;
+    std::uint64_t word = 0;
+    std::memcpy(&word, begin, sizeof(word));
+    const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(wanted));
+    const std::uint64_t places = (difference - kOnes) & ~difference & (kOnes << 7);
+    if (places == 0) {
+        next = begin + sizeof(word);
+        return nullptr;
+    }
+    // The lowest of the places is right, those above it may be too many: it has to be that of the first character.
+    if constexpr (std::endian::native == std::endian::little)
+        return begin + std::countr_zero(places) / 8;
+    return std::find(begin, begin + sizeof(word), wanted);
+}
+
 }  // namespace
 
 // Whatever follows a null byte is no part of the document: within an element that is as if the file were cut there.
@@ -67,6 +85,7 @@ XmlScanner::XmlScanner(std::string_view text, bool isFragment)
       m_end(text.data() + std::min(text.find('\0'), text.size())),
       m_next(text.data()),
       m_isFragment(isFragment) {
+    m_reference = FindOrEnd(m_begin, '&');
     constexpr std::size_t kUsual = 16;
     m_attributes.reserve(kUsual);
     m_open.reserve(kUsual);
@@ -76,7 +95,8 @@ void XmlScanner::Fail(const char* at, std::initializer_list<std::string_view> re
     throw XmlFault{PositionOf(at), Joined(reason)};
 }
 
-EXml XmlScanner::Next() {
+EXml XmlScanner::Next(std::string_view expected) {
+    m_isAsExpected = false;
     if (m_isEmpty) {
         m_isEmpty = false;
         m_name = m_open.back();
@@ -96,6 +116,13 @@ EXml XmlScanner::Next() {
                 return EXml::Text;
             continue;  // outside the root, text means nothing
         }
+        // Comparing with a guess is a fraction of looking at each character of a name.
+        m_isAsExpected = !expected.empty() && IsNamed(next + 1, expected) && next[1 + expected.size()] == '>';
+        if (m_isAsExpected) {
+            m_attributes.clear();
+            m_name = Between(next + 1, next + 1 + expected.size());
+            return Begin(next + 2 + expected.size());
+        }
         if (Is(next + 1, kNameStart))
             return Open(next + 1);
         if (next[1] == '/')
@@ -110,30 +137,29 @@ EXml XmlScanner::Next() {
 /**
  * \brief The next place of a character, the end of the text when there is none
  *
- * Eight characters at once: a byte of a word is zero where the character is. Says on the way whether an '&' was seen.
+ * Says on the way whether an '&' was passed. Most texts and values are a word or two long: in those no function is
+ * called, eight characters are looked at together, and a byte of a word is zero where the character is.
  */
 const char* XmlScanner::Find(const char* next, char wanted) noexcept {
-    constexpr std::uint64_t kOnes = 0x0101010101010101U;
-    const auto places = [](std::uint64_t word, char character) {
-        const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(character));
-        return (difference - kOnes) & ~difference & (kOnes << 7);
-    };
-    m_mayRefer = false;
-    for (; m_end - next >= 8; next += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, next, sizeof(word));
-        m_mayRefer = m_mayRefer || places(word, '&') != 0;
-        if (places(word, wanted) != 0)
-            break;
-    }
-    for (; next < m_end && *next != wanted; ++next)
-        m_mayRefer = m_mayRefer || *next == '&';
-    return next;
+    const char* const begin = next;
+    const char* found = nullptr;
+    for (int word = 0; word < 2 && found == nullptr && m_end - next >= 8; ++word)
+        found = FindInWord(next, wanted, next);
+    if (found == nullptr)
+        found = FindOrEnd(next, wanted);
+    if (m_reference < begin)
+        m_reference = FindOrEnd(begin, '&');
+    m_mayRefer = m_reference < found;
+    return found;
 }
 
-bool XmlScanner::IsEndOf(const char* next, std::string_view name) const noexcept {
-    return static_cast<std::size_t>(m_end - next) > name.size() && AreEqual(next, name.data(), name.size()) &&
-           !Is(next + name.size(), kNamePart);
+const char* XmlScanner::FindOrEnd(const char* next, char wanted) const noexcept {
+    const void* const found = std::memchr(next, wanted, static_cast<std::size_t>(m_end - next));
+    return found != nullptr ? static_cast<const char*>(found) : m_end;
+}
+
+bool XmlScanner::IsNamed(const char* next, std::string_view name) const noexcept {
+    return static_cast<std::size_t>(m_end - next) > name.size() && AreEqual(next, name.data(), name.size());
 }
 
 bool XmlScanner::TakePlainText() {
@@ -141,7 +167,7 @@ bool XmlScanner::TakePlainText() {
         return false;
     const char* const begin = m_next;
     const char* const tag = Find(begin, '<');
-    const bool isEnd = tag + 1 < m_end && tag[1] == '/' && IsEndOf(tag + 2, m_name) && tag[2 + m_name.size()] == '>';
+    const bool isEnd = tag + 1 < m_end && tag[1] == '/' && IsNamed(tag + 2, m_name) && tag[2 + m_name.size()] == '>';
     if (!isEnd)
         return false;
     const char* const first = SkipBlanks(begin);
@@ -163,8 +189,7 @@ EXml XmlScanner::AtEnd(const char* next) {
 EXml XmlScanner::Open(const char* next) {
     const char* const name = next;
     next = SkipName(next);
-    const auto nameSize = static_cast<std::size_t>(next - name);
-    m_name = {name, nameSize};
+    m_name = Between(name, next);
     m_attributes.clear();
     if (Is(next, kSpace)) {
         next = SkipBlanks(next);
@@ -176,9 +201,13 @@ EXml XmlScanner::Open(const char* next) {
     m_isEmpty = *next == '/';
     if (m_isEmpty && *++next != '>')
         Fail(next, {"'/' ends no tag"});
+    return Begin(next + 1);
+}
+
+EXml XmlScanner::Begin(const char* next) {
     m_hadElement = true;
-    m_open.emplace_back(name, nameSize);
-    m_next = next + 1;
+    m_open.push_back(m_name);
+    m_next = next;
     return EXml::Open;
 }
 
@@ -210,7 +239,7 @@ EXml XmlScanner::Close(const char* next) {
     if (m_open.empty())
         Fail(name, {"There is an end of an element that has not begun"});
     const std::string_view open = m_open.back();
-    if (!IsEndOf(next, open))
+    if (!IsNamed(next, open) || Is(next + open.size(), kNamePart))
         Fail(name, {"The element '", open, "' ends as '", Between(name, SkipName(name)), "'"});
     next = SkipBlanks(next + open.size());
     if (*next != '>')

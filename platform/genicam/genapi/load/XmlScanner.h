@@ -43,7 +43,11 @@ public:
     XmlScanner(std::string_view text, bool isFragment);
 
     /// The next piece; of an empty element first its begin, then its end. Throws XmlFault.
-    EXml Next();
+    /// \param[in] expected The name that the next element probably has: where it has that and no attribute, nobody has
+    /// to look for the end of the name. May be empty
+    EXml Next(std::string_view expected = {});
+    /// True when the element that has just begun is what was expected.
+    bool IsAsExpected() const noexcept { return m_isAsExpected; }
     /// True when there is nothing but a text in the element that has just begun: then that is read, and its end.
     bool TakePlainText();
     /// Goes behind the end of the element that has just begun.
@@ -62,8 +66,10 @@ public:
 
 private:
     const char* Find(const char* next, char wanted) noexcept;
-    bool IsEndOf(const char* next, std::string_view name) const noexcept;
+    const char* FindOrEnd(const char* next, char wanted) const noexcept;
+    bool IsNamed(const char* next, std::string_view name) const noexcept;
     EXml Open(const char* next);
+    EXml Begin(const char* next);
     const char* ReadAttribute(const char* next);
     EXml Close(const char* next);
     const char* Special(const char* next, EXml& found);
@@ -75,10 +81,12 @@ private:
     const char* const m_begin;
     const char* const m_end;
     const char* m_next;
+    const char* m_reference = nullptr;  // the first '&' behind what was read last
     const bool m_isFragment;
     bool m_mayRefer = false;  // an '&' was passed
     bool m_isEmpty = false;   // the element that has just begun ends at once
     bool m_hadElement = false;
+    bool m_isAsExpected = false;
     std::string_view m_name;
     std::string_view m_piece;
     std::vector<XmlAttribute> m_attributes;

@@ -30,21 +30,30 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) noexcept {
     return hash ^ (hash >> 32);
 }
 
+template <class Word>
+Word WordAt(const char* place) noexcept {
+    Word word = 0;
+    std::memcpy(&word, place, sizeof(word));
+    return word;
+}
+
 }  // namespace
 
 std::uint32_t NameIndex::Hash(std::string_view name) noexcept {
     std::uint64_t hash = HashSeed() ^ name.size();
     const char* next = name.data();
     std::size_t left = name.size();
-    for (; left >= 8; left -= 8, next += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, next, 8);
-        hash = Mix(hash, word);
-    }
-    std::uint64_t rest = 0;
-    for (std::size_t i = 0; i < left; ++i)
-        rest |= std::uint64_t{static_cast<unsigned char>(next[i])} << (8 * i);
-    hash = Mix(hash, rest);
+    for (; left > 8; left -= 8, next += 8)
+        hash = Mix(hash, WordAt<std::uint64_t>(next));
+    // The last word overlaps the one before, or is of two parts that overlap: no character is taken by itself.
+    if (name.size() >= 8)
+        hash = Mix(hash, WordAt<std::uint64_t>(next + left - 8));
+    else if (left >= 4)
+        hash = Mix(hash, std::uint64_t{WordAt<std::uint32_t>(next)} << 32 | WordAt<std::uint32_t>(next + left - 4));
+    else if (left > 0)
+        hash = Mix(hash, std::uint64_t{WordAt<std::uint8_t>(next)} << 16 |
+                             std::uint64_t{WordAt<std::uint8_t>(next + left / 2)} << 8 |
+                             WordAt<std::uint8_t>(next + left - 1));
     return static_cast<std::uint32_t>(hash ^ (hash >> 29));
 }
 

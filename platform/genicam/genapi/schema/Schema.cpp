@@ -111,12 +111,12 @@ static_assert(kTagNames.size() == static_cast<std::size_t>(ETag::AttributeOffset
 
 constexpr std::size_t kSlots = 512;
 
+constexpr std::size_t kShortest = 3;  // of all names
+
 // Some characters tell the names of the schema apart as well as all do.
 constexpr std::size_t SlotOf(std::string_view name) noexcept {
     const std::size_t size = name.size();
-    const auto at = [&](std::size_t position) -> std::size_t {
-        return position < size ? static_cast<unsigned char>(name[position]) : 0U;
-    };
+    const auto at = [&](std::size_t position) -> std::size_t { return static_cast<unsigned char>(name[position]); };
     const std::size_t hash =
         at(0) * 5 + at(1) * 59 + at(2) * 131 + at(size / 2) * 31 + at(size - 3) * 241 + at(size - 1) * 17 + size * 73;
     return (hash ^ (hash >> 9)) % kSlots;
@@ -140,6 +140,8 @@ constexpr std::array<std::uint8_t, kSlots> MakeSlots(const std::array<std::strin
 template <std::size_t N>
 std::size_t Find(const std::array<std::string_view, N>& names, const std::array<std::uint8_t, kSlots>& slots,
                  std::string_view name) noexcept {
+    if (name.size() < kShortest)
+        return N;
     for (std::size_t slot = SlotOf(name); slots[slot] != 0; slot = (slot + 1) % kSlots) {
         const std::size_t found = slots[slot] - 1U;
         if (AreEqual(names[found], name))

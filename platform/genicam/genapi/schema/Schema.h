@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -39,6 +40,7 @@ enum class ENodeKind : std::uint8_t {
     SmartFeature,
     None
 };
+constexpr std::size_t kKinds = static_cast<std::size_t>(ENodeKind::None) + 1;
 
 /// Elements that describe a property of a node, and the attributes that belong to such an element.
 enum class ETag : std::uint8_t {
@@ -134,6 +136,7 @@ enum class ETag : std::uint8_t {
     AttributeIndex,
     AttributeOffset
 };
+constexpr std::size_t kTags = static_cast<std::size_t>(ETag::AttributeOffset) + 1;
 
 /// What kind of number a node has.
 enum class ENumber : std::uint8_t { None, Integer, Float };
@@ -197,6 +200,33 @@ constexpr bool IsFreeText(ETag tag) noexcept {
 
 /// True when an element has a meaning below a node of a kind.
 bool HasElement(ENodeKind kind, ETag element) noexcept;
+
+/// True when it also has a meaning whatever its text says: it is none of the schema's words.
+bool TakesAnyText(ENodeKind kind, ETag element) noexcept;
+/// True for elements whose text is one of a few words of the schema.
+constexpr bool HasWords(ETag tag) noexcept {
+    switch (tag) {
+        case ETag::AccessMode:
+        case ETag::ImposedAccessMode:
+        case ETag::Cachable:
+        case ETag::Endianess:
+        case ETag::Sign:
+        case ETag::Visibility:
+        case ETag::ImposedVisibility:
+        case ETag::Representation:
+        case ETag::DisplayNotation:
+        case ETag::Slope:
+        case ETag::Streamable:
+        case ETag::IsDeprecated:
+        case ETag::IsLinear:
+        case ETag::IsSelfClearing:
+        case ETag::SwapEndianess:
+        case ETag::CacheChunkData:
+            return true;
+        default:
+            return false;
+    }
+}
 
 /// The tag of an element below a node, Unknown when the schema lacks it.
 ETag TagOf(std::string_view element) noexcept;

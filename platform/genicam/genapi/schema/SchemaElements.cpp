@@ -87,4 +87,8 @@ bool HasElement(ENodeKind kind, ETag element) noexcept {
     return (kKindsOfTags[static_cast<std::size_t>(element)] >> static_cast<unsigned>(kind) & 1U) != 0;
 }
 
+bool TakesAnyText(ENodeKind kind, ETag element) noexcept {
+    return !HasWords(element) && HasElement(kind, element);
+}
+
 }  // namespace GenApi

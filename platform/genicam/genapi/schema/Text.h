@@ -49,6 +49,9 @@ std::string Joined(std::initializer_list<std::string_view> pieces);
 
 /// The text without blanks at its ends.
 inline std::string_view Trimmed(std::string_view text) noexcept {
+    // All blanks lie up to the space; most texts begin and end with something else.
+    if (!text.empty() && text.front() > ' ' && text.back() > ' ')
+        return text;
     while (!text.empty() && IsBlank(text.front()))
         text.remove_prefix(1);
     while (!text.empty() && IsBlank(text.back()))

@@ -124,6 +124,39 @@ TEST_F(Tolerance, ElementsInTheWrongPlaceAreTold) {
     EXPECT_EQ(Integer("B")->GetValue(), 1);
 }
 
+// Also where the same element was right in the node before, or in a node of another kind.
+TEST_F(Tolerance, EveryElementOfWordsIsLookedAtInEveryNode) {
+    struct Words {
+        const char* kind;
+        const char* element;
+        const char* right;
+    };
+    for (const auto& [kind, element, right] : std::initializer_list<Words>{{"IntReg", "AccessMode", "RO"},
+                                                                           {"Integer", "ImposedAccessMode", "RO"},
+                                                                           {"IntReg", "Cachable", "NoCache"},
+                                                                           {"IntReg", "Endianess", "BigEndian"},
+                                                                           {"IntReg", "Sign", "Signed"},
+                                                                           {"Integer", "Visibility", "Guru"},
+                                                                           {"Integer", "ImposedVisibility", "Guru"},
+                                                                           {"Integer", "Representation", "Linear"},
+                                                                           {"Float", "DisplayNotation", "Fixed"},
+                                                                           {"Converter", "Slope", "Varying"},
+                                                                           {"Integer", "Streamable", "Yes"},
+                                                                           {"Integer", "IsDeprecated", "No"},
+                                                                           {"Converter", "IsLinear", "Yes"},
+                                                                           {"EnumEntry", "IsSelfClearing", "No"},
+                                                                           {"Port", "SwapEndianess", "Yes"},
+                                                                           {"Port", "CacheChunkData", "No"}}) {
+        std::string nodes;
+        const std::vector<std::string> words = {right, "wrong", right, "wrong"};
+        for (std::size_t i = 0; i < words.size(); ++i)
+            nodes += std::string("<") + kind + " Name='N" + std::to_string(i) + "'><" + element + ">" + words[i] +
+                     "</" + element + "></" + kind + ">";
+        Load(std::string(kind) == "EnumEntry" ? "<Enumeration Name='E'>" + nodes + "</Enumeration>" : nodes);
+        EXPECT_EQ(Warnings(wkBadValue), 2) << element;
+    }
+}
+
 TEST_F(Tolerance, WordsThatDoNotExistAreTold) {
     Load(
         "<IntReg Name='A'><Visibility>Begginer</Visibility><Address>0</Address><Length>4</Length>"

@@ -126,4 +126,39 @@ TEST_F(Xml, SaysWhatIsWrongAndWhere) {
               "Device(2,8): This is not XML: The element 'Group' has no end");
 }
 
+// Nodes of one kind are mostly written alike, so the reader guesses the next element: here each guess is wrong.
+TEST_F(Xml, ElementsMayComeInAnyOrder) {
+    const std::string tail = "</Integer>";
+    ASSERT_EQ(Refusal(Describe("<Integer Name='A'><Min>1</Min><Max>9</Max><Value>5</Value>" + tail +
+                               "<Integer Name='B'><Min>2</Min><Value>6</Value><Max>8</Max>" + tail +
+                               "<Integer Name='C'><Min >3</Min><MaxX>1</MaxX><Max\n>7</Max><Value>4</Value>" + tail +
+                               "<Integer Name='D'><Min/><!-- --><Max>6</Max ><Valu>1</Valu><Value>6</Value>" + tail)),
+              "");
+    const auto expect = [this](const char* name, std::int64_t value, std::int64_t max) {
+        EXPECT_EQ(Integer(name)->GetValue(), value) << name;
+        EXPECT_EQ(Integer(name)->GetMax(), max) << name;
+    };
+    expect("A", 5, 9);
+    expect("B", 6, 8);
+    expect("C", 4, 7);
+    EXPECT_EQ(Warnings(wkUnknownElement), 2);
+    EXPECT_FALSE(
+        IsTakenForXml(Describe("<Integer Name='A'><Min>1</Min>" + tail + "<Integer Name='B'><Min>1</Mi>" + tail)));
+}
+
+// References are looked for from one to the next one: texts before, between and behind them have none.
+TEST_F(Xml, ReferencesAreReplacedWhereTheyStand) {
+    ASSERT_EQ(Refusal(Describe("<Integer Name='A'><ToolTip>a</ToolTip><Description>&lt;</Description></Integer>"
+                               "<Integer Name='B'><ToolTip>&amp;lt;</ToolTip><Description>0123456789abcdef &gt; ;"
+                               "</Description><Value>1</Value></Integer>"
+                               "<Integer Name='&#67;'><ToolTip>last</ToolTip><Value>&#49;2</Value></Integer>")),
+              "");
+    EXPECT_EQ(Node("A")->GetToolTip(), "a");
+    EXPECT_EQ(Node("A")->GetDescription(), "<");
+    EXPECT_EQ(Node("B")->GetToolTip(), "&lt;");
+    EXPECT_EQ(Node("B")->GetDescription(), "0123456789abcdef > ;");
+    EXPECT_EQ(Node("C")->GetToolTip(), "last");
+    EXPECT_EQ(Integer("C")->GetValue(), 12);
+}
+
 }  // namespace genapitest
