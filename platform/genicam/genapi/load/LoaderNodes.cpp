@@ -80,9 +80,13 @@ void Loader::LoadNodes(int depth) {
 }
 
 void Loader::LoadElement(int depth) {
-    const std::string_view name = LocalName(m_scanner->Name());
-    const std::size_t position = PositionOf(m_scanner->Name());
-    const ENodeKind kind = KindOf(name);
+    std::string_view name = m_scanner->Name();
+    const std::size_t position = PositionOf(name);
+    ENodeKind kind = KindOf(name);
+    if (kind == ENodeKind::None) {
+        name = LocalName(name);
+        kind = KindOf(name);
+    }
     if (name == "Group") {
         if (depth >= kMaxGroups)
             Refuse(position, "Groups are nested too deeply");

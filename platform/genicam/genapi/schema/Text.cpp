@@ -74,21 +74,22 @@ std::size_t CharacterLength(std::string_view text, std::size_t next) noexcept {
     return refused ? 0 : length;
 }
 
-// How many ASCII characters the text begins with, in whole words at least: descriptions are nearly all ASCII.
+// How many ASCII characters the text begins with, in whole words at least: descriptions are nearly all ASCII. Blocks
+// first, of which the compiler looks at sixteen characters with one instruction.
 std::size_t CountPlain(std::string_view text) noexcept {
     constexpr std::uint64_t kHighBits = 0x8080808080808080U;
-    std::array<std::uint64_t, 4> words{};
+    const auto isPlain = [&]<std::size_t N>(std::array<std::uint64_t, N> words, std::size_t at) {
+        std::memcpy(words.data(), text.data() + at, sizeof(words));
+        std::uint64_t all = 0;
+        for (const std::uint64_t word : words)
+            all |= word;
+        return (all & kHighBits) == 0;
+    };
     std::size_t next = 0;
-    for (; text.size() - next >= sizeof(words); next += sizeof(words)) {
-        std::memcpy(words.data(), text.data() + next, sizeof(words));
-        if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0)
-            break;
-    }
-    for (; text.size() - next >= sizeof(words[0]); next += sizeof(words[0])) {
-        std::memcpy(words.data(), text.data() + next, sizeof(words[0]));
-        if ((words[0] & kHighBits) != 0)
-            break;
-    }
+    while (text.size() - next >= 128 && isPlain(std::array<std::uint64_t, 16>{}, next))
+        next += 128;
+    while (text.size() - next >= 8 && isPlain(std::array<std::uint64_t, 1>{}, next))
+        next += 8;
     return next;
 }
 
