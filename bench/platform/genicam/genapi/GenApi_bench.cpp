@@ -113,14 +113,15 @@ void SelectorWrite(benchmark::State& state) {
         node->SetValue(value++ % 8);
 }
 
+// As programs that list features do: a node says what it is.
 int WalkCategory(ICategory& category) {
     int count = 0;
     FeatureList_t features;
     category.GetFeatures(features);
     for (IValue* feature : features) {
         ++count;
-        if (auto* inner = dynamic_cast<ICategory*>(feature)) {
-            count += WalkCategory(*inner);
+        if (feature->GetNode()->GetPrincipalInterfaceType() == intfICategory) {
+            count += WalkCategory(dynamic_cast<ICategory&>(*feature));
         } else if (IsReadable(feature)) {
             try {
                 benchmark::DoNotOptimize(feature->ToString());
