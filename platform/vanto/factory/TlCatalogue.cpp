@@ -6,14 +6,17 @@
 #include "factory/TlCatalogue.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <functional>
+#include <new>
 #include <system_error>
 
 #include "Base/GCException.h"
 #include "factory/ExceptionText.h"
 #include "factory/FactoryLog.h"
 #include "os/File.h"
+#include "os/Library.h"
 #include "os/Path.h"
 
 namespace Vanto {
@@ -37,6 +40,23 @@ std::vector<std::string> FindLibraries(const std::string& folder, std::error_cod
     return paths;
 }
 
+bool IsShortage(const std::error_code& error) {
+    return error == std::errc::not_enough_memory || error == std::errc::too_many_files_open ||
+           error == std::errc::too_many_files_open_in_system;
+}
+
+bool IsShortage(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const os::ShortageError&) {
+        return true;
+    } catch (const std::bad_alloc&) {
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
 std::vector<TlOffer> Select(std::vector<TlOffer> offers, const std::function<bool(const CTlInfo&)>& isWanted) {
     std::erase_if(offers, [&](const TlOffer& offer) { return !isWanted(offer.info); });
     return offers;
@@ -44,21 +64,41 @@ std::vector<TlOffer> Select(std::vector<TlOffer> offers, const std::function<boo
 
 }  // namespace
 
-TlCatalogue::TlCatalogue(std::string folder) : m_folder(std::move(folder)) {
+/// Look into a folder. What an earlier look has loaded is taken over.
+TlCatalogue::TlCatalogue(std::string folder, const TlCatalogue* earlier) : m_folder(std::move(folder)) {
     std::error_code error;
-    for (const std::string& path : FindLibraries(m_folder, error))
-        Load(path);
-    if (error)
+    for (const std::string& path : FindLibraries(m_folder, error)) {
+        if (earlier == nullptr || !TakeOver(path, *earlier))
+            Load(path);
+    }
+    if (error) {
+        m_isComplete = !IsShortage(error);
         Reject(m_folder, "The folder of transport layers can't be read: " + error.message());
+    }
+}
+
+bool TlCatalogue::TakeOver(const std::string& path, const TlCatalogue& earlier) {
+    const auto found =
+        std::ranges::find_if(earlier.m_modules, [&](const auto& module) { return module->Path() == path; });
+    if (found == earlier.m_modules.end())
+        return false;
+    m_modules.push_back(*found);
+    return true;
 }
 
 void TlCatalogue::Load(const std::string& path) {
     try {
-        // Also a library that turns out to be of no use stays loaded: its code has run.
-        m_libraries.emplace_back(path);
-        m_modules.push_back(std::make_unique<TlModule>(m_libraries.back()));
+        os::Library library(path);
+        try {
+            m_modules.push_back(std::make_shared<TlModule>(library));
+        } catch (...) {
+            library.Keep();  // also one that turns out to be of no use: its code has run
+            throw;
+        }
+        library.Keep();
         LogTrace(FactoryLog(), tracelog::kDebug, "Loaded the transport layer library '%s'.", path);
     } catch (...) {
+        m_isComplete = m_isComplete && !IsShortage(std::current_exception());
         Reject(path, DescribeCurrentException());
     }
 }

@@ -31,7 +31,7 @@ CTlFactory::~CTlFactory() = default;
  * \brief The application's way to transport layers and devices
  *
  * Transport layers lie as libraries in the folder eTransportLayerFolder. They are loaded at the first use, once per
- * process, and never unloaded.
+ * process, and never unloaded. Where the system had no memory or no descriptors for one, the next use tries again.
  *
  * CreateTl hands out a transport layer, to be given back with ReleaseTl. A transport layer that the factory has used
  * for itself (EnumerateDevices, CreateDevice, CreateFirstDevice, IsDeviceAccessible) it keeps, so that what it knows
@@ -57,7 +57,7 @@ CTlFactory& CTlFactory::GetInstance() {
  */
 int CTlFactory::EnumerateTls(TlInfoList& list) {
     list.clear();
-    for (const TlOffer& offer : m_impl->Catalogue().AllOffers())
+    for (const TlOffer& offer : m_impl->Catalogue()->AllOffers())
         list.push_back(offer.info);
     return static_cast<int>(list.size());
 }
@@ -69,7 +69,7 @@ int CTlFactory::EnumerateTls(TlInfoList& list) {
  * An exception of the library passes.
  */
 ITransportLayer* CTlFactory::CreateTl(const CTlInfo& info) {
-    for (const TlOffer& offer : m_impl->Catalogue().AllOffers()) {
+    for (const TlOffer& offer : m_impl->Catalogue()->AllOffers()) {
         if (offer.info.IsSubset(info))
             return offer.module->HandOut(offer.info);
     }
@@ -103,7 +103,8 @@ void CTlFactory::ReleaseTl(const ITransportLayer* tl) {
  * \brief Give back the transport layers that the factory keeps for itself; those in use by others stay
  */
 void CTlFactory::ReleaseUnusedTls() {
-    for (const auto& module : m_impl->Catalogue().Modules()) {
+    const auto catalogue = m_impl->Catalogue();
+    for (const auto& module : catalogue->Modules()) {
         for (const ITransportLayer* tl : module->TakeKept())
             ReleaseTl(tl);
     }
@@ -113,7 +114,7 @@ void CTlFactory::ReleaseUnusedTls() {
  * \brief What in the folder of transport layers could not be used, and why
  */
 std::vector<RejectedTl> CTlFactory::GetRejectedTls() const {
-    return m_impl->Catalogue().Rejected();
+    return m_impl->Catalogue()->Rejected();
 }
 
 /**
@@ -129,7 +130,7 @@ std::vector<RejectedTl> CTlFactory::GetRejectedTls() const {
 int CTlFactory::EnumerateDevices(DeviceInfoList& list, const DeviceInfoList& filter, bool addToList) {
     if (!addToList)
         list.clear();
-    std::vector<TlOffer> offers = m_impl->Catalogue().AllOffers();
+    std::vector<TlOffer> offers = m_impl->Catalogue()->AllOffers();
     std::erase_if(offers, [&](const TlOffer& offer) { return !MaySelect(filter, offer.info); });
     const std::vector<Impl::Match> found = m_impl->Enumerate(offers, filter);
     for (const Impl::Match& match : found)
@@ -192,7 +193,7 @@ void CTlFactory::DestroyDevice(IVantoDevice* device) {
  * \param[out] accessibility Why it can't be; may be null
  */
 bool CTlFactory::IsDeviceAccessible(const CDeviceInfo& info, AccessModeSet mode, AccessibilityCode* accessibility) {
-    const std::vector<TlOffer> offers = m_impl->Catalogue().OffersFor(info);
+    const std::vector<TlOffer> offers = m_impl->Catalogue()->OffersFor(info);
     const Impl::Match chosen = m_impl->Resolve(offers, info, false).value_or(Impl::Match{offers.front(), info});
     const TlLease tl(*chosen.offer.module, chosen.offer.info);
     if (!tl)

@@ -24,17 +24,29 @@ bool WasAsked(const std::vector<std::unique_ptr<const TlLease>>& asked, const Tl
 
 }  // namespace
 
-const TlCatalogue& CTlFactory::Impl::Catalogue() {
-    std::call_once(m_loaded, [this] {
-        m_catalogue = std::make_unique<const TlCatalogue>(getVantoFolderPath(eTransportLayerFolder).str());
-        m_ready.store(m_catalogue.get(), std::memory_order_release);
-    });
-    return *m_catalogue;
+std::shared_ptr<const TlCatalogue> CTlFactory::Impl::Known() {
+    const std::lock_guard lock(m_mutex);
+    return m_catalogue;
+}
+
+// The first look is the last, unless the system was short of something meanwhile.
+std::shared_ptr<const TlCatalogue> CTlFactory::Impl::Catalogue() {
+    const auto isWhole = [](const auto& catalogue) { return catalogue != nullptr && catalogue->IsComplete(); };
+    if (auto known = Known(); isWhole(known))
+        return known;
+    const std::lock_guard looking(m_looking);
+    const auto earlier = Known();
+    if (isWhole(earlier))
+        return earlier;
+    auto found = std::make_shared<const TlCatalogue>(getVantoFolderPath(eTransportLayerFolder).str(), earlier.get());
+    const std::lock_guard lock(m_mutex);
+    m_catalogue = found;
+    return found;
 }
 
 TlModule::GivenBack CTlFactory::Impl::GiveBack(const ITransportLayer* tl) {
     // A transport layer that the factory has made can only come from a catalogue that is there.
-    const TlCatalogue* const catalogue = m_ready.load(std::memory_order_acquire);
+    const auto catalogue = Known();
     if (catalogue == nullptr)
         return TlModule::GivenBack::kNotMine;
     for (const auto& module : catalogue->Modules()) {
@@ -104,7 +116,7 @@ std::optional<CTlFactory::Impl::Match> CTlFactory::Impl::Resolve(const std::vect
 
 IVantoDevice* CTlFactory::Impl::Create(const CDeviceInfo& info, const gcstring_vector& injectedXml,
                                        bool allowAmbiguous) {
-    const std::vector<TlOffer> offers = Catalogue().OffersFor(info);
+    const std::vector<TlOffer> offers = Catalogue()->OffersFor(info);
     const Match chosen = Resolve(offers, info, allowAmbiguous).value_or(Match{offers.front(), info});
     const TlLease tl(*chosen.offer.module, chosen.offer.info);
     if (!tl)
@@ -117,7 +129,7 @@ IVantoDevice* CTlFactory::Impl::Create(const CDeviceInfo& info, const gcstring_v
 }
 
 IVantoDevice* CTlFactory::Impl::CreateNamed(const gcstring& fullName) {
-    for (const TlOffer& offer : Catalogue().OffersFor(CDeviceInfo())) {
+    for (const TlOffer& offer : Catalogue()->OffersFor(CDeviceInfo())) {
         const TlLease tl(*offer.module, offer.info);
         IVantoDevice* const device = tl ? tl->CreateDevice(fullName) : nullptr;
         if (device != nullptr)
@@ -141,7 +153,8 @@ std::vector<ITransportLayer*> CTlFactory::Impl::PossibleOwners(IVantoDevice* dev
         if (const auto known = m_owners.extract(device))
             owners.push_back(known.mapped());
     }
-    for (const auto& module : Catalogue().Modules()) {
+    const auto catalogue = Catalogue();
+    for (const auto& module : catalogue->Modules()) {
         for (ITransportLayer* tl : module->GetMade()) {
             if (owners.empty() || owners.front() != tl)
                 owners.push_back(tl);
@@ -151,7 +164,8 @@ std::vector<ITransportLayer*> CTlFactory::Impl::PossibleOwners(IVantoDevice* dev
 }
 
 bool CTlFactory::Impl::DestroyBy(ITransportLayer* tl, IVantoDevice* device) {
-    for (const auto& module : Catalogue().Modules()) {
+    const auto catalogue = Catalogue();
+    for (const auto& module : catalogue->Modules()) {
         const TlLease held(*module, tl);
         if (!held)
             continue;

@@ -4,7 +4,6 @@
  */
 #pragma once
 
-#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,7 +25,7 @@ public:
         CDeviceInfo info;
     };
 
-    const TlCatalogue& Catalogue();
+    std::shared_ptr<const TlCatalogue> Catalogue();
     TlModule::GivenBack GiveBack(const ITransportLayer* tl);
     std::vector<Match> Enumerate(const std::vector<TlOffer>& offers, const DeviceInfoList& filter);
     IVantoDevice* Create(const CDeviceInfo& info, const gcstring_vector& injectedXml, bool allowAmbiguous);
@@ -39,11 +38,13 @@ private:
     std::vector<ITransportLayer*> PossibleOwners(IVantoDevice* device);
     bool DestroyBy(ITransportLayer* tl, IVantoDevice* device);
 
-    std::once_flag m_loaded;
-    std::unique_ptr<const TlCatalogue> m_catalogue;
-    std::atomic<const TlCatalogue*> m_ready{nullptr};
-    std::mutex m_mutex;  // guards m_owners; nothing of others is called with it
+    std::shared_ptr<const TlCatalogue> Known();
+
+    std::mutex m_looking;  // T that loads libraries holds it; others wait for what it finds
+    [[no_unique_address]] const os::LockName m_lookingName{&m_looking, "look for layers"};
+    std::mutex m_mutex;  // guards what follows; nothing of others is called with it
     [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "devices of layers"};
+    std::shared_ptr<const TlCatalogue> m_catalogue;  // modules that a catalogue has are in all that follow it
     std::map<IVantoDevice*, ITransportLayer*> m_owners;
 };
 

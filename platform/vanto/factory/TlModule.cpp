@@ -6,6 +6,7 @@
 #include "factory/TlModule.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "Base/GCException.h"
@@ -20,6 +21,7 @@ namespace Vanto {
  * \param[in] library The library; must stay loaded for as long as the module lives
  * \throw LibraryError It lacks one of the functions; names the library and the function
  * \throw RuntimeException It offers no usable transport layer
+ * \throw std::bad_alloc It has no memory at the moment
  */
 TlModule::TlModule(const os::Library& library)
     : m_path(library.Path()),
@@ -34,6 +36,8 @@ void TlModule::ReadInfos() {
     try {
         // What counts is what it added, not what it says that it added.
         m_getTlInfoList(offered);
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (...) {
         throw RUNTIME_EXCEPTION("GetTLInfoList failed: %s", DescribeCurrentException());
     }
