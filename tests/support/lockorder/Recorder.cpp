@@ -22,6 +22,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Places.h"
+
 namespace {
 
 constexpr std::size_t kMaxNames = 256;
@@ -182,18 +184,21 @@ void Write(std::uint8_t held, std::uint8_t taken) {
     static pthread_mutex_t lock = PTHREAD_MUTEX_INITIALIZER;
     void* calls[kMaxCalls];
     const int count = ::backtrace(calls, kMaxCalls);
-    char** const texts = ::backtrace_symbols(calls, count);
     TheSystem().lock(&lock);
     // Opened each time: programs close what they do not know, and become others.
     const int file = OpenFile();
     if (file >= 0) {
         ::dprintf(file, "%s\t%s\t%s\n", TheNames().Text(held), TheNames().Text(taken), program_invocation_name);
-        for (int index = 0; texts != nullptr && index < count; ++index)
-            ::dprintf(file, "\t%s\n", texts[index]);
+        lockorder::WritePlaces(file, calls, count);
         ::close(file);
     }
     TheSystem().unlock(&lock);
-    std::free(texts);
+}
+
+// The first call loads a library: later the loader's lock may be held by one that hangs.
+[[gnu::constructor]] void LoadWhatCallsAreFoundBy() {
+    void* call = nullptr;
+    ::backtrace(&call, 1);
 }
 
 void RecordPairs(std::uint8_t taken, const void* lock) {
