@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 
+#include "os/LockName.h"
 #include "vanto/Subscription.h"
 
 namespace Vanto {
@@ -36,11 +37,13 @@ public:
 private:
     struct Entry {
         std::recursive_mutex running;  // held by the thread that runs it, which may cancel it
+        [[no_unique_address]] const os::LockName runningName{&running, "application's callback"};
         std::function<void()> callback;
     };
     void Remove(const std::shared_ptr<Entry>& entry);
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "application's callbacks"};
     std::list<std::shared_ptr<Entry>> m_entries;
 };
 

@@ -13,6 +13,7 @@
 
 #include "Base/GCException.h"
 #include "StreamCore.h"
+#include "os/LockName.h"
 #include "vanto/DeviceRemovalCallback.h"
 #include "vanto/LogListener.h"
 #include "vanto/TlFactory.h"
@@ -41,6 +42,7 @@ private:
             thread.join();
     }
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "reaper of devices"};
     std::vector<std::thread> m_threads;
 };
 

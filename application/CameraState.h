@@ -12,6 +12,7 @@
 
 #include "CallbackList.h"
 #include "SharedPort.h"
+#include "os/LockName.h"
 #include "vanto/CameraError.h"
 #include "vanto/Device.h"
 #include "vanto/StreamGrabber.h"
@@ -67,6 +68,7 @@ private:
     std::atomic<bool> m_open{false};
 
     mutable std::mutex m_mutex;  // of what follows; held for moments
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "application's camera"};
     std::function<bool()> m_stopCheck;
     std::weak_ptr<StreamCore> m_stream;
     const StreamCore* m_streamKey = nullptr;

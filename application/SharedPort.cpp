@@ -7,6 +7,7 @@
 #include <map>
 #include <utility>
 
+#include "os/LockName.h"
 #include "vanto/TlFactory.h"
 #include "vanto/TraceLog.h"
 
@@ -37,6 +38,7 @@ void SharedPort::Keep(IVantoDevice* device) noexcept {
 /// The one of a record's port. There are as few as ports, so they stay.
 std::shared_ptr<SharedPort> SharedPort::Of(const CDeviceInfo& record) {
     static std::mutex mutex;
+    [[maybe_unused]] static const os::LockName mutexName(&mutex, "application's ports");
     static std::map<std::string, std::shared_ptr<SharedPort>> ports;
     gcstring name;
     if (!record.GetPropertyValue("PortID", name))

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "os/LockName.h"
 #include "vanto/Device.h"
 
 namespace Vanto {
@@ -33,6 +34,7 @@ private:
     void Keep(IVantoDevice* device) noexcept;
 
     std::mutex m_changing;
+    [[no_unique_address]] const os::LockName m_changingName{&m_changing, "application's port"};
     std::atomic<int> m_open{0};  // grows with the mutex only; a removal callback may close a device
     std::vector<IVantoDevice*> m_retired;
 };

@@ -15,6 +15,7 @@
 #include "CameraState.h"
 #include "FrameData.h"
 #include "base/FrameTags.h"
+#include "os/LockName.h"
 #include "vanto/FrameStream.h"
 
 namespace Vanto {
@@ -60,7 +61,9 @@ private:
     std::size_t m_payloadSize = 0;
 
     std::recursive_mutex m_stopping;  // held by the thread that stops, which may meet itself in a removal callback
-    mutable std::mutex m_mutex;       // of what follows
+    [[no_unique_address]] const os::LockName m_stoppingName{&m_stopping, "stopping of a stream"};
+    mutable std::mutex m_mutex;  // of what follows
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "application's stream"};
     bool m_running = false;
     bool m_prepared = false;
     std::map<StreamBufferHandle, FrameBuffer> m_queued;

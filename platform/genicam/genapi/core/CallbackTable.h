@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "GenApi/NodeCallback.h"
+#include "os/LockName.h"
 
 namespace GenApi {
 
@@ -57,6 +58,7 @@ private:
     std::unordered_map<std::uint32_t, CallbackList> m_entries;
     std::atomic<int> m_before{0};
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "running node callbacks"};
     std::condition_variable m_ended;
 };
 

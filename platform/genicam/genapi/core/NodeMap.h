@@ -22,6 +22,7 @@
 #include "core/DependencyGraph.h"
 #include "core/Node.h"
 #include "core/RegisterCache.h"
+#include "os/LockName.h"
 #include "schema/Arena.h"
 #include "schema/Description.h"
 
@@ -178,9 +179,11 @@ private:
     const FileNames m_files;
     const NodeMaker m_maker;
     mutable CLock m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "node map"};
     Arena m_arena;
     mutable std::mutex m_makingMutex;  // held while a node is made; nothing else is locked meanwhile
-    mutable Arena m_nodeArena;         // guarded by it
+    [[no_unique_address]] const os::LockName m_makingMutexName{&m_makingMutex, "making of a node"};
+    mutable Arena m_nodeArena;                             // guarded by it
     const std::unique_ptr<std::atomic<CNode*>[]> m_nodes;  // null for those that nobody asked for
     std::vector<CPort*> m_ports;
 

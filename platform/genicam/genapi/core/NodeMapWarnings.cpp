@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/NodeMap.h"
+#include "os/LockName.h"
 
 namespace GenApi {
 
@@ -14,6 +15,7 @@ namespace {
 
 struct SinkHolder {
     std::mutex mutex;
+    [[no_unique_address]] const os::LockName mutexName{&mutex, "node map's warnings"};
     WarningSink_t sink;
 };
 

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "os/LockName.h"
 #include "schema/Description.h"
 #include "schema/TextFingerprint.h"
 
@@ -40,6 +41,7 @@ private:
     };
 
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "descriptions"};
     std::unordered_map<DescriptionKey, std::weak_ptr<const Description>, Hash> m_descriptions;
 };
 

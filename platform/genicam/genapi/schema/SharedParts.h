@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "os/LockName.h"
 #include "schema/Arena.h"
 #include "schema/Property.h"
 
@@ -42,6 +43,7 @@ public:
 
 private:
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "parts of a description"};
     std::unordered_map<const Property*, const void*> m_parts;
     Arena m_arena;
 };
