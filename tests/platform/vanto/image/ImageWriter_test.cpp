@@ -25,9 +25,9 @@ ImageView View(const Bytes& bytes, EPixelType type, std::uint32_t width, std::ui
 
 class ImageWriter : public testing::Test {
 protected:
-    std::string Write(EImageFileFormat format, const ImageView& image) {
+    std::string Write(EImageFileFormat format, const ImageView& image, const ImageNotes& notes = {}) {
         const std::string path = m_folder.Path("image");
-        WriteImage(path, format, image);
+        WriteImage(path, format, image, notes);
         EXPECT_FALSE(std::filesystem::exists(path + ".part"));
         std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -157,9 +157,7 @@ TEST_F(ImageWriter, NotesWhatIsKnownOfTheImage) {
     const ImageNotes notes{"Marlow H2048", "24000001", "500 us", "12", "2026-03-14T15:09:26Z"};
     const Bytes bytes{1, 2, 3, 4};
     const std::string path = m_folder.Path("image");
-    WriteImage(path, EImageFileFormat::kPng, View(bytes, PixelType_Mono8, 2, 2), notes);
-    std::ifstream png(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(png), {}};
+    const std::string text = Write(EImageFileFormat::kPng, View(bytes, PixelType_Mono8, 2, 2), notes);
     for (const char* part : {"tEXtSource", "Marlow H2048", "Serial Number", "24000001", "Exposure Time", "500 us",
                              "Frame Number", "Creation Time"})
         EXPECT_THAT(text, testing::HasSubstr(part));
