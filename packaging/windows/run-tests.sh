@@ -65,7 +65,7 @@ until [ -s "$work/lines" ]; do
 done
 MARLOW_LINES=$(cat "$work/lines")
 export MARLOW_LINES
-export VANTO_TEST_DEVICES=${VANTO_TEST_DEVICES:-200} # what starts and ends a thread or a port takes its time under Wine
+export VANTO_TEST_ROUNDS=${VANTO_TEST_ROUNDS:-100} # what starts and ends a thread or a port takes its time under Wine
 run_programs 1 <"$windows/simulator-programs.txt" &
 simulators=$!
 grep -vxFf "$windows/simulator-programs.txt" "$windows/test-programs.txt" | run_programs "${JOBS:-2}"

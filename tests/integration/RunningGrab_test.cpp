@@ -14,15 +14,15 @@
 namespace integration {
 namespace {
 
-constexpr int kRounds = 1000;
-
-/// How many devices are destroyed: what VANTO_TEST_DEVICES says, if it is set. Each is opened for it, which takes its
-/// time on the serial line.
-int Devices() {
-    const char* const text = std::getenv("VANTO_TEST_DEVICES");
-    const int devices = text != nullptr ? std::atoi(text) : kRounds;
-    std::cout << devices << " of " << kRounds << " devices are destroyed; VANTO_TEST_DEVICES sets another number\n";
-    return devices;
+/// How many grabs or devices are ended: what VANTO_TEST_ROUNDS says, if it is set. Each takes a new thread, and a
+/// device its time on the serial line.
+int Rounds() {
+    constexpr int kAll = 1000;
+    const char* const text = std::getenv("VANTO_TEST_ROUNDS");
+    const int rounds = text != nullptr ? std::atoi(text) : kAll;
+    EXPECT_GT(rounds, 0) << "VANTO_TEST_ROUNDS is '" << text << "'";
+    std::cout << rounds << " of " << kAll << " rounds; VANTO_TEST_ROUNDS sets another number\n";
+    return rounds;
 }
 
 /// Retrieves the results and queues each buffer again, on a thread of its own.
@@ -80,11 +80,13 @@ protected:
             m_grabber->QueueBuffer(result->handle);
         }
     }
+
+    const int m_rounds = Rounds();
 };
 
 TEST_F(RunningGrab, CanBeFinished) {
     Begin();
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < m_rounds; ++round) {
         {
             const Application application(*m_grabber);
             LetRun(round);
@@ -108,7 +110,7 @@ TEST_F(RunningGrab, CanBeCancelled) {
     Begin();
     {
         const Application application(*m_grabber);
-        for (int round = 0; round < kRounds; ++round) {
+        for (int round = 0; round < m_rounds; ++round) {
             LetRun(round);
             m_grabber->CancelGrab();
         }
@@ -122,7 +124,7 @@ TEST_F(RunningGrab, CanBeCancelled) {
 }
 
 TEST_F(RunningGrab, CanBeClosedAndItsBuffersFreed) {
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < m_rounds; ++round) {
         Begin();
         {
             const Application application(*m_grabber);
@@ -151,8 +153,7 @@ TEST_F(RunningGrab, CanBeEndedByWhoFindsTheCameraGone) {
 }
 
 TEST_F(RunningGrab, CanBeDestroyedWithItsDevice) {
-    const int devices = Devices();
-    for (int round = 0; round < devices; ++round) {
+    for (int round = 0; round < m_rounds; ++round) {
         Begin();
         LetRun(round);
         Destroy();
