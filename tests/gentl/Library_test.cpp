@@ -3,8 +3,6 @@
  * What the producer's file offers, and its lives in a process
  */
 #include <fstream>
-#include <regex>
-#include <sstream>
 
 #include "tests/gentl/Consumer.h"
 
@@ -46,13 +44,16 @@ TEST_F(Lives, AThousandOfThemLeaveNothing) {
 
 TEST_F(Lives, TheFileExportsTheFunctionsOfTheStandard) {
     std::ifstream list(VANTO_GENTL_FUNCTIONS);
-    std::stringstream text;
-    text << list.rdbuf();
-    const std::string all = text.str();
-    const std::regex line("\n        ([A-Za-z]+);");
     int count = 0;
-    for (std::sregex_iterator found(all.begin(), all.end(), line); found != std::sregex_iterator(); ++found, ++count)
-        EXPECT_NE(File().FindSymbol((*found)[1].str().c_str()), nullptr) << (*found)[1];
+    for (std::string line; std::getline(list, line);) {
+        if (!line.starts_with("        ") || !line.ends_with(";"))
+            continue;
+        const std::string name = line.substr(8, line.size() - 9);
+        if (name != "*") {
+            EXPECT_NE(File().FindSymbol(name.c_str()), nullptr) << name;
+            ++count;
+        }
+    }
     EXPECT_EQ(count, 64);
 }
 
