@@ -213,7 +213,8 @@ protected:
     void RequireWritable();
     void CheckError();
     [[noreturn]] void ThrowAccess(const char* what) const;
-    bool IsValueCached() const noexcept { return Has(kValueCached); }
+    /// Whether the next read asks nobody: neither for the value nor for whether it may be read.
+    bool IsValueCached() const noexcept { return Has(kValueCached) && Has(kReadAccessValid); }
 
 private:
     enum class Condition : std::uint8_t { None, False, True, Unknown };

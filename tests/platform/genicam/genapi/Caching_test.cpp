@@ -28,6 +28,18 @@ TEST_F(Caching, ReadsARegisterOnce) {
     EXPECT_TRUE(Integer("A")->IsValueCacheValid());
 }
 
+TEST_F(Caching, AKnownValueThatMayBeUnreadableByNowHasToBeAskedFor) {
+    Load(Reg("R", "<Address>0</Address>") + Reg("On", "<Address>8</Address>", "<Cachable>NoCache</Cachable>") +
+         "<Integer Name='A'><pIsAvailable>On</pIsAvailable><pValue>R</pValue></Integer>");
+    port.PutLittle(8, 1, 4);
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    const int reads = port.Reads();
+    EXPECT_FALSE(Integer("A")->IsValueCacheValid());
+    EXPECT_EQ(port.Reads(), reads);
+    EXPECT_EQ(Integer("A")->GetValue(), 0);
+    EXPECT_EQ(port.Reads(), reads + 1);
+}
+
 TEST_F(Caching, NoCacheAsksEachTime) {
     Load(Reg("R", "<Address>0</Address>", "<Cachable>NoCache</Cachable>") +
          "<Integer Name='A'><pValue>R</pValue></Integer>");
