@@ -195,6 +195,31 @@ FeatureValue Feature::Value() const {
     return Vanto::Access(*m_camera, m_node, [&] { return ReadValue(*m_node); });
 }
 
+/**
+ * \brief The value if it is known and nobody uses the node map; asks no camera and waits for nobody
+ * \return Nothing where Value might have to wait
+ * \throw As Value
+ */
+std::optional<FeatureValue> Feature::KnownValue() const {
+    m_camera->RequireOpen();
+    GenApi::CLock& lock = m_node->GetNodeMap()->GetLock();
+    if (!lock.TryLock())
+        return std::nullopt;
+    const GenApi::AutoLock held(lock);
+    lock.Unlock();  // from here on it is held once, to the end
+    return IsKnown() ? std::optional(Value()) : std::nullopt;
+}
+
+// The node map's lock is held, so that it stays as it is. A register's length may have to be asked for.
+bool Feature::IsKnown() const {
+    if (m_integer != nullptr)
+        return m_integer->IsValueCacheValid();
+    if (m_number != nullptr)
+        return m_number->IsValueCacheValid();
+    const GenApi::CValuePtr value(m_node);
+    return Kind() != FeatureKind::kRegister && value.IsValid() && value->IsValueCacheValid();
+}
+
 /// The value in a notation that Set takes; throws as Value does.
 std::string Feature::Text() const {
     return Vanto::Access(*m_camera, m_node, [&] { return ReadText(*m_node); });

@@ -7,6 +7,8 @@
 
 #include <thread>
 
+#include "GenApi/INode.h"
+#include "GenApi/INodeMap.h"
 #include "tests/application/ApplicationTest.h"
 
 namespace {
@@ -37,6 +39,28 @@ TEST_F(Features, HaveValuesOfTheirKind) {
     EXPECT_TRUE(std::holds_alternative<double>(camera["ExposureTime"].Value()));
     EXPECT_EQ(camera["PixelFormat"].Value(), FeatureValue(std::string("Mono8")));
     EXPECT_EQ(camera["DeviceSerialNumber"].Value(), FeatureValue(std::string("21")));
+}
+
+TEST_F(Features, AreKnownWithoutTheCameraOnceTheyWereRead) {
+    const auto gain = camera["Gain"];
+    gain.Refresh();
+    EXPECT_EQ(gain.KnownValue(), std::nullopt);
+    EXPECT_EQ(gain.KnownValue(), std::nullopt);
+    const FeatureValue value = gain.Value();
+    EXPECT_EQ(gain.KnownValue(), value);
+    const FeatureValue format = camera["PixelFormat"].Value();
+    EXPECT_EQ(camera["PixelFormat"].KnownValue(), format);
+    EXPECT_EQ(camera["UserSetLoad"].KnownValue(), std::nullopt);
+}
+
+TEST_F(Features, AreNotWaitedForWhereOnlyWhatIsKnownIsWanted) {
+    const auto width = camera["Width"];
+    width.Value();
+    GenApi::CLock& lock = width.Node().GetNodeMap()->GetLock();
+    lock.Lock();
+    std::thread([&] { EXPECT_EQ(width.KnownValue(), std::nullopt); }).join();
+    lock.Unlock();
+    std::thread([&] { EXPECT_EQ(width.KnownValue(), width.Value()); }).join();
 }
 
 TEST_F(Features, TakeValuesAsPeopleWriteThem) {

@@ -92,6 +92,7 @@ public:
 
     // --- Its value ---
     FeatureValue Value() const;
+    std::optional<FeatureValue> KnownValue() const;
     std::string Text() const;
     void SetValue(const FeatureValue& value) const;
     void Refresh() const;
@@ -166,6 +167,7 @@ private:
             ThrowTooWide();
         return static_cast<std::int64_t>(value);
     }
+    bool IsKnown() const;
     std::vector<Feature> FeaturesOf(const std::vector<GenApi::IValue*>& values) const;
     [[noreturn]] void ThrowTooWide(std::int64_t value) const;
     [[noreturn]] void ThrowTooWide() const;
