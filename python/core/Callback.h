@@ -8,18 +8,21 @@
 
 #include <memory>
 
-#include "Gil.h"
-
 namespace python {
 
+namespace py = pybind11;
+
 /// A Python function without arguments. Copies are the same function. May be called and destroyed on any thread, with
-/// or without the GIL; does nothing once the interpreter ends. What it throws goes to sys.unraisablehook.
+/// or without the GIL; does nothing once the interpreter ends. What it throws goes to sys.unraisablehook; but where the
+/// main thread made the change, and so runs it, KeyboardInterrupt and its like end the call that made it.
 class Callback {
 public:
     explicit Callback(py::function function);
-    void operator()() const noexcept;
+    void operator()() const;
 
 private:
+    void Run(bool passes) const;
+
     std::shared_ptr<py::function> m_function;
 };
 

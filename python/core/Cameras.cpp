@@ -5,6 +5,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "Bindings.h"
 #include "Callback.h"
 #include "Dispatcher.h"
+#include "Holder.h"
 #include "Interruptible.h"
 #include "OpenCameras.h"
 #include "Values.h"
@@ -21,16 +23,17 @@ namespace python {
 namespace {
 
 using Vanto::Camera;
-using Shared = std::shared_ptr<Camera>;
+using Vanto::Subscription;
+using SharedCamera = std::shared_ptr<Camera>;
 
-Shared Opened(const std::optional<std::string>& name) {
-    Shared camera(name ? new Camera(*name) : new Camera, LetGo());
+SharedCamera Opened(const std::optional<std::string>& name) {
+    SharedCamera camera = Shared(name ? Camera(*name) : Camera());
     camera->SetStopCheck(AskForSignals);
     OpenCameras::Instance().Add(camera);
     return camera;
 }
 
-Shared Open(const std::optional<py::str>& name) {
+SharedCamera Open(const std::optional<py::str>& name) {
     const auto text = name ? std::optional(ToText(*name)) : std::nullopt;
     return Interruptible([text] { return Opened(text); });
 }
@@ -42,58 +45,56 @@ py::list List() {
     return list;
 }
 
-Vanto::Subscription Select(const Camera& camera, const py::str& selector, const py::object& object) {
-    const std::string name = ToText(selector);
-    const Vanto::FeatureValue value = ToValue(object);
-    return WithoutGil([&] { return camera.Select(name, value); });
+std::shared_ptr<Subscription> Select(const SharedCamera& camera, const py::str& selector, const py::object& object) {
+    return Interruptible(
+        [camera, name = ToText(selector), value = ToValue(object)] { return Shared(camera->Select(name, value)); });
 }
 
-Vanto::FrameStream Stream(const Camera& camera, std::size_t buffers, double timeout, std::uint64_t count) {
+std::shared_ptr<Vanto::FrameStream> Stream(const SharedCamera& camera, std::size_t buffers, double timeout,
+                                           std::uint64_t count) {
     Vanto::StreamOptions options;
     options.buffers = buffers;
     options.timeout = ToMilliseconds(timeout);
     options.count = count;
-    return WithoutGil([&] { return camera.Stream(options); });
+    return Interruptible([camera, options] { return Shared(camera->Stream(options)); });
 }
 
-Vanto::Subscription OnRemoval(const Camera& camera, const py::function& function) {
-    return WithoutGil([&camera, callback = Callback(function)] {
-        return camera.OnRemoval([callback] { Dispatcher::Instance().Post(callback); });
+std::shared_ptr<Subscription> OnRemoval(const SharedCamera& camera, const py::function& function) {
+    return Interruptible([camera, callback = Callback(function)] {
+        return Shared(camera->OnRemoval([callback] { Dispatcher::Instance().Post(callback); }));
     });
 }
 
-py::list Save(const Camera& camera, const py::str& path) {
-    const std::string text = ToText(path);
-    return ToPython(WithoutGil([&] { return camera.Save(text); }));
+py::list Save(const SharedCamera& camera, const py::str& path) {
+    return ToPython(Interruptible([camera, text = ToText(path)] { return camera->Save(text); }));
 }
 
-void Load(const Camera& camera, const py::str& path) {
-    const std::string text = ToText(path);
-    WithoutGil([&] { camera.Load(text); });
+void Load(const SharedCamera& camera, const py::str& path) {
+    Interruptible([camera, text = ToText(path)] { camera->Load(text); });
 }
 
-py::bytes ReadRegisters(const Camera& camera, std::int64_t address, std::size_t length) {
-    const Vanto::FeatureBytes bytes = WithoutGil([&] { return camera.ReadRegisters(address, length); });
+py::bytes ReadRegisters(const SharedCamera& camera, std::int64_t address, std::size_t length) {
+    const Vanto::FeatureBytes bytes =
+        Interruptible([camera, address, length] { return camera->ReadRegisters(address, length); });
     return py::bytes(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
-void WriteRegisters(const Camera& camera, std::int64_t address, const py::object& data) {
-    const Vanto::FeatureBytes bytes = ToBytes(data);
-    WithoutGil([&] { camera.WriteRegisters(address, bytes); });
+void WriteRegisters(const SharedCamera& camera, std::int64_t address, const py::object& data) {
+    Interruptible([camera, address, bytes = ToBytes(data)] { camera->WriteRegisters(address, bytes); });
 }
 
 }  // namespace
 
 void BindCameras(py::module_& module) {
-    py::class_<Camera, Shared>(module, "Camera", "An open camera.")
+    py::class_<Camera, SharedCamera>(module, "Camera", "An open camera.")
         .def("name", [](const Camera& camera) { return ToPython(camera.Name()); })
         .def("record", Giving(&Camera::Record))
         .def("is_open", &Camera::IsOpen)
         .def("is_gone", &Camera::IsGone)
-        .def("close", &Camera::Close, Released())
-        .def("features", &Camera::Features, Released())
-        .def("stream_features", &Camera::StreamFeatures, Released())
-        .def("transport_features", &Camera::TransportFeatures, Released())
+        .def("close", WaitingShared(&Camera::Close))
+        .def("features", WaitingShared(&Camera::Features))
+        .def("stream_features", WaitingShared(&Camera::StreamFeatures))
+        .def("transport_features", WaitingShared(&Camera::TransportFeatures))
         .def("select", Select, py::arg("selector"), py::arg("value"))
         .def("save", Save, py::arg("path"))
         .def("load", Load, py::arg("path"))

@@ -9,6 +9,8 @@
 #include <optional>
 
 #include "Bindings.h"
+#include "Holder.h"
+#include "Interruptible.h"
 #include "Values.h"
 
 namespace python {
@@ -29,10 +31,10 @@ double TimeOf(const Frame& frame) {
 }
 
 void Save(const Frame& frame, const py::str& path) {
-    const std::string text = ToText(path);
-    WithoutGil([&] { frame.Save(text); });
+    Interruptible([frame, text = ToText(path)] { frame.Save(text); });
 }
 
+/// It asks for signals itself.
 std::optional<Frame> Next(FrameStream& stream, std::optional<double> timeout) {
     const auto limit = timeout ? std::optional(ToMilliseconds(*timeout)) : std::nullopt;
     return WithoutGil([&] { return limit ? stream.Next(*limit) : stream.Next(); });
@@ -46,7 +48,7 @@ py::tuple CountsOf(const FrameStream& stream) {
 }  // namespace
 
 void BindFrames(py::module_& module) {
-    py::class_<Frame, Holder<Frame>>(module, "Frame", "An image in its buffer.", py::buffer_protocol())
+    py::class_<Frame, Light<Frame>>(module, "Frame", "An image in its buffer.", py::buffer_protocol())
         .def_buffer(BytesOf)
         .def("status", [](const Frame& frame) { return static_cast<int>(frame.Status()); })
         .def("error", [](const Frame& frame) { return ToPython(frame.Error()); })
@@ -63,12 +65,12 @@ void BindFrames(py::module_& module) {
         .def("bits_per_pixel", &Frame::BitsPerPixel)
         .def("pixel_format", [](const Frame& frame) { return ToPython(frame.PixelFormat()); })
         .def("save", Save, py::arg("path"));
-    py::class_<FrameStream, Holder<FrameStream>>(module, "FrameStream", "A running acquisition.")
+    py::class_<FrameStream, std::shared_ptr<FrameStream>>(module, "FrameStream", "A running acquisition.")
         .def("next", Next, py::arg("timeout"))
         .def("try_next", &FrameStream::TryNext, Released())
         .def("counts", CountsOf)
         .def("is_running", &FrameStream::IsRunning, Released())
-        .def("stop", &FrameStream::Stop, Released());
+        .def("stop", WaitingShared(&FrameStream::Stop));
 }
 
 }  // namespace python

@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 #include "Errors.h"
+#include "Helper.h"
 #include "vanto/CameraError.h"
 
 namespace python {
@@ -71,20 +72,47 @@ void NoteFork() noexcept {
     on_exit(EndForked, nullptr);
 }
 
+/// The thread whose call into the library this thread works on: the main thread's where it is a helper of its.
+unsigned long ThreadOfProgram() noexcept {
+    return Helper::IsOne() ? mainThread : PyThread_get_thread_ident();
+}
+
 /**
  * \brief Run the handlers of signals that came; called by waits every few milliseconds, without the GIL
- * \return Whether the wait shall end, because the interpreter does
+ * \return Whether the wait shall end: the interpreter does, or nobody wants what is waited for any more
  * \throw py::error_already_set What a handler threw: KeyboardInterrupt
  */
 bool AskForSignals() {
     if (!IsMainThread())
-        return Gate::Instance().IsClosed();
+        return Gate::Instance().IsClosed() || Helper::IsAlone();
     const HeldGil held;
     if (!held)
         return true;
     if (PyErr_CheckSignals() != 0)
         throw py::error_already_set();
     return false;
+}
+
+/// Whether Ctrl-C was pressed, for those who can't throw what its handler throws: that runs as soon as Python goes on.
+bool IsInterrupted() {
+    const HeldGil held;
+    if (!held)
+        return true;
+    if (PyOS_InterruptOccurred() == 0)
+        return false;
+    PyErr_SetInterrupt();
+    return true;
+}
+
+/// What a callback throws to end its program ends it as soon as Python goes on, where that can't be thrown.
+void InterruptLater(py::error_already_set& error) {
+    const HeldGil held;
+    if (!held)
+        return;
+    if (error.matches(PyExc_KeyboardInterrupt))
+        PyErr_SetInterrupt();
+    else
+        error.discard_as_unraisable(py::none());
 }
 
 }  // namespace python

@@ -10,7 +10,6 @@
 
 #include <pybind11/pybind11.h>
 
-#include <memory>
 #include <utility>
 
 #include "Gate.h"
@@ -62,25 +61,8 @@ bool IsMainThread() noexcept;
 bool IsForked() noexcept;
 void NoteFork() noexcept;
 bool AskForSignals();
-
-/// Lets an object of the library go when its Python object goes: without the GIL, as that may wait. In a forked process
-/// it stays, as the threads that it would wait for are not there.
-struct LetGo {
-    template <class Object>
-    void operator()(Object* object) const noexcept {
-        if (IsForked())
-            return;
-        const bool held = PyGILState_Check() != 0;
-        const Inside inside;
-        PyThreadState* const thread = held && inside ? PyEval_SaveThread() : nullptr;
-        delete object;
-        if (thread != nullptr)
-            PyEval_RestoreThread(thread);
-    }
-};
-
-/// How Python objects hold what is the library's.
-template <class Object>
-using Holder = std::unique_ptr<Object, LetGo>;
+bool IsInterrupted();
+void InterruptLater(py::error_already_set& error);
+unsigned long ThreadOfProgram() noexcept;
 
 }  // namespace python

@@ -53,7 +53,7 @@ py::tuple FeatureOf(const Vanto::DescribedFeature& feature) {
 
 /// (vendor, model, tool tip, features, warnings)
 py::tuple Describe(const py::str& path) {
-    const Vanto::Description description = WithoutGil([text = ToText(path)] { return Vanto::DescribeFile(text); });
+    const Vanto::Description description = Interruptible([text = ToText(path)] { return Vanto::DescribeFile(text); });
     return py::make_tuple(ToPython(description.vendor), ToPython(description.model), ToPython(description.toolTip),
                           ListOf(description.features, FeatureOf), ListOf(description.warnings, Text));
 }

@@ -38,7 +38,7 @@ double SecondsOf(std::chrono::system_clock::time_point time) {
 /// Hands a message on to a function of the module; it stays alive as long as the module.
 void Tell(const py::handle& sink, const LogMessage& message) {
     Dispatcher::Instance().Post(
-        [sink, message, time = SecondsOf(std::chrono::system_clock::now()), thread = PyThread_get_thread_ident()] {
+        [sink, message, time = SecondsOf(std::chrono::system_clock::now()), thread = ThreadOfProgram()] {
             try {
                 sink(ToPython(message.category), message.level, ToPython(message.text), time, thread);
             } catch (py::error_already_set& error) {

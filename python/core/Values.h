@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Gil.h"
+#include "Interruptible.h"
 #include "vanto/Camera.h"
 
 namespace python {
@@ -26,10 +27,18 @@ Vanto::FeatureValue ToValue(const py::handle& object);
 std::string ToText(const py::str& text);
 Vanto::FeatureBytes ToBytes(const py::handle& object);
 
-/// Binds an operation that gives something ToPython takes.
+/// Binds an operation that gives something ToPython takes, and waits for nobody.
 template <class Class, class Result>
 auto Giving(Result (Class::*operation)() const) {
     return [operation](const Class& self) { return ToPython(WithoutGil([&] { return (self.*operation)(); })); };
+}
+
+/// The same of one that may wait, of something that is a handle.
+template <class Class, class Result>
+auto WaitingFor(Result (Class::*operation)() const) {
+    return [operation](const Class& self) {
+        return ToPython(Interruptible([operation, self] { return (self.*operation)(); }));
+    };
 }
 
 }  // namespace python
