@@ -2,7 +2,7 @@
 # Fails when a file includes what its layer may not use. Run in the project's root: cmake -P cmake/check-layers.cmake
 #
 # Each line of the table: folder | include prefixes of ours that its files may use besides their own folder's.
-# (Prefixes: base/ os/ Base/ GenApi/ CLProtocol/ vanto/ gencp/ clser/ ; "-" is none.)
+# (Prefixes: base/ os/ clbindings/ Base/ GenApi/ CLProtocol/ vanto/ gencp/ clser/ ; "-" is none.)
 cmake_minimum_required(VERSION 3.25)
 set(table
     "platform/base|base/"
@@ -11,7 +11,8 @@ set(table
     "platform/genicam/genapi|base/ Base/ GenApi/ os/LockName.h"
     "platform/genicam/clprotocol|base/ Base/ GenApi/ CLProtocol/ clser/ os/"
     "platform/vanto|base/ Base/ GenApi/ CLProtocol/Log.h vanto/ os/"
-    "VantoCLSer|base/ Base/ GenApi/ CLProtocol/ clser/ClSerial.h vanto/ os/ VantoCLSer/"
+    "platform/clbindings|base/ Base/ vanto/internal/ os/ clbindings/"
+    "VantoCLSer|base/ clbindings/ Base/ GenApi/ CLProtocol/ clser/ClSerial.h vanto/ os/ VantoCLSer/"
     "include/vanto|Base/ GenApi/ CLProtocol/ vanto/ os/"
     "camera/gencp|base/ gencp/"
     "camera/clsertty|base/ clser/ os/"
@@ -21,7 +22,7 @@ set(table
     "application|base/ vanto/ Base/ GenApi/ os/LockName.h"
     "gentl|base/ gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
     "python|vanto/ Base/ GenApi/ CLProtocol/"
-    "tools|base/ vanto/ Base/ GenApi/ CLProtocol/ gentl/GenTL.h os/Library.h tools/"
+    "tools|base/ clbindings/ vanto/ Base/ GenApi/ CLProtocol/ gentl/GenTL.h os/ tools/"
     "examples|vanto/ Base/ GenApi/ gentl/ CLProtocol/CLProtocol.h")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")
@@ -83,7 +84,7 @@ foreach(line IN LISTS table)
                 message(SEND_ERROR "${name}: ${header} belongs in a posix/ or windows/ folder")
                 math(EXPR failures "${failures} + 1")
             endif()
-            if(header MATCHES "^(base|os|Base|GenApi|CLProtocol|vanto|gencp|clser|VantoCLSer|tools|camera|platform)/" OR header
+            if(header MATCHES "^(base|os|clbindings|Base|GenApi|CLProtocol|vanto|gencp|clser|VantoCLSer|tools|camera|platform)/" OR header
                                                                                                               MATCHES
                                                                                                               "^\\.\\.")
                 set(fine FALSE)
@@ -117,7 +118,7 @@ foreach(line IN LISTS rooms)
         file(STRINGS "${path}" includes REGEX "^[ ]*#[ ]*include[ ]*\"")
         foreach(include IN LISTS includes)
             string(REGEX REPLACE "^[^\"]*\"([^\"]*)\".*" "\\1" header "${include}")
-            if(header MATCHES "^(base|os|Base|GenApi|CLProtocol|vanto|gencp|clser)/")
+            if(header MATCHES "^(base|os|clbindings|Base|GenApi|CLProtocol|vanto|gencp|clser)/")
                 continue()
             endif()
             # The plug-in's files name their wing, those of the other wings begin with the room.

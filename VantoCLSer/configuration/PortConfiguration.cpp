@@ -8,17 +8,14 @@
 #include <cstring>
 #include <optional>
 #include <string>
-#include <xercesc/dom/DOM.hpp>
 
 #include "VantoCLSer/base/Log.h"
-#include "VantoCLSer/configuration/BoundedXmlFile.h"
-#include "VantoCLSer/configuration/BoundedXmlParser.h"
-#include "VantoCLSer/configuration/XercesGuard.h"
-#include "os/Environment.h"
+#include "clbindings/BoundedXmlParser.h"
+#include "clbindings/PortEntryReader.h"
+#include "clbindings/XercesGuard.h"
 #include "os/File.h"
 #include "os/Path.h"
 #include "vanto/internal/VantoException.h"
-#include "vanto/internal/VantoXercesHelper.h"
 
 namespace Vanto {
 
@@ -28,96 +25,10 @@ namespace {
 
 constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
 
-// The node after another in document order, below a root; null at the end.
-const xercesc::DOMNode* NextBelow(const xercesc::DOMNode& root, const xercesc::DOMNode* node) {
-    if (const xercesc::DOMNode* child = node->getFirstChild())
-        return child;
-    for (; node != &root; node = node->getParentNode()) {
-        if (const xercesc::DOMNode* sibling = node->getNextSibling())
-            return sibling;
-    }
-    return nullptr;
-}
-
-bool EqualsIgnoringCase(const char* left, const char* right) {
-    return xercesc::XMLString::compareIString(left, right) == 0;
-}
-
-using SetField = void (*)(PortConfiguration& entry, gcstring&& value);
-
-// Null for a name that means nothing.
-SetField FieldOf(const std::string& name) {
-    if (EqualsIgnoringCase(name.c_str(), "ID"))
-        return [](PortConfiguration& entry, gcstring&& value) { entry.id = std::move(value); };
-    if (name == "Manufacturer")
-        return [](PortConfiguration& entry, gcstring&& value) { entry.manufacturer = std::move(value); };
-    if (name == "Family")
-        return [](PortConfiguration& entry, gcstring&& value) { entry.family = std::move(value); };
-    if (name == "Model")
-        return [](PortConfiguration& entry, gcstring&& value) { entry.model = std::move(value); };
-    if (name == "DeviceSpecificString")
-        return [](PortConfiguration& entry, gcstring&& value) { entry.deviceSpecificString = std::move(value); };
-    if (name == "BaudRate")
-        return [](PortConfiguration& entry, gcstring&& value) { entry.baudRate = std::move(value); };
-    if (name == "Enabled")
-        return [](PortConfiguration& entry, gcstring&& value) {
-            entry.enabled = EqualsIgnoringCase(value, "yes") || EqualsIgnoringCase(value, "true") || value == "1";
-        };
-    return nullptr;
-}
-
-// Reads the elements of one document.
-class EntryReader {
-public:
-    PortConfiguration Read(const xercesc::DOMElement& port) {
-        PortConfiguration entry;
-        for (const auto* child = port.getFirstElementChild(); child != nullptr; child = child->getNextElementSibling())
-            if (const SetField set = FieldOf(ToLocalText(child->getNodeName())))
-                set(entry, TrimmedContent(*child));
-        return entry;
-    }
-
-private:
-    // More than any document of the greatest length has; only ports within ports are read more than once.
-    static constexpr std::size_t kMaxNodes = std::size_t{1} << 21;
-
-    // The text of all descendants, trimmed. The XML library's own operation for it calls itself for each level of
-    // elements, of which a file may have more than the stack has room for.
-    gcstring TrimmedContent(const xercesc::DOMElement& element) {
-        std::string text;
-        for (const xercesc::DOMNode* node = &element; node != nullptr; node = NextBelow(element, node)) {
-            if (++m_nodes > kMaxNodes)
-                throw VANTO_EXCEPTION(RuntimeException, kSource)(
-                    "Failed to process CL binding file: too many ports are nested within each other.");
-            if (node->getNodeType() == xercesc::DOMNode::TEXT_NODE ||
-                node->getNodeType() == xercesc::DOMNode::CDATA_SECTION_NODE)
-                text += ToLocalText(node->getNodeValue());
-        }
-        constexpr char kWhiteSpace[] = " \t\r\n\v\f";
-        const std::size_t first = text.find_first_not_of(kWhiteSpace);
-        if (first == std::string::npos)
-            return {};
-        return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
-    }
-
-    std::size_t m_nodes = 0;
-};
-
-std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) {
-    const xercesc::DOMDocument* document = CheckedDocument(parser.getDocument());
-    const xercesc::DOMNodeList* ports = document->getElementsByTagName(FromLocalText("Port").c_str());
-    // Each question for the length goes through the whole document.
-    const XMLSize_t length = ports->getLength();
-    EntryReader reader;
-    std::size_t count = 0;
-    for (XMLSize_t index = 0; index < length; ++index) {
-        PortConfiguration entry = reader.Read(*static_cast<const xercesc::DOMElement*>(ports->item(index)));
-        if (entry.id.empty())
-            continue;
-        list.push_back(std::move(entry));
-        ++count;
-    }
-    return count;
+PortConfiguration ToConfiguration(const PortEntry& entry) {
+    return {entry.id.text,    entry.manufacturer.text,         entry.family.text,
+            entry.model.text, entry.deviceSpecificString.text, entry.baudRate.text,
+            entry.IsEnabled()};
 }
 
 }  // namespace
@@ -126,32 +37,16 @@ std::size_t ReadDocument(BoundedXmlParser& parser, PortConfigurationList& list) 
  * \brief Form the path of the port configuration file
  * \param[out] buffer Null, or room for 260 characters; untouched when the path does not fit
  *
- * The folder is the value of VANTO_CL_BINDINGS, or, where that variable does not exist, Marlow/CLBindings below the
- * common application data folder. A variable that is set but empty or too long leaves the bare file name, relative
- * to the working folder.
- *
  * \return Characters that the path needs, its NUL included; 0 when no path can be formed
  * \context Any thread
  */
 std::size_t GetPortConfigurationPath(char* buffer, CommonFolder* commonFolder) {
-    const os::EnvironmentValue folder = os::GetEnvironment("VANTO_CL_BINDINGS", os::kMaxPath);
-    std::string path = folder.text;
-    if (folder.status == os::EnvironmentStatus::kAbsent) {
-        const std::optional<std::string> common = commonFolder();
-        if (!common)
-            return 0;
-        path = *common;
-        os::AppendToPath(path, os::ToSystemSeparators("Marlow\\CLBindings"));
-    }
-    // A folder that leaves no room for the name still has a length to report.
-    if (!os::AppendToPath(path, "PortConfiguration_x64.xml")) {
-        if (!os::IsPathSeparator(path.back()))
-            path += os::kPathSeparator;
-        path += "PortConfiguration_x64.xml";
-    }
-    const std::size_t needed = path.size() + 1;
+    const std::optional<ConfigurationLocation> location = FindConfigurationLocation(commonFolder);
+    if (!location)
+        return 0;
+    const std::size_t needed = location->path.size() + 1;
     if (needed <= os::kMaxPath && buffer != nullptr)
-        std::memcpy(buffer, path.c_str(), needed);
+        std::memcpy(buffer, location->path.c_str(), needed);
     return needed;
 }
 
@@ -187,16 +82,23 @@ std::size_t ParseCLBindings(const char* path, PortConfigurationList& list) {
         LogTrace(TlLog(), tracelog::kError, "CLBindings file '%s' does not exist or could not be read.", path);
         return 0;
     }
-    DefaultRuntimeExceptionErrorHandler handler;
-    std::optional<BoundedXmlParser> parser;
-    Guarded("Failed to parse CL binding file", [&] {
-        parser.emplace();
-        parser->setErrorHandler(&handler);
-        parser->parse(BoundedXmlFile(path));
-    });
-    const std::size_t count = Guarded("Failed to process CL binding file", [&] { return ReadDocument(*parser, list); });
+    BoundedXmlParser parser;
+    parser.ParseFile(path);
+    const PortEntries entries = Guarded("Failed to process CL binding file", [&] { return ReadPortEntries(parser); });
+    std::size_t count = 0;
+    for (const PortEntry& entry : entries) {
+        if (entry.id.text.empty())
+            continue;
+        list.push_back(ToConfiguration(entry));
+        ++count;
+    }
     LogTrace(TlLog(), tracelog::kDebug, "Successfully parsed %u entries from CLbindings file.", count);
     return count;
+}
+
+/// What is told of an XML library that can't be ended.
+void LogUnendedXercesSession() {
+    LogTrace(TlLog(), tracelog::kError, "Exception while deinitializing xerces");
 }
 
 /**
@@ -205,7 +107,7 @@ std::size_t ParseCLBindings(const char* path, PortConfigurationList& list) {
  * \context Any thread
  */
 void ReadCLBindings(const gcstring& path, PortConfigurationList& list) {
-    const XercesSession session;
+    const XercesSession session(&LogUnendedXercesSession);
     try {
         ParseCLBindings(path, list);
     } catch (const GenericException& error) {

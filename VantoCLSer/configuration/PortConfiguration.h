@@ -5,11 +5,10 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "os/Path.h"
+#include "clbindings/ConfigurationLocation.h"
 #include "vanto/VantoTypes.h"
 
 namespace Vanto {
@@ -28,12 +27,10 @@ struct PortConfiguration {
 /// In document order; several entries may carry the same ID.
 using PortConfigurationList = std::vector<PortConfiguration>;
 
-/// Where applications keep data for all users; nothing where the system does not tell.
-using CommonFolder = std::optional<std::string>();
-
 std::size_t GetPortConfigurationPath(char* buffer, CommonFolder* commonFolder = &os::CommonApplicationDataFolder);
 std::string FindPortConfiguration(CommonFolder* commonFolder = &os::CommonApplicationDataFolder);
 std::size_t ParseCLBindings(const char* path, PortConfigurationList& list);
+void LogUnendedXercesSession();
 void ReadCLBindings(const gcstring& path, PortConfigurationList& list);
 
 }  // namespace Vanto

@@ -9,16 +9,17 @@
 
 #include <ostream>
 #include <string>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
-#include "Base/GCException.h"
 #include "scripted/Scripted.h"
+#include "scripted/Thrown.h"
 #include "vanto/LogListener.h"
 
 namespace clser_test {
 
+using scripted::Thrown;
+using scripted::ThrownBy;
 using Vanto::gcstring;
 using Vanto::gcstring_vector;
 using Vanto::tracelog::kDebug;
@@ -44,30 +45,6 @@ struct Logged {
             *out << ", '" << argument << "'";
     }
 };
-
-/// What an action threw: its exception's very type, as the exception names it, and its parts.
-struct Thrown {
-    std::string type;
-    std::string description;
-    std::string source;
-
-    bool operator==(const Thrown&) const = default;
-    friend void PrintTo(const Thrown& thrown, std::ostream* out) {
-        *out << thrown.type << " \"" << thrown.description << "\" from " << thrown.source;
-    }
-};
-
-template <class Exception = GenICam::RuntimeException, class Action>
-Thrown ThrownBy(const Action& action) {
-    try {
-        action();
-    } catch (const GenICam::GenericException& error) {
-        EXPECT_TRUE(typeid(error) == typeid(Exception)) << typeid(error).name();
-        EXPECT_NE(error.GetSourceLine(), 0u);
-        return {error.GetExceptionType(), error.GetDescription(), error.GetSourceFileName()};
-    }
-    return {};
-}
 
 inline std::vector<gcstring> ToVector(const gcstring_vector& texts) {
     return {texts.begin(), texts.end()};

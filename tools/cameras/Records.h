@@ -9,7 +9,7 @@
 
 #include "cameras/KnownCameras.h"
 #include "cameras/TransportLayer.h"
-#include "configuration/PortEntry.h"
+#include "configuration/PortConfiguration.h"
 #include "vanto/Info.h"
 
 namespace tools {

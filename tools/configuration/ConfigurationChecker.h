@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "configuration/PortEntry.h"
+#include "configuration/PortConfiguration.h"
 
 namespace tools {
 

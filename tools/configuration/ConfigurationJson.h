@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "configuration/PortEntry.h"
+#include "configuration/PortConfiguration.h"
 #include "output/Json.h"
 
 namespace tools {

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "configuration/PortEntry.h"
+#include "configuration/PortConfiguration.h"
 
 namespace tools {
 

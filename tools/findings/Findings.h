@@ -8,13 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "base/Place.h"
+
 namespace tools {
 
-/// A place in a text file, both counted from 1. Columns count characters. Line 0: the file as a whole.
-struct Place {
-    std::uint64_t line = 0;
-    std::uint64_t column = 0;
-};
+using base::Place;
 
 /// An error keeps something from working; a warning points at what was probably not meant; a note is a matter of taste
 /// or of a standard.

@@ -11,8 +11,6 @@ namespace tools {
 
 /// Path of this program's own file.
 std::filesystem::path OwnProgram();
-/// The folder for data of all users' applications; nothing when the system has none.
-std::optional<std::filesystem::path> CommonApplicationDataFolder();
 /// The folder for what this program remembers from one run to the next: VANTO_CL_STATE, else the user's own; nothing
 /// when the user has none. It need not be there.
 std::optional<std::filesystem::path> StateFolder();

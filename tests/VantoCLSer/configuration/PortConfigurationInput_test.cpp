@@ -12,8 +12,8 @@
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "VantoCLSer/configuration/BoundedXmlFile.h"
 #include "VantoCLSer/configuration/PortConfiguration.h"
+#include "clbindings/BoundedXmlFile.h"
 #include "tests/VantoCLSer/Fixture.h"
 #include "tests/VantoCLSer/configuration/LocalText.h"
 

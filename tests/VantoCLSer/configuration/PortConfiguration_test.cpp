@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "VantoCLSer/VantoCLSerTL.h"
-#include "VantoCLSer/configuration/XercesGuard.h"
+#include "clbindings/XercesGuard.h"
 #include "os/Path.h"
 #include "tests/VantoCLSer/Fixture.h"
 
@@ -284,7 +284,7 @@ TEST_F(PortConfigurationFile, AppendsToTheList) {
 
 TEST_F(PortConfigurationFile, CountsTheEntriesThatItAppends) {
     m_folder.Write(kFileName, "<r><Port/>" + PortElement("a") + PortElement("b") + PortElement("a") + "</r>");
-    const XercesSession xerces;
+    const XercesSession xerces([] {});
     PortConfigurationList list(1);
     EXPECT_EQ(ParseCLBindings(ConfigurationPath().c_str(), list), 3u);
     EXPECT_THAT(Ids(list), ElementsAre("", "a", "b", "a"));
@@ -294,6 +294,13 @@ TEST_F(PortConfigurationFile, IsNotReadFromANullPath) {
     PortConfigurationList list;
     EXPECT_EQ(ParseCLBindings(nullptr, list), 0u);
     EXPECT_THAT(m_log.GetMessages(), IsEmpty());
+}
+
+TEST_F(PortConfigurationFile, TellsOfAnXmlLibraryThatCanNotBeEnded) {
+    {
+        const XercesSession session([] {}, [] { throw 42; }, &LogUnendedXercesSession);
+    }
+    EXPECT_THAT(LoggedIn(kTl), ElementsAre(Logged{kError, "Exception while deinitializing xerces", {}}));
 }
 
 TEST_F(PortConfigurationFile, ThatIsMissingIsLoggedAndYieldsNothing) {

@@ -85,7 +85,7 @@ TEST_F(Config, CheckPrintsJson) {
     const json answer = json::parse(run.out);
     EXPECT_EQ(answer.at("Fine"), false);
     EXPECT_EQ(answer.at("Findings").at(0).at("Line"), 2);
-    EXPECT_EQ(answer.at("Findings").at(0).at("Text"), "malformed XML: mismatched tag");
+    EXPECT_EQ(answer.at("Findings").at(0).at("Text"), "malformed XML: expected end of tag 'Port'");
 }
 
 TEST_F(Config, CheckTakesAnotherFile) {

@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "TemporaryFile.h"
+#include "os/Path.h"
 #include "system/Environment.h"
-#include "system/Folders.h"
 
 namespace {
 
@@ -24,7 +24,8 @@ protected:
 TEST_F(ConfigurationPathTest, IsTheMachinesWithoutTheVariable) {
     UnsetEnvironment("VANTO_CL_BINDINGS");
     const ConfigurationPath found = FindConfigurationPath();
-    EXPECT_EQ(found.path, *CommonApplicationDataFolder() / "Marlow" / "CLBindings" / "PortConfiguration_x64.xml");
+    EXPECT_EQ(found.path, std::filesystem::path(*os::CommonApplicationDataFolder()) / "Marlow" / "CLBindings" /
+                              "PortConfiguration_x64.xml");
     EXPECT_EQ(found.reason, "VANTO_CL_BINDINGS is not set, so the file of the whole machine is used.");
     EXPECT_EQ(found.warning, "");
 }

@@ -18,10 +18,6 @@ std::filesystem::path OwnProgram() {
     return std::filesystem::read_symlink("/proc/self/exe");
 }
 
-std::optional<std::filesystem::path> CommonApplicationDataFolder() {
-    return "/etc";
-}
-
 std::optional<std::filesystem::path> StateFolder() {
     const auto folder = [](const char* variable) {
         return std::filesystem::path(GetEnvironment(variable).value_or(std::string()));

@@ -30,13 +30,6 @@ std::filesystem::path OwnProgram() {
     return path;
 }
 
-std::optional<std::filesystem::path> CommonApplicationDataFolder() {
-    std::array<wchar_t, MAX_PATH> path{};
-    if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) != S_OK)
-        return std::nullopt;
-    return std::filesystem::path(path.data());
-}
-
 std::optional<std::filesystem::path> StateFolder() {
     if (const std::string own = GetEnvironment("VANTO_CL_STATE").value_or(std::string()); !own.empty())
         return PathOf(own);

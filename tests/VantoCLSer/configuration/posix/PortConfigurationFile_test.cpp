@@ -11,9 +11,9 @@
 #include <thread>
 
 #include "VantoCLSer/VantoCLSerTL.h"
-#include "VantoCLSer/configuration/BoundedXmlFile.h"
 #include "VantoCLSer/configuration/PortConfiguration.h"
-#include "VantoCLSer/configuration/XercesGuard.h"
+#include "clbindings/BoundedXmlFile.h"
+#include "clbindings/XercesGuard.h"
 #include "tests/VantoCLSer/Fixture.h"
 
 namespace Vanto {
@@ -72,7 +72,7 @@ TEST_F(PortConfigurationSpecialFile, ThatIsAPipeDoesNotBlock) {
 
 TEST_F(PortConfigurationSpecialFile, WhoseNameIsTakenByAPipeDoesNotBlock) {
     WriteConfiguration(PortElement("a"));
-    const XercesSession xerces;
+    const XercesSession xerces([] {});
     const BoundedXmlFile file(ConfigurationPath());
     std::filesystem::remove(ConfigurationPath());
     ASSERT_EQ(::mkfifo(ConfigurationPath().c_str(), 0600), 0);

@@ -3,11 +3,15 @@
  * A DOM parser for files that nobody has checked
  */
 
-#include "VantoCLSer/configuration/BoundedXmlParser.h"
+#include "clbindings/BoundedXmlParser.h"
 
 #include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLErrorCodes.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/util/XMLUniDefs.hpp>
 
-#include "VantoCLSer/configuration/BoundedXmlFile.h"
+#include "clbindings/BoundedXmlFile.h"
+#include "clbindings/XercesGuard.h"
 #include "vanto/internal/VantoException.h"
 #include "vanto/internal/VantoXercesHelper.h"
 
@@ -34,6 +38,28 @@ BoundedXmlParser::BoundedXmlParser() {
     setSecurityManager(&m_limits);
     setLoadExternalDTD(false);
     setDisableDefaultEntityResolution(true);
+    setErrorHandler(&m_thrower);
+}
+
+/**
+ * \brief Parse a file
+ * \param[in] path In the local code page
+ * \throw RuntimeException The file is malformed, longer than BoundedXmlFile::kMaxSize, or no plain file
+ */
+void BoundedXmlParser::ParseFile(const std::string& path) {
+    Guarded("Failed to parse CL binding file", [&] { parse(BoundedXmlFile(path)); });
+}
+
+/// Where the parser is.
+base::Place BoundedXmlParser::Here() const {
+    const xercesc::Locator& locator = *getScanner()->getLocator();
+    return {locator.getLineNumber(), locator.getColumnNumber()};
+}
+
+/// Where an element or text of the document begins. What an entity brought begins behind the reference to it.
+base::Place BoundedXmlParser::PlaceOf(const xercesc::DOMNode& node) const {
+    const auto found = m_places.find(&node);
+    return found == m_places.end() ? base::Place() : found->second;
 }
 
 // Default values of attributes are repeated with each element, and entities with each reference to them. Whatever
@@ -56,26 +82,64 @@ void BoundedXmlParser::startElement(const xercesc::XMLElementDecl& declaration, 
     }
     Count(size);
     XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+    m_end = Here();
+}
+
+// The library tells of an element when it has passed its tag, which begins where that before it ended.
+xercesc::DOMElement* BoundedXmlParser::createElement(const XMLCh* name) {
+    xercesc::DOMElement* const element = XercesDOMParser::createElement(name);
+    m_places.emplace(element, m_end);
+    return element;
+}
+
+xercesc::DOMText* BoundedXmlParser::createText(const XMLCh* text, XMLSize_t length) {
+    xercesc::DOMText* const node = XercesDOMParser::createText(text, length);
+    m_places.emplace(node, m_end);
+    return node;
+}
+
+void BoundedXmlParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, bool isRoot,
+                                  const XMLCh* prefix) {
+    XercesDOMParser::endElement(declaration, uriId, isRoot, prefix);
+    m_end = Here();
+}
+
+void BoundedXmlParser::endEntityReference(const xercesc::XMLEntityDecl& declaration) {
+    XercesDOMParser::endEntityReference(declaration);
+    m_end = Here();
+}
+
+void BoundedXmlParser::error(unsigned int code, const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
+                             const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
+                             XMLFileLoc column) {
+    const bool isOfXml = xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
+    if (type != xercesc::XMLErrorReporter::ErrType_Warning)
+        m_fault = Fault{isOfXml ? code : +xercesc::XMLErrs::XMLException_Fatal, ToLocalText(text), {line, column}};
+    XercesDOMParser::error(code, domain, type, text, systemId, publicId, line, column);
 }
 
 void BoundedXmlParser::docCharacters(const XMLCh* characters, XMLSize_t length, bool isCData) {
     Count(length);
     XercesDOMParser::docCharacters(characters, length, isCData);
+    m_end = Here();
 }
 
 void BoundedXmlParser::ignorableWhitespace(const XMLCh* characters, XMLSize_t length, bool isCData) {
     Count(length);
     XercesDOMParser::ignorableWhitespace(characters, length, isCData);
+    m_end = Here();
 }
 
 void BoundedXmlParser::docComment(const XMLCh* text) {
     Count(kCommentMarks + Length(text));
     XercesDOMParser::docComment(text);
+    m_end = Here();
 }
 
 void BoundedXmlParser::docPI(const XMLCh* target, const XMLCh* data) {
     Count(kInstructionMarks + Length(target) + Length(data));
     XercesDOMParser::docPI(target, data);
+    m_end = Here();
 }
 
 /**

@@ -3,7 +3,7 @@
  * A file for the XML library that is read up to a limit, and only when it is a plain file
  */
 
-#include "VantoCLSer/configuration/BoundedXmlFile.h"
+#include "clbindings/BoundedXmlFile.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -3,7 +3,7 @@
  * What the XML library throws, and when it is there
  */
 
-#include "VantoCLSer/configuration/XercesGuard.h"
+#include "clbindings/XercesGuard.h"
 
 #include <cstddef>
 #include <mutex>
@@ -12,7 +12,6 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUniDefs.hpp>
 
-#include "VantoCLSer/base/Log.h"
 #include "os/LockName.h"
 
 namespace Vanto {
@@ -58,10 +57,13 @@ void Initialize() {
 
 }  // namespace
 
-XercesSession::XercesSession() : XercesSession(&Initialize, [] { xercesc::XMLPlatformUtils::Terminate(); }) {}
+XercesSession::XercesSession(Function couldNotEnd)
+    : XercesSession(
+          &Initialize, [] { xercesc::XMLPlatformUtils::Terminate(); }, couldNotEnd) {}
 
 /// \throw RuntimeException The library can't be initialised
-XercesSession::XercesSession(Function initialize, Function terminate) : m_terminate(terminate) {
+XercesSession::XercesSession(Function initialize, Function terminate, Function couldNotEnd)
+    : m_terminate(terminate), m_couldNotEnd(couldNotEnd) {
     const std::lock_guard lock(g_xercesLock);
     Guarded("Failed to initialize Xerces", initialize, &PlainText);
 }
@@ -71,7 +73,7 @@ XercesSession::~XercesSession() {
         const std::lock_guard lock(g_xercesLock);
         m_terminate();
     } catch (...) {
-        LogTrace(TlLog(), tracelog::kError, "Exception while deinitializing xerces");
+        m_couldNotEnd();
     }
 }
 

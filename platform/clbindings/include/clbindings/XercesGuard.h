@@ -45,19 +45,20 @@ auto Guarded(const char* text, Action action, std::source_location where = std::
         text, action, [](const XMLCh* message) { return ToLocalText(message); }, where);
 }
 
-/// The XML library, initialised for the lifetime of the object.
+/// The XML library, initialised for the lifetime of the object. An action is told when it could not be ended.
 class XercesSession {
 public:
     using Function = void (*)();
 
-    XercesSession();
-    XercesSession(Function initialize, Function terminate);
+    explicit XercesSession(Function couldNotEnd);
+    XercesSession(Function initialize, Function terminate, Function couldNotEnd);
     ~XercesSession();
     XercesSession(const XercesSession&) = delete;
     XercesSession& operator=(const XercesSession&) = delete;
 
 private:
     const Function m_terminate;
+    const Function m_couldNotEnd;
 };
 
 const xercesc::DOMDocument* CheckedDocument(const xercesc::DOMDocument* document);
