@@ -24,6 +24,11 @@ constexpr std::uint32_t kMaxHeartbeatMs = 60'000;
 constexpr Register kReserved{0x0208, 4};
 constexpr std::uint64_t kNowhere = 0x7FFF'0000;
 
+/// Since version 1.2.
+bool HasInterfaceVersion(const CameraOptions& options) {
+    return options.genCpMajor > 1 || options.genCpMinor >= 2;
+}
+
 std::uint64_t CapabilityOf(const CameraOptions& options) {
     std::uint64_t bits = capability::kUserDefinedName | capability::kAccessPrivilege | capability::kTimestamp |
                          capability::kEndiannessRegister | (capability::kEncodingUtf8 << capability::kEncodingShift);
@@ -31,7 +36,7 @@ std::uint64_t CapabilityOf(const CameraOptions& options) {
     bits |= options.writtenLength ? capability::kWrittenLength : 0;
     bits |= options.serialRegisters == SerialRegisters::kNone ? 0 : capability::kSbrm;
     bits |= options.stacked ? capability::kStackedCommands : 0;
-    bits |= options.genCpMinor >= 2 ? capability::kSoftwareInterfaceVersion : 0;
+    bits |= HasInterfaceVersion(options) ? capability::kSoftwareInterfaceVersion : 0;
     return bits;
 }
 
@@ -55,7 +60,7 @@ void AddTexts(RegisterFile& file, const CameraModel& model, const CameraOptions&
     file.AddText(abrm::kManufacturerInfo, Access::kRead, "simulated");
     file.AddText(abrm::kSerialNumber, Access::kRead, options.serial);
     file.AddText(abrm::kUserDefinedName, Access::kReadWrite, options.userName);
-    file.AddText(abrm::kSoftwareInterfaceVersion, Access::kRead, options.genCpMinor >= 2 ? "1.0" : "");
+    file.AddText(abrm::kSoftwareInterfaceVersion, Access::kRead, HasInterfaceVersion(options) ? "1.0" : "");
 }
 
 }  // namespace
@@ -67,7 +72,7 @@ void AddTexts(RegisterFile& file, const CameraModel& model, const CameraOptions&
 void AddBootstrapRegisters(RegisterFile& file, const CameraModel& model, const CameraOptions& options,
                            const std::function<std::chrono::nanoseconds()>& upTime) {
     AddTexts(file, model, options);
-    file.AddNumber(abrm::kGenCpVersion, Access::kRead, 0x00010000U | options.genCpMinor);
+    file.AddNumber(abrm::kGenCpVersion, Access::kRead, (std::uint32_t{options.genCpMajor} << 16U) | options.genCpMinor);
     file.AddNumber(abrm::kDeviceCapability, Access::kRead, CapabilityOf(options));
     file.AddNumber(abrm::kMaxDeviceResponseTime, Access::kRead, ResponseTimeOf(options));
     file.AddNumber(abrm::kManifestTableAddress, Access::kRead, registers::kManifestAddress);
@@ -97,7 +102,7 @@ void AddBootstrapRegisters(RegisterFile& file, const CameraModel& model, const C
 }
 
 /**
- * \brief Lay the manifest table with one entry, and the description file that it points to
+ * \brief Lay the manifest table with one entry, if it is listed, and the description file that it points to
  */
 void AddManifest(RegisterFile& file, const DescriptionFile& description) {
     ManifestEntry entry;
@@ -110,9 +115,12 @@ void AddManifest(RegisterFile& file, const DescriptionFile& description) {
     entry.address = registers::kDescriptionAddress;
     entry.size = description.bytes.size();
     entry.sha1 = description.sha1;
-    file.AddNumber(manifest::kEntryCount.At(registers::kManifestAddress), Access::kRead, 1);
+    file.AddNumber(manifest::kEntryCount.At(registers::kManifestAddress), Access::kRead, description.isListed ? 1 : 0);
     file.Add({registers::kManifestAddress + manifest::kFirstEntry, manifest::kEntrySize}, Access::kRead,
              EncodeManifestEntry(entry));
+    if (description.bytes.empty()) {
+        return;
+    }
     file.Add({registers::kDescriptionAddress, static_cast<std::uint32_t>(description.bytes.size())}, Access::kRead,
              description.bytes);
 }

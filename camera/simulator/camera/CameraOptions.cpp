@@ -5,9 +5,11 @@
 
 #include "simulator/CameraOptions.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <stdexcept>
+#include <utility>
 
 #include "base/Text.h"
 #include "camera/CameraModel.h"
@@ -50,11 +52,29 @@ std::uint32_t ParseBaud(std::string_view text) {
     return baud;
 }
 
-std::uint16_t ParseGenCp(std::string_view text) {
-    if (!text.starts_with("1.")) {
-        throw std::invalid_argument("'" + std::string(text) + "' is no version 1.0 to 1.3");
+/// Any version: a host has to say what it thinks of those that it does not know.
+void SetGenCp(CameraOptions& options, std::string_view text) {
+    const std::size_t dot = text.find('.');
+    if (dot == std::string_view::npos) {
+        throw std::invalid_argument("'" + std::string(text) + "' is no version such as 1.3");
     }
-    return static_cast<std::uint16_t>(ParseCount(text.substr(2), 3));
+    options.genCpMajor = static_cast<std::uint16_t>(ParseCount(text.substr(0, dot), std::uint16_t{UINT16_MAX}));
+    options.genCpMinor = static_cast<std::uint16_t>(ParseCount(text.substr(dot + 1), std::uint16_t{UINT16_MAX}));
+}
+
+DescriptionFault ParseDescriptionFault(std::string_view text) {
+    constexpr std::array<std::pair<std::string_view, DescriptionFault>, 5> kWords{{
+        {"none", DescriptionFault::kNone},
+        {"missing", DescriptionFault::kMissing},
+        {"empty", DescriptionFault::kEmpty},
+        {"sha1", DescriptionFault::kWrongSha1},
+        {"zip", DescriptionFault::kDamagedZip},
+    }};
+    const auto word = std::ranges::find(kWords, text, &std::pair<std::string_view, DescriptionFault>::first);
+    if (word == kWords.end()) {
+        throw std::invalid_argument("'" + std::string(text) + "' is not none, missing, empty, sha1 or zip");
+    }
+    return word->second;
 }
 
 SerialRegisters ParseSerialRegisters(std::string_view text) {
@@ -90,7 +110,7 @@ std::uint32_t ParseLineLimit(std::string_view text) {
 using Options = CameraOptions;
 using Text = std::string_view;
 
-constexpr std::array<Key<Options>, 19> kOptionKeys{{
+constexpr std::array<Key<Options>, 20> kOptionKeys{{
     {"model", "H2048, H4096 or H8192L (line-scan)",
      [](Options& o, Text v) { o.model = std::string(FindModel(v).name); }},
     {"serial", "serial number", [](Options& o, Text v) { o.serial = RegisterText(v); }},
@@ -98,7 +118,7 @@ constexpr std::array<Key<Options>, 19> kOptionKeys{{
     {"manufacturer", "name of the maker (Marlow)", [](Options& o, Text v) { o.manufacturer = RegisterText(v); }},
     {"family", "name of the family (Heron); empty: no such register",
      [](Options& o, Text v) { o.family = RegisterText(v); }},
-    {"gencp", "version of the protocol, 1.0 to 1.3", [](Options& o, Text v) { o.genCpMinor = ParseGenCp(v); }},
+    {"gencp", "version of the protocol (1.3)", [](Options& o, Text v) { SetGenCp(o, v); }},
     {"stacked", "on|off: has stacked commands", [](Options& o, Text v) { o.stacked = ParseSwitch(v); }},
     {"written-length", "on|off: tells the length written",
      [](Options& o, Text v) { o.writtenLength = ParseSwitch(v); }},
@@ -117,12 +137,14 @@ constexpr std::array<Key<Options>, 19> kOptionKeys{{
     {"description-size", "pads the description to so many bytes",
      [](Options& o, Text v) { o.descriptionSize = static_cast<std::size_t>(ParseCount(v, kMaxDescription)); }},
     {"description", "file to use as description", [](Options& o, Text v) { o.descriptionFile = std::string(v); }},
+    {"description-fault", "missing|empty|sha1|zip: what is wrong with the description; none",
+     [](Options& o, Text v) { o.descriptionFault = ParseDescriptionFault(v); }},
     {"seed", "of all random choices", [](Options& o, Text v) { o.seed = ParseCount(v); }},
 }};
 
 using Faults = FaultSettings;
 
-constexpr std::array<Key<Faults>, 15> kFaultKeys{{
+constexpr std::array<Key<Faults>, 16> kFaultKeys{{
     {"loss", "probability that a packet gets lost, 0 to 1", [](Faults& f, Text v) { f.loss = ParseProbability(v); }},
     {"damage", "probability that a packet is damaged", [](Faults& f, Text v) { f.damage = ParseProbability(v); }},
     {"repeat", "probability that a packet comes twice", [](Faults& f, Text v) { f.repeat = ParseProbability(v); }},
@@ -132,6 +154,7 @@ constexpr std::array<Key<Faults>, 15> kFaultKeys{{
     {"pending", "ms that loading and saving user sets and a reset take",
      [](Faults& f, Text v) { f.pending = ParseMilliseconds(v); }},
     {"silent", "on|off: hears and says nothing", [](Faults& f, Text v) { f.silent = ParseSwitch(v); }},
+    {"nonsense", "on|off: says noise in place of each packet", [](Faults& f, Text v) { f.nonsense = ParseSwitch(v); }},
     {"always-pending", "on|off: calls every command pending, without end",
      [](Faults& f, Text v) { f.alwaysPending = ParseSwitch(v); }},
     {"line-limit", "fastest baud rate that the line carries; 0: all",

@@ -177,6 +177,11 @@ std::string ReadTextFile(const std::string& path) {
     return text.str();
 }
 
+/// The file without what comes of a fault.
+gencp::Bytes FileBytes(const CameraModel& model, std::string_view text, bool isZip) {
+    return isZip ? ZipOneFile(std::string(model.name) + ".xml", text) : gencp::Bytes(text.begin(), text.end());
+}
+
 }  // namespace
 
 /**
@@ -197,17 +202,25 @@ std::string DescriptionText(const CameraModel& model, const CameraOptions& optio
 }
 
 /**
- * \brief Give a camera's description as the file that it holds
+ * \brief Give a camera's description as the file that it holds, with the fault that the options ask for
  * \throw std::invalid_argument The file that the options name cannot be read
  */
 DescriptionFile MakeDescriptionFile(const CameraModel& model, const CameraOptions& options) {
-    const std::string text = DescriptionText(model, options);
+    const DescriptionFault fault = options.descriptionFault;
     DescriptionFile file;
-    file.isZip = options.zip;
-    file.bytes =
-        options.zip ? ZipOneFile(std::string(model.name) + ".xml", text) : gencp::Bytes(text.begin(), text.end());
+    file.isListed = fault != DescriptionFault::kMissing;
+    file.isZip = options.zip || fault == DescriptionFault::kDamagedZip;
+    file.bytes = FileBytes(model, DescriptionText(model, options), file.isZip);
+    if (fault == DescriptionFault::kEmpty) {
+        file.bytes.clear();
+    } else if (fault == DescriptionFault::kDamagedZip) {
+        file.bytes.resize(file.bytes.size() / 2);
+    }
     if (options.sha1) {
         file.sha1 = base::Sha1(file.bytes);
+    }
+    if (fault == DescriptionFault::kWrongSha1) {
+        file.sha1.front() ^= 1U;
     }
     return file;
 }

@@ -17,6 +17,7 @@ namespace MarlowSim {
 struct DescriptionFile {
     gencp::Bytes bytes;
     bool isZip = false;
+    bool isListed = true;  ///< the manifest has an entry for it
     base::Sha1Sum sha1{};
 };
 

@@ -211,6 +211,8 @@ void Station::Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate) 
     } else if (fate.isDamaged) {
         ++m_statistics.damaged;
         leaving.outgoing.packet = m_chance.Damage(std::move(leaving.outgoing.packet));
+    } else if (m_options.faults.nonsense) {
+        leaving.outgoing.packet = m_chance.Noise(leaving.outgoing.packet.size());
     }
     leaving.isLast = fate.isLast;
     m_leaving.push_back(leaving);

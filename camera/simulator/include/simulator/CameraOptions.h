@@ -24,6 +24,7 @@ struct FaultSettings {
     std::chrono::milliseconds delay{0};    ///< from a command to its acknowledge
     std::chrono::milliseconds pending{0};  ///< slow commands take so long, with pending acknowledges meanwhile
     bool silent = false;                   ///< hears nothing, says nothing
+    bool nonsense = false;                 ///< says noise in place of each packet
     bool alwaysPending = false;            ///< answers every command with pending acknowledges, without end
     std::uint32_t lineLimit = 0;           ///< fastest rate that the line carries, bit/s; 0: all
     std::map<std::uint64_t, std::uint16_t> refusedReads;   ///< addresses, and the status that stands for their bytes
@@ -38,12 +39,16 @@ struct FaultSettings {
 /// How a camera comes to registers for its baud rate.
 enum class SerialRegisters { kThere, kNone, kElsewhere };
 
+/// What is wrong with the description that a camera holds, or with what its manifest says of it.
+enum class DescriptionFault { kNone, kMissing, kEmpty, kWrongSha1, kDamagedZip };
+
 struct CameraOptions {
     std::string model = "H2048";
     std::string serial;  ///< empty: one is made up from the order of the cameras
     std::string manufacturer = "Marlow";
     std::string family = "Heron";  ///< empty: no such register
     std::string userName;
+    std::uint16_t genCpMajor = 1;
     std::uint16_t genCpMinor = 3;
     bool stacked = true;                       ///< has stacked commands
     bool writtenLength = true;                 ///< tells the length written
@@ -57,7 +62,8 @@ struct CameraOptions {
     bool zip = false;                 ///< the description is a ZIP file
     std::size_t descriptionSize = 0;  ///< pads the description's text to so many bytes; 0 or too few: as it is
     std::string descriptionFile;      ///< a file to use instead of the camera's own description
-    std::uint64_t seed = 1;           ///< of all random choices
+    DescriptionFault descriptionFault = DescriptionFault::kNone;
+    std::uint64_t seed = 1;  ///< of all random choices
     FaultSettings faults;
 };
 

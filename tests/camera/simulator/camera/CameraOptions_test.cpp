@@ -31,7 +31,8 @@ TEST(ParseCamera, TakesAllKeys) {
             "off,"
             "rates=0x14,baud=115200,paced=on,zip=on,description-size=200000,description=/x.xml,seed=7,loss=0.02,"
             "damage=1,repeat=0,late=0.5,late-time=20,delay=5,pending=700,silent=on,fail-at=3,drop-after=4,silent-after="
-            "5,listed-rates=0xFE,serial-registers=lost,firmware=3.1,sha1=off,always-pending=on,line-limit=115200,"
+            "5,listed-rates=0xFE,serial-registers=lost,firmware=3.1,sha1=off,always-pending=on,nonsense=on,description-"
+            "fault=zip,line-limit=115200,"
             "refuse-read=0x10:0x8006,refuse-write=0x10:0x8004+0x18:0x8007")
             .options;
     EXPECT_EQ(o.model, "H8192L");
@@ -39,6 +40,7 @@ TEST(ParseCamera, TakesAllKeys) {
     EXPECT_EQ(o.userName, "left");
     EXPECT_EQ(o.manufacturer, "Other");
     EXPECT_EQ(o.family, "");
+    EXPECT_EQ(o.genCpMajor, 1);
     EXPECT_EQ(o.genCpMinor, 1);
     EXPECT_FALSE(o.stacked);
     EXPECT_FALSE(o.writtenLength);
@@ -65,6 +67,8 @@ TEST(ParseCamera, TakesAllKeys) {
     EXPECT_EQ(o.firmware, "3.1");
     EXPECT_FALSE(o.sha1);
     EXPECT_TRUE(o.faults.alwaysPending);
+    EXPECT_TRUE(o.faults.nonsense);
+    EXPECT_EQ(o.descriptionFault, DescriptionFault::kDamagedZip);
     EXPECT_EQ(o.faults.lineLimit, 115200U);
     EXPECT_THAT(o.faults.refusedReads, testing::ElementsAre(testing::Pair(0x10U, 0x8006)));
     EXPECT_THAT(o.faults.refusedWrites,
@@ -89,12 +93,12 @@ TEST_P(BadCamera, IsRefused) {
 INSTANTIATE_TEST_SUITE_P(Texts, BadCamera,
                          testing::Values("", ",model=H2048", "model=H2048", ".", "..", "a/b", "c,model=H1",
                                          "c,nothing=1", "c,model", "c,loss=1.1", "c,loss=-0.1", "c,loss=nan",
-                                         "c,loss=0.1x", "c,zip=yes", "c,baud=9601", "c,rates=0x100", "c,gencp=2.0",
-                                         "c,gencp=1.4", "c,gencp=1.", "c,delay=-1", "c,delay=3600001",
+                                         "c,loss=0.1x", "c,zip=yes", "c,baud=9601", "c,rates=0x100", "c,gencp=2",
+                                         "c,gencp=1.x", "c,gencp=1.", "c,delay=-1", "c,delay=3600001",
                                          "c,seed=18446744073709551616", "c,drop-after=x",
                                          "c,description-size=99999999999", "c,refuse-read=0x10", "c,refuse-read=0x10:6",
                                          "c,refuse-write=:0x8006", "c,refuse-write=x:0x8006", "c,line-limit=9601",
-                                         "c,serial-registers=gone"));
+                                         "c,serial-registers=gone", "c,description-fault=on"));
 
 TEST(BadCameraText, NamesTheKey) {
     try {
