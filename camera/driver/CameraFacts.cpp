@@ -62,7 +62,8 @@ void Apply(CameraMemory& memory, const CameraLimits& limits) {
 void CheckVersion(std::uint32_t version) {
     if (version >> kMajorShift != kGenCpMajor)
         throw DriverError(CLProtocol::CLP_NO_DEVICE_FOUND,
-                          fmt::format("A device answers, but its GenCP version is 0x{:08X}.", version));
+                          fmt::format("A device answers, but its GenCP version is {}.{}, not {}.x.",
+                                      version >> kMajorShift, version & 0xFFFFU, kGenCpMajor));
 }
 
 // Registers as they are, those with texts up to their terminators at least.

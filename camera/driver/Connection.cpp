@@ -143,8 +143,12 @@ std::vector<std::string> Connection::XmlIds(CLProtocol::ISerial& serial, Duratio
     const auto lock = Begin(serial, timeout);
     ListFiles();
     std::vector<std::string> ids;
-    for (const auto& file : *m_files)
+    for (const auto& file : m_descriptions->files)
         ids.push_back(file.xmlId);
+    if (ids.empty() && !m_descriptions->leftOut.empty())
+        throw DriverError(CLProtocol::CLP_NO_XMLDESCRIPTION_FOUND,
+                          fmt::format("The camera '{}' holds no description that can be used: {}.", ShortDeviceId(),
+                                      m_descriptions->leftOut));
     if (ids.empty())
         throw DriverError(CLProtocol::CLP_NO_XMLDESCRIPTION_FOUND,
                           fmt::format("The camera '{}' holds no description.", ShortDeviceId()));
@@ -239,18 +243,18 @@ void Connection::FindAgain(const gencp::BaudRate& target) {
 }
 
 const DescriptionFile& Connection::FindFile(const std::string& xmlId) {
-    if (!m_files)
+    if (!m_descriptions)
         ListFiles();
-    const auto found = std::ranges::find(*m_files, xmlId, &DescriptionFile::xmlId);
-    if (found == m_files->end())
+    const auto found = std::ranges::find(m_descriptions->files, xmlId, &DescriptionFile::xmlId);
+    if (found == m_descriptions->files.end())
         throw DriverError(CLProtocol::CLP_NO_XMLDESCRIPTION_FOUND,
                           fmt::format("The camera '{}' holds no description '{:.200}'.", ShortDeviceId(), xmlId));
     return *found;
 }
 
 void Connection::ListFiles() {
-    m_files.reset();
-    m_files = ListDescriptions(m_memory, ShortDeviceId(), m_logger);
+    m_descriptions.reset();
+    m_descriptions = ListDescriptions(m_memory, ShortDeviceId(), m_logger);
 }
 
 }  // namespace marlow

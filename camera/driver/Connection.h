@@ -65,7 +65,7 @@ private:
     RateChanger m_changer;
     CLProtocol::ISerial* m_serial;  // of the newest call, to compare only
     CameraFacts m_facts;
-    std::optional<std::vector<DescriptionFile>> m_files;
+    std::optional<DescriptionList> m_descriptions;
     bool m_isRateInDoubt = false;  // a change has lost the camera
 };
 

@@ -40,6 +40,16 @@ void Add(std::vector<DescriptionFile>& files, DescriptionFile file) {
         *same = std::move(file);
 }
 
+// Why an entry can't be used, for people.
+std::string Fault(const gencp::ManifestEntry& entry) {
+    if (entry.size == 0)
+        return "size 0";
+    if (entry.size > kMaxDescriptionSize)
+        return fmt::format("size {}, more than the {} bytes that a description may have", entry.size,
+                           kMaxDescriptionSize);
+    return fmt::format("type {}, format {}", entry.fileType, entry.fileFormat);
+}
+
 }  // namespace
 
 /**
@@ -51,11 +61,11 @@ void Add(std::vector<DescriptionFile>& files, DescriptionFile file) {
  * \return In the manifest's order, each XML ID once; descriptions of buffers and files of unknown formats left out
  * \throw DriverError The camera does not answer or refuses
  */
-std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger) {
-    std::vector<DescriptionFile> files;
+DescriptionList ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger) {
+    DescriptionList list;
     const std::uint64_t table = gencp::Load64(memory.Read(gencp::abrm::kManifestTableAddress), 0);
     if (table == 0)
-        return files;
+        return list;
     const std::uint64_t count = gencp::Load64(memory.Read(gencp::manifest::kEntryCount.At(table)), 0);
     if (count > kMaxEntries)
         logger.Log(CLProtocol::CLP_LOG_WARN, "The manifest has {} entries; the first {} are read", count, kMaxEntries);
@@ -63,13 +73,16 @@ std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_
     memory.Read(table + gencp::manifest::kFirstEntry, bytes);
     for (std::size_t at = 0; at < bytes.size(); at += gencp::manifest::kEntrySize) {
         const auto entry = *gencp::DecodeManifestEntry(gencp::ByteView(bytes).subspan(at));
-        if (IsUsable(entry))
-            Add(files, {XmlId(entry, shortDeviceId), entry});
-        else
-            logger.Log(CLProtocol::CLP_LOG_INFO, "Manifest entry {} left out: type {}, format {}, {} bytes",
-                       at / gencp::manifest::kEntrySize, entry.fileType, entry.fileFormat, entry.size);
+        if (IsUsable(entry)) {
+            Add(list.files, {XmlId(entry, shortDeviceId), entry});
+        } else {
+            const std::string fault =
+                fmt::format("manifest entry {} has {}", at / gencp::manifest::kEntrySize, Fault(entry));
+            logger.Log(CLProtocol::CLP_LOG_INFO, "Left out: {}", fault);
+            list.leftOut += (list.leftOut.empty() ? "" : ", ") + fault;
+        }
     }
-    return files;
+    return list;
 }
 
 /**

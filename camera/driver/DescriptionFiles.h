@@ -20,10 +20,15 @@ struct DescriptionFile {
     gencp::ManifestEntry entry;
 };
 
+struct DescriptionList {
+    std::vector<DescriptionFile> files;
+    std::string leftOut;  ///< of what the manifest lists besides, and why it is of no use; empty when there is nothing
+};
+
 inline constexpr std::uint64_t kMaxDescriptionSize = std::uint64_t{64}
                                                      << 20;  ///< bytes; a camera's word is bounded by it
 
-std::vector<DescriptionFile> ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger);
+DescriptionList ListDescriptions(CameraMemory& memory, std::string_view shortDeviceId, Logger& logger);
 std::string DigestOf(const gencp::ManifestEntry& entry);
 void FetchDescription(CameraMemory& memory, const DescriptionFile& file, std::span<std::uint8_t> buffer);
 

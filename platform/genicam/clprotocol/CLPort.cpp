@@ -356,8 +356,12 @@ void CCLPort::GetXMLIDs(GenICam::gcstring_vector& xmlIds) {
     const auto candidates = std::make_shared<std::vector<XmlCandidate>>();
     const std::uint32_t timeoutMs = m_impl->GetTimeout();
     const CDeviceID deviceId(GetDeviceID());
-    m_impl->Run([=](Session& session) { *candidates = FindDescriptions(session, deviceId, timeoutMs); },
-                Milliseconds(timeoutMs), CallThread::kLimit);
+    m_impl->Run(
+        [=](Session& session) {
+            std::string whyNone;  // an empty list says enough
+            *candidates = FindDescriptions(session, deviceId, timeoutMs, whyNone);
+        },
+        Milliseconds(timeoutMs), CallThread::kLimit);
     xmlIds.clear();
     for (const XmlCandidate& candidate : *candidates)
         if (std::find(xmlIds.begin(), xmlIds.end(), candidate.id.text) == xmlIds.end())

@@ -121,12 +121,18 @@ CLINT32 Session::ContinuePendingWrite(CLUINT32 timeoutMs) {
                             GetPatience().pendingWriteMs);
 }
 
-/// The XML IDs that the camera offers; none when it says that it has no description.
-std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs) {
+/**
+ * \brief The XML IDs that the camera offers
+ * \param[out] whyNone The driver's words when it says that there is none
+ */
+std::vector<std::string> Session::GetXmlIds(CLUINT32 timeoutMs, std::string& whyNone) {
     std::string ids;
     Ask("clpGetXMLIDs", [&] {
         const CLINT32 result = m_driver->GetXmlIds(*m_line, m_cookie, ids, timeoutMs);
-        return result == CLP_NO_XMLDESCRIPTION_FOUND ? static_cast<CLINT32>(CL_ERR_NO_ERR) : result;
+        if (result != CLP_NO_XMLDESCRIPTION_FOUND)
+            return result;
+        whyNone = ErrorText(result);
+        return static_cast<CLINT32>(CL_ERR_NO_ERR);
     });
     return base::SplitWithoutEmpty(ids, '\t');
 }

@@ -28,7 +28,7 @@ public:
 
     void Read(CLINT64 address, std::vector<char>& bytes, CLUINT32 timeoutMs);
     void Write(CLINT64 address, const std::vector<char>& bytes, CLUINT32 timeoutMs);
-    std::vector<std::string> GetXmlIds(CLUINT32 timeoutMs);
+    std::vector<std::string> GetXmlIds(CLUINT32 timeoutMs, std::string& whyNone);
     std::string GetXml(const std::string& xmlId, CLUINT32 timeoutMs);
     std::optional<std::string> XmlIdentity(const std::string& xmlId, CLUINT32 timeoutMs);
     CLUINT32 CommonRates(CLUINT32 timeoutMs);

@@ -140,12 +140,14 @@ void AddFilesOf(const std::string& folder, const CDeviceID& deviceId, std::vecto
 
 /**
  * \brief The descriptions for a camera
+ * \param[out] whyNone The driver's words when it says that the camera has none; else as it was
  * \return What the camera offers and the files "<XML ID>.xml" of the driver's location, best first; without those for
  * other cameras and of schemas that can't be read
  */
-std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs) {
+std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs,
+                                           std::string& whyNone) {
     std::vector<XmlCandidate> candidates;
-    for (const std::string& text : session.GetXmlIds(timeoutMs))
+    for (const std::string& text : session.GetXmlIds(timeoutMs, whyNone))
         AddCandidate(candidates, text, {}, deviceId);
     for (const std::string& folder : DescriptionFolders(deviceId.GetDriverDirectory().str()))
         AddFilesOf(folder, deviceId, candidates);
@@ -162,9 +164,10 @@ std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& de
  * \throw GenICam::GenericException It can't be fetched, as CCLPort::Read
  */
 std::string FetchDescription(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs, bool useCache) {
-    const std::vector<XmlCandidate> candidates = FindDescriptions(session, deviceId, timeoutMs);
+    std::string whyNone = "The camera offers none that fits.";
+    const std::vector<XmlCandidate> candidates = FindDescriptions(session, deviceId, timeoutMs, whyNone);
     if (candidates.empty())
-        throw ACCESS_EXCEPTION("There is no XML description for '%s' (%d)", deviceId.ToString(),
+        throw ACCESS_EXCEPTION("There is no XML description for '%s'. %s (%d)", deviceId.ToString(), whyNone,
                                static_cast<int>(CLP_NO_XMLDESCRIPTION_FOUND));
     const XmlCandidate& best = candidates.front();
     if (!best.file.empty()) {

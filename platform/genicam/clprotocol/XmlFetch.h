@@ -13,7 +13,8 @@
 
 namespace CLProtocol {
 
-std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs);
+std::vector<XmlCandidate> FindDescriptions(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs,
+                                           std::string& whyNone);
 std::string FetchDescription(Session& session, const CDeviceID& deviceId, CLUINT32 timeoutMs, bool useCache);
 
 }  // namespace CLProtocol

@@ -26,12 +26,12 @@ struct DescriptionFilesTest : testing::Test, MemoryRig {
     DescriptionFilesTest() { SetRate(0x80); }
     std::vector<std::string> Ids() {
         std::vector<std::string> ids;
-        for (const auto& file : ListDescriptions(memory, "Marlow#Heron#H2048#1", logger))
+        for (const auto& file : ListDescriptions(memory, "Marlow#Heron#H2048#1", logger).files)
             ids.push_back(file.xmlId);
         return ids;
     }
     Bytes Fetch() {
-        const auto files = ListDescriptions(memory, "M", logger);
+        const auto files = ListDescriptions(memory, "M", logger).files;
         Bytes bytes(files.at(0).entry.size);
         FetchDescription(memory, files.at(0), bytes);
         return bytes;
@@ -125,6 +125,13 @@ TEST_F(DescriptionFilesTest, CameraWithoutManifestHasNone) {
     EXPECT_TRUE(Ids().empty());
 }
 
+TEST_F(DescriptionFilesTest, SaysWhatIsWrongWithThoseLeftOut) {
+    camera.SetFiles({{Entry(), Bytes()}, {Entry(1), Bytes(10)}});
+    const DescriptionList list = ListDescriptions(memory, "M", logger);
+    EXPECT_EQ(list.files.size(), 1u);
+    EXPECT_EQ(list.leftOut, "manifest entry 0 has size 0");
+}
+
 TEST_F(DescriptionFilesTest, CountOfEntriesIsNotTrusted) {
     std::vector<std::pair<ManifestEntry, Bytes>> files(70, {Entry(1), Bytes(10)});
     camera.SetFiles(files);
@@ -139,7 +146,7 @@ TEST_F(DescriptionFilesTest, LongFileIsFetchedInWholePackets) {
     auto entry = Entry();
     entry.sha1 = base::Sha1(file);
     camera.SetFiles({{entry, file}});
-    ListDescriptions(memory, "M", logger);
+    ListDescriptions(memory, "M", logger).files;
     camera.received.clear();
     EXPECT_EQ(Fetch(), file);
     EXPECT_EQ(camera.received.size(), 3 + (file.size() + 1007) / 1008);
