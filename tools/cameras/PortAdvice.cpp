@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "cameras/PortUser.h"
+#include "cameras/Records.h"
 #include "system/FileAccess.h"
 
 namespace tools {
@@ -43,10 +44,15 @@ PortAdvice Refused(const std::filesystem::path& device, const FileAccess& access
             AdviceOnAccess(device, access)};
 }
 
+PortAdvice NoDriver() {
+    return {PortState::kNoDriver, "nothing was sent: there is no CLProtocol driver for cameras of Marlow",
+            "Install the driver, or name its folder in GENICAM_CLPROTOCOL."};
+}
+
 PortAdvice OtherDevice(const PortNews& news) {
     if (Says(news, kProtocol))
-        return {PortState::kNewerProtocol, "a camera answers that speaks a GenCP of another version: " + Told(news),
-                "Install the driver that its maker has for it; this one knows GenCP 1.0 to 1.3."};
+        return {PortState::kNewerProtocol, "a camera answers that speaks another GenCP: " + Told(news),
+                "Install the CLProtocol driver that its maker has for it."};
     if (Says(news, kAnswers))
         return {PortState::kForeignCamera, "a camera of another maker answers: " + Told(news),
                 "Use its maker's CLProtocol driver and software; only cameras of Marlow are looked for here."};
@@ -64,35 +70,13 @@ PortAdvice Silent(const PortNews& news) {
 
 }  // namespace
 
-const char* NameOf(PortState state) noexcept {
-    switch (state) {
-        case PortState::kInUse:
-            return "in use";
-        case PortState::kNoAccess:
-            return "no access";
-        case PortState::kNoAnswer:
-            return "no answer";
-        case PortState::kNonsense:
-            return "nonsense";
-        case PortState::kForeignCamera:
-            return "foreign camera";
-        case PortState::kNewerProtocol:
-            return "other protocol version";
-        case PortState::kNotOpened:
-            return "can't be opened";
-        case PortState::kBroken:
-            return "broken";
-        case PortState::kNotAsked:
-            break;
-    }
-    return "not asked";
-}
-
 PortAdvice AdviceOn(const std::string& portId, const std::optional<PortNews>& news) {
     const std::filesystem::path device = DeviceOfPort(portId);
     const FileAccess access = device.empty() ? FileAccess() : AccessTo(device);
     if (access.exists && (!access.readable || !access.writable))
         return Refused(device, access);
+    if (!news && UsableTemplates().empty())
+        return NoDriver();
     if (!news || !news->hasEnded)
         return {PortState::kNotAsked, "it was not asked", {}};
     if (!news->hasFailed)

@@ -20,6 +20,7 @@ enum class PortState {
     kForeignCamera,  ///< a camera of another maker, or not the one that is looked for
     kNewerProtocol,  ///< a camera that speaks a newer GenCP
     kNotOpened,      ///< the serial library can't open it
+    kNoDriver,       ///< nothing was sent: there is no driver for the camera that is looked for
     kBroken,         ///< anything else that failed
     kNotAsked        ///< nobody has looked
 };
@@ -30,9 +31,6 @@ struct PortAdvice {
     std::string reason;
     std::string hint;
 };
-
-/// What the state is called in JSON.
-const char* NameOf(PortState state) noexcept;
 
 /// \param[in] news What was heard of the port last; of one where no camera of ours answered
 PortAdvice AdviceOn(const std::string& portId, const std::optional<PortNews>& news);

@@ -29,22 +29,39 @@ Section Guarded(const char* title, Examination examination) {
     }
 }
 
-void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration) {
-    const std::size_t silent = enumeration.silentPorts.size();
+std::string Counted(std::size_t count, const char* one, const char* several) {
+    return fmt::format("{} {}", count, count == 1 ? one : several);
+}
+
+std::size_t BadOnes(const Section& section) {
+    return static_cast<std::size_t>(std::ranges::count(section.observations, Health::kBad, &Observation::health));
+}
+
+/// \param[in] opening What ExamineOpening has found
+void Judge(Report& report, const TransportLayer& layer, const Enumeration& enumeration, const Section& opening) {
     if (enumeration.cameras.empty()) {
         const std::vector<Reason> reasons = WhyNoCamera(layer, enumeration);
         report.verdict = "no camera was found. " + reasons.front().cause;
         report.nextStep = reasons.front().remedy;
         return;
     }
-    report.healthy = silent == 0;
-    report.verdict = fmt::format("{} {} found", enumeration.cameras.size(),
-                                 enumeration.cameras.size() == 1 ? "camera was" : "cameras were");
-    report.verdict += silent == 0
-                          ? "; nothing keeps you from using them."
-                          : fmt::format(", but {} enabled {} silent.", silent, silent == 1 ? "port is" : "ports are");
-    report.nextStep = silent == 0 ? "'vanto-cl xml 0' fetches the first one's description."
-                                  : "See 'Cameras' above; disable ports without a camera in the configuration.";
+    const std::size_t lacking = enumeration.silentPorts.size();
+    const std::size_t unusable = BadOnes(opening);
+    report.healthy = lacking == 0 && unusable == 0;
+    report.verdict = Counted(enumeration.cameras.size(), "camera was found", "cameras were found");
+    if (unusable != 0)
+        report.verdict += fmt::format(", but {} can't be opened", unusable);
+    if (lacking != 0)
+        report.verdict += (unusable != 0 ? ", and " : ", but ") +
+                          Counted(lacking, "enabled port has none", "enabled ports have none");
+    if (report.healthy) {
+        report.verdict += "; nothing keeps you from using them.";
+        report.nextStep = "'vanto-cl xml 0' fetches the first one's description.";
+        return;
+    }
+    report.verdict += '.';
+    report.nextStep = unusable != 0 ? fmt::format("See '{}' above.", opening.title)
+                                    : "See 'Cameras' above; disable ports without a camera in the configuration.";
 }
 
 }  // namespace
@@ -93,11 +110,11 @@ Report Examine(Output& output) {
     const Enumeration enumeration = EnumerateAndRemember(layer, output);
     ThrowIfInterrupted();
     report.sections.push_back(Guarded("Cameras", [&] { return ExamineCameras(enumeration); }));
-    report.sections.push_back(
-        Guarded("Opening the cameras", [&] { return ExamineOpening(layer, enumeration, output); }));
+    const Section opening = Guarded("Opening the cameras", [&] { return ExamineOpening(layer, enumeration, output); });
+    report.sections.push_back(opening);
     report.sections.push_back(Guarded("GenTL producer", ExamineProducer));
     report.sections.push_back(Guarded("Last warnings and errors", [&] { return ExamineLog(enumeration); }));
-    Judge(report, layer, enumeration);
+    Judge(report, layer, enumeration, opening);
     return report;
 }
 

@@ -10,6 +10,7 @@
 
 #include "cameras/Records.h"
 #include "doctor/Examinations.h"
+#include "error/ExitCode.h"
 #include "features/BaudRateFeature.h"
 #include "features/OpenDevice.h"
 #include "output/Progress.h"
@@ -60,6 +61,12 @@ Section ExamineCamera(const TransportLayer& layer, const Vanto::CDeviceInfo& cam
     return section;
 }
 
+Observation CantBeOpened(const Vanto::CDeviceInfo& camera, const char* reason, const std::string& advice) {
+    ThrowIfInterrupted();  // who ended it knows why it failed
+    return {Health::kBad, PropertyOf(camera, "PortID"),
+            fmt::format("{} can't be opened: {}", PropertyOf(camera, "FriendlyName"), reason), advice};
+}
+
 }  // namespace
 
 Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumeration, Output& output) {
@@ -68,12 +75,10 @@ Section ExamineOpening(const TransportLayer& layer, const Enumeration& enumerati
         try {
             for (Observation& observation : ExamineCamera(layer, camera, output).observations)
                 section.observations.push_back(std::move(observation));
+        } catch (const ToolError& failure) {
+            section.observations.push_back(CantBeOpened(camera, failure.what(), failure.Hint()));
         } catch (const std::exception& failure) {
-            ThrowIfInterrupted();
-            section.observations.push_back({Health::kBad,
-                                            PropertyOf(camera, "PortID"),
-                                            PropertyOf(camera, "FriendlyName") + " can't be opened: " + failure.what(),
-                                            {}});
+            section.observations.push_back(CantBeOpened(camera, failure.what(), {}));
         }
     }
     if (section.observations.empty())
