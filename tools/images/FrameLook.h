@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * FrameLook: what there is to be seen in an image
+ * FrameLook: what there is to be seen in an image, in numbers
  */
 #pragma once
 
@@ -9,8 +9,6 @@
 #include <vector>
 
 namespace tools {
-
-class Output;
 
 /// Least, mean and greatest sample of an image and how many have the greatest value that there is.
 struct SampleStatistics {
@@ -24,9 +22,5 @@ struct SampleStatistics {
 SampleStatistics StatisticsOf(const std::vector<std::uint8_t>& pnm);
 /// "min 3, mean 120.5, max 255, 0.2% saturated"
 std::string StatisticsText(const SampleStatistics& statistics);
-
-/// Draws an image of a size in the terminal, two pixels above each other in a character; without colours as letters
-/// from dark to bright.
-void PrintPreview(Output& output, const std::vector<std::uint8_t>& pnm, std::uint32_t width, std::uint32_t height);
 
 }  // namespace tools

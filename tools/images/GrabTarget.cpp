@@ -13,6 +13,7 @@
 #include "features/OpenDevice.h"
 #include "images/FrameCounts.h"
 #include "images/GrabProgress.h"
+#include "images/Preview.h"
 #include "output/Output.h"
 #include "system/Clock.h"
 #include "system/Files.h"

@@ -73,6 +73,11 @@ void Output::Line(std::string_view text) {
     Write(m_out, "\n");
 }
 
+bool Output::ShowsSixels() {
+    FlushResults();
+    return m_outColours && tools::ShowsSixels(m_out);
+}
+
 void Output::Prose(std::string_view text, std::string_view indent) {
     Line(Wrapped(text, static_cast<std::size_t>(m_width), indent));
 }

@@ -33,6 +33,9 @@ public:
 
     /// Text in a style, as standard output shows it.
     std::string Styled(Style style, std::string_view text) const;
+    bool HasColours() const noexcept { return m_outColours; }
+    /// Whether standard output's terminal shows sixel images, and colours are wanted. Asks it: see ShowsSixels.
+    bool ShowsSixels();
     /// Columns of standard output's terminal; 0 when it is none.
     int Width() const noexcept { return m_width; }
     /// Whether standard error is a terminal, so that progress can be shown on it.

@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "images/FrameStream.h"
+#include "images/Preview.h"
 #include "output/Output.h"
 
 namespace {

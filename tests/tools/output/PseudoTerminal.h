@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace tools_test {
 
@@ -17,6 +18,8 @@ public:
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
+    /// What the other side of the terminal sends, a person or the terminal itself. It is not shown.
+    void Type(std::string_view text) const;
     std::FILE* Stream() const { return m_stream; }
     /// What was printed so far, lines ending in "\n".
     std::string Text();

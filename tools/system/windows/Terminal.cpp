@@ -45,6 +45,11 @@ int TerminalWidth(std::FILE* stream) {
     return screen.srWindow.Right - screen.srWindow.Left + 1;
 }
 
+// Half blocks are shown by every console.
+bool ShowsSixels(std::FILE*) {
+    return false;
+}
+
 void PrepareStreams() {
     ::_setmode(::_fileno(stdin), _O_BINARY);
     for (std::FILE* stream : {stdout, stderr}) {

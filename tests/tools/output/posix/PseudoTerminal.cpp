@@ -25,6 +25,7 @@ PseudoTerminal::PseudoTerminal(unsigned short columns) : m_master(::posix_openpt
     termios settings{};
     ::tcgetattr(slave, &settings);
     settings.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+    settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     ::tcsetattr(slave, TCSANOW, &settings);
     winsize size{};
     size.ws_col = columns;
@@ -35,6 +36,11 @@ PseudoTerminal::PseudoTerminal(unsigned short columns) : m_master(::posix_openpt
 PseudoTerminal::~PseudoTerminal() {
     std::fclose(m_stream);
     ::close(m_master);
+}
+
+void PseudoTerminal::Type(std::string_view text) const {
+    if (::write(m_master, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+        throw std::runtime_error("can't write to a pseudo-terminal");
 }
 
 std::string PseudoTerminal::Text() {
