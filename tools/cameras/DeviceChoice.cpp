@@ -11,6 +11,7 @@
 #include "base/Number.h"
 #include "cameras/Records.h"
 #include "error/ExitCode.h"
+#include "output/Text.h"
 
 namespace tools {
 
@@ -37,18 +38,17 @@ std::optional<KnownCamera> ChooseDevice(const std::vector<KnownCamera>& cameras,
     std::ranges::copy_if(cameras, std::back_inserter(matches),
                          [&](const KnownCamera& camera) { return IsCalled(camera, device); });
     if (matches.size() > 1)
-        throw ToolError(fmt::format("'{}' names {} cameras; give the full name of one:", device, matches.size()),
-                        Candidates(matches), ExitCode::kUsage);
+        throw ToolError(
+            fmt::format("'{}' names {} cameras; give the number or the port of one:", device, matches.size()),
+            Candidates(matches), ExitCode::kUsage);
     return matches.empty() ? std::nullopt : std::optional(matches.front());
 }
 
 std::string Candidates(const std::vector<KnownCamera>& cameras) {
     std::string text;
-    for (const KnownCamera& camera : cameras) {
-        const Vanto::CDeviceInfo record = RecordOf(camera.address);
-        text += fmt::format("{}  {}  {}  {}", text.empty() ? "" : "\n", camera.number, NameOf(record),
-                            PropertyOf(record, "FullName"));
-    }
+    for (const KnownCamera& camera : cameras)
+        text += fmt::format("{}  {}  {}  {}", text.empty() ? "" : "\n", camera.number, NameOf(RecordOf(camera.address)),
+                            Printable(camera.address.portId));
     return text;
 }
 

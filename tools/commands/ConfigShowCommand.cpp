@@ -50,11 +50,11 @@ ExitCode ConfigShowCommand::Run(Output& output) {
     Table table({{"Line", true},
                  KeyColumn("Port"),
                  {"Enabled"},
-                 {"Manufacturer"},
+                 {"Maker"},
                  {"Family"},
                  {"Model"},
                  {"Baud rate"},
-                 {"Device-specific string"}});
+                 {"Device string"}});
     for (const PortEntry& entry : configuration.entries)
         table.AddRow({std::to_string(entry.place.line),
                       entry.id.text.empty() ? Table::Cell("no ID: ignored", Style::kWarning) : entry.id.text,
