@@ -6,6 +6,7 @@
 #include "VantoCLSer/stream/FrameDelivery.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "VantoCLSer/base/Log.h"
@@ -32,6 +33,15 @@ void Fill(GrabResult& result, const FgFrame& frame, const StreamBuffer& buffer) 
     result.reservedY = 0;
     result.kind = 0;
     result.frameTag = frame.frameTag;
+}
+
+// A frame that has failed goes to the application also where there is no memory to say why.
+void Describe(GrabResult& result, const char* failure) noexcept {
+    try {
+        result.errorDescription = failure;
+    } catch (const std::bad_alloc&) {
+        LogTrace(StreamLog(), tracelog::kError, "Exception while delivering a frame (%s)", failure);
+    }
 }
 
 }  // namespace
@@ -95,8 +105,8 @@ bool CFrameDelivery::ReadFrameData(GrabResult& result, const FgFrame& frame, con
         return true;
     result.status = GrabFailed;
     result.errorCode = kUnreadableResult;
-    result.errorDescription = hasData ? "Failed to retrieve result specific data from device nodemap."
-                                      : "The frame grabber plug-in delivered a frame without data.";
+    Describe(result, hasData ? "Failed to retrieve result specific data from device nodemap."
+                             : "The frame grabber plug-in delivered a frame without data.");
     return false;
 }
 

@@ -20,6 +20,8 @@ public:
 
     void Reserve(std::size_t capacity);
     void PushBack(StreamBufferHandle handle);
+    /// There must be one.
+    StreamBufferHandle First() const noexcept { return At(0); }
     StreamBufferHandle PopFront() noexcept;
     void Clear() noexcept { m_count = 0; }
 

@@ -39,7 +39,8 @@ public:
     void Queue(StreamBufferHandle handle);
     StreamBufferHandle TakeEmpty() noexcept;
     void PutFilled(StreamBufferHandle handle);
-    StreamBufferHandle TakeFilled() noexcept { return m_filled.PopFront(); }
+    StreamBufferHandle FirstFilled() const noexcept { return m_filled.First(); }
+    void TakeFilled() noexcept { m_filled.PopFront(); }
     void ForgetTaken() noexcept { --m_taken; }
     void ClearFilled() noexcept { m_filled.Clear(); }
     bool CancelEmpty();

@@ -373,11 +373,14 @@ bool CVantoCLSerStreamGrabber::RetrieveResult(GrabResult& result) {
         m_waitObject.Reset();
         return false;
     }
-    const StreamBufferHandle handle = m_buffers.TakeFilled();
+    const StreamBufferHandle handle = m_buffers.FirstFilled();
     const CStreamBuffers::BufferPtr buffer = m_buffers.Find(handle);
+    // Where there is no memory for a copy, the result stays where it is.
+    GrabResult copy = buffer ? buffer->result : GrabResult();
+    m_buffers.TakeFilled();
     if (!buffer)
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Buffer with handle %p not found", handle);
-    result = buffer->result;
+    result = std::move(copy);
     if (m_buffers.Filled().IsEmpty()) {
         m_waitObject.Reset();
         m_state.Set(CGrabState::kPrepared);

@@ -30,8 +30,9 @@ TEST(StreamBuffers, HaveRoomForAFrameThatIsUnderWayWhileAnotherBufferIsQueued) {
     buffers.PutFilled(second);
     buffers.PutFilled(first);
     EXPECT_EQ(AllocationsOfThisThread(), before);
-    EXPECT_EQ(buffers.TakeFilled(), second);
-    EXPECT_EQ(buffers.TakeFilled(), first);
+    EXPECT_EQ(buffers.FirstFilled(), second);
+    buffers.TakeFilled();
+    EXPECT_EQ(buffers.FirstFilled(), first);
 }
 
 TEST(StreamBuffers, CountNoFrameThatIsNotUnderWayAnyMore) {
