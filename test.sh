@@ -83,7 +83,7 @@ stage_format() {
     echo "This repairs it: clang-format -i ${wrong[*]}" >&2
     return 1
 }
-stage_layers() { cmake -P cmake/check-layers.cmake; }
+stage_layers() { cmake -P cmake/check-layers.cmake && cmake -P cmake/check-tests.cmake; }
 stage_docs() { cmake -P cmake/check-docs.cmake && make_reference; }
 make_reference() {
     local folder result

@@ -1,125 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Loading: what faulty files are forgiven, what is refused, injection, archives
+ * Loading: what faulty texts are forgiven, what is refused
  */
 
-#include <zip.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-
-#include "Support.h"
-#include "os/Environment.h"
-#include "os/Path.h"
+#include "LoadingFixture.h"
 
 using namespace GenApi;
 using namespace GenICam;
 
 namespace genapitest {
-
-class Loading : public NodeMapTest {
-protected:
-    void SetUp() override {
-        static int count = 0;
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("genapi_test_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "_" +
-                    std::to_string(++count));
-        std::filesystem::create_directories(m_folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
-
-    std::string File(const std::string& name, const std::string& content) {
-        const std::filesystem::path path = m_folder / name;
-        std::ofstream(path, std::ios::binary) << content;
-        return path.string();
-    }
-    std::string Missing(const std::string& name) const { return (m_folder / "missing" / name).string(); }
-    static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) {
-        zip_error_t error;
-        zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
-        zip_source_keep(target);
-        zip_t* archive = zip_open_from_source(target, ZIP_TRUNCATE, &error);
-        for (const auto& [name, content] : files)
-            zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-        zip_close(archive);
-        zip_source_open(target);
-        zip_source_seek(target, 0, SEEK_END);
-        std::string data(static_cast<std::size_t>(zip_source_tell(target)), '\0');
-        zip_source_seek(target, 0, SEEK_SET);
-        zip_source_read(target, data.data(), data.size());
-        zip_source_close(target);
-        zip_source_free(target);
-        return data;
-    }
-    /// The text of the exception that refuses a description.
-    std::string Refusal(const std::string& xml) {
-        try {
-            map._LoadXMLFromString(xml);
-        } catch (const RuntimeException& exception) {
-            return exception.GetDescription();
-        }
-        return "loaded";
-    }
-    std::string FirstWarning() const {
-        const WarningList_t warnings = map._GetWarnings();
-        if (warnings.empty())
-            return "none";
-        const Warning& first = warnings.front();
-        return std::to_string(first.Line) + "," + std::to_string(first.Column) + " " + first.Message.str();
-    }
-
-private:
-    std::filesystem::path m_folder;
-};
-
-// --- Sources ---
-
-TEST_F(Loading, ReadsFiles) {
-    map._LoadXMLFromFile(File("a b.xml", Describe("<Integer Name='A'><Value>3</Value></Integer>")).c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 3);
-}
-
-TEST_F(Loading, TakesFileNamesInTheCodePageInUse) {
-    const std::filesystem::path plain = File("x.xml", Describe(""));
-    const std::filesystem::path named = plain.parent_path() / u8"Größe.xml";
-    std::filesystem::rename(plain, named);
-    map._LoadXMLFromFile(os::ToText(named).c_str());
-    EXPECT_NE(map._GetNode("Device"), nullptr);
-}
-
-TEST_F(Loading, ReplacesEnvironmentVariablesInFileNames) {
-    const std::string file = File("x.xml", Describe(""));
-    os::SetEnvironment("GENAPI_TEST_FOLDER", std::filesystem::path(file).parent_path().string());
-    map._LoadXMLFromFile("$(GENAPI_TEST_FOLDER)/x.xml");
-    EXPECT_NE(map._GetNode("Device"), nullptr);
-}
-
-TEST_F(Loading, RefusesFilesThatAreNotThere) {
-    EXPECT_THROW(map._LoadXMLFromFile(Missing("file.xml").c_str()), RuntimeException);
-}
-
-TEST_F(Loading, ReadsArchives) {
-    const std::string zip =
-        Archive({{"readme.txt", "hello"}, {"camera.XML", Describe("<Integer Name='A'><Value>3</Value></Integer>")}});
-    map._LoadXMLFromZIPData(zip.data(), zip.size());
-    EXPECT_EQ(Integer("A")->GetValue(), 3);
-    map._LoadXMLFromZIPFile(File("c.zip", zip).c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 3);
-    map._LoadXMLFromFile(File("d.zip", zip).c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 3);
-}
-
-TEST_F(Loading, RefusesArchivesThatAreNone) {
-    const std::string text = "PK\3\4 this is no archive";
-    EXPECT_THROW(map._LoadXMLFromZIPData(text.data(), text.size()), RuntimeException);
-    EXPECT_THROW(map._LoadXMLFromZIPData(nullptr, 0), InvalidArgumentException);
-    const std::string empty = Archive({{"readme.txt", "hello"}});
-    EXPECT_THROW(map._LoadXMLFromZIPData(empty.data(), empty.size()), RuntimeException);
-    std::string damaged = Archive({{"a.xml", Describe(std::string(5000, ' '))}});
-    damaged.resize(damaged.size() / 2);
-    EXPECT_THROW(map._LoadXMLFromZIPData(damaged.data(), damaged.size()), RuntimeException);
-}
 
 // --- Tolerance: one warning each, with its place ---
 
@@ -368,16 +257,6 @@ TEST_F(Loading, NamesThePlaceOfAFault) {
     EXPECT_EQ(Refusal(Describe("\n\n<Integer Name=>")).substr(0, 9), "Device(5,");
 }
 
-TEST_F(Loading, NamesTheFile) {
-    const std::string file = File("bad.xml", "<RegisterDescription");
-    try {
-        map._LoadXMLFromFile(file.c_str());
-        FAIL() << "loaded";
-    } catch (const RuntimeException& exception) {
-        EXPECT_EQ(std::string(exception.GetDescription()).substr(0, file.size() + 1), file + "(");
-    }
-}
-
 TEST_F(Loading, RefusesANewerSchema) {
     EXPECT_NE(Refusal("<RegisterDescription SchemaMajorVersion='2' SchemaMinorVersion='0' "
                       "xmlns='http://www.genicam.org/GenApi/Version_1_1'/>")
@@ -566,123 +445,10 @@ TEST_F(Loading, AFileOf50MegabytesLoads) {
     EXPECT_EQ(Bytes("Register12345")->GetAddress(), 12345);
 }
 
-// --- Injection ---
-
-TEST_F(Loading, AnInjectedNodeReplacesOneOfItsName) {
-    map._LoadXMLFromStringInject(
-        Describe(
-            "<Integer Name='A'><pValue>B</pValue></Integer><Integer Name='B'><Value>1</Value><Max>9</Max></Integer>")
-            .c_str(),
-        Describe("<Integer Name='B'><Value>2</Value></Integer>", false).c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 2);
-    EXPECT_EQ(Integer("B")->GetMax(), INT64_MAX);
-    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 3U);
-    EXPECT_TRUE(map._GetWarnings().empty()) << FirstWarning();
-}
-
-TEST_F(Loading, AnInjectedNodeMayBeNewAndOfAnotherKind) {
-    map._LoadXMLFromStringInject(
-        Describe("<Category Name='Root'><pFeature>A</pFeature></Category><Integer Name='A'><Value>1</Value></Integer>"
-                 "<Enumeration Name='E'><EnumEntry Name='X'><Value>0</Value></EnumEntry><Value>0</Value></Enumeration>")
-            .c_str(),
-        Describe("<Category Name='Root'><pFeature>A</pFeature><pFeature>New</pFeature></Category>"
-                 "<Float Name='New'><Value>0.5</Value></Float><Float Name='E'><Value>1.5</Value></Float>",
-                 false)
-            .c_str());
-    EXPECT_EQ(Float("New")->GetValue(), 0.5);
-    EXPECT_EQ(Float("E")->GetValue(), 1.5);
-    EXPECT_EQ(map._GetNode("EnumEntry_E_X"), nullptr);
-    FeatureList_t features;
-    Category("Root")->GetFeatures(features);
-    EXPECT_EQ(features.size(), 2U);
-    EXPECT_EQ(map._GetNodeMap()->GetNumNodes(), 5U);
-}
-
-TEST_F(Loading, AnInjectedFragmentNeedsNoRoot) {
-    map._LoadXMLFromStringInject(
-        Describe("<Integer Name='A'><Value>1</Value></Integer>").c_str(),
-        "<Integer Name='A'><Value>5</Value></Integer>\n<Integer Name='B'><Value>6</Value></Integer>");
-    EXPECT_EQ(Integer("A")->GetValue(), 5);
-    EXPECT_EQ(Integer("B")->GetValue(), 6);
-}
-
-TEST_F(Loading, MergePrioritiesDecide) {
-    map._LoadXMLFromStringInject(
-        Describe("<Integer Name='A' MergePriority='1'><Value>1</Value></Integer>"
-                 "<Integer Name='B'><Value>1</Value></Integer>")
-            .c_str(),
-        Describe("<Integer Name='A'><Value>2</Value></Integer><Integer Name='B' MergePriority='-1'><Value>2</Value>"
-                 "</Integer>",
-                 false)
-            .c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 1);
-    EXPECT_EQ(Integer("B")->GetValue(), 1);
-}
-
-TEST_F(Loading, WhatIsInjectedDoesNotChangeWhatTheMapSaysAboutItself) {
-    std::string other = Describe("", false);
-    other.replace(other.find("\"Model\""), 7, "\"Other\"");
-    map._LoadXMLFromStringInject(Describe("").c_str(), other.c_str());
-    EXPECT_EQ(map._GetModelName(), "Model");
-}
-
-TEST_F(Loading, WarningsNameTheFileThatTheyAreAbout) {
-    const std::string target = File("target.xml", Describe("<Integer Name='A'><pValue>Nothing</pValue></Integer>"));
-    const std::string injected = File("injected.xml", "<Gadget/>\n<Integer Name='B'><pMax>Nothing</pMax></Integer>");
-    map._LoadXMLFromFileInject(target.c_str(), injected.c_str());
-    EXPECT_EQ(Mode("B"), NI);
-    const WarningList_t warnings = map._GetWarnings();
-    ASSERT_EQ(warnings.size(), 3U);
-    EXPECT_EQ(warnings[0].File, injected);
-    EXPECT_EQ(warnings[1].File, target);
-    EXPECT_EQ(warnings[2].File, injected);
-    EXPECT_EQ(warnings[2].Line, 2U);
-    EXPECT_EQ(warnings[2].Column, 25U);
-}
-
 TEST_F(Loading, AnUnusableNodeHasAPlace) {
     Load("\n  <Integer Name='A'><Value>x</Value></Integer>");
     EXPECT_EQ(Mode("A"), NI);
     EXPECT_EQ(FirstWarning(), "4,4 Integer 'A' (line 4): not implemented: Value 'x' is no number");
-}
-
-TEST_F(Loading, InjectsFromFiles) {
-    map._LoadXMLFromFileInject(File("t.xml", Describe("<Integer Name='A'><Value>1</Value></Integer>")).c_str(),
-                               File("i.xml", Describe("<Integer Name='A'><Value>2</Value></Integer>", false)).c_str());
-    EXPECT_EQ(Integer("A")->GetValue(), 2);
-    EXPECT_THROW(map._LoadXMLFromFileInject(Missing("a.xml").c_str(), Missing("b.xml").c_str()), RuntimeException);
-    EXPECT_THROW(map._LoadXMLFromStringInject(Describe("").c_str(), "<Integer"), RuntimeException);
-}
-
-TEST_F(Loading, OfTwoInjectedNodesOfOneNameTheFirstCounts) {
-    map._LoadXMLFromStringInject(
-        Describe("<Integer Name='A'><Value>1</Value></Integer>").c_str(),
-        "<Integer Name='A'><Value>2</Value></Integer><Integer Name='A'><Value>3</Value></Integer>");
-    EXPECT_EQ(Integer("A")->GetValue(), 2);
-    EXPECT_EQ(Warnings(wkDuplicateName), 1);
-}
-
-// What lies within a replaced node goes with it.
-TEST_F(Loading, NodesWithinAReplacedNodeAreGone) {
-    map._LoadXMLFromStringInject(
-        Describe("<ConfRom Name='Rom'><Address>0</Address><Length>64</Length><pPort>Device</pPort>"
-                 "<IntKey Name='Key'>1</IntKey><IntSwissKnife Name='At'><Formula>0</Formula></IntSwissKnife></ConfRom>"
-                 "<Integer Name='User'><pValue>Key</pValue></Integer>")
-            .c_str(),
-        "<Integer Name='Rom'><Value>1</Value></Integer>");
-    EXPECT_EQ(map._GetNode("Key"), nullptr);
-    EXPECT_EQ(map._GetNode("At"), nullptr);
-    EXPECT_EQ(Mode("User"), NI);
-    EXPECT_EQ(Warnings(wkDanglingReference), 1);
-}
-
-TEST_F(Loading, ANameWithinAReplacedNodeIsFree) {
-    map._LoadXMLFromStringInject(
-        Describe("<ConfRom Name='Rom'><Address>0</Address><Length>64</Length><pPort>Device</pPort>"
-                 "<IntKey Name='Key'><Key>1</Key></IntKey></ConfRom>")
-            .c_str(),
-        "<Integer Name='Rom'><Value>1</Value></Integer><Integer Name='Key'><Value>7</Value></Integer>");
-    EXPECT_EQ(Integer("Key")->GetValue(), 7);
 }
 
 // Whoever uses a node that its description makes unusable is told which one, where, and why.
@@ -705,41 +471,6 @@ TEST_F(Loading, AnUnusableNodeNamesItselfItsLineAndTheReason) {
                 << exception.GetDescription();
             EXPECT_NE(std::string(exception.GetDescription()).find(reason), std::string::npos)
                 << exception.GetDescription();
-        }
-    }
-}
-
-TEST_F(Loading, RefusedArchivesNameTheirFile) {
-    const std::string good = Archive({{"a.xml", Describe(std::string(5000, ' '))}});
-    const std::vector<std::string> refused = {std::string("PK\3\4", 4),        Archive({{"readme.txt", "hello"}}),
-                                              Archive({{"a.xml", ""}}),        Archive({{"a.xml", "nonsense"}}),
-                                              good.substr(0, good.size() / 2), good.substr(0, good.size() - 10)};
-    for (const std::string& data : refused) {
-        const std::string path = File("bad.zip", data);
-        try {
-            map._LoadXMLFromZIPFile(path.c_str());
-            ADD_FAILURE() << data.size();
-        } catch (const RuntimeException& exception) {
-            EXPECT_NE(std::string(exception.GetDescription()).find("bad.zip("), std::string::npos)
-                << exception.GetDescription();
-        }
-    }
-    EXPECT_THROW(map._LoadXMLFromZIPFile("/nowhere/at/all.zip"), RuntimeException);
-    EXPECT_THROW(map._LoadXMLFromZIPData(nullptr, 10), InvalidArgumentException);
-    EXPECT_THROW(map._LoadXMLFromZIPData("", 0), RuntimeException);
-}
-
-TEST_F(Loading, SurvivesChangedBytesOfAnArchive) {
-    const std::string good = Archive({{"a.xml", Describe("<Integer Name='A'><Value>3</Value></Integer>")}});
-    for (std::size_t at = 0; at < good.size(); ++at) {
-        std::string changed = good;
-        changed[at] = static_cast<char>(changed[at] ^ 0x55);
-        CNodeMapRef fresh;
-        try {
-            fresh._LoadXMLFromZIPData(changed.data(), changed.size());
-            EXPECT_NE(fresh._GetNode("A"), nullptr);
-        } catch (const RuntimeException& exception) {
-            EXPECT_NE(std::string(exception.GetDescription()), "");
         }
     }
 }

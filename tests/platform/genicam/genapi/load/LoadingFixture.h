@@ -1,0 +1,75 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Files and archives to load descriptions from
+ */
+#pragma once
+
+#include <zip.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Support.h"
+
+namespace genapitest {
+
+class Loading : public NodeMapTest {
+protected:
+    void SetUp() override {
+        static int count = 0;
+        m_folder = std::filesystem::temp_directory_path() /
+                   ("genapi_test_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "_" +
+                    std::to_string(++count));
+        std::filesystem::create_directories(m_folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(m_folder); }
+
+    std::string File(const std::string& name, const std::string& content) {
+        const std::filesystem::path path = m_folder / name;
+        std::ofstream(path, std::ios::binary) << content;
+        return path.string();
+    }
+    std::string Missing(const std::string& name) const { return (m_folder / "missing" / name).string(); }
+    static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) {
+        zip_error_t error;
+        zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
+        zip_source_keep(target);
+        zip_t* archive = zip_open_from_source(target, ZIP_TRUNCATE, &error);
+        for (const auto& [name, content] : files)
+            zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+        zip_close(archive);
+        zip_source_open(target);
+        zip_source_seek(target, 0, SEEK_END);
+        std::string data(static_cast<std::size_t>(zip_source_tell(target)), '\0');
+        zip_source_seek(target, 0, SEEK_SET);
+        zip_source_read(target, data.data(), data.size());
+        zip_source_close(target);
+        zip_source_free(target);
+        return data;
+    }
+    /// The text of the exception that refuses a description.
+    std::string Refusal(const std::string& xml) {
+        try {
+            map._LoadXMLFromString(xml);
+        } catch (const GenICam::RuntimeException& exception) {
+            return exception.GetDescription();
+        }
+        return "loaded";
+    }
+    std::string FirstWarning() const {
+        const GenApi::WarningList_t warnings = map._GetWarnings();
+        if (warnings.empty())
+            return "none";
+        const GenApi::Warning& first = warnings.front();
+        return std::to_string(first.Line) + "," + std::to_string(first.Column) + " " + first.Message.str();
+    }
+
+private:
+    std::filesystem::path m_folder;
+};
+
+}  // namespace genapitest
