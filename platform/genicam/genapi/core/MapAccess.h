@@ -25,14 +25,14 @@ private:
 /// A call of code of others while the lock is held: what that asks of the node map is an operation of its own.
 class ForeignCall {
 public:
-    explicit ForeignCall(CNodeMap& map) noexcept : m_map(map), m_depth(map.SuspendAccess()) {}
-    ~ForeignCall() { m_map.ResumeAccess(m_depth); }
+    explicit ForeignCall(CNodeMap& map) noexcept : m_map(map), m_suspended(map.SuspendAccess()) {}
+    ~ForeignCall() { m_map.ResumeAccess(m_suspended); }
     ForeignCall(const ForeignCall&) = delete;
     ForeignCall& operator=(const ForeignCall&) = delete;
 
 private:
     CNodeMap& m_map;
-    const unsigned m_depth;
+    const OngoingAccess m_suspended;
 };
 
 }  // namespace GenApi

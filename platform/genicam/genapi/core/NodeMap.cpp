@@ -23,6 +23,11 @@ namespace {
 // Callbacks that set nodes whose callbacks set nodes...: a circle of them must end.
 constexpr unsigned kMaxChangeDepth = 32;
 
+// What is evaluated is remembered until the access is over, or until it changes something: each write of many copies
+// changes something. A few evaluations of each part of each node are plenty, and a small map may have more of them.
+constexpr unsigned kWorkOfANode = 64;
+constexpr std::uint64_t kLeastWork = 100'000;
+
 // Set in tests of this very engine: every cached value is compared with the device.
 bool IsCacheCheckWanted() {
     GenICam::gcstring value("$(VANTO_GENAPI_CHECK_CACHE)");
@@ -44,6 +49,7 @@ CNodeMap::CNodeMap(const GenICam::gcstring& deviceName, std::shared_ptr<const De
       m_files(std::move(files)),
       m_maker(maker),
       m_nodes(std::make_unique<std::atomic<CNode*>[]>(m_description->NodeCount())),
+      m_mostWork(kLeastWork + std::uint64_t{kWorkOfANode} * m_description->NodeCount()),
       m_checksCaches(IsCacheCheckWanted()) {
     TellWarnings(m_description->Warnings(), m_files);
 }
@@ -217,6 +223,10 @@ CNodeMap::ChangeScope::ChangeScope(CNodeMap& map) : m_map(map) {
 CNodeMap::ChangeScope::~ChangeScope() {
     m_map.EndAccess();
     --m_map.m_changeDepth;
+}
+
+void CNodeMap::ThrowTooMuchWork(const CNode& node) {
+    throw LOGICAL_ERROR_EXCEPTION("%s: one access evaluates nodes again and again", node.Label());
 }
 
 void CNodeMap::ForgetAllMemos() noexcept {

@@ -30,6 +30,12 @@ namespace GenApi {
 
 class CPort;
 
+/// How deep operations lie within the one that is going on, and how many parts of nodes it has evaluated.
+struct OngoingAccess {
+    unsigned depth = 0;
+    std::uint64_t work = 0;
+};
+
 /// Makes a node in an arena.
 using NodeMaker = CNode* (*)(const NodeSeed& seed, Arena& arena);
 
@@ -94,15 +100,21 @@ public:
     AccessMemory& Memories() noexcept { return m_memories; }
     /// An operation of a user begins or ends. The outermost one knows nothing that an earlier one found out.
     void BeginAccess() {
-        if (m_accessDepth++ == 0) {
+        if (m_ongoing.depth++ == 0) {
+            m_ongoing.work = 0;
             ForgetMemories();
             CheckPorts();
         }
     }
-    void EndAccess() noexcept { --m_accessDepth; }
+    void EndAccess() noexcept { --m_ongoing.depth; }
     /// The same for code of others, which is called within an operation: returns what to resume.
-    unsigned SuspendAccess() noexcept { return std::exchange(m_accessDepth, 0U); }
-    void ResumeAccess(unsigned depth) noexcept { m_accessDepth = depth; }
+    OngoingAccess SuspendAccess() noexcept { return std::exchange(m_ongoing, {}); }
+    void ResumeAccess(OngoingAccess suspended) noexcept { m_ongoing = suspended; }
+    /// Counts one evaluation of a part of a node. Throws when the access makes far more of them than there are nodes.
+    void CountWork(const CNode& node) {
+        if (++m_ongoing.work > m_mostWork)
+            ThrowTooMuchWork(node);
+    }
     /// Forgets what was found out, because it may have changed.
     void ForgetMemories() noexcept {
         if (m_memories.Forget())
@@ -164,6 +176,7 @@ private:
         std::int64_t elapsed;
     };
 
+    [[noreturn]] static void ThrowTooMuchWork(const CNode& node);
     void FindPolled();
     void ForgetAllMemos() noexcept;
     void RunBefore(CNode& node, ECallbackType type);
@@ -188,7 +201,8 @@ private:
     std::vector<CPort*> m_ports;
 
     AccessMemory m_memories;
-    unsigned m_accessDepth = 0;
+    OngoingAccess m_ongoing;
+    const std::uint64_t m_mostWork;
     RegisterCache m_registers;
     DependencyGraph m_graph;
     CallbackTable m_callbacks;

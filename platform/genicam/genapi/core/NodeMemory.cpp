@@ -128,6 +128,7 @@ T CNode::Evaluate(EPart part, Evaluation& evaluation, Compute&& compute) {
         return PlaceOf(part).As<T>();
     }
     m_map->Memories().ThrowFailure(m_index, part);
+    m_map->CountWork(*this);
     return FromBelow(evaluation, [&] {
         const Frame frame(evaluation, *this, part);
         try {
@@ -201,6 +202,7 @@ EAccessMode CNode::FindAccess(Evaluation& evaluation, bool withLocks) {
         BreakCircle(evaluation, *this, part);
         return NI;
     }
+    m_map->CountWork(*this);
     return FromBelow(evaluation, [&] { return FindAccessHere(evaluation, part); });
 }
 

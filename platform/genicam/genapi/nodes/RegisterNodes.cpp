@@ -23,10 +23,13 @@ namespace GenApi {
 namespace {
 
 std::uint64_t LoadInteger(std::span<const std::uint8_t> bytes, bool isBigEndian) noexcept {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        value = (value << 8) | bytes[isBigEndian ? i : bytes.size() - 1 - i];
-    return value;
+    const auto load = [](auto next, auto end) {
+        std::uint64_t value = 0;
+        for (; next != end; ++next)
+            value = (value << 8) | *next;
+        return value;
+    };
+    return isBigEndian ? load(bytes.begin(), bytes.end()) : load(bytes.rbegin(), bytes.rend());
 }
 
 void StoreInteger(std::uint64_t value, std::span<std::uint8_t> bytes, bool isBigEndian) noexcept {

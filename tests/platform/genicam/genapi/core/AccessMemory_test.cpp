@@ -362,6 +362,38 @@ TEST_P(RandomAccessWork, ReadsEachRegisterAFewTimes) {
     }
 }
 
+// Whatever is asked and written, and whether it is refused or not.
+TEST_P(RandomAccessWork, WritesAndQuestionsReadEachRegisterAFewTimes) {
+    const RandomNodes nodes(GetParam());
+    Load(nodes.Description());
+    for (int i = 0; i < RandomNodes::kRegisters; ++i)
+        port.PutLittle(4 * i, nodes.Register(i), 4);
+    for (int i = 0; i < static_cast<int>(nodes.Size()); ++i) {
+        const CIntegerPtr node = Integer("N" + Number(i));
+        const std::vector<std::function<void()>> questions = {[&] { node->SetValue(1); },
+                                                              [&] { node->SetValue(2, false); },
+                                                              [&] { node->FromString("3"); },
+                                                              [&] { node->ToString(true, true); },
+                                                              [&] { node->GetAccessMode(); },
+                                                              [&] { node->IsValueCacheValid(); },
+                                                              [&] { node->GetMin(); },
+                                                              [&] { node->GetInc(); },
+                                                              [&] { node->GetRepresentation(); },
+                                                              [&] { node->GetNode()->InvalidateNode(); },
+                                                              [&] { node->GetListOfValidValues(); }};
+        for (const auto& question : questions) {
+            const int reads = ReadsOf([&] {
+                try {
+                    question();
+                } catch (const GenericException&) {  // refused
+                }
+            });
+            EXPECT_LE(reads, 3 * RandomNodes::kRegisters) << i;
+            EXPECT_LE(port.Writes(), 1) << i;
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomAccessWork, testing::Range(0U, 60U));
 
 }  // namespace genapitest
