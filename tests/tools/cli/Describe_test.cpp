@@ -101,6 +101,41 @@ TEST_F(Describe, PrintsSarif) {
     EXPECT_EQ(result.at("locations").at(0).at("physicalLocation").at("region").at("startLine"), 2);
 }
 
+// People are shown the first hundred, programs get all.
+TEST_F(Describe, CutsNothingThatProgramsRead) {
+    constexpr std::size_t kFaults = 250;
+    std::string nodes;
+    for (std::size_t i = 0; i < kFaults; ++i)
+        nodes += "<Integer Name=\"N" + std::to_string(i) + "\"><pValue>Nowhere</pValue></Integer>\n";
+    std::string text = kTwoFaults;
+    Write(text.insert(text.find("<Integer"), nodes));
+    const auto check = [this](const char* format) {
+        return RunVantoCl({"describe", File(), "--check", "--level", "error", "--format", format});
+    };
+    const auto linesWith = [](const std::string& output, const std::string& word) {
+        std::size_t count = 0;
+        for (std::size_t at = output.find(word); at != std::string::npos; at = output.find(word, at + 1))
+            ++count;
+        return count;
+    };
+    EXPECT_EQ(linesWith(check("text").out, "[dangling-reference]"), 100U);
+    EXPECT_EQ(linesWith(check("github").out, "title=dangling-reference::"), kFaults);
+    EXPECT_EQ(json::parse(check("json").out).at("Findings").size(), kFaults + 1);
+    EXPECT_EQ(json::parse(check("sarif").out).at("runs").at(0).at("results").size(), kFaults + 1);
+    for (const char* const format : {"text", "github", "json", "sarif"})
+        EXPECT_EQ(check(format).exitCode, 1) << format;
+}
+
+TEST_F(Describe, WarningsAndNotesEndWithZeroInEachFormat) {
+    std::string text = kTwoFaults;
+    Write(text.replace(text.find("<Min>9"), 6, "<Min>1"));
+    for (const char* const format : {"text", "github", "json", "sarif"}) {
+        const RunResult run = RunVantoCl({"describe", File(), "--check", "--format", format});
+        EXPECT_EQ(run.exitCode, 0) << format;
+        EXPECT_THAT(run.out, HasSubstr("unknown-unit")) << format;
+    }
+}
+
 TEST_F(Describe, LevelAndFormatBelongToChecking) {
     Write(kTwoFaults);
     EXPECT_EQ(RunVantoCl({"describe", File(), "--level", "error"}).exitCode, 2);

@@ -84,6 +84,51 @@ TEST(LinterRules, GiveEachFindingTheirLevel) {
     }
 }
 
+// Whatever finds it: an editor that goes there stands on the element.
+TEST(LinterRules, PointAtTheBracketThatOpensAnElement) {
+    for (const auto& [rule, example] : Examples()) {
+        const std::string text = DescribeExample(example);
+        std::vector<std::string> lines{""};
+        std::stringstream stream(text);
+        for (std::string line; std::getline(stream, line);)
+            lines.push_back(line);
+        for (const Finding& finding : LintDescription(text)) {
+            if (finding.place.line == 0)
+                continue;  // about the whole file
+            ASSERT_LT(finding.place.line, lines.size()) << finding.text;
+            ASSERT_LE(finding.place.column, lines[finding.place.line].size()) << finding.text;
+            ASSERT_GE(finding.place.column, 1U) << finding.text;
+            EXPECT_EQ(lines[finding.place.line][finding.place.column - 1], '<') << finding.text;
+        }
+    }
+}
+
+TEST(LinterRules, SayOnceHowManyHelpersServeNothing) {
+    std::string nodes = "<Integer Name=\"A\"><Value>1</Value></Integer>";
+    for (int i = 0; i < 155; ++i)
+        nodes += "<IntSwissKnife Name=\"Helper" + std::to_string(i) + "\"><Formula>1</Formula></IntSwissKnife>\n";
+    const Findings findings = LintDescription(DescribeExample(nodes));
+    ASSERT_EQ(RulesIn(findings), std::vector<std::string>{"unreachable-helpers"});
+    EXPECT_THAT(findings[0].text, testing::StartsWith("155 helper nodes can't be reached and serve nothing: "));
+}
+
+// How long it takes is measured by tools_bench; here it ends, and tells of the circle once. The engine complains about
+// each node in it, which is left out, and more than it keeps.
+TEST(LinterRules, ManageAHundredThousandNodesInAChainAndInACircle) {
+    constexpr int kNodes = 100'000;
+    for (const bool isCircle : {false, true}) {
+        std::string nodes = "<Integer Name=\"A\"><pValue>N0</pValue></Integer>\n";
+        for (int i = 0; i < kNodes; ++i)
+            nodes += "<Integer Name=\"N" + std::to_string(i) + "\"><pValue>N" + std::to_string(i + 1) +
+                     "</pValue></Integer>\n";
+        nodes += "<Integer Name=\"N" + std::to_string(kNodes) + "\">" +
+                 (isCircle ? "<pValue>N0</pValue>" : "<Value>1</Value>") + "</Integer>";
+        using Rules = std::vector<std::string>;
+        EXPECT_EQ(RulesIn(LintDescription(DescribeExample(nodes))),
+                  (isCircle ? Rules{"circle", "questionable"} : Rules()));
+    }
+}
+
 std::string Many(const std::string& mode) {
     std::string nodes =
         "<Integer Name=\"A\"><pValue>N0</pValue></Integer><IntReg Name=\"R\"><Address>0</Address><Length>4</Length>"

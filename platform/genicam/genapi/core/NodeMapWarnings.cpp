@@ -73,10 +73,10 @@ void CNodeMap::Warn(Warning warning) {
     const std::size_t count = m_description->Warnings().size() + m_warnings.size();
     if (count > kMostWarnings)
         return;
+    if (count == kMostWarnings)
+        warning = MoreWarnings();
     if (warning.File.empty())
         warning.File = m_files.description;
-    if (count == kMostWarnings)
-        warning.Message = "There are more warnings; they are not listed";
     m_warnings.push_back(warning);
     if (!Tell(warning))
         m_warnings.back().Message += " (the warning sink failed)";

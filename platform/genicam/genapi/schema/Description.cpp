@@ -12,6 +12,10 @@
 
 namespace GenApi {
 
+Warning MoreWarnings() {
+    return {wkSyntax, {}, 0, 0, {}, "There are more warnings; they are not listed"};
+}
+
 std::string_view Description::TextOf(const Property& property) const noexcept {
     switch (property.kind) {
         case Property::EValue::Text:

@@ -62,6 +62,8 @@ struct DescriptionInfo {
 
 /// The most warnings about a description, and one that says that there are more.
 constexpr std::size_t kMostWarnings = 10000;
+/// That one: it is about no node and has no place.
+Warning MoreWarnings();
 
 /// A fault that was found when the description was read.
 struct LoadWarning {

@@ -89,7 +89,7 @@ void DescriptionBuilder::Warn(LoadWarning warning) {
     if (!TakesWarnings())
         return;
     if (m_description->m_warnings.size() == kMostWarnings)
-        warning.warning.Message = "There are more warnings; they are not listed";
+        warning.warning = MoreWarnings();
     m_description->m_warnings.push_back(std::move(warning));
 }
 

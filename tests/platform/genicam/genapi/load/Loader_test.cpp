@@ -232,7 +232,24 @@ TEST_F(Loading, BoundsTheNumberOfWarnings) {
     for (int i = 0; i < 20000; ++i)
         nodes += "<Gadget/>\n";
     Load(nodes);
-    EXPECT_EQ(map._GetWarnings().size(), 10001U);
+    const WarningList_t warnings = map._GetWarnings();
+    ASSERT_EQ(warnings.size(), 10001U);
+    EXPECT_EQ(warnings.back().Message, "There are more warnings; they are not listed");
+    EXPECT_EQ(warnings.back().Line, 0U);
+}
+
+TEST_F(Loading, BoundsTheNumberOfWarningsAboutUnusableNodes) {
+    std::string nodes;
+    for (int i = 0; i < 11000; ++i)
+        nodes += "<Integer Name='N" + std::to_string(i) + "'><pValue>N" + std::to_string((i + 1) % 11000) +
+                 "</pValue></Integer>";
+    Load(nodes);
+    EXPECT_EQ(Mode("N0"), NI);
+    const WarningList_t warnings = map._GetWarnings();
+    ASSERT_EQ(warnings.size(), 10001U);
+    EXPECT_EQ(warnings.back().Kind, wkSyntax);
+    EXPECT_EQ(warnings.back().Line, 0U);
+    EXPECT_EQ(warnings.back().File, "Device");
 }
 
 // --- Refusals: one exception with file, line and column ---
