@@ -8,6 +8,7 @@
 #include <exception>
 #include <string_view>
 
+#include "discovery/LastCamera.h"
 #include "support/Log.h"
 
 namespace gentl {
@@ -104,20 +105,12 @@ void Discovery::Run() {
         m_isWanted = false;
         m_isLooking = true;
         m_seen.clear();
-        ForgetBusyLocked();
         lock.unlock();
         Look();
         lock.lock();
         m_isLooking = false;
         m_changed.notify_all();
     }
-}
-
-// Whoever held a port may have given it back.
-void Discovery::ForgetBusyLocked() {
-    for (PortRecord& port : m_ports)
-        if (port.state == PortRecord::State::kBusy)
-            port.state = PortRecord::State::kUnknown;
 }
 
 void Discovery::Look() {
@@ -169,11 +162,18 @@ void Discovery::OnActivity(const CLProtocol::Activity& activity) {
     using Kind = CLProtocol::Activity::Kind;
     if (activity.kind != Kind::kAnswered && activity.kind != Kind::kFailed)
         return;
+    const std::string portId = activity.portId.str();
+    const bool hasAnswered = activity.kind == Kind::kAnswered && !activity.deviceId.empty();
+    std::optional<std::string> last;
+    if (hasAnswered)
+        RememberCamera(portId, activity.deviceId.str());
+    else if (activity.errorCode == kPortInUse)
+        last = LastCamera(portId);
     const std::lock_guard lock(m_mutex);
-    PortRecord* const port = FindLocked(activity.portId.str());
+    PortRecord* const port = FindLocked(portId);
     if (port == nullptr)
         return;
-    if (activity.kind == Kind::kAnswered && !activity.deviceId.empty()) {
+    if (hasAnswered) {
         CameraRecord camera = RecordOfDeviceId(activity.deviceId.str());
         if (!port->camera || port->camera->id != camera.id)
             port->camera = std::move(camera);
@@ -181,12 +181,15 @@ void Discovery::OnActivity(const CLProtocol::Activity& activity) {
         m_asked.push_back(port->portId);
     } else if (activity.errorCode == kPortInUse) {
         port->state = PortRecord::State::kBusy;
+        if (!port->camera && last)
+            port->camera = RecordOfDeviceId(*last);
         m_asked.push_back(port->portId);
     }
     m_changed.notify_all();
 }
 
-// A port without a camera is known as such only now: it is asked by several drivers, several times.
+// A port without a camera is known as such only now: it is asked by several drivers, several times. One that was in use
+// before this look may have been given back.
 void Discovery::TakeRecords(const Vanto::DeviceInfoList& found) {
     const std::lock_guard lock(m_mutex);
     if (m_isEnding)
@@ -194,7 +197,7 @@ void Discovery::TakeRecords(const Vanto::DeviceInfoList& found) {
     if (!m_arePortsKnown)
         KeepPortsLocked();
     for (PortRecord& port : m_ports)
-        if (port.state != PortRecord::State::kBusy)
+        if (port.state != PortRecord::State::kBusy || !Contains(m_asked, port.portId))
             port = {.portId = port.portId, .state = PortRecord::State::kEmpty, .camera = {}};
     for (const Vanto::CDeviceInfo& info : found) {
         Vanto::gcstring portId;

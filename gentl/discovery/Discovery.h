@@ -30,7 +30,7 @@ struct PortRecord {
     };
     std::string portId;
     State state = State::kUnknown;
-    std::optional<CameraRecord> camera;  ///< also of a busy port, when it was seen before
+    std::optional<CameraRecord> camera;  ///< also of a busy port, when any process saw it before
 };
 
 using Clock = std::chrono::steady_clock;
@@ -55,7 +55,6 @@ public:
 private:
     void Run();
     void Look();
-    void ForgetBusyLocked();
     void OnMessage(const Vanto::tracelog::LogMessage& message);
     void OnActivity(const CLProtocol::Activity& activity);
     void KeepPortsLocked();

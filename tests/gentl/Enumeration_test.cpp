@@ -169,6 +169,34 @@ TEST_F(Lists, ACameraThatWasInUseBeforeItWasEverSeenIsBusyUnderItsPortsId) {
     EXPECT_EQ(TL().IFOpenDevice(interface, kPort.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_SUCCESS);
 }
 
+// As a process does that was just started.
+TEST_F(Lists, ACameraThatIsInUseIsKnownFromWhatAnotherProcessSaw) {
+    AddCamera();
+    OpenInterface();
+    UpdateDevices();
+    CloseLibrary();
+    Vanto::IVantoDevice* const foreign = integration::CTlFactory::GetInstance().CreateDevice(Partial("21"));
+    BeginAgain();
+    OpenInterface();
+    UpdateDevices();
+    EXPECT_EQ(Status(), DEVICE_ACCESS_STATUS_BUSY);
+    EXPECT_EQ(DeviceText(DEVICE_INFO_MODEL), "H2048");
+    EXPECT_EQ(TL().IFOpenDevice(interface, kCamera.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_ACCESS_DENIED);
+    integration::CTlFactory::GetInstance().DestroyDevice(foreign);
+    EXPECT_EQ(TL().IFOpenDevice(interface, kCamera.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_SUCCESS);
+}
+
+// Lists are asked for with 10 ms; the port is asked for longer.
+TEST_F(Lists, ABusyCameraStaysListedWhileItsPortIsAskedAgain) {
+    AddCamera();
+    Vanto::IVantoDevice* const foreign = integration::CTlFactory::GetInstance().CreateDevice(Partial("21"));
+    OpenInterface();
+    UpdateDevices();
+    ASSERT_EQ(TL().IFUpdateDeviceList(interface, nullptr, 0), GC_ERR_SUCCESS);
+    EXPECT_EQ(Devices(), 1u);
+    integration::CTlFactory::GetInstance().DestroyDevice(foreign);
+}
+
 TEST_F(Lists, ParentsAreFound) {
     AddCamera();
     OpenStream();
