@@ -14,7 +14,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/gentl/Producer.h"
+#include "tests/gentl/Functions.h"
 
 namespace gentl_test {
 
@@ -52,6 +52,8 @@ public:
     RandomCaller(Findings& findings, std::vector<std::string> texts, std::uint32_t seed)
         : m_findings(findings), m_texts(std::move(texts)), m_random(seed) {}
 
+    /// Begins with other arguments.
+    void Reseed(std::uint32_t seed) { m_random.seed(seed); }
     /// Whether something happens that has this chance.
     bool OneIn(std::uint32_t chance) { return Below(chance) == 0; }
     std::uint32_t Below(std::uint32_t end) { return Number() % end; }

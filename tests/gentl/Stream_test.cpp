@@ -2,35 +2,14 @@
 /*
  * Buffers, acquisition and the event NEW_BUFFER
  */
-#include <atomic>
-#include <future>
-
 #include "FrameMark.h"
-#include "tests/gentl/Consumer.h"
+#include "tests/gentl/StreamConsumer.h"
 
 namespace gentl_test {
 
 namespace {
 
-class Streams : public Consumer {
-protected:
-    void Prepare(std::size_t count, const std::string& parameters = "FrameRate=200") {
-        AddCamera(parameters);
-        OpenStream();
-        Announce(count);
-    }
-    GC_ERROR Flush(ACQ_QUEUE_TYPE operation) { return TL().DSFlushQueue(stream, operation); }
-    std::size_t Queued() const { return StreamSize(STREAM_INFO_NUM_QUEUED); }
-    std::size_t Waiting() const { return StreamSize(STREAM_INFO_NUM_AWAIT_DELIVERY); }
-    bool WaitFor(std::size_t waiting) const {
-        for (int tries = 0; tries < 3000 && Waiting() < waiting; ++tries)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return Waiting() >= waiting;
-    }
-    std::uint64_t FrameId(BUFFER_HANDLE buffer) const {
-        return BufferValue<std::uint64_t>(buffer, BUFFER_INFO_FRAMEID, INFO_DATATYPE_UINT64);
-    }
-};
+class Streams : public StreamConsumer {};
 
 TEST_F(Streams, BuffersAreAnnouncedInOrderWithoutHoles) {
     Prepare(3);
@@ -138,17 +117,21 @@ TEST_F(Streams, WithoutAQueuedBufferFramesAreLostAndCounted) {
     Register();
     QueueAll();
     Start();
-    ASSERT_TRUE(WaitFor(2));
-    const BUFFER_HANDLE first = Next();
-    const BUFFER_HANDLE second = Next();
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_EQ(FrameId(second), FrameId(first) + 1);
-    EXPECT_EQ(TL().DSQueueBuffer(stream, first), GC_ERR_SUCCESS);
-    const BUFFER_HANDLE third = Next();
-    ASSERT_NE(third, nullptr);
-    EXPECT_GT(FrameId(third), FrameId(second) + 1);
-    EXPECT_EQ(StreamCount(STREAM_INFO_NUM_UNDERRUN), FrameId(third) - 3);
-    EXPECT_EQ(StreamCount(STREAM_INFO_NUM_STARTED), FrameId(third));
+    std::uint64_t lost = 0;
+    std::uint64_t last = 0;
+    // A busy machine may let the frame grabber sleep as well.
+    for (int tries = 0; tries < 1000 && lost == 0; ++tries) {
+        ASSERT_TRUE(WaitFor(2));
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        while (const BUFFER_HANDLE buffer = Next(0)) {
+            lost += FrameId(buffer) - last - 1;
+            last = FrameId(buffer);
+        }
+        QueueAll();
+    }
+    EXPECT_GT(lost, 0U);
+    EXPECT_GE(StreamCount(STREAM_INFO_NUM_UNDERRUN), lost);
+    EXPECT_GE(StreamCount(STREAM_INFO_NUM_STARTED), last);
     Stop();
 }
 
@@ -263,68 +246,6 @@ TEST_F(Streams, StopsKeepTheInputPool) {
     Stop();
 }
 
-TEST_F(Streams, AKillEndsOneWait) {
-    Prepare(1);
-    Register();
-    EVENT_NEW_BUFFER_DATA data{};
-    std::size_t size = sizeof data;
-    EXPECT_EQ(TL().EventKill(event), GC_ERR_SUCCESS);
-    EXPECT_EQ(TL().EventGetData(event, &data, &size, 0), GC_ERR_ABORT);
-    EXPECT_EQ(TL().EventGetData(event, &data, &size, 0), GC_ERR_TIMEOUT);
-    auto waiting = std::async(std::launch::async, [&] {
-        EVENT_NEW_BUFFER_DATA mine{};
-        std::size_t mySize = sizeof mine;
-        return TL().EventGetData(event, &mine, &mySize, GENTL_INFINITE);
-    });
-    EXPECT_EQ(TL().EventKill(event), GC_ERR_SUCCESS);
-    EXPECT_EQ(waiting.get(), GC_ERR_ABORT);
-}
-
-TEST_F(Streams, UnregisteringEndsAllWaits) {
-    Prepare(1);
-    Register();
-    std::vector<std::future<GC_ERROR>> waits;
-    for (int waiter = 0; waiter < 4; ++waiter)
-        waits.push_back(std::async(std::launch::async, [&, mine = event] {
-            EVENT_NEW_BUFFER_DATA data{};
-            std::size_t size = sizeof data;
-            const GC_ERROR result = TL().EventGetData(mine, &data, &size, GENTL_INFINITE);
-            return result == GC_ERR_INVALID_HANDLE ? GC_ERR_ABORT : result;  // one that began too late
-        }));
-    EXPECT_EQ(TL().GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
-    for (auto& wait : waits)
-        EXPECT_EQ(wait.get(), GC_ERR_ABORT);
-    EXPECT_EQ(TL().GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_NOT_INITIALIZED);
-    EXPECT_EQ(TL().EventKill(event), GC_ERR_INVALID_HANDLE);
-}
-
-TEST_F(Streams, EventsOfOtherTypesAreNotThere) {
-    Prepare(1);
-    Register();
-    EVENT_HANDLE other = nullptr;
-    EXPECT_EQ(TL().GCRegisterEvent(stream, EVENT_NEW_BUFFER, &other), GC_ERR_RESOURCE_IN_USE);
-    EXPECT_EQ(TL().GCRegisterEvent(stream, EVENT_REMOTE_DEVICE, &other), GC_ERR_NOT_IMPLEMENTED);
-    EXPECT_EQ(TL().GCRegisterEvent(system, EVENT_MODULE, &other), GC_ERR_NOT_IMPLEMENTED);
-    EXPECT_EQ(TL().GCRegisterEvent(device, EVENT_NEW_BUFFER, &other), GC_ERR_NOT_IMPLEMENTED);
-    EXPECT_EQ(TL().GCUnregisterEvent(device, EVENT_NEW_BUFFER), GC_ERR_NOT_IMPLEMENTED);
-}
-
-TEST_F(Streams, ATooSmallBufferRemovesNothingAndNullRemovesOne) {
-    Prepare(2);
-    Register();
-    QueueAll();
-    EXPECT_EQ(Flush(ACQ_QUEUE_INPUT_TO_OUTPUT), GC_ERR_SUCCESS);
-    char small[4];
-    std::size_t size = sizeof small;
-    EXPECT_EQ(TL().EventGetData(event, small, &size, 0), GC_ERR_BUFFER_TOO_SMALL);
-    EXPECT_EQ(Waiting(), 2u);
-    EXPECT_EQ(TL().EventGetData(event, nullptr, &size, 0), GC_ERR_SUCCESS);
-    EXPECT_EQ(Waiting(), 1u);
-    EXPECT_FALSE(BufferFlag(buffers[0], BUFFER_INFO_IS_QUEUED));
-    EXPECT_EQ(TL().EventFlush(event), GC_ERR_SUCCESS);
-    EXPECT_EQ(Waiting(), 0u);
-}
-
 TEST_F(Streams, PartsChunksAndFlowsHaveNoData) {
     Prepare(1);
     std::uint32_t parts = 0;
@@ -355,6 +276,20 @@ TEST_F(Streams, StackedInfosFailOneByOne) {
     EXPECT_EQ(TL().DSGetBufferInfoStacked(stream, buffers[0], infos, 0), GC_ERR_INVALID_PARAMETER);
 }
 
+// Delivered frames are those of the last start, all others those since the opening.
+TEST_F(Streams, CountDeliveredFramesAnewWithEachStart) {
+    Prepare(4);
+    Register();
+    for (const std::uint64_t frames : {3, 2}) {
+        EXPECT_EQ(Flush(ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS);
+        Start(frames);
+        ASSERT_TRUE(WaitFor(frames));
+        EXPECT_EQ(StreamCount(STREAM_INFO_NUM_DELIVERED), frames);
+        Stop();
+    }
+    EXPECT_EQ(StreamCount(STREAM_INFO_NUM_STARTED), 5U + StreamCount(STREAM_INFO_NUM_UNDERRUN));
+}
+
 TEST_F(Streams, OpenAgainAfterTheyWereClosed) {
     Prepare(2);
     QueueAll();
@@ -368,20 +303,6 @@ TEST_F(Streams, OpenAgainAfterTheyWereClosed) {
     QueueAll();
     Start();
     EXPECT_NE(Next(), nullptr);
-}
-
-TEST_F(Streams, ClosingTheDeviceWakesWhoWaits) {
-    Prepare(1);
-    Register();
-    auto waiting = std::async(std::launch::async, [&] {
-        EVENT_NEW_BUFFER_DATA data{};
-        std::size_t size = sizeof data;
-        const GC_ERROR result = TL().EventGetData(event, &data, &size, GENTL_INFINITE);
-        return result == GC_ERR_INVALID_HANDLE ? GC_ERR_ABORT : result;
-    });
-    EXPECT_EQ(TL().DevClose(device), GC_ERR_SUCCESS);
-    EXPECT_EQ(waiting.get(), GC_ERR_ABORT);
-    EXPECT_EQ(TL().DSQueueBuffer(stream, buffers[0]), GC_ERR_INVALID_HANDLE);
 }
 
 TEST_F(Streams, FramesAreWholeWhileTheConsumerFlushes) {

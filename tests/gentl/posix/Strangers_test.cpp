@@ -74,6 +74,19 @@ TEST_F(Strangers, WhoNeverClosesTheLibraryCanEnd) {
     EXPECT_EQ(SerialNumbers(), std::vector<std::string>{"21"}) << "the camera is free again";
 }
 
+TEST_F(Strangers, MessagesGoToTheLogsOwnCategory) {
+    const std::string log = m_folder / "log";
+    const scripted::ScopedVariable rules("VANTO_LOG", "Vanto.GenTL:debug");
+    const scripted::ScopedVariable file("VANTO_LOG_FILE", log);
+    EXPECT_NE(
+        Execute(std::string(VANTO_CLASHING_CONSUMER " '" VANTO_GENTL_PRODUCER "' local close nowhere nobody")).status,
+        0);
+    std::ifstream stream(log);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_NE(text.find("[Vanto.GenTL]"), std::string::npos) << text;
+    EXPECT_NE(text.find("GC_ERR_INVALID_ID: There is no interface 'nowhere'"), std::string::npos) << text;
+}
+
 TEST_F(Strangers, TheFileExportsNothingElse) {
     const Ended ended = Execute("nm -D --defined-only '" VANTO_GENTL_PRODUCER "'");
     ASSERT_EQ(ended.status, 0) << ended.output;
