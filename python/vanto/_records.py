@@ -190,6 +190,9 @@ class Entries(Mapping[str, Entry]):
         """The names, for completion."""
         return [*super().__dir__(), *self._entries]
 
+    def _ipython_key_completions_(self) -> list[str]:
+        return list(self._entries)
+
     def __repr__(self) -> str:
         """The names."""
         return f"<Entries {', '.join(self._entries)}>"
