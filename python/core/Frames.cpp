@@ -61,7 +61,6 @@ void BindFrames(py::module_& module) {
         .def("height", &Frame::Height)
         .def("offset_x", &Frame::OffsetX)
         .def("offset_y", &Frame::OffsetY)
-        .def("pixel_type", &Frame::PixelType)
         .def("bits_per_pixel", &Frame::BitsPerPixel)
         .def("pixel_format", [](const Frame& frame) { return ToPython(frame.PixelFormat()); })
         .def("save", Save, py::arg("path"));

@@ -5,6 +5,7 @@ from __future__ import annotations
 
 import contextlib
 import html
+import math
 import os
 import select
 import shutil
@@ -42,6 +43,11 @@ class Simulation:
         """Start them; use vanto.simulate instead."""
         if not 1 <= count <= _MOST:
             raise ValueError(f"1 to {_MOST} cameras can be simulated, not {count}")
+        if not 0 <= frame_rate < math.inf:
+            raise ValueError(f"a frame rate is a number from 0, which is as fast as possible, not {frame_rate}")
+        for texts in (models, serial_numbers):
+            if isinstance(texts, str) or not all(isinstance(text, str) for text in texts):
+                raise TypeError(f"models and serial numbers are lists of texts, not {texts!r}")
         self._owner = os.getpid()
         self._names = [f"cam{number}" for number in range(count)]
         self._serial_numbers = [*serial_numbers, *(f"SIM{number + 1:05}" for number in range(count))][:count]
@@ -67,11 +73,14 @@ class Simulation:
             [str(program), *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True
         )
         assert started.stdout is not None
-        waiting, _, _ = select.select([started.stdout], [], [], _PATIENCE)
-        if not waiting or started.stdout.readline() != b"ready\n":
+        try:
+            waiting, _, _ = select.select([started.stdout], [], [], _PATIENCE)
+            if not waiting or started.stdout.readline() != b"ready\n":
+                raise Error("the simulator did not start")
+        except BaseException:
             started.kill()
-            started.wait()
-            raise Error("the simulator did not start")
+            started.communicate()
+            raise
         return started
 
     @property

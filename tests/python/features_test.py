@@ -59,6 +59,7 @@ def test_entries_are_like_an_enum(camera):
     assert entries.Mono12 == "Mono12" and entries["Mono12"].name == "Mono12"
     assert entries.Mono8.value == 0x01080001 and entries.Mono8.available
     assert "Mono12" in entries and len(entries) == 4 and "Mono12" in dir(entries)
+    assert entries._ipython_key_completions_() == list(entries)
     camera.PixelFormat = entries.Mono12
     assert camera.PixelFormat == entries.Mono12
     with pytest.raises(AttributeError, match="no entry 'Mono7'"):

@@ -5,6 +5,7 @@ import contextlib
 import gc
 import os
 import signal
+import sys
 import threading
 import time
 
@@ -21,9 +22,10 @@ def heard(simulation):
 @contextlib.contextmanager
 def control_c(happens):
     """Presses Ctrl-C once something has happened, unless it is too late."""
-    ended = threading.Event()
+    begun, ended = threading.Event(), threading.Event()
 
     def press():
+        begun.wait()
         while not (happened := happens()) and not ended.is_set():
             time.sleep(0.001)
         if happened:
@@ -32,10 +34,15 @@ def control_c(happens):
     thread = threading.Thread(target=press)
     thread.start()
     try:
+        begun.set()
         yield
     finally:
-        ended.set()
-        thread.join()
+        try:
+            ended.set()
+            thread.join()
+        except KeyboardInterrupt:  # what was to be interrupted had ended already
+            ended.set()
+            thread.join()
 
 
 def asked(simulation):
@@ -242,7 +249,8 @@ def test_reading_a_description_is_left(tmp_path):
 
 def test_a_command_that_was_left_is_not_asked_for_any_more(tmp_path):
     (tmp_path / "endless.xml").write_text(ENDLESS)
-    with vanto.simulate(1, models=[f"H2048,description={tmp_path / 'endless.xml'}"]) as simulation, vanto.open() as camera:
+    models = [f"H2048,description={tmp_path / 'endless.xml'}"]
+    with vanto.simulate(1, models=models) as simulation, vanto.open() as camera:
         with pytest.raises(KeyboardInterrupt), control_c(asked(simulation)):
             camera.execute("Endless", timeout=3600)
         helpers = threading.active_count()
@@ -253,7 +261,8 @@ def test_a_command_that_was_left_is_not_asked_for_any_more(tmp_path):
 
 def test_a_signal_handler_may_use_the_camera_that_is_waited_for(tmp_path):
     (tmp_path / "endless.xml").write_text(ENDLESS)
-    with vanto.simulate(1, models=[f"H2048,description={tmp_path / 'endless.xml'}"]) as simulation, vanto.open() as camera:
+    models = [f"H2048,description={tmp_path / 'endless.xml'}"]
+    with vanto.simulate(1, models=models) as simulation, vanto.open() as camera:
         before = signal.signal(signal.SIGINT, lambda number, frame: camera.close())
         try:
             with pytest.raises(vanto.CameraClosed), control_c(asked(simulation)):
@@ -352,3 +361,19 @@ def test_callbacks_of_a_change_that_was_left_run_without_the_main_thread(line):
             if threading.main_thread() not in told:
                 return
     pytest.fail("the main thread always runs the callback")
+
+
+def test_a_simulation_that_does_not_start_is_left_and_leaves_nothing(tmp_path, monkeypatch):
+    program = tmp_path / "marlow-sim"
+    program.write_text(f"#!/bin/sh\necho $$ > {tmp_path}/process\nexec sleep 1000\n")
+    program.chmod(0o755)
+    monkeypatch.setattr(vanto._core, "folder", lambda kind: str(tmp_path))
+
+    def is_waited_for():
+        at = sys._current_frames()[threading.main_thread().ident]
+        return at.f_code.co_name == "_start" and (tmp_path / "process").exists()
+
+    with pytest.raises(KeyboardInterrupt), control_c(is_waited_for):
+        vanto.simulate(1)
+    with pytest.raises(ProcessLookupError):
+        os.kill(int((tmp_path / "process").read_text()), 0)

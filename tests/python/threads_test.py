@@ -57,7 +57,7 @@ WAITING = {
     "access": lambda camera: (camera.features.refresh(), camera.features["ExposureTime"].access),
     "range": lambda camera: (camera.features.refresh(), camera.features["OffsetX"].range),
     "allowed": lambda camera: (camera.features.refresh(), camera.features["OffsetX"].allowed),
-    "entries": lambda camera: (camera.features.refresh(), camera.features["ClSerialPortBaudRate"].value),
+    "entries": lambda camera: (camera.features.refresh(), camera.features["ExposureMode"].value),
     "command": lambda camera: camera.UserSetLoad(),
     "start": lambda camera: camera.features["TriggerSoftware"].start(),
     "registers": lambda camera: camera.read_registers(0x10005C, 4),
