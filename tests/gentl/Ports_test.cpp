@@ -70,7 +70,9 @@ TEST_F(Ports, OfTheInterfaceHaveItsFeatures) {
                                "DeviceSelector", "DeviceID", "DeviceVendorName", "DeviceModelName",
                                "DeviceAccessStatus", "InterfaceTLVersionMajor", "DeviceTLVersionMinor"});
     PortNodes nodes(interface, Description(interface));
-    nodes.Execute("DeviceUpdateList");
+    // The command waits a second for the port, which a busy machine may exceed.
+    for (int looks = 0; looks < 30 && nodes.Value("DeviceID").empty(); ++looks)
+        nodes.Execute("DeviceUpdateList");
     EXPECT_EQ(nodes.Value("DeviceID"), kCamera);
     EXPECT_EQ(nodes.Value("DeviceAccessStatus"), "ReadWrite");
     EXPECT_THROW(nodes.Set("DeviceSelector", "1"), GenICam::GenericException);
