@@ -65,8 +65,10 @@ bool IsForked() noexcept {
     return isForked.load(std::memory_order_relaxed);
 }
 
-/// Called in a forked process. Where its parent never used the library, the library is as good as new.
+/// Called in a forked process. Where its parent never used the library, the library is as good as new; the thread that
+/// forked is the main thread now.
 void NoteFork() noexcept {
+    mainThread = PyThread_get_thread_ident();
     if (!Gate::Instance().WasUsed() || isForked.exchange(true))
         return;
     on_exit(EndForked, nullptr);

@@ -260,6 +260,33 @@ def test_a_process_that_is_forked_before_cameras_are_used_may_use_them(own):
     assert script.end() == (0, "128 2048", "")
 
 
+def test_a_thread_that_forked_is_the_main_thread_of_its_child(waiting_camera):
+    script = Script(
+        """
+        import os, signal, threading, vanto
+        class Alarm(Exception): pass
+        def ring(number, frame): raise Alarm
+        signal.signal(signal.SIGALRM, ring)
+        def fork():
+            child = os.fork()
+            if child != 0:
+                os.waitpid(child, 0)
+                return
+            with vanto.open() as camera, camera.stream(timeout=3600) as stream:
+                signal.setitimer(signal.ITIMER_REAL, 0.2)
+                try:
+                    next(stream)
+                except Alarm:
+                    print("alarm", flush=True)
+            os._exit(0)
+        thread = threading.Thread(target=fork)
+        thread.start()
+        thread.join()
+        """
+    )
+    assert script.end() == (0, "alarm", "")
+
+
 def test_workers_that_are_forked_tell_the_error(own):
     script = Script(
         """
