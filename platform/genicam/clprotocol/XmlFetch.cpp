@@ -13,8 +13,8 @@
 #include "DriverLocations.h"
 #include "ModuleLog.h"
 #include "Texts.h"
-#include "Unzip.h"
 #include "XmlCache.h"
+#include "base/Zip.h"
 #include "os/File.h"
 #include "os/Path.h"
 
@@ -88,9 +88,17 @@ private:
     CLUINT32 m_previous = 0;
 };
 
+std::string Unzipped(const std::string& archive) {
+    try {
+        return base::UnzipDescription(archive);
+    } catch (const base::ZipError& error) {
+        throw RUNTIME_EXCEPTION("Could not unpack the description: %s", error.what());
+    }
+}
+
 std::string TextOf(std::string bytes) {
-    if (IsZip(bytes))
-        return Unzip(bytes);
+    if (base::IsZip(bytes))
+        return Unzipped(bytes);
     // The size that a driver reports may count a NUL at the end, or the padding of the camera's memory.
     bytes.erase(bytes.find_last_not_of('\0') + 1);
     if (bytes.empty())

@@ -11,8 +11,8 @@
 #include <cstring>
 #include <filesystem>
 
-#include "Archives.h"
 #include "CLProtocol/CLPort.h"
+#include "archives/Archives.h"
 #include "os/File.h"
 #include "os/Path.h"
 #include "scripted/Scripted.h"

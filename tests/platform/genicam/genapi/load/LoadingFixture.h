@@ -4,8 +4,6 @@
  */
 #pragma once
 
-#include <zip.h>
-
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "Support.h"
+#include "archives/Archives.h"
 
 namespace genapitest {
 
@@ -34,23 +33,7 @@ protected:
         return path.string();
     }
     std::string Missing(const std::string& name) const { return (m_folder / "missing" / name).string(); }
-    static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) {
-        zip_error_t error;
-        zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
-        zip_source_keep(target);
-        zip_t* archive = zip_open_from_source(target, ZIP_TRUNCATE, &error);
-        for (const auto& [name, content] : files)
-            zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-        zip_close(archive);
-        zip_source_open(target);
-        zip_source_seek(target, 0, SEEK_END);
-        std::string data(static_cast<std::size_t>(zip_source_tell(target)), '\0');
-        zip_source_seek(target, 0, SEEK_SET);
-        zip_source_read(target, data.data(), data.size());
-        zip_source_close(target);
-        zip_source_free(target);
-        return data;
-    }
+    static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) { return MakeZip(files); }
     /// The text of the exception that refuses a description.
     std::string Refusal(const std::string& xml) {
         try {

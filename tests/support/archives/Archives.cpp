@@ -3,7 +3,7 @@
  * Makes zip archives for tests
  */
 
-#include "Archives.h"
+#include "archives/Archives.h"
 
 #include <zip.h>
 

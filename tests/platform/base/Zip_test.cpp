@@ -3,66 +3,67 @@
  * Tests of unpacking descriptions
  */
 
-#include "Unzip.h"
+#include "base/Zip.h"
 
 #include <gtest/gtest.h>
 
-#include "Archives.h"
-#include "Base/GCException.h"
+#include "archives/Archives.h"
 
 namespace {
 
-using CLProtocol::IsZip;
-using CLProtocol::Unzip;
+using base::IsZip;
+using base::UnzipDescription;
+using base::ZipError;
 
-TEST(Unzip, UnpacksADescription) {
+TEST(Zip, UnpacksADescription) {
     const std::string xml = "<RegisterDescription>" + std::string(100000, ' ') + "</RegisterDescription>";
     const std::string archive = MakeZip({{"camera.xml", xml}});
     EXPECT_TRUE(IsZip(archive));
-    EXPECT_EQ(Unzip(archive), xml);
+    EXPECT_EQ(UnzipDescription(archive), xml);
 }
 
-TEST(Unzip, KnowsWhatIsNoArchive) {
+TEST(Zip, KnowsWhatIsNoArchive) {
     for (const char* text : {"", "P", "PK", "<RegisterDescription/>", "PK\x05\x06"})
         EXPECT_FALSE(IsZip(text));
-    EXPECT_THROW(Unzip("<RegisterDescription/>"), GenICam::RuntimeException);
-    EXPECT_THROW(Unzip(""), GenICam::RuntimeException);
+    EXPECT_THROW(UnzipDescription("<RegisterDescription/>"), ZipError);
+    EXPECT_THROW(UnzipDescription(""), ZipError);
 }
 
-TEST(Unzip, TakesTheXmlFileOfSeveral) {
-    EXPECT_EQ(Unzip(MakeZip({{"readme.txt", "read me"}, {"a/Camera.XML", "<a/>"}, {"b.xml", "<b/>"}})), "<a/>");
+TEST(Zip, TakesTheXmlFileOfSeveral) {
+    EXPECT_EQ(UnzipDescription(MakeZip({{"readme.txt", "read me"}, {"a/Camera.XML", "<a/>"}, {"b.xml", "<b/>"}})),
+              "<a/>");
 }
 
-TEST(Unzip, TakesTheFirstFileWhereNoneIsXml) {
-    EXPECT_EQ(Unzip(MakeZip({{"empty", ""}, {"camera.bin", "<a/>"}, {"b", "<b/>"}})), "<a/>");
+TEST(Zip, TakesTheFirstFileWhereNoneIsXml) {
+    EXPECT_EQ(UnzipDescription(MakeZip({{"empty", ""}, {"camera.bin", "<a/>"}, {"b", "<b/>"}})), "<a/>");
 }
 
-TEST(Unzip, RefusesAnArchiveWithoutFiles) {
-    EXPECT_THROW(Unzip(MakeZip({{"empty.xml", ""}})), GenICam::RuntimeException);
+TEST(Zip, RefusesAnArchiveWithoutFiles) {
+    EXPECT_THROW(UnzipDescription(MakeZip({{"empty.xml", ""}})), ZipError);
 }
 
-TEST(Unzip, AcceptsBytesBehindTheArchive) {
+TEST(Zip, AcceptsBytesBehindTheArchive) {
     // Padding of the camera's memory.
-    EXPECT_EQ(Unzip(MakeZip({{"a.xml", "<a/>"}}) + std::string(64, '\0')), "<a/>");
+    EXPECT_EQ(UnzipDescription(MakeZip({{"a.xml", "<a/>"}}) + std::string(64, '\0')), "<a/>");
 }
 
-TEST(Unzip, RefusesDamageAnywhere) {
+TEST(Zip, RefusesDamageAnywhere) {
     const std::string xml = "<RegisterDescription>some text that is long enough</RegisterDescription>";
     const std::string archive = MakeZip({{"a.xml", xml}});
     for (std::size_t at = 0; at < archive.size(); ++at) {
         std::string damaged = archive;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x55);
         try {
-            EXPECT_EQ(Unzip(damaged), xml) << "byte " << at;  // names and times may differ
-        } catch (const GenICam::RuntimeException&) {
+            EXPECT_EQ(UnzipDescription(damaged), xml) << "byte " << at;  // names and times may differ
+        } catch (const ZipError&) {
         }
     }
 }
 
-TEST(Unzip, RefusesATruncatedArchive) {
+TEST(Zip, RefusesATruncatedArchive) {
     const std::string archive = MakeZip({{"a.xml", std::string(1000, 'x')}});
     for (std::size_t size = 0; size < archive.size(); ++size)
-        EXPECT_THROW(Unzip(archive.substr(0, size)), GenICam::RuntimeException) << size;
+        EXPECT_THROW(UnzipDescription(archive.substr(0, size)), ZipError) << size;
 }
 
 // Changes the size that an archive announces for its one file.
@@ -78,16 +79,16 @@ std::string WithAnnouncedSize(std::string archive, std::uint32_t size) {
     return archive;
 }
 
-TEST(Unzip, RefusesABomb) {
+TEST(Zip, RefusesABomb) {
     const std::string archive = MakeZip({{"a.xml", std::string(4u << 20, ' ')}});
-    EXPECT_THROW(Unzip(archive), GenICam::RuntimeException);
-    EXPECT_THROW(Unzip(WithAnnouncedSize(archive, 0xfffffffe)), GenICam::RuntimeException);
+    EXPECT_THROW(UnzipDescription(archive), ZipError);
+    EXPECT_THROW(UnzipDescription(WithAnnouncedSize(archive, 0xfffffffe)), ZipError);
 }
 
-TEST(Unzip, RefusesAnnouncedSizesThatAreWrong) {
+TEST(Zip, RefusesAnnouncedSizesThatAreWrong) {
     const std::string archive = MakeZip({{"a.xml", std::string(1000, 'x')}});
     for (const std::uint32_t size : {1u, 999u, 1001u, 100000u, 0x7fffffffu, 0xffffffffu})
-        EXPECT_THROW(Unzip(WithAnnouncedSize(archive, size)), GenICam::RuntimeException) << size;
+        EXPECT_THROW(UnzipDescription(WithAnnouncedSize(archive, size)), ZipError) << size;
 }
 
 }  // namespace
