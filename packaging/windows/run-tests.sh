@@ -3,18 +3,25 @@
 # Runs the test programs for Windows under Wine, in the prefix that WINEPREFIX names, and compares which test cases there
 # are with those of the programs for this machine. packaging/windows/left-out.txt names the cases that may be missing.
 # Programs with simulated cameras have this machine's pseudo-terminals as COM ports. All programs in a prefix see the same
-# ports, so those run one after the other, beside the others.
+# ports, so those run in prefixes of their own, one after the other in each. LANES says how many prefixes there are.
 # usage: packaging/windows/run-tests.sh WINDOWS_BUILD NATIVE_BUILD
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . packaging/windows/wine.sh
 windows=$(cd "$1" && pwd)
 native=$(cd "$2" && pwd)
-export TIME_LIMIT=${TIME_LIMIT:-600}
+export TIME_LIMIT=${TIME_LIMIT:-900} # seconds; several times of what the slowest takes where nothing else is done
+lanes=${LANES:-3}                    # such programs wait more than they compute
 work=$(mktemp -d)
 export work
-lines=
-trap '[ -z "$lines" ] || kill "$lines" 2>/dev/null || true; rm -rf "$work"' EXIT
+servers=()
+finish() {
+    local server lane
+    for server in "${servers[@]}"; do kill "$server" 2>/dev/null || true; done
+    for lane in "$work"/lane*; do [ -d "$lane" ] && (WINEPREFIX=$lane end_wine) || true; done
+    rm -rf "$work"
+}
+trap finish EXIT
 mkdir "$work/windows" "$work/native" "$work/logs"
 
 # The full names of a test program's cases.
@@ -51,24 +58,39 @@ run_program() { # run_program FILE FILTER
     fi
 }
 export -f run_program
-run_programs() { # run_programs JOBS: those whose files are named on the standard input
+filtered() { # of each program whose file is named on the standard input: its file and what is not run of it
     while read -r program; do
         printf '%s\0%s\0' "$program" "$(filter_of "$(basename "$program" .exe)")"
-    done | xargs -0 -n 2 -P "$1" bash -c 'run_program "$1" "$2"' run
+    done
 }
 
-"$native/bin/marlow-lines" "$WINEPREFIX/dosdevices" >"$work/lines" &
-lines=$!
-until [ -s "$work/lines" ]; do
-    kill -0 "$lines" || exit 1
-    sleep 0.05
+# Each lane is a Windows whose COM ports are pseudo-terminals, lent by a marlow-lines of its own.
+starting=()
+for ((lane = 0; lane < lanes; ++lane)); do
+    (start_wine "$work/lane$lane") &
+    starting+=($!)
 done
-MARLOW_LINES=$(cat "$work/lines")
-export MARLOW_LINES
+for process in "${starting[@]}"; do
+    wait "$process" || { echo "Wine does not start" >&2 && exit 1; }
+done
+for ((lane = 0; lane < lanes; ++lane)); do
+    "$native/bin/marlow-lines" "$work/lane$lane/dosdevices" >"$work/lines$lane" &
+    servers+=($!)
+    until [ -s "$work/lines$lane" ]; do
+        kill -0 "${servers[-1]}" || exit 1
+        sleep 0.05
+    done
+done
 export VANTO_TEST_ROUNDS=${VANTO_TEST_ROUNDS:-100} # what starts and ends a thread or a port takes its time under Wine
-run_programs 1 <"$windows/simulator-programs.txt" &
+# The last in the list go through the most and take the longest, so they come first.
+tac "$windows/simulator-programs.txt" | filtered |
+    xargs -0 -n 2 -P "$lanes" --process-slot-var=LANE bash -c '
+        export WINEPREFIX=$work/lane$LANE MARLOW_LINES
+        MARLOW_LINES=$(cat "$work/lines$LANE")
+        run_program "$1" "$2"' run &
 simulators=$!
-grep -vxFf "$windows/simulator-programs.txt" "$windows/test-programs.txt" | run_programs "${JOBS:-2}"
+grep -vxFf "$windows/simulator-programs.txt" "$windows/test-programs.txt" | filtered |
+    xargs -0 -n 2 -P "${JOBS:-2}" bash -c 'run_program "$1" "$2"' run
 wait "$simulators" || true
 
 echo "Left out:"
@@ -99,4 +121,4 @@ ran=$(cat "$work"/logs/*.xml | sed -n 's/.*<testsuites tests="\([0-9]*\)".*/\1/p
 skipped=$(cat "$work"/logs/*.xml | grep -c 'result="skipped"' || true)
 [ "$missing" -eq 0 ] && [ ! -e "$work/failed" ] && [ "$ran" -gt 0 ] && result=passed || result=FAILED
 echo "windows: $ran test cases $result under Wine ($skipped skipped themselves); this machine has $total"
-[ $result = passed ]
+[ "$result" = passed ]
