@@ -39,6 +39,18 @@ TEST_F(SettingsFiles, PutACameraBackAsItWas) {
     EXPECT_NEAR(camera.Get<double>("ExposureTime"), 1234.5, 0.1);
 }
 
+TEST_F(SettingsFiles, AreTextsWithoutAFile) {
+    camera["Width"] = 1024;
+    std::vector<Vanto::SettingFault> faults;
+    const std::string text = camera.SettingsText(faults);
+    EXPECT_TRUE(faults.empty());
+    camera["Width"] = 512;
+    camera.LoadText(text, "a preset");
+    EXPECT_EQ(camera.Get<int>("Width"), 1024);
+    EXPECT_THAT(Thrown<Vanto::CameraError>([&] { camera.LoadText("nonsense", "a preset"); }).what(),
+                HasSubstr("a preset:1: "));
+}
+
 TEST_F(SettingsFiles, HoldTheValuesOfEachSelector) {
     const std::string before = camera["TriggerSelector"].Text();
     camera["TriggerSelector"] = "AcquisitionStart";

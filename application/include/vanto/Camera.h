@@ -87,6 +87,8 @@ public:
     // --- Settings as a file, the same as of "vanto-cl save" and "vanto-cl load" ---
     std::vector<SettingFault> Save(const std::string& path) const;
     void Load(const std::string& path) const;
+    std::string SettingsText(std::vector<SettingFault>& faults) const;
+    void LoadText(const std::string& text, const std::string& origin) const;
 
     // --- Frames ---
     FrameStream Stream(const StreamOptions& options = StreamOptions()) const;
