@@ -10,7 +10,6 @@
 #include <array>
 #include <string_view>
 
-#include "Base/GCException.h"
 #include "cameras/LogTexts.h"
 #include "error/ExitCode.h"
 #include "system/Interruptible.h"
@@ -64,7 +63,7 @@ void ReadDescription(const std::string& camera, const std::function<void()>& act
     const Vanto::tracelog::LogRecorder log(log_texts::kLayerErrors);
     try {
         action();
-    } catch (const GenICam::GenericException&) {
+    } catch (const std::exception&) {
         ThrowIfInterrupted();  // who ended it knows why it failed
         const std::string reason = LoggedReason(log);
         if (reason.empty())

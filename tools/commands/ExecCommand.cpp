@@ -42,24 +42,16 @@ void ExecCommand::Declare(Options& options) {
 }
 
 ExitCode ExecCommand::Run(Output& output) {
-    constexpr std::chrono::milliseconds kPoll{20};
     const auto timeout = DurationOption("--timeout", m_timeout);
     const OpenDevice device(m_device, output);
     GenApi::INode& node = FindFeature(device.Nodes(), m_command);
-    const GenApi::CCommandPtr command(&node);
-    if (node.GetPrincipalInterfaceType() != GenApi::intfICommand || !command.IsValid())
+    if (node.GetPrincipalInterfaceType() != GenApi::intfICommand)
         throw ToolError(fmt::format("{} is no command: its kind is {}", m_command, KindText(node)),
                         "'vanto-cl set' changes features.");
     if (!GenApi::IsWritable(node.GetAccessMode()))
         throw ToolError(fmt::format("{} can't be executed at present", m_command));
-    command->Execute();
     const Progress progress(output, "Waiting for " + m_command);
-    while (!command->IsDone()) {
-        if (progress.Elapsed() > timeout)
-            throw ToolError(fmt::format("{} was started and is not done after {}", m_command, DurationText(timeout)));
-        SleepUninterrupted(kPoll);
-        ThrowIfInterrupted();
-    }
+    device.Camera().Execute(m_command, timeout);
     return ExitCode::kDone;
 }
 

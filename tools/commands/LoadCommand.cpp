@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "base/SettingsFile.h"
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
-#include "features/StreamableSettings.h"
 #include "output/Json.h"
 #include "output/Output.h"
 #include "output/Progress.h"
@@ -32,14 +32,35 @@ private:
     bool m_json = false;
 };
 
-Json ToJson(std::size_t settings, const std::vector<Refusal>& refusals) {
+using Faults = std::vector<Vanto::SettingFault>;
+
+Json ToJson(const OpenDevice& device, std::size_t settings, const Faults& faults) {
     Json refused = Json::array();
-    for (const Refusal& refusal : refusals)
-        refused.push_back({{"Name", refusal.setting.name},
-                           {"Selectors", base::SelectorText(refusal.setting.selectors)},
-                           {"Line", refusal.setting.line},
-                           {"Reason", refusal.reason}});
-    return {{"Settings", settings}, {"Set", settings - refusals.size()}, {"Refused", std::move(refused)}};
+    for (const Vanto::SettingFault& fault : faults)
+        refused.push_back({{"Name", fault.feature},
+                           {"Selectors", fault.selectors},
+                           {"Line", fault.line},
+                           {"Reason", device.WithoutName(fault.reason)}});
+    return {{"Settings", settings}, {"Set", settings - faults.size()}, {"Refused", std::move(refused)}};
+}
+
+/// Returns what the camera does not take.
+Faults Load(const OpenDevice& device, const std::string& text, const std::string& file, std::size_t settings,
+            Output& output) {
+    Progress progress(output, "Setting " + device.Name());
+    // Each is set, read back, and read back once more.
+    device.Camera().SetStopCheck([&, done = std::size_t{0}]() mutable {
+        progress.SetPart(++done, 3 * settings);
+        return Interruption::Requested();
+    });
+    Faults faults;
+    try {
+        device.Camera().LoadText(text, file);
+    } catch (const Vanto::SettingsRefused& refused) {
+        faults = refused.Faults();
+    }
+    device.Camera().SetStopCheck(&Interruption::Requested);
+    return faults;
 }
 
 }  // namespace
@@ -56,26 +77,20 @@ void LoadCommand::Declare(Options& options) {
 }
 
 ExitCode LoadCommand::Run(Output& output) {
-    const std::vector<base::Setting> settings = base::ParseSettings(m_file, ReadInput(PathOf(m_file)));
+    const std::string text = ReadInput(PathOf(m_file));
+    const std::size_t settings = base::ParseSettings(m_file, text).size();
     const OpenDevice device(m_device, output);
-    std::vector<Refusal> refusals;
-    {
-        Progress progress(output, "Setting " + device.Name());
-        refusals = ApplySettings(device.Nodes(), settings,
-                                 [&](std::size_t done, std::size_t all) { progress.SetPart(done, all); });
-        device.ThrowIfGone();
-    }
-    for (const Refusal& refusal : refusals) {
-        const std::string selectors = base::SelectorText(refusal.setting.selectors);
-        output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, refusal.setting.line,
-                                          selectors.empty() ? "" : "[" + selectors + "] ", refusal.reason)));
-    }
+    const Faults faults = Load(device, text, m_file, settings, output);
+    for (const Vanto::SettingFault& fault : faults)
+        output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, fault.line,
+                                          fault.selectors.empty() ? "" : "[" + fault.selectors + "] ",
+                                          device.WithoutName(fault.reason))));
     if (m_json)
-        output.Line(ToText(ToJson(settings.size(), refusals)));
+        output.Line(ToText(ToJson(device, settings, faults)));
     else
-        output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
-                                settings.size() - refusals.size(), settings.size()));
-    return refusals.empty() ? ExitCode::kDone : ExitCode::kFailed;
+        output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file), settings - faults.size(),
+                                settings));
+    return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }
 
 std::unique_ptr<Command> MakeLoadCommand() {

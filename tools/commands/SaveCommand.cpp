@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "base/SettingsFile.h"
 #include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
-#include "features/StreamableSettings.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/Text.h"
@@ -43,23 +43,21 @@ void SaveCommand::Declare(Options& options) {
 
 ExitCode SaveCommand::Run(Output& output) {
     const OpenDevice device(m_device, output);
-    std::vector<Setting> settings;
-    std::vector<std::string> failures;
+    std::string text;
+    std::vector<Vanto::SettingFault> faults;
     {
         const Progress progress(output, "Reading the settings of " + device.Name());
-        settings = CollectSettings(device.Nodes(), failures);
-        device.ThrowIfGone();
+        text = device.Camera().SettingsText(faults);
     }
-    const std::string text = base::SettingsText("Settings of " + device.Name() + ", for 'vanto-cl load'", settings);
-    for (const std::string& failure : failures)
-        output.Warn("not saved: " + Printable(failure));
+    for (const Vanto::SettingFault& fault : faults)
+        output.Warn("not saved: " + Printable(device.WithoutName(fault.reason)));
     if (m_file == "-") {
         output.Print(text);
     } else {
         WriteFile(PathOf(m_file), text);
-        output.Line(fmt::format("{}: {} settings", Printable(m_file), settings.size()));
+        output.Line(fmt::format("{}: {} settings", Printable(m_file), base::ParseSettings(m_file, text).size()));
     }
-    return failures.empty() ? ExitCode::kDone : ExitCode::kFailed;
+    return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }
 
 std::unique_ptr<Command> MakeSaveCommand() {

@@ -43,7 +43,7 @@ ExitCode WriteCommand::Run(Output& output) {
     if (!bytes)
         throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
     const OpenDevice device(m_device, output);
-    WriteRegisters(device, address, *bytes);
+    device.Camera().WriteRegisters(address, *bytes);
     return ExitCode::kDone;
 }
 

@@ -15,10 +15,8 @@
 #include "error/ExitCode.h"
 #include "features/FeatureWords.h"
 #include "output/Output.h"
-#include "output/Progress.h"
 #include "output/Text.h"
 #include "system/Interruptible.h"
-#include "vanto/DeviceRemovalCallback.h"
 #include "vanto/LogListener.h"
 
 namespace tools {
@@ -29,11 +27,11 @@ namespace tools {
  * \param[in] output For progress, and for warnings about the camera's baud rate and about a close that failed
  * \param[in] use What becomes of the camera's baud rate
  * \throw ToolError There is no such camera (kNoDevice), or the user asked to end meanwhile
- * \throw GenericException It can't be opened
+ * \throw CameraError It can't be opened
  */
 OpenDevice::OpenDevice(const std::string& device, Output& output, Use use)
     : m_output(output), m_ownLayer(std::in_place), m_layer(*m_ownLayer) {
-    CameraSearch(m_layer, output).Find(device, [&](const Vanto::CDeviceInfo& camera) { Create(camera); });
+    CameraSearch(m_layer, output).Find(device, [&](const Vanto::CDeviceInfo& camera) { Open(camera, use); });
     Prepare(use);
 }
 
@@ -44,16 +42,25 @@ OpenDevice::OpenDevice(const std::string& device, Output& output, Use use)
  */
 OpenDevice::OpenDevice(const TransportLayer& layer, const Vanto::CDeviceInfo& camera, Output& output, Use use)
     : m_output(output), m_layer(layer) {
-    Create(camera);
+    Open(camera, use);
     Prepare(use);
 }
 
-// Connects to the camera and fetches its description where it is not known.
-void OpenDevice::Create(const Vanto::CDeviceInfo& camera) {
+// Connects to the camera, fetches its description where it is not known, and brings it to its rate.
+void OpenDevice::Open(const Vanto::CDeviceInfo& camera, Use use) {
     m_name = NameOf(camera);
     m_address = AddressOf(camera);
     const Fetching progress(m_layer.Ports(), m_output, "Opening " + m_name);
-    ReadDescription(m_name, [&] { m_device = m_layer.Require().CreateDevice(camera); });
+    const Vanto::tracelog::LogRecorder log(log_texts::kDeviceWarnings);
+    ReadDescription(m_name, [&] {
+        if (use == Use::kConnect)
+            m_device = m_layer.Require().CreateDevice(camera);
+        else
+            m_device = &m_camera.emplace(camera).Device();
+    });
+    for (const auto& message : log.GetMessages())
+        if (log_texts::IsRefusedRate(message.format) && !message.arguments.empty())
+            m_rateRefusal = message.arguments.back();
 }
 
 void OpenDevice::Prepare(Use use) {
@@ -62,13 +69,12 @@ void OpenDevice::Prepare(Use use) {
         if (m_device->GetNodeMap() == nullptr)
             throw ToolError(m_name + " has no features");
         KeepFeatureWords(Nodes(), m_address.deviceId);
-        if (use != Use::kConnect)
-            Open();
-        ThrowIfInterrupted();
     } catch (...) {
         Release();
         throw;
     }
+    if (m_camera)
+        m_camera->SetStopCheck(&Interruption::Requested);
     if (use == Use::kOpen)
         WarnOfRate();
 }
@@ -77,20 +83,17 @@ OpenDevice::~OpenDevice() {
     Release();
 }
 
-/// Throws ToolError when the camera went away: what it refused since then says nothing.
-void OpenDevice::ThrowIfGone() const {
-    if (m_gone)
-        throw ToolError(m_name + " is gone", "Is its cable plugged in, and is it switched on?");
+std::string OpenDevice::WithoutName(std::string_view sentence) const {
+    const std::string begin = m_name + ": ";
+    if (sentence.starts_with(begin))
+        sentence.remove_prefix(begin.size());
+    return std::string(sentence);
 }
 
-void OpenDevice::Open() {
-    const Progress progress(m_output, "Opening " + m_name);
-    const Vanto::tracelog::LogRecorder log(log_texts::kDeviceWarnings);
-    m_device->Open();
-    for (const auto& message : log.GetMessages())
-        if (log_texts::IsRefusedRate(message.format) && !message.arguments.empty())
-            m_rateRefusal = message.arguments.back();
-    Vanto::RegisterRemovalCallback(*m_device, [this](Vanto::IVantoDevice*) { m_gone = true; });
+/// Throws ToolError when the camera went away: what it refused since then says nothing.
+void OpenDevice::ThrowIfGone() const {
+    if (IsGone())
+        throw ToolError(m_name + " is gone", "Is its cable plugged in, and is it switched on?");
 }
 
 // An application that ends without closing its camera leaves it at the rate that it used, and each one that comes after
@@ -115,14 +118,10 @@ void OpenDevice::WarnOfRate() const {
 
 void OpenDevice::Release() noexcept {
     try {
-        if (m_device->IsOpen())
-            m_device->Close();
-    } catch (const std::exception& error) {
-        if (!m_gone)
-            m_output.Warn(fmt::format("{} was not closed as it should be: {}", m_name, error.what()));
-    }
-    try {
-        m_layer.Require().DestroyDevice(m_device);
+        if (m_camera)
+            m_camera->Close();
+        else
+            m_layer.Require().DestroyDevice(m_device);
     } catch (const std::exception& error) {
         m_output.Warn(error.what());
     }

@@ -4,15 +4,16 @@
  */
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "GenApi/GenApi.h"
 #include "cameras/KnownCameras.h"
 #include "cameras/TransportLayer.h"
 #include "system/Interruption.h"
+#include "vanto/Camera.h"
 
 namespace tools {
 
@@ -34,12 +35,16 @@ public:
     OpenDevice(const OpenDevice&) = delete;
     OpenDevice& operator=(const OpenDevice&) = delete;
 
+    /// Not of one that is only connected.
+    const Vanto::Camera& Camera() const { return *m_camera; }
     Vanto::IVantoDevice& Device() const noexcept { return *m_device; }
     GenApi::INodeMap& Nodes() const { return *m_device->GetNodeMap(); }
     /// The name that people read, fit for a terminal.
     const std::string& Name() const noexcept { return m_name; }
+    /// A sentence that begins with the camera's name, as the library's do, without it: here there is only this one.
+    std::string WithoutName(std::string_view sentence) const;
     /// Whether the camera went away since it was opened.
-    bool IsGone() const noexcept { return m_gone; }
+    bool IsGone() const noexcept { return m_camera && m_camera->IsGone(); }
     void ThrowIfGone() const;
     /// That a program left the camera at a rate at which it does not rest, and what to do; nothing when none did.
     std::optional<std::string> Stranded() const;
@@ -49,9 +54,8 @@ public:
     const std::optional<std::string>& RateRefusal() const noexcept { return m_rateRefusal; }
 
 private:
-    void Create(const Vanto::CDeviceInfo& camera);
+    void Open(const Vanto::CDeviceInfo& camera, Use use);
     void Prepare(Use use);
-    void Open();
     void WarnOfRate() const;
     void Release() noexcept;
 
@@ -59,11 +63,11 @@ private:
     std::optional<TransportLayer> m_ownLayer;
     const TransportLayer& m_layer;
     Interruption::Watch m_watch;
-    std::atomic<bool> m_gone{false};
     std::string m_name;
     CameraAddress m_address;
     std::optional<std::string> m_rateRefusal;
-    Vanto::IVantoDevice* m_device = nullptr;
+    std::optional<Vanto::Camera> m_camera;
+    Vanto::IVantoDevice* m_device = nullptr;  // the camera's, or one that is only connected
 };
 
 }  // namespace tools

@@ -14,17 +14,6 @@
 
 namespace tools {
 
-namespace {
-
-GenApi::IPort& PortOf(const OpenDevice& device) {
-    const GenApi::CPortPtr port(device.Nodes().GetNode("Device"));
-    if (!port.IsValid())
-        throw ToolError(device.Name() + ": the description has no port 'Device'");
-    return *port;
-}
-
-}  // namespace
-
 /// An address of 64 bits; throws ToolError (kUsage).
 std::int64_t AddressArgument(const std::string& text) {
     if (const auto address = base::IntegerFromText(text); address && text.find('-') == std::string::npos)
@@ -35,25 +24,20 @@ std::int64_t AddressArgument(const std::string& text) {
 /**
  * \brief Read bytes as the camera has them, past all caches
  * \param[in] length Bytes; read in pieces, between which the user can end it
- * \throw GenericException The camera refuses
+ * \throw CameraError The camera refuses
  */
 std::vector<std::uint8_t> ReadRegisters(const OpenDevice& device, std::int64_t address, std::int64_t length) {
     constexpr std::int64_t kPiece = 4096;
-    GenApi::IPort& port = PortOf(device);
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(length));
+    std::vector<std::uint8_t> bytes;
     for (std::int64_t done = 0; done < length; done += kPiece) {
         ThrowIfInterrupted();
         // Addresses are unsigned and may pass the middle of their range.
         const auto at =
             static_cast<std::int64_t>(static_cast<std::uint64_t>(address) + static_cast<std::uint64_t>(done));
-        port.Read(bytes.data() + done, at, std::min(kPiece, length - done));
+        const auto piece = device.Camera().ReadRegisters(at, static_cast<std::size_t>(std::min(kPiece, length - done)));
+        bytes.insert(bytes.end(), piece.begin(), piece.end());
     }
     return bytes;
-}
-
-/// Writes all bytes in one access; throws GenericException when the camera refuses.
-void WriteRegisters(const OpenDevice& device, std::int64_t address, const std::vector<std::uint8_t>& bytes) {
-    PortOf(device).Write(bytes.data(), address, static_cast<std::int64_t>(bytes.size()));
 }
 
 }  // namespace tools

@@ -14,6 +14,5 @@ namespace tools {
 
 std::int64_t AddressArgument(const std::string& text);
 std::vector<std::uint8_t> ReadRegisters(const OpenDevice& device, std::int64_t address, std::int64_t length);
-void WriteRegisters(const OpenDevice& device, std::int64_t address, const std::vector<std::uint8_t>& bytes);
 
 }  // namespace tools

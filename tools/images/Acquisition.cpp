@@ -11,8 +11,6 @@
 #include "GenApi/GenApi.h"
 #include "error/ExitCode.h"
 #include "features/OpenDevice.h"
-#include "output/Text.h"
-#include "vanto/LogListener.h"
 
 namespace tools {
 
@@ -20,24 +18,10 @@ namespace {
 
 constexpr std::chrono::milliseconds kStep{50};  // how long Ctrl-C may have to wait
 
-// Why the device has no stream grabber: the message about it ends with the plug-in's own words, if it had any.
-std::string LastReason(const Vanto::tracelog::LogRecorder& recorder) {
-    std::string reason;
-    for (const Vanto::tracelog::LogMessage& message : recorder.GetMessages())
-        if (message.level == Vanto::tracelog::kInfo)
-            reason = message.arguments.empty() ? message.text : message.arguments.back();
-    return Printable(reason);
-}
-
+/// The library says why there is none.
 Vanto::IStreamGrabber& GrabberOf(const OpenDevice& device) {
-    const Vanto::tracelog::LogRecorder recorder("Vanto.CLSer.Device:info");
-    if (Vanto::IStreamGrabber* const grabber = device.Device().GetStreamGrabber(0))
-        return *grabber;
-    const std::string reason = LastReason(recorder);
-    throw ToolError(
-        fmt::format("{} has no frame grabber{}{}", device.Name(), reason.empty() ? "" : ": ", reason),
-        "The DeviceSpecificString of its port in the port configuration must name the frame grabber, and\n"
-        "the grabber's plug-in must lie in the folder of plug-ins. 'vanto-cl config show' prints the file.");
+    static_cast<void>(device.Camera().StreamFeatures());
+    return *device.Device().GetStreamGrabber(0);
 }
 
 }  // namespace
@@ -46,7 +30,8 @@ Vanto::IStreamGrabber& GrabberOf(const OpenDevice& device) {
  * \brief Start to grab
  * \param[in] device An open device
  * \param[in] buffers How many frames may wait to be taken, from 1
- * \throw ToolError The device has no frame grabber, or one that refuses without a word
+ * \throw GrabError The device has no frame grabber
+ * \throw ToolError It refuses without a word
  * \throw GenericException The frame grabber refuses; std::bad_alloc when the buffers don't fit into the memory
  */
 Acquisition::Acquisition(const OpenDevice& device, std::size_t buffers) : m_grabber(GrabberOf(device)) {

@@ -62,9 +62,9 @@ TEST_F(Settings, LeaveSelectorsWhereTheyStood) {
 TEST_F(Settings, ReportEveryRefusalAndSetTheRest) {
     const RunResult run = Load("Gamma=99\nGane=3\nHeight=1024\n[LineSelector=Line7]\nLineInverter=on\n");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_THAT(run.err, HasSubstr("settings.txt:1: Gamma: 99 is too large"));
-    EXPECT_THAT(run.err, HasSubstr("settings.txt:2: there is no feature 'Gane'"));
-    EXPECT_THAT(run.err, HasSubstr("settings.txt:5: [LineSelector=Line7] LineSelector: there is no entry 'Line7'"));
+    EXPECT_THAT(run.err, HasSubstr("settings.txt:1: Gamma: value 99 must not be larger than 4. It takes 0.25 .. 4"));
+    EXPECT_THAT(run.err, HasSubstr("has no feature 'Gane'"));
+    EXPECT_THAT(run.err, HasSubstr("settings.txt:5: [LineSelector=Line7] LineSelector has no entry 'Line7'"));
     EXPECT_THAT(run.out, HasSubstr("1 of 4 settings are in the camera"));
     EXPECT_EQ(Run({"get", "0", "Height"}).out, "1024\n");
 }
