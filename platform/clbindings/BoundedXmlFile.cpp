@@ -5,9 +5,11 @@
 
 #include "clbindings/BoundedXmlFile.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 #include <xercesc/util/BinInputStream.hpp>
 
@@ -28,6 +30,11 @@ constexpr char kSource[] = "VantoCLSer/VantoCLSerTL";
         BoundedXmlFile::kMaxSize);
 }
 
+[[noreturn]] void ThrowUnreadable(const std::string& path, int error) {
+    throw VANTO_EXCEPTION(RuntimeException, kSource)("Failed to parse CL binding file: '%s' can't be read: %s.", path,
+                                                     std::generic_category().message(error));
+}
+
 // The file may grow while it is read: what counts is what comes out of it.
 class BoundedStream : public xercesc::BinInputStream {
 public:
@@ -38,6 +45,9 @@ public:
 
     XMLSize_t readBytes(XMLByte* const buffer, const XMLSize_t size) override {
         const XMLSize_t count = std::fread(buffer, 1, size, m_file.get());
+        // To the parser it would be the end of a file that is damaged.
+        if (const int error = errno; std::ferror(m_file.get()) != 0)
+            ThrowUnreadable(m_path, error);
         m_read += count;
         if (m_read > BoundedXmlFile::kMaxSize)
             ThrowTooLong(m_path);

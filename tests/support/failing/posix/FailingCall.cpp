@@ -160,6 +160,8 @@ FAILING(int, eventfd, (unsigned value, int flags), (value, flags), EMFILE, -1)
 FAILING(FILE*, fdopen, (int descriptor, const char* mode), (descriptor, mode), ENOMEM, nullptr)
 FAILING(int, flock, (int descriptor, int operation), (descriptor, operation), ENOLCK, -1)
 FAILING(FILE*, fopen64, (const char* path, const char* mode), (path, mode), EMFILE, nullptr)
+FAILING(std::size_t, fread, (void* data, std::size_t size, std::size_t count, FILE* file), (data, size, count, file),
+        EIO, (file->_flags |= _IO_ERR_SEEN, 0))
 FAILING(int, fstat, (int descriptor, void* status), (descriptor, status), EIO, -1)
 FAILING(std::size_t, fwrite, (const void* data, std::size_t size, std::size_t count, FILE* file),
         (data, size, count, file), ENOSPC, 0)
