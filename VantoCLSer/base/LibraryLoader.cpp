@@ -32,6 +32,7 @@ struct CLibraryLoader::Loading {
     bool isDone = false;
     bool isLeft = false;  // nobody waits for it any more
     os::Library library;  // not loaded where that failed
+    std::exception_ptr failure;
 };
 
 /// A loading that hangs is left alone; nothing can interrupt it. What it loads in the end is unloaded again.
@@ -54,14 +55,16 @@ CLibraryLoader::~CLibraryLoader() {
 // Runs on a thread of its own.
 void CLibraryLoader::Run(const std::shared_ptr<Loading>& loading, const std::string& file) noexcept {
     os::Library library;
+    std::exception_ptr failure;
     try {
         library = os::Library(file);
     } catch (const std::exception&) {
-        // It stays not loaded.
+        failure = std::current_exception();
     }
     const std::lock_guard lock(loading->mutex);
     g_left -= loading->isLeft ? 1 : 0;
     loading->library = std::move(library);
+    loading->failure = std::move(failure);
     loading->isDone = true;
     loading->ended.notify_all();
 }
@@ -76,6 +79,7 @@ void CLibraryLoader::Run(const std::shared_ptr<Loading>& loading, const std::str
  *         held before stays
  */
 bool CLibraryLoader::Load(const gcstring& path) noexcept {
+    m_failure = nullptr;
     try {
         gcstring expanded = path;
         GenICam::ReplaceEnvironmentVariables(expanded);
@@ -87,6 +91,7 @@ bool CLibraryLoader::Load(const gcstring& path) noexcept {
         m_loading = loading;
         return WaitUntilDone() && TakeResult();
     } catch (const std::exception&) {
+        m_failure = std::current_exception();
         return false;
     }
 }
@@ -97,10 +102,22 @@ bool CLibraryLoader::TakeResult() {
     if (!done)
         return false;
     m_thread.join();
+    m_failure = std::move(done->failure);
     if (!done->library.IsLoaded())
         return false;
     m_library = std::move(done->library);
     return true;
+}
+
+/// Why the last Load failed, as the system says; empty where it does not.
+std::string CLibraryLoader::Reason() const {
+    if (!m_failure)
+        return {};
+    try {
+        std::rethrow_exception(m_failure);
+    } catch (const std::exception& error) {
+        return error.what();
+    }
 }
 
 bool CLibraryLoader::IsStuck() const noexcept {

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -38,6 +39,7 @@ public:
     bool IsLoaded() const noexcept { return m_library.IsLoaded(); }
     /// Whether a loading that was given up has not ended yet.
     bool IsStuck() const noexcept;
+    std::string Reason() const;
     const os::Library& GetLibrary() const noexcept { return m_library; }
 
     /// Loadings that nobody waits for any more, in the whole process.
@@ -55,6 +57,7 @@ private:
     os::Library m_library;
     std::thread m_thread;                // loads, and may hang in doing so
     std::shared_ptr<Loading> m_loading;  // the last one, until its result is taken
+    std::exception_ptr m_failure;
 };
 
 }  // namespace Vanto

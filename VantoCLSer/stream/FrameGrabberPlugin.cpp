@@ -104,6 +104,8 @@ void CFrameGrabberPlugin::LoadLibrary(const gcstring& path) {
             LogTrace(StreamLog(), tracelog::kError,
                      "FGPlugin DLL '%s' does not end to load within %u s and is given up.", path,
                      static_cast<unsigned>(kLoadingTime.count()));
+        else if (const std::string reason = m_library.Reason(); !reason.empty())
+            LogTrace(StreamLog(), tracelog::kDebug, "FGPlugin DLL '%s' can't be loaded: %s", path, reason);
         LogTrace(StreamLog(), tracelog::kWarning, "Could not load FGPlugin DLL");
         throw VANTO_EXCEPTION(RuntimeException, kSource)("Could not load FrameGrabber plug-in DLL.");
     }

@@ -19,8 +19,20 @@ inline std::string RegisterNode(const std::string& kind, const std::string& name
            "<Cachable>NoCache</Cachable>" + rest + "</" + kind + ">\n";
 }
 
+/// What a stream grabber needs of a camera of 64 x 32 pixels of a byte, beside it.
+inline std::string GrabbingNodes() {
+    std::string nodes;
+    for (const auto& [name, value] : {std::pair("Height", 32), {"OffsetX", 0}, {"OffsetY", 0}, {"TLParamsLocked", 0}})
+        nodes += "<Integer Name=\"" + std::string(name) + "\"><Value>" + std::to_string(value) + "</Value></Integer>\n";
+    return nodes +
+           "<Enumeration Name=\"PixelFormat\"><EnumEntry Name=\"Mono8\"><Value>17301505</Value></EnumEntry>"
+           "<Value>17301505</Value></Enumeration>\n"
+           "<Enumeration Name=\"PixelSize\"><EnumEntry Name=\"Bpp8\"><Value>8</Value></EnumEntry><Value>8</Value>"
+           "</Enumeration>\n";
+}
+
 /// Width, BlackLevelRaw, DeviceID and ClSerialPortBaudRate with the rates 9600 and 921600.
-inline std::string SmallDescription() {
+inline std::string SmallDescription(const std::string& moreNodes = {}) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<RegisterDescription xmlns=\"http://www.genicam.org/GenApi/Version_1_1\" ModelName=\"H2048\" "
            "VendorName=\"Marlow\" StandardNameSpace=\"None\" SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" "
@@ -33,8 +45,8 @@ inline std::string SmallDescription() {
            RegisterNode("StringReg", "DeviceID", gencp::abrm::kSerialNumber, "") +
            RegisterNode("IntReg", "RateReg", gencp::kBaudRateRegister) +
            "<Enumeration Name=\"ClSerialPortBaudRate\"><EnumEntry Name=\"Baud9600\"><Value>15</Value></EnumEntry>"
-           "<EnumEntry Name=\"Baud921600\"><Value>23</Value></EnumEntry><pValue>RateReg</pValue></Enumeration>\n"
-           "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
+           "<EnumEntry Name=\"Baud921600\"><Value>23</Value></EnumEntry><pValue>RateReg</pValue></Enumeration>\n" +
+           moreNodes + "<Port Name=\"Device\"/>\n</RegisterDescription>\n";
 }
 
 }  // namespace integration

@@ -28,6 +28,7 @@
 #include "tests/integration/posix/ThreadSwitches.h"
 #include "tests/support/posix/AddressLimit.h"
 #include "vanto/LogListener.h"
+#include "vanto/StreamGrabber.h"
 #include "vanto/TlFactory.h"
 
 namespace integration {
@@ -54,12 +55,13 @@ protected:
         options.serial = "21";
         return options;
     }
-    explicit FailingCalls(MarlowSim::CameraOptions options = SmallCamera()) {
-        m_surroundings.configuration.Write("camera.xml", SmallDescription());
+    explicit FailingCalls(MarlowSim::CameraOptions options = SmallCamera(), const std::string& nodes = {},
+                          const std::string& settings = {}) {
+        m_surroundings.configuration.Write("camera.xml", SmallDescription(nodes));
         if (options.descriptionSize == 0)
             options.descriptionFile = m_surroundings.configuration / "camera.xml";
         m_camera = std::make_unique<CameraProcess>(m_surroundings.links.Path(), kCamera, options);
-        m_surroundings.WritePorts("<Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled></Port>");
+        m_surroundings.WritePorts("<Port><ID>COM_Port#cam0</ID><Enabled>yes</Enabled>" + settings + "</Port>");
     }
     ~FailingCalls() override { CTlFactory::GetInstance().ReleaseUnusedTls(); }
 
@@ -150,10 +152,11 @@ protected:
     static bool IsLookedAtAgain(const Call& call) {
         return call.place.function == "stat" && call.place.file.starts_with("libVantoBase");
     }
-    std::string Warnings() const {
+    std::string Warnings() const { return Messages(Vanto::tracelog::kWarning); }
+    std::string Messages(std::uint32_t level) const {
         std::string text;
         for (const auto& message : m_log.GetMessages()) {
-            if (message.level >= Vanto::tracelog::kWarning)
+            if (message.level >= level)
                 text += message.text + "\n";
         }
         return text;
@@ -182,6 +185,39 @@ protected:
     Vanto::tracelog::LogRecorder m_log{"*:trace"};
     CDeviceInfo m_info;
     IVantoDevice* m_device = nullptr;
+};
+
+// The stream grabber of a camera, as it is made and used.
+class FailingGrabs : public FailingCalls {
+protected:
+    FailingGrabs()
+        : FailingCalls(SmallCamera(), GrabbingNodes(),
+                       "<Manufacturer>Marlow</Manufacturer>"
+                       "<DeviceSpecificString>SaperaSimulated;FrameRate=1000</DeviceSpecificString>") {}
+
+    Vanto::IStreamGrabber& Make() {
+        Vanto::IStreamGrabber* const grabber = m_device->GetStreamGrabber(0);
+        if (grabber == nullptr)
+            throw std::runtime_error("no stream grabber: " + Messages(Vanto::tracelog::kDebug));
+        return *grabber;
+    }
+    void GrabOne() {
+        Vanto::IStreamGrabber& grabber = Make();
+        grabber.Open();
+        const Vanto::StreamBufferHandle handle = grabber.RegisterBuffer(m_memory.data(), m_memory.size());
+        grabber.PrepareGrab();
+        grabber.QueueBuffer(handle);
+        if (!grabber.GetWaitObject().Wait(60000))
+            throw std::runtime_error("no frame");
+        grabber.FinishGrab();
+        Vanto::GrabResult result;
+        if (!grabber.RetrieveResult(result) || result.status != Vanto::Grabbed)
+            throw std::runtime_error("no picture");
+        grabber.DeregisterBuffer(handle);
+        grabber.Close();
+    }
+
+    std::vector<std::uint8_t> m_memory = std::vector<std::uint8_t>(64 * 32);
 };
 
 // The sanitizers need address space of their own, and end the process where there is none.
@@ -261,6 +297,19 @@ TEST_F(FailingCalls, OfClosingForInactivity) {
             const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
             timeout->SetValue(86400);
         });
+}
+
+TEST_F(FailingGrabs, OfMakingTheStreamGrabber) {
+    FailEach([&] { CreateAndOpen(); }, [&] { Make(); });
+}
+
+TEST_F(FailingGrabs, OfGrabbing) {
+    FailEach(
+        [&] {
+            CreateAndOpen();
+            Make();
+        },
+        [&] { GrabOne(); });
 }
 
 Call LastOf(const std::string& function, const std::vector<Call>& calls) {
