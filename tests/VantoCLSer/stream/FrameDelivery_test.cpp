@@ -503,6 +503,18 @@ TEST_F(FrameDeliveryOfRegisterCamera, EndsBeforeAClose) {
     EXPECT_EQ(BufferOf(handle), buffer);
 }
 
+TEST_F(FrameDeliveryOfRegisterCamera, IsNotWaitedForByACloseForEver) {
+    m_grabber->QueueBuffer(AddBuffer(), nullptr);
+    std::thread delivery = DeliverHeldUp();
+    m_grabber->Close();
+    EXPECT_EQ(m_log->CountText("A frame is still being delivered 5 s after the closing of the stream grabber. Do not "
+                               "free its buffer yet.",
+                               tracelog::kWarning),
+              1U);
+    LetGoOn();
+    delivery.join();
+}
+
 TEST_F(FrameDeliveryOfRegisterCamera, IsARemainderAfterAClose) {
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
     std::thread delivery = DeliverHeldUp();
