@@ -90,6 +90,41 @@ TEST_F(ExchangerTest, SilenceEndsWithinThePromisedTimeWhateverTheCameraClaims) {
     }
 }
 
+TEST_F(ExchangerTest, EachStateOfTheLineEndsAReadWithinThePromisedTime) {
+    for (const std::uint32_t rate : {0x01u, 0x80u}) {
+        for (const Fate fate : {Fate::Lost, Fate::HeaderDamaged, Fate::DataDamaged, Fate::Cut, Fate::Twice}) {
+            for (const bool isOfCommands : {true, false}) {
+                SetRate(rate);
+                const auto always = [fate](std::size_t) { return fate; };
+                camera.commandFate = isOfCommands ? std::function<Fate(std::size_t)>(always) : nullptr;
+                camera.acknowledgeFate = isOfCommands ? nullptr : std::function<Fate(std::size_t)>(always);
+                const Time begin = clock.Now();
+                if (fate == Fate::Twice)
+                    ReadVersion();
+                else
+                    EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+                EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << rate << static_cast<int>(fate) << isOfCommands;
+            }
+        }
+    }
+}
+
+TEST_F(ExchangerTest, CameraThatDiesWhileACommandIsPendingIsGivenUpInTime) {
+    for (const std::uint16_t pendingMs : {std::uint16_t{10}, std::uint16_t{400}, std::uint16_t{0xFFFF}}) {
+        bool isDead = false;
+        Time died{};
+        camera.answer = [&](const gencp::Packet& command) -> std::optional<Bytes> {
+            if (std::exchange(isDead, true))
+                return Bytes{};
+            died = clock.Now();
+            return gencp::BuildAcknowledge(gencp::kPendingAck, 0, command.header.requestId,
+                                           gencp::EncodePendingAck(pendingMs));
+        };
+        EXPECT_THROW(ReadVersion(), DriverError);
+        EXPECT_LT(clock.Now() - died, milliseconds(1200)) << pendingMs;
+    }
+}
+
 TEST_F(ExchangerTest, SlowestCameraIsAskedThreeTimes) {
     memory.SetResponseTime(milliseconds(300));
     camera.responseDelay = milliseconds(250);
