@@ -23,8 +23,8 @@ fail() { # fail TEXT
 screen() { # screen NAME SHELL-COMMAND
     local file="$screens/$1.txt"
     "${tmux[@]}" new-session -d -x 80 -y 50 \; set-option -g history-limit 20000 2>/dev/null
-    "${tmux[@]}" new-window -n "$1" "stty -echo; $2; tmux -L screens wait-for -S done; exec sleep 1000"
-    "${tmux[@]}" wait-for done
+    "${tmux[@]}" new-window -n "$1" "stty -echo; $2; tmux -L screens wait-for -S finished; exec sleep 1000"
+    "${tmux[@]}" wait-for finished
     "${tmux[@]}" capture-pane -p -J -S - -t "$1" | sed 's/[[:space:]]*$//' >"$file"
     "${tmux[@]}" kill-window -t "$1"
     # A word that no line has room for, as the path of a library, goes on in the next line and can be copied as a whole.
@@ -72,9 +72,9 @@ for command in list ports doctor xml features info get set exec watch save load 
     completion; do
     screen "help-$command" "vanto-cl help $command"
 done
-for name in $(cat names); do
+while IFS= read -r name; do
     grep -qE "(^|[[:space:]])$name([[:space:]]|\$)" "$screens/features-tree.txt" || fail "$name is not there in full"
-done
+done <names
 for page in "$screens"/*.txt; do
     case ${page##*/} in
         set.txt | exec.txt) ;; # are silent when all is well
