@@ -54,6 +54,10 @@ private:
     std::vector<std::uint8_t> m_large;
 };
 
+[[noreturn]] void ThrowMoved(const CNode& owner) {
+    throw LOGICAL_ERROR_EXCEPTION("%s: the port moved the register that it was asked for", owner.Label());
+}
+
 }  // namespace
 
 RegisterCore::RegisterCore(CNode& owner)
@@ -241,6 +245,12 @@ void RegisterCore::KeepSettings(std::span<const std::uint8_t> bytes) noexcept {
         std::copy(bytes.begin(), bytes.end(), m_block->settings.begin());
 }
 
+// A port runs code of others, which may use this very node map and move the register.
+void RegisterCore::RequireAttached(const RegisterBlock& block, std::size_t length) const {
+    if (m_block != &block || static_cast<std::uint64_t>(block.length) != length)
+        ThrowMoved(m_owner);
+}
+
 // compares: the block is said to hold these very bytes; the debug mode wants to see that it does.
 std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluation& evaluation, bool compares) {
     ReadBuffer buffer(block.length);
@@ -256,9 +266,12 @@ std::span<const std::uint8_t> RegisterCore::Fetch(RegisterBlock& block, Evaluati
         m_owner.Map().SpreadQuietly(block);
         evaluation.cacheable = false;
     }
-    block.Prepare();
-    std::memcpy(block.Data(), buffer.Data(), buffer.Size());
-    block.valid = block.hasData = true;
+    // What is read again and again mostly stays the same.
+    if (differs || !block.valid) {
+        block.Prepare();
+        std::memcpy(block.Data(), buffer.Data(), buffer.Size());
+        block.valid = block.hasData = true;
+    }
     m_owner.Map().Dependencies().Learned();
     block.round = m_owner.Map().Registers().Round();
     return {block.Data(), buffer.Size()};
@@ -292,12 +305,6 @@ void RegisterCore::Write(std::span<const std::uint8_t> bytes, Evaluation& evalua
         map.Dependencies().Learned();
     block.round = map.Registers().Round();
     map.BlockChanged(block);
-}
-
-// A port runs code of others, which may use this very node map and move the register.
-void RegisterCore::RequireAttached(const RegisterBlock& block, std::size_t length) const {
-    if (m_block != &block || static_cast<std::uint64_t>(block.length) != length)
-        throw LOGICAL_ERROR_EXCEPTION("%s: the port moved the register that it was asked for", m_owner.Label());
 }
 
 EAccessMode RegisterCore::Access(Evaluation& evaluation) {

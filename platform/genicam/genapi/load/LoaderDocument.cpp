@@ -74,7 +74,7 @@ void Loader::Read(const SourceFile& file, bool isInjected) {
     m_source = m_sources.back().get();
     m_builder.Expect(file.xml.size());
     constexpr std::size_t kUsualNode = 64;  // elements
-    m_positions.Reserve(m_positions.size() + file.xml.size() / 40);
+    m_positions.Reserve(m_positions.size() + file.xml.size() / 64);
     m_pending.reserve(kUsualNode);
     m_pendingPositions.reserve(kUsualNode);
     m_nested.reserve(kUsualNode);

@@ -25,7 +25,7 @@ DescriptionBuilder::DescriptionBuilder() : m_description(std::make_shared<Descri
 void DescriptionBuilder::Expect(std::size_t bytes) {
     Description& description = *m_description;
     description.m_nodes.Reserve(description.m_nodes.size() + bytes / 300);
-    description.m_properties.Reserve(description.m_properties.size() + bytes / 40);
+    description.m_properties.Reserve(description.m_properties.size() + bytes / 64);
     description.m_texts.Reserve(description.m_texts.size() + bytes / 8);
     description.m_names.Reserve(description.m_names.Count() + bytes / 300);
 }
