@@ -36,10 +36,11 @@ public:
             const CLUINT32 present = rates != 0 ? session.GetRate(timeoutMs) : 0;
             while (present != 0 && std::bit_floor(rates) > present && !Raise(present, std::bit_floor(rates)))
                 rates &= ~std::bit_floor(rates);
-        } catch (const CLErrException&) {
+        } catch (const CLErrException& error) {
             // The driver has looked for a silent camera at every rate where it can be.
             if (m_previous != 0 && (IsGone() || !PutBack()))
                 throw;
+            Log(CLP_LOG_WARN, "The description is fetched at the present baud rate: %s", error.GetDescription());
         } catch (const GenICam::GenericException& error) {
             Log(CLP_LOG_WARN, "The description is fetched at the present baud rate: %s", error.GetDescription());
         }
