@@ -73,8 +73,20 @@ def line():
         yield simulation
 
 
+def opened():
+    """Opens the camera as soon as what was left has let it go, and its baud rate is found."""
+    while True:
+        with contextlib.suppress(vanto.Error):
+            return vanto.open()
+
+
+def reopened():
+    """The same for a block."""
+    return contextlib.closing(opened())
+
+
 def fill(path):
-    with vanto.open() as camera:
+    with reopened() as camera:
         camera.save(path)
     return path
 
@@ -104,7 +116,7 @@ CALLS = {
 @pytest.mark.parametrize("name", CALLS)
 def test_a_call_to_a_camera_that_does_not_answer_is_left(line, name):
     for _ in range(10):  # a machine under load may press too late
-        with vanto.open() as camera:
+        with reopened() as camera:
             for feature in ("DeviceTemperature", "OffsetX", "UserSetLoad", "LineSelector", "ExposureTime"):
                 camera.features[feature]
             camera.features.refresh()
@@ -116,7 +128,7 @@ def test_a_call_to_a_camera_that_does_not_answer_is_left(line, name):
 def test_loading_settings_is_left(line, tmp_path):
     settings = fill(tmp_path / "settings")
     for _ in range(10):
-        with vanto.open() as camera:
+        with reopened() as camera:
             if is_left(line, lambda: camera.load(settings)):
                 return
     pytest.fail("Ctrl-C does not end load")
@@ -133,20 +145,9 @@ def test_looking_for_cameras_is_left(line, call):
         assert camera.Width == 2048
 
 
-@contextlib.contextmanager
-def reopened():
-    """Opens the camera as soon as what was left has let it go."""
-    while True:
-        with contextlib.suppress(vanto.Error):
-            camera = vanto.open()
-            break
-    with camera:
-        yield camera
-
-
 def test_a_camera_that_nobody_has_closes_behind_control_c(line):
     for _ in range(10):
-        camera = vanto.open()
+        camera = opened()
         holder = [camera]
         del camera
 
@@ -165,7 +166,7 @@ def test_a_camera_that_nobody_has_closes_behind_control_c(line):
 
 def test_what_was_left_comes_before_what_follows(line):
     for _ in range(10):
-        with vanto.open() as camera:
+        with reopened() as camera:
             camera.ExposureTime = 500
             line.command("delay cam0 300")
             with control_c(asked(line)), contextlib.suppress(KeyboardInterrupt):
@@ -192,7 +193,7 @@ WITHOUT_ASKING = {
 def test_a_wait_for_another_thread_is_left(line, name):
     """The other one holds the node map's lock while it waits for the camera."""
     for _ in range(10):
-        with vanto.open() as camera:
+        with reopened() as camera:
             camera.Width, camera.features["DeviceTemperature"]
             is_asked = asked(line)
 
@@ -219,7 +220,7 @@ def test_a_wait_for_another_thread_is_left(line, name):
 
 
 def test_the_end_of_a_subscription_is_left_while_its_callback_runs(line):
-    with vanto.open() as camera:
+    with reopened() as camera:
         inside, go = threading.Event(), threading.Event()
         subscription = camera.features["Gain"].on_change(lambda feature: (inside.set(), go.wait(60)))
         thread = threading.Thread(target=setattr, args=(camera, "Gain", 1))
@@ -275,7 +276,7 @@ def test_a_signal_handler_may_use_the_camera_that_is_waited_for(tmp_path):
 
 
 def test_callbacks_of_changes_of_the_main_thread_run_on_it(line):
-    with vanto.open() as camera:
+    with reopened() as camera:
         threads = []
         camera.features["Gain"].on_change(lambda feature: threads.append(threading.current_thread()))
         camera.Gain = 1
@@ -287,7 +288,7 @@ def test_callbacks_of_changes_of_the_main_thread_run_on_it(line):
 
 
 def test_callbacks_change_what_others_are_told_of(line):
-    with vanto.open() as camera:
+    with reopened() as camera:
         told = []
         camera.features["Gain"].on_change(lambda feature: setattr(camera, "ExposureTime", 100 * feature.value))
         camera.features["ExposureTime"].on_change(lambda feature: told.append((feature.value, camera.Height)))
@@ -296,7 +297,7 @@ def test_callbacks_change_what_others_are_told_of(line):
 
 
 def test_a_callback_cancels_itself_and_ends_its_camera(line):
-    camera = vanto.open()
+    camera = opened()
     calls = []
 
     def once(feature):
@@ -309,12 +310,12 @@ def test_a_callback_cancels_itself_and_ends_its_camera(line):
     with contextlib.suppress(vanto.CameraClosed):
         camera.Gain = 1
     assert calls == ["Gain"] and not camera.is_open
-    with vanto.open() as again:
+    with reopened() as again:
         assert again.Width == 2048
 
 
 def test_control_c_in_a_callback_ends_the_change_that_brought_it(line):
-    with vanto.open() as camera:
+    with reopened() as camera:
         begun = threading.Event()
 
         def wait(feature):
@@ -330,7 +331,7 @@ def test_control_c_in_a_callback_ends_the_change_that_brought_it(line):
 
 def test_control_c_ends_a_wait_within_a_callback(line):
     for _ in range(10):
-        with vanto.open() as camera:
+        with reopened() as camera:
             ends = []
 
             def ask(feature):
@@ -346,7 +347,7 @@ def test_control_c_ends_a_wait_within_a_callback(line):
 
 def test_callbacks_of_a_change_that_was_left_run_without_the_main_thread(line):
     for _ in range(10):
-        with vanto.open() as camera:
+        with reopened() as camera:
             told = []
             done = threading.Event()
             camera.Gain = 0
