@@ -1,14 +1,37 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Where the libraries of a tree lie
+ * Libraries that are owned, and where those of a tree lie
  */
 #include "os/Library.h"
 
 #include <string_view>
+#include <utility>
 
 #include "os/Path.h"
 
 namespace os {
+
+Library::~Library() {
+    Unload();
+}
+
+Library::Library(Library&& other) noexcept
+    : m_handle(std::exchange(other.m_handle, nullptr)), m_path(std::exchange(other.m_path, {})) {}
+
+Library& Library::operator=(Library&& other) noexcept {
+    if (this != &other) {
+        Unload();
+        m_handle = std::exchange(other.m_handle, nullptr);
+        m_path = std::exchange(other.m_path, {});
+    }
+    return *this;
+}
+
+/// Forgets the library without releasing it: it stays loaded as long as the process lives.
+void Library::Keep() noexcept {
+    m_handle = nullptr;
+    m_path.clear();
+}
 
 /**
  * \brief Folder of a tree's libraries

@@ -56,32 +56,10 @@ Library::Library(const std::string& path) : m_path(path) {
         throw LibraryError("Could not load library '" + path + "': error " + std::to_string(error));
 }
 
-Library::~Library() {
-    Unload();
-}
-
-Library::Library(Library&& other) noexcept
-    : m_handle(std::exchange(other.m_handle, nullptr)), m_path(std::exchange(other.m_path, {})) {}
-
-Library& Library::operator=(Library&& other) noexcept {
-    if (this != &other) {
-        Unload();
-        m_handle = std::exchange(other.m_handle, nullptr);
-        m_path = std::exchange(other.m_path, {});
-    }
-    return *this;
-}
-
 /// Releases the library; its path is forgotten.
 void Library::Unload() noexcept {
     if (m_handle != nullptr)
         ::FreeLibrary(static_cast<HMODULE>(std::exchange(m_handle, nullptr)));
-    m_path.clear();
-}
-
-/// Forgets the library without releasing it: it stays loaded as long as the process lives.
-void Library::Keep() noexcept {
-    m_handle = nullptr;
     m_path.clear();
 }
 
