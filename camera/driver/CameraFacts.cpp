@@ -90,7 +90,7 @@ std::vector<gencp::Bytes> ReadShort(CameraMemory& memory, std::span<const gencp:
 
 // The text with its terminator, in whole registers of 4 bytes.
 gencp::Bytes Shortest(gencp::Bytes text, TextEncoding encoding) {
-    const std::size_t terminator = encoding == TextEncoding::Utf16 ? 2 : 1;
+    const std::size_t terminator = encoding == TextEncoding::kUtf16 ? 2 : 1;
     const std::size_t length = (TerminatedLength(text, encoding) + terminator + 3) / 4 * 4;
     text.resize(std::min(length, text.size()));
     return text;

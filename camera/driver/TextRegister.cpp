@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "gencp/Registers.h"
 
 namespace marlow {
@@ -27,26 +28,14 @@ bool IsAllowed(char32_t sign) {
 }
 
 void AppendSign(std::string& text, char32_t sign) {
-    if (!IsAllowed(sign)) {
+    if (IsAllowed(sign))
+        base::AppendUtf8(text, sign);
+    else
         text += kSubstitute;
-    } else if (sign < 0x80) {
-        text += static_cast<char>(sign);
-    } else if (sign < 0x800) {
-        text += static_cast<char>(0xC0 | (sign >> 6));
-        text += static_cast<char>(0x80 | (sign & 0x3F));
-    } else if (sign < 0x10000) {
-        text += static_cast<char>(0xE0 | (sign >> 12));
-        text += static_cast<char>(0x80 | ((sign >> 6) & 0x3F));
-        text += static_cast<char>(0x80 | (sign & 0x3F));
-    } else {
-        text += static_cast<char>(0xF0 | (sign >> 18));
-        text += static_cast<char>(0x80 | ((sign >> 12) & 0x3F));
-        text += static_cast<char>(0x80 | ((sign >> 6) & 0x3F));
-        text += static_cast<char>(0x80 | (sign & 0x3F));
-    }
 }
 
-// Takes one sign off the front; one byte when they are no UTF-8. Overlong forms are none.
+// Takes one sign off the front; one byte when they are no UTF-8. Overlong forms are none; a surrogate is one
+// sign, which becomes one substitute.
 char32_t TakeUtf8(gencp::ByteView& bytes) {
     const std::uint8_t first = bytes.front();
     const std::size_t length = first < 0x80 ? 1 : first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
@@ -80,11 +69,11 @@ char32_t TakeUtf16(gencp::ByteView& bytes) {
 TextEncoding EncodingOf(std::uint64_t deviceCapability) noexcept {
     switch ((deviceCapability >> gencp::capability::kEncodingShift) & gencp::capability::kEncodingMask) {
         case gencp::capability::kEncodingUtf16:
-            return TextEncoding::Utf16;
+            return TextEncoding::kUtf16;
         case gencp::capability::kEncodingUtf8:
-            return TextEncoding::Utf8;
+            return TextEncoding::kUtf8;
         default:
-            return TextEncoding::Ascii;
+            return TextEncoding::kAscii;
     }
 }
 
@@ -96,7 +85,7 @@ TextEncoding EncodingOf(std::uint64_t deviceCapability) noexcept {
  * \return Bytes before the terminator; all of them when there is none
  */
 std::size_t TerminatedLength(gencp::ByteView bytes, TextEncoding encoding) noexcept {
-    const std::size_t step = encoding == TextEncoding::Utf16 ? 2 : 1;
+    const std::size_t step = encoding == TextEncoding::kUtf16 ? 2 : 1;
     std::size_t length = 0;
     for (; length + step <= bytes.size(); length += step) {
         if (bytes[length] == 0 && bytes[length + step - 1] == 0)
@@ -115,7 +104,7 @@ std::size_t TerminatedLength(gencp::ByteView bytes, TextEncoding encoding) noexc
 std::string DecodeToken(gencp::ByteView bytes, TextEncoding encoding) {
     bytes = bytes.first(TerminatedLength(bytes, encoding));
     std::string text;
-    if (encoding == TextEncoding::Utf16) {
+    if (encoding == TextEncoding::kUtf16) {
         while (bytes.size() >= 2)
             AppendSign(text, TakeUtf16(bytes));
         return text;

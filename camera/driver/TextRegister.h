@@ -11,7 +11,7 @@
 
 namespace marlow {
 
-enum class TextEncoding { Ascii, Utf8, Utf16 };
+enum class TextEncoding { kAscii, kUtf8, kUtf16 };
 
 TextEncoding EncodingOf(std::uint64_t deviceCapability) noexcept;
 std::size_t TerminatedLength(gencp::ByteView bytes, TextEncoding encoding) noexcept;

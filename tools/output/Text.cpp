@@ -9,32 +9,18 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/Utf8.h"
 #include "output/CharacterWidth.h"
 
 namespace tools {
 
 namespace {
 
-/// Bytes of the well-formed UTF-8 sequence at the beginning of a text, 0 when there is none.
+/// Bytes of the character at the beginning of a text, 0 when there is none to print. 0xC2 0x80 to 0xC2 0x9F are control
+/// characters, too: some terminals obey them.
 std::size_t SequenceLength(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    std::size_t length = 0;
-    if (first < 0x80)
-        length = 1;
-    else if (first >= 0xC2 && first < 0xE0)
-        length = 2;
-    else if (first >= 0xE0 && first < 0xF0)
-        length = 3;
-    else if (first >= 0xF0 && first < 0xF5)
-        length = 4;
-    if (length == 0 || length > text.size())
-        return 0;
-    const std::string_view rest = text.substr(1, length - 1);
-    const bool fine = std::all_of(rest.begin(), rest.end(), [](char byte) { return (byte & 0xC0) == 0x80; });
-    // 0xC2 0x80 to 0xC2 0x9F are control characters, too: some terminals obey them.
-    if (!fine || (length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0))
-        return 0;
-    return length;
+    const std::size_t length = base::Utf8Length(text);
+    return length == 2 && base::DecodeUtf8(text.substr(0, length)) < 0xA0 ? 0 : length;
 }
 
 std::string MadeVisible(std::string_view text, bool keepLines) {
@@ -59,20 +45,11 @@ struct Glyph {
     std::size_t columns;
 };
 
-char32_t Decoded(std::string_view sequence) {
-    constexpr unsigned kContinued = 0x3F;
-    constexpr unsigned kLeading[] = {0x7F, 0x1F, 0x0F, 0x07};
-    char32_t character = static_cast<unsigned char>(sequence.front()) & kLeading[sequence.size() - 1];
-    for (const char byte : sequence.substr(1))
-        character = (character << 6) | (static_cast<unsigned char>(byte) & kContinued);
-    return character;
-}
-
 Glyph FirstGlyph(std::string_view text) {
     if (text.starts_with("\033["))
         return {std::min(text.find('m'), text.size() - 1) + 1, 0};
     const std::size_t length = SequenceLength(text);
-    return length == 0 ? Glyph{1, 1} : Glyph{length, CharacterWidth(Decoded(text.substr(0, length)))};
+    return length == 0 ? Glyph{1, 1} : Glyph{length, CharacterWidth(base::DecodeUtf8(text.substr(0, length)))};
 }
 
 }  // namespace
