@@ -79,6 +79,7 @@ stage_format() {
     while read -r file; do
         clang-format --dry-run -Werror "$file" || wrong+=("$file")
     done < <(sources)
+    sources | xargs cmake/check-style.py || return 1
     [ ${#wrong[@]} -eq 0 ] && return 0
     echo "This repairs it: clang-format -i ${wrong[*]}" >&2
     return 1

@@ -17,9 +17,8 @@ namespace ClSerTty {
  * \return Bits per second; 0 for anything but exactly one known flag
  */
 std::uint32_t BitsPerSecond(std::uint32_t flag) {
-    if (!std::has_single_bit(flag) || (flag & kAllBaudRates) == 0) {
+    if (!std::has_single_bit(flag) || (flag & kAllBaudRates) == 0)
         return 0;
-    }
     return base::kBaudRates[static_cast<std::size_t>(std::countr_zero(flag))].bitsPerSecond;
 }
 
@@ -30,9 +29,8 @@ std::uint32_t BitsPerSecond(std::uint32_t flag) {
 std::uint32_t BaudRatesUpTo(std::uint32_t bitsPerSecond) {
     std::uint32_t mask = 0;
     for (const base::BaudRate& rate : base::kBaudRates) {
-        if (rate.bitsPerSecond <= bitsPerSecond) {
+        if (rate.bitsPerSecond <= bitsPerSecond)
             mask |= rate.flag;
-        }
     }
     return mask;
 }

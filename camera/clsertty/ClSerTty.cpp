@@ -58,9 +58,8 @@ std::int32_t Guard(Operation&& operation) noexcept {
 }
 
 void RequireNotNull(const void* pointer, const char* name) {
-    if (pointer == nullptr) {
+    if (pointer == nullptr)
         throw SerialError(CL_ERR_INVALID_PTR, std::string("The argument '") + name + "' is null.");
-    }
 }
 
 /// The size is checked first: a null buffer of size 0 asks for the size that is needed.
@@ -149,9 +148,8 @@ CLSERTTY_EXPORT std::int32_t clSerialRead(hSerRef ref, char* buffer, std::uint32
                                           std::uint32_t timeoutMs) noexcept {
     return Guard([&] {
         RequireNotNull(size, "size");
-        if (*size > 0) {
+        if (*size > 0)
             RequireNotNull(buffer, "buffer");
-        }
         Ports().Get(ref)->Read({buffer, *size}, timeoutMs);
     });
 }
@@ -168,9 +166,8 @@ CLSERTTY_EXPORT std::int32_t clSerialWrite(hSerRef ref, char* buffer, std::uint3
         RequireNotNull(size, "size");
         const std::uint32_t given = *size;
         *size = 0;
-        if (given > 0) {
+        if (given > 0)
             RequireNotNull(buffer, "buffer");
-        }
         const std::size_t done = Ports().Get(ref)->Write({buffer, given}, timeoutMs);
         *size = static_cast<std::uint32_t>(done);
         if (done < given) {
@@ -218,7 +215,7 @@ CLSERTTY_EXPORT std::int32_t clSetBaudRate(hSerRef ref, std::uint32_t flag) noex
 }
 
 /**
- * \brief Does nothing
+ * \brief Do nothing
  *
  * No function of the standard, whose lines have 8 data bits and no parity always. There are libraries that have it, and
  * hosts that call it after opening a port without asking whether it is there.
@@ -240,9 +237,8 @@ CLSERTTY_EXPORT std::int32_t clSetParity(hSerRef ref, std::uint32_t /* parity */
 CLSERTTY_EXPORT std::int32_t clGetErrorText(std::int32_t code, char* text, std::uint32_t* size) noexcept {
     try {
         const std::optional<std::string> found = ErrorText(code);
-        if (!found) {
+        if (!found)
             return CL_ERR_ERROR_NOT_FOUND;
-        }
         CopyText(*found, text, size);
         return CL_ERR_NO_ERR;
     } catch (const SerialError& error) {

@@ -69,13 +69,11 @@ void RememberError(std::int32_t code, const char* text) noexcept {
  */
 std::optional<std::string> ErrorText(std::int32_t code) {
     const LastError& last = TheLast();
-    if (code != CL_ERR_NO_ERR && code == last.code && !last.text.empty()) {
+    if (code != CL_ERR_NO_ERR && code == last.code && !last.text.empty())
         return last.text;
-    }
     for (const Row& row : kRows) {
-        if (row.code == code) {
+        if (row.code == code)
             return row.text;
-        }
     }
     return std::nullopt;
 }

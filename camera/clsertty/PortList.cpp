@@ -75,20 +75,17 @@ bool ComesBefore(std::string_view left, std::string_view right) {
         if (StartsWithDigit(l) && StartsWithDigit(r)) {
             const std::string_view a = TakeNumber(l);
             const std::string_view b = TakeNumber(r);
-            if (a != b) {
+            if (a != b)
                 return a.size() != b.size() ? a.size() < b.size() : a < b;
-            }
             continue;
         }
-        if (l[0] != r[0]) {
+        if (l[0] != r[0])
             return static_cast<unsigned char>(l[0]) < static_cast<unsigned char>(r[0]);
-        }
         l.remove_prefix(1);
         r.remove_prefix(1);
     }
-    if (l.empty() && r.empty()) {
+    if (l.empty() && r.empty())
         return left < right;
-    }
     return l.empty();
 }
 
@@ -102,9 +99,8 @@ PortList MergePorts(const std::vector<PortList>& sources) {
     std::unordered_set<std::string> names;
     for (const PortList& source : sources) {
         for (const PortInfo& port : source) {
-            if (names.insert(port.name).second) {
+            if (names.insert(port.name).second)
                 ports.push_back(port);
-            }
         }
     }
     std::sort(ports.begin(), ports.end(),

@@ -37,9 +37,8 @@ void* PortTable::Add(std::shared_ptr<SerialPort> port) {
 std::shared_ptr<SerialPort> PortTable::Get(void* reference) const {
     const std::lock_guard lock(m_mutex);
     const auto found = m_ports.find(reinterpret_cast<std::uintptr_t>(reference));
-    if (found == m_ports.end()) {
+    if (found == m_ports.end())
         ThrowUnknown();
-    }
     return found->second;
 }
 
@@ -51,9 +50,8 @@ std::shared_ptr<SerialPort> PortTable::Get(void* reference) const {
 std::shared_ptr<SerialPort> PortTable::Remove(void* reference) {
     const std::lock_guard lock(m_mutex);
     auto node = m_ports.extract(reinterpret_cast<std::uintptr_t>(reference));
-    if (node.empty()) {
+    if (node.empty())
         ThrowUnknown();
-    }
     return std::move(node.mapped());
 }
 

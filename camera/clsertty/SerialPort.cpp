@@ -31,9 +31,8 @@ SerialPort::SerialPort(std::string name, std::unique_ptr<SerialDevice> device)
 
 /// Refuses from the moment on at which Close begins, so that nobody who got his turn only then keeps it waiting.
 SerialDevice& SerialPort::Device() {
-    if (m_cancel == nullptr) {
+    if (m_cancel == nullptr)
         throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port '" + m_name + "' was closed.");
-    }
     return *m_device;
 }
 
@@ -53,9 +52,8 @@ void SerialPort::Read(std::span<char> buffer, std::uint32_t timeoutMs) {
                                               std::to_string(timeoutMs) + " ms.");
     }
     while (!TakeAll(buffer)) {
-        if (!Device().WaitForInput(deadline)) {
+        if (!Device().WaitForInput(deadline))
             ThrowReadTimeout(buffer.size(), timeoutMs);
-        }
     }
 }
 
@@ -67,9 +65,8 @@ bool SerialPort::TakeAll(std::span<char> buffer) {
         std::array<char, kChunk> chunk;
         const std::size_t wanted = std::min(buffer.size() - m_arrived.size(), kChunk);
         const std::size_t count = device.TakeInput(std::span(chunk).first(wanted));
-        if (count == 0) {
+        if (count == 0)
             return false;
-        }
         m_arrived.insert(m_arrived.end(), chunk.begin(), chunk.begin() + count);
     }
     const auto end = m_arrived.begin() + static_cast<std::ptrdiff_t>(buffer.size());
@@ -94,9 +91,8 @@ void SerialPort::ThrowReadTimeout(std::size_t wanted, std::uint32_t timeoutMs) {
 std::size_t SerialPort::Write(std::span<const char> bytes, std::uint32_t timeoutMs) {
     const Deadline deadline = DeadlineIn(timeoutMs);
     const std::unique_lock turn(m_writing, deadline);
-    if (!turn || bytes.empty()) {
+    if (!turn || bytes.empty())
         return 0;
-    }
     std::size_t done = 0;
     std::size_t count = 0;
     do {

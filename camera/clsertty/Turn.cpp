@@ -16,9 +16,8 @@ void Turn::lock() {
 /// \return False when somebody else had it until the deadline
 bool Turn::try_lock_until(std::chrono::steady_clock::time_point deadline) {
     std::unique_lock lock(m_mutex);
-    if (!m_isFree.wait_until(lock, deadline, [this] { return !m_isTaken; })) {
+    if (!m_isFree.wait_until(lock, deadline, [this] { return !m_isTaken; }))
         return false;
-    }
     m_isTaken = true;
     return true;
 }

@@ -26,8 +26,8 @@ std::string XmlId(const gencp::ManifestEntry& entry, std::string_view shortDevic
 
 bool IsUsable(const gencp::ManifestEntry& entry) {
     using Entry = gencp::ManifestEntry;
-    return entry.Is(Entry::FileType::DeviceXml) &&
-           (entry.Is(Entry::FileFormat::Xml) || entry.Is(Entry::FileFormat::Zip)) && entry.size > 0 &&
+    return entry.Is(Entry::FileType::kDeviceXml) &&
+           (entry.Is(Entry::FileFormat::kXml) || entry.Is(Entry::FileFormat::kZip)) && entry.size > 0 &&
            entry.size <= kMaxDescriptionSize && entry.address <= std::numeric_limits<std::uint64_t>::max() - entry.size;
 }
 

@@ -45,9 +45,8 @@ std::string Footer() {
 
 std::vector<NamedCamera> ParseCameras(const std::vector<std::string>& texts) {
     std::vector<NamedCamera> cameras;
-    for (const std::string& text : texts) {
+    for (const std::string& text : texts)
         cameras.push_back(ParseCamera(text));
-    }
     return cameras;
 }
 
@@ -63,9 +62,8 @@ int PrintSha1(const std::vector<NamedCamera>& cameras) {
 int Play(const Arguments& arguments, const std::vector<NamedCamera>& cameras) {
     KeepEndSignals();
     Simulator simulator(arguments.links);
-    for (const NamedCamera& camera : cameras) {
+    for (const NamedCamera& camera : cameras)
         simulator.Add(camera.name, camera.options);
-    }
     const auto server = arguments.control.empty() ? nullptr : ControlServer::Create(simulator, arguments.control);
     std::cout << "ready" << std::endl;
     WaitForEnd(arguments.untilStdinCloses);
@@ -123,16 +121,13 @@ int main(int argc, char** argv) {
             std::cout << ManualPage(app);
             return 0;
         }
-        if (arguments.cameras.empty()) {
+        if (arguments.cameras.empty())
             throw CLI::RequiredError("--camera");
-        }
         const std::vector<NamedCamera> cameras = ParseCameras(arguments.cameras);
-        if (arguments.printSha1) {
+        if (arguments.printSha1)
             return PrintSha1(cameras);
-        }
-        if (arguments.links.empty()) {
+        if (arguments.links.empty())
             throw CLI::RequiredError("--links");
-        }
         return Play(arguments, cameras);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kWrongUsage;

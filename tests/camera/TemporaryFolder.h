@@ -16,9 +16,8 @@ class TemporaryFolder {
 public:
     TemporaryFolder()
         : m_path(std::filesystem::temp_directory_path() / ("camera-" + std::to_string(std::random_device{}()))) {
-        if (!std::filesystem::create_directory(m_path)) {
+        if (!std::filesystem::create_directory(m_path))
             throw std::runtime_error("no temporary folder");
-        }
     }
     ~TemporaryFolder() {
         std::error_code error;

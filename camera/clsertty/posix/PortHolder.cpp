@@ -41,9 +41,8 @@ std::optional<int> FindByLock(const struct stat& tty) {
     for (std::string line; std::getline(locks, line);) {
         std::istringstream words(line);
         std::string number, kind, mode, access, pid, file;
-        if (words >> number >> kind >> mode >> access >> pid >> file && kind == "FLOCK" && file == wanted) {
+        if (words >> number >> kind >> mode >> access >> pid >> file && kind == "FLOCK" && file == wanted)
             return base::ParseNumber<int>(pid);
-        }
     }
     return std::nullopt;
 }
@@ -65,9 +64,8 @@ std::optional<int> FindByOpenFile(const struct stat& tty) {
     std::error_code error;
     for (const std::string& name : os::ListFolder("/proc", error)) {
         const std::optional<int> pid = base::ParseNumber<int>(name);
-        if (pid && *pid != ::getpid() && HasOpen(fs::path("/proc") / name, tty.st_rdev)) {
+        if (pid && *pid != ::getpid() && HasOpen(fs::path("/proc") / name, tty.st_rdev))
             return pid;
-        }
     }
     return std::nullopt;
 }
@@ -88,12 +86,10 @@ std::string ProcessName(int pid) {
  */
 std::string DescribeHolder(const struct stat& tty) {
     std::optional<int> pid = FindByLock(tty);
-    if (!pid || *pid <= 0) {
+    if (!pid || *pid <= 0)
         pid = FindByOpenFile(tty);
-    }
-    if (!pid) {
+    if (!pid)
         return {};
-    }
     const std::string name = ProcessName(*pid);
     return "process " + std::to_string(*pid) + (name.empty() ? "" : " (" + name + ")");
 }

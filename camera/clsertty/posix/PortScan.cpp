@@ -39,9 +39,8 @@ bool IsConsole(const fs::path& sysClass, const std::string& name) {
     std::ifstream active(sysClass / "console" / "active");
     std::string console;
     while (active >> console) {
-        if (console == name) {
+        if (console == name)
             return true;
-        }
     }
     return false;
 }
@@ -77,25 +76,22 @@ bool IsNoFile(int error) {
 
 bool MayBeTty(const std::string& path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) {
+    if (::stat(path.c_str(), &status) != 0)
         return !IsNoFile(errno);
-    }
     return S_ISCHR(status.st_mode) && IsTtyNumber(status.st_rdev);
 }
 
 void ThrowIfUnreadable(const std::string& folder, const std::error_code& error) {
-    if (error && !IsNoFile(error.value())) {
+    if (error && !IsNoFile(error.value()))
         throw std::system_error(error, "The folder " + folder + " cannot be read");
-    }
 }
 
 std::vector<std::string> PathFolders() {
     std::istringstream list(os::GetEnvironment(kPathVariable).text);
     std::vector<std::string> folders;
     for (std::string folder; std::getline(list, folder, os::kPathListSeparator);) {
-        if (!folder.empty()) {
+        if (!folder.empty())
             folders.push_back(folder);
-        }
     }
     return folders;
 }
@@ -113,9 +109,8 @@ PortList MachineTtys(const SystemFolders& folders) {
     for (const std::string& name : os::ListFolder(sysClass.string(), error)) {
         const fs::path file = fs::path(folders.dev) / DeviceFileName(name);
         std::error_code missing;
-        if (IsSerialHardware(sysClass, name) && fs::exists(file, missing)) {
+        if (IsSerialHardware(sysClass, name) && fs::exists(file, missing))
             ports.push_back({name, file.string()});
-        }
     }
     ThrowIfUnreadable(sysClass.string(), error);
     return ports;
@@ -133,9 +128,8 @@ PortList LinkedTtys(const std::string& folder) {
     std::error_code error;
     for (const std::string& name : os::ListFolder(folder, error)) {
         const std::string link = (fs::path(folder) / name).string();
-        if (IsPortName(name) && MayBeLink(link) && MayBeTty(link)) {
+        if (IsPortName(name) && MayBeLink(link) && MayBeTty(link))
             ports.push_back({name, link});
-        }
     }
     ThrowIfUnreadable(folder, error);
     return ports;
@@ -143,9 +137,8 @@ PortList LinkedTtys(const std::string& folder) {
 
 PortList FindPorts() {
     std::vector<PortList> sources{MachineTtys({})};
-    for (const std::string& folder : PathFolders()) {
+    for (const std::string& folder : PathFolders())
         sources.push_back(LinkedTtys(folder));
-    }
     return MergePorts(sources);
 }
 

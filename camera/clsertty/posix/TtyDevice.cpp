@@ -96,67 +96,58 @@ TtyDevice::TtyDevice(const PortInfo& port)
     if (!m_tty.IsOpen()) {
         const int error = errno;
         struct stat status {};
-        if (error == EBUSY && ::stat(port.path.c_str(), &status) == 0) {
+        if (error == EBUSY && ::stat(port.path.c_str(), &status) == 0)
             ThrowInUse(status);
-        }
         ThrowCannotOpen(port, error);
     }
     m_cancel = os::FileDescriptor(os::AboveStandardDescriptors(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
-    if (!m_cancel.IsOpen()) {
+    if (!m_cancel.IsOpen())
         throw std::system_error(errno, std::generic_category(), "eventfd");
-    }
-    if (::isatty(m_tty.Get()) == 0) {
+    if (::isatty(m_tty.Get()) == 0)
         ThrowCannotOpen(port, errno);
-    }
     TakeExclusively(port);
     Configure();
 }
 
 TtyDevice::~TtyDevice() {
-    if (m_tty.IsOpen() && !m_isPseudoTerminal) {
+    if (m_tty.IsOpen() && !m_isPseudoTerminal)
         ::ioctl(m_tty.Get(), TIOCNXCL);
-    }
 }
 
 /// The lock keeps out everybody who uses this library, root included; TIOCEXCL everybody else but root. A
 /// pseudo-terminal would keep TIOCEXCL after its user was killed, until its other side closes: it gets the lock only.
 void TtyDevice::TakeExclusively(const PortInfo& port) {
     struct stat status {};
-    if (::fstat(m_tty.Get(), &status) != 0) {
+    if (::fstat(m_tty.Get(), &status) != 0)
         ThrowCannotOpen(port, errno);
-    }
     m_isPseudoTerminal = IsPseudoTerminal(status.st_rdev);
     m_supported = BaudRatesUpTo(MaxBitsPerSecond(status.st_rdev));
     if (::flock(m_tty.Get(), LOCK_EX | LOCK_NB) != 0) {
         const int error = errno;
-        if (error == EWOULDBLOCK) {
+        if (error == EWOULDBLOCK)
             ThrowInUse(status);
-        }
         ThrowCannotOpen(port, error);
     }
     if (!m_isPseudoTerminal) {
         int taken = 0;
-        if (::ioctl(m_tty.Get(), TIOCGEXCL, &taken) == 0 && taken != 0) {
+        if (::ioctl(m_tty.Get(), TIOCGEXCL, &taken) == 0 && taken != 0)
             ThrowInUse(status);
-        }
         ::ioctl(m_tty.Get(), TIOCEXCL);
     }
 }
 
 void TtyDevice::Configure() {
     termios settings{};
-    if (::tcgetattr(m_tty.Get(), &settings) != 0) {
+    if (::tcgetattr(m_tty.Get(), &settings) != 0)
         ThrowGone(errno);
-    }
     settings.c_iflag = 0;
     settings.c_oflag = 0;
     settings.c_lflag = 0;
     settings.c_cflag = CS8 | CREAD | CLOCAL;
     settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
-    if (::tcsetattr(m_tty.Get(), TCSANOW, &settings) != 0) {
+    if (::tcsetattr(m_tty.Get(), TCSANOW, &settings) != 0)
         ThrowGone(errno);
-    }
     ShortenLatency();
     ApplyBaudRate(kFirstBaudRate, TCSANOW);
     ::tcflush(m_tty.Get(), TCIOFLUSH);
@@ -188,21 +179,16 @@ bool TtyDevice::WaitFor(short events, Deadline deadline) {
         std::array<pollfd, 2> files{{{m_tty.Get(), events, 0}, {m_cancel.Get(), POLLIN, 0}}};
         const timespec left = TimeLeft(deadline);
         const int count = ::ppoll(files.data(), files.size(), &left, nullptr);
-        if (count < 0 && errno != EINTR) {
+        if (count < 0 && errno != EINTR)
             throw std::system_error(errno, std::generic_category(), "ppoll");
-        }
-        if (count > 0 && files[1].revents != 0) {
+        if (count > 0 && files[1].revents != 0)
             throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port " + m_title + " was closed meanwhile.");
-        }
-        if (count > 0 && (files[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) {
+        if (count > 0 && (files[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0)
             ThrowGone(0);
-        }
-        if (count > 0) {
+        if (count > 0)
             return true;
-        }
-        if (Clock::now() >= deadline) {
+        if (Clock::now() >= deadline)
             return false;
-        }
     }
 }
 
@@ -213,46 +199,40 @@ bool TtyDevice::WaitForInput(Deadline deadline) {
 std::size_t TtyDevice::TakeInput(std::span<char> buffer) {
     const ssize_t count = ::read(m_tty.Get(), buffer.data(), buffer.size());
     // With at least one byte to wait for, a tty answers 0 only after a hang-up.
-    if (count == 0 || (count < 0 && !IsTryAgain(errno))) {
+    if (count == 0 || (count < 0 && !IsTryAgain(errno)))
         ThrowGone(count == 0 ? 0 : errno);
-    }
     return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
 }
 
 std::size_t TtyDevice::WriteSome(std::span<const char> bytes, Deadline deadline) {
     do {
         const ssize_t count = ::write(m_tty.Get(), bytes.data(), bytes.size());
-        if (count > 0) {
+        if (count > 0)
             return static_cast<std::size_t>(count);
-        }
-        if (count < 0 && !IsTryAgain(errno)) {
+        if (count < 0 && !IsTryAgain(errno))
             ThrowGone(errno);
-        }
     } while (WaitFor(POLLOUT, deadline));
     return 0;
 }
 
 int TtyDevice::BytesOf(unsigned long request) {
     int count = 0;
-    if (::ioctl(m_tty.Get(), request, &count) != 0) {
+    if (::ioctl(m_tty.Get(), request, &count) != 0)
         ThrowGone(errno);
-    }
     return std::max(count, 0);
 }
 
 std::size_t TtyDevice::BytesAvailable() {
     const int count = BytesOf(FIONREAD);
     // A hung-up line still answers, with 0: ask for the hang-up itself.
-    if (count == 0) {
+    if (count == 0)
         static_cast<void>(WaitFor(POLLIN, kNoWait));
-    }
     return static_cast<std::size_t>(count);
 }
 
 void TtyDevice::DiscardInput() {
-    if (::tcflush(m_tty.Get(), TCIFLUSH) != 0) {
+    if (::tcflush(m_tty.Get(), TCIFLUSH) != 0)
         ThrowGone(errno);
-    }
     static_cast<void>(WaitFor(POLLIN, kNoWait));
 }
 
@@ -275,15 +255,13 @@ void TtyDevice::ApplyBaudRate(std::uint32_t bitsPerSecond, int when) {
     const auto speed = std::find_if(kSpeeds.begin(), kSpeeds.end(),
                                     [bitsPerSecond](const Speed& s) { return s.bitsPerSecond == bitsPerSecond; });
     termios settings{};
-    if (speed != kSpeeds.end() && ::tcgetattr(m_tty.Get(), &settings) != 0) {
+    if (speed != kSpeeds.end() && ::tcgetattr(m_tty.Get(), &settings) != 0)
         ThrowGone(errno);
-    }
     const bool isKnown = speed != kSpeeds.end() && ::cfsetspeed(&settings, speed->code) == 0;
     bool isSet = isKnown && ::tcsetattr(m_tty.Get(), when, &settings) == 0;
     // A line that fails refuses nothing: the rate may well be set the next time.
-    if ((isKnown && !isSet && errno != EINVAL) || (isSet && ::tcgetattr(m_tty.Get(), &settings) != 0)) {
+    if ((isKnown && !isSet && errno != EINVAL) || (isSet && ::tcgetattr(m_tty.Get(), &settings) != 0))
         ThrowGone(errno);
-    }
     isSet = isSet && ::cfgetospeed(&settings) == speed->code;
     if (!isSet) {
         throw SerialError(CL_ERR_BAUD_RATE_NOT_SUPPORTED,

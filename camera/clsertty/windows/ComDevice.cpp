@@ -29,25 +29,22 @@ std::string Reason(DWORD error) {
     char text[256] = {};
     DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
                                   sizeof(text), nullptr);
-    while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r' || text[length - 1] == '.')) {
+    while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r' || text[length - 1] == '.'))
         --length;
-    }
     return length > 0 ? std::string(text, length) : "error " + std::to_string(error);
 }
 
 [[noreturn]] void ThrowCannotOpen(const std::string& title, DWORD error) {
-    if (error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION) {
+    if (error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION)
         throw SerialError(CL_ERR_PORT_IN_USE, "The serial port " + title + " is in use by another process.");
-    }
     throw SerialError(CL_ERR_INVALID_INDEX, "The serial port " + title + " cannot be opened: " + Reason(error) + ".");
 }
 
 HANDLE OpenPort(const std::string& path, const std::string& title) {
     const HANDLE port = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_OVERLAPPED, nullptr);
-    if (port == INVALID_HANDLE_VALUE) {
+    if (port == INVALID_HANDLE_VALUE)
         ThrowCannotOpen(title, GetLastError());
-    }
     return port;
 }
 
@@ -75,37 +72,32 @@ bool ComDevice::IsCancelled() const {
 }
 
 void ComDevice::ThrowGone(DWORD error) const {
-    if (IsCancelled()) {
+    if (IsCancelled())
         throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port " + m_title + " was closed meanwhile.");
-    }
     throw SerialError(CL_ERR_INVALID_REFERENCE, "The serial port " + m_title + " has gone: " + Reason(error) + ".");
 }
 
 void ComDevice::Check(DWORD error) const {
-    if (error != ERROR_SUCCESS) {
+    if (error != ERROR_SUCCESS)
         ThrowGone(error);
-    }
 }
 
 /// The time-out of the next piece of a wait, ms; 0 when the deadline has passed.
 DWORD ComDevice::NextWait(Deadline deadline) const {
-    if (IsCancelled()) {
+    if (IsCancelled())
         ThrowGone(ERROR_OPERATION_ABORTED);
-    }
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
     return static_cast<DWORD>(std::clamp<std::int64_t>(left.count(), 0, kLongestWait));
 }
 
 /// Reads end with their last byte only, which is why none is begun for more bytes than there are but one of one byte.
 void ComDevice::SetWriteTimeout(DWORD milliseconds) {
-    if (milliseconds == m_writeTimeout) {
+    if (milliseconds == m_writeTimeout)
         return;
-    }
     COMMTIMEOUTS timeouts{};
     timeouts.WriteTotalTimeoutConstant = std::max<DWORD>(milliseconds, 1);
-    if (SetCommTimeouts(m_port.Get(), &timeouts) == 0) {
+    if (SetCommTimeouts(m_port.Get(), &timeouts) == 0)
         ThrowGone(GetLastError());
-    }
     m_writeTimeout = milliseconds;
 }
 
@@ -113,9 +105,8 @@ void ComDevice::SetWriteTimeout(DWORD milliseconds) {
 bool ComDevice::WaitForInput(Deadline deadline) {
     {
         const std::lock_guard lock(m_inputMutex);
-        if (m_hasFirst) {
+        if (m_hasFirst)
             return true;
-        }
         Check(m_wait.BeginRead(&m_first, 1));
     }
     try {
@@ -136,14 +127,12 @@ bool ComDevice::WaitForFirst(Deadline deadline) {
         m_wait.Wait(m_cancel.Get(), wait);
         {
             const std::lock_guard lock(m_inputMutex);
-            if (!m_wait.IsUnderWay() || m_wait.IsDone()) {
+            if (!m_wait.IsUnderWay() || m_wait.IsDone())
                 return true;
-            }
         }
         Status();  // a port that has gone may leave a read waiting instead of refusing it
-        if (wait == 0) {
+        if (wait == 0)
             return false;
-        }
     }
 }
 
@@ -164,9 +153,8 @@ std::size_t ComDevice::TakeInput(std::span<char> buffer) {
         m_hasFirst = false;
     }
     const auto rest = std::min<std::size_t>(Status().cbInQue, buffer.size() - first);
-    if (rest == 0) {
+    if (rest == 0)
         return first;
-    }
     Check(m_take.BeginRead(buffer.data() + first, static_cast<DWORD>(rest)));
     m_take.Wait(m_cancel.Get(), kLongestWait);
     const auto [error, count] = m_take.End();
@@ -183,26 +171,23 @@ std::size_t ComDevice::WriteSome(std::span<const char> bytes, Deadline deadline)
         m_write.Wait(m_cancel.Get(), INFINITE);  // no longer than the port's own time-out
         const auto [error, count] = m_write.End();
         Check(error);
-        if (count > 0 || wait == 0) {
+        if (count > 0 || wait == 0)
             return count;
-        }
     }
 }
 
 COMSTAT ComDevice::Status() {
     DWORD errors = 0;
     COMSTAT status{};
-    if (ClearCommError(m_port.Get(), &errors, &status) == 0) {
+    if (ClearCommError(m_port.Get(), &errors, &status) == 0)
         ThrowGone(GetLastError());
-    }
     return status;
 }
 
 std::size_t ComDevice::BytesAvailable() {
     const std::lock_guard lock(m_inputMutex);
-    if (m_wait.IsDone()) {
+    if (m_wait.IsDone())
         CollectFirst();
-    }
     return (m_hasFirst ? 1U : 0U) + Status().cbInQue;
 }
 
@@ -210,17 +195,15 @@ void ComDevice::DiscardInput() {
     const std::lock_guard lock(m_inputMutex);
     CollectFirst();
     m_hasFirst = false;
-    if (PurgeComm(m_port.Get(), PURGE_RXCLEAR) == 0) {
+    if (PurgeComm(m_port.Get(), PURGE_RXCLEAR) == 0)
         ThrowGone(GetLastError());
-    }
     Status();  // as in WaitForFirst
 }
 
 std::uint32_t ComDevice::SupportedBaudRates() {
     Status();
-    if (!m_triedRates) {
+    if (!m_triedRates)
         m_triedRates = TryFastRates();
-    }
     return BaudRatesUpTo(CBR_115200) | *m_triedRates;
 }
 
@@ -237,9 +220,8 @@ std::uint32_t ComDevice::TryFastRates() {
                 taken |= flag;
             }
         } catch (const SerialError& error) {
-            if (error.Code() != CL_ERR_BAUD_RATE_NOT_SUPPORTED) {
+            if (error.Code() != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
                 throw;
-            }
         }
     }
     Apply(before);
@@ -251,9 +233,8 @@ void ComDevice::WaitUntilSent() {
     const milliseconds sending(std::int64_t{Status().cbOutQue} * kBitsPerByte * 1000 / m_bitsPerSecond);
     const Deadline deadline = Clock::now() + sending + kSendTime;
     while (Status().cbOutQue > 0) {
-        if (Clock::now() >= deadline) {
+        if (Clock::now() >= deadline)
             throw SerialError(CL_ERR_TIMEOUT, "The serial port " + m_title + " does not send.");
-        }
         Sleep(1);
     }
 }
@@ -261,9 +242,8 @@ void ComDevice::WaitUntilSent() {
 void ComDevice::Apply(DWORD bitsPerSecond) {
     DCB settings{};
     settings.DCBlength = sizeof(settings);
-    if (GetCommState(m_port.Get(), &settings) == 0) {
+    if (GetCommState(m_port.Get(), &settings) == 0)
         ThrowGone(GetLastError());
-    }
     settings = DCB{};
     settings.DCBlength = sizeof(settings);
     settings.BaudRate = bitsPerSecond;

@@ -25,9 +25,8 @@ public:
         }
     }
     ~SerialMap() {
-        if (m_key != nullptr) {
+        if (m_key != nullptr)
             RegCloseKey(m_key);
-        }
     }
     SerialMap(const SerialMap&) = delete;
     SerialMap& operator=(const SerialMap&) = delete;
@@ -48,12 +47,10 @@ PortList Look(const SerialMap& map) {
         DWORD type = 0;
         const LONG result = RegEnumValueA(map.Get(), index, valueName, &valueNameSize, nullptr, &type,
                                           reinterpret_cast<BYTE*>(port), &portSize);
-        if (result != ERROR_SUCCESS && result != ERROR_MORE_DATA) {
+        if (result != ERROR_SUCCESS && result != ERROR_MORE_DATA)
             break;
-        }
-        if (result == ERROR_SUCCESS && type == REG_SZ && std::strlen(port) > 0) {
+        if (result == ERROR_SUCCESS && type == REG_SZ && std::strlen(port) > 0)
             ports.push_back({port, std::string("\\\\.\\") + port});
-        }
     }
     return ports;
 }
@@ -74,9 +71,8 @@ PortList FindPorts() {
         PortList again = Look(map);
         const bool isConfirmed = AreSame(ports, again);
         ports = std::move(again);
-        if (isConfirmed) {
+        if (isConfirmed)
             break;
-        }
     }
     return MergePorts({ports});
 }

@@ -11,9 +11,8 @@
 namespace ClSerTty {
 
 HANDLE NewEvent() {
-    if (const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr)) {
+    if (const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr))
         return event;
-    }
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateEvent");
 }
 
@@ -51,19 +50,15 @@ void Transfer::Wait(HANDLE cancel, DWORD milliseconds) const {
 
 Transfer::Result Transfer::End() {
     Result result{};
-    if (!m_isUnderWay) {
+    if (!m_isUnderWay)
         return result;
-    }
-    if (!IsDone()) {
+    if (!IsDone())
         CancelIoEx(m_port, &m_overlapped);
-    }
-    if (GetOverlappedResult(m_port, &m_overlapped, &result.count, TRUE) == 0) {
+    if (GetOverlappedResult(m_port, &m_overlapped, &result.count, TRUE) == 0)
         result.error = GetLastError();
-    }
     m_isUnderWay = false;
-    if (result.error == ERROR_OPERATION_ABORTED) {
+    if (result.error == ERROR_OPERATION_ABORTED)
         result.error = ERROR_SUCCESS;
-    }
     return result;
 }
 

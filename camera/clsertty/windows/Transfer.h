@@ -13,9 +13,8 @@ class Handle {
 public:
     explicit Handle(HANDLE handle) noexcept : m_handle(handle) {}
     ~Handle() {
-        if (IsOpen()) {
+        if (IsOpen())
             CloseHandle(m_handle);
-        }
     }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;

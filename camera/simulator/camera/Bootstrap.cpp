@@ -107,9 +107,9 @@ void AddBootstrapRegisters(RegisterFile& file, const CameraModel& model, const C
 void AddManifest(RegisterFile& file, const DescriptionFile& description) {
     ManifestEntry entry;
     entry.versionMajor = 1;
-    entry.fileType = static_cast<std::uint8_t>(ManifestEntry::FileType::DeviceXml);
-    entry.fileFormat =
-        static_cast<std::uint8_t>(description.isZip ? ManifestEntry::FileFormat::Zip : ManifestEntry::FileFormat::Xml);
+    entry.fileType = static_cast<std::uint8_t>(ManifestEntry::FileType::kDeviceXml);
+    entry.fileFormat = static_cast<std::uint8_t>(description.isZip ? ManifestEntry::FileFormat::kZip
+                                                                   : ManifestEntry::FileFormat::kXml);
     entry.schemaMajor = 1;
     entry.schemaMinor = 1;
     entry.address = registers::kDescriptionAddress;
@@ -118,9 +118,8 @@ void AddManifest(RegisterFile& file, const DescriptionFile& description) {
     file.AddNumber(manifest::kEntryCount.At(registers::kManifestAddress), Access::kRead, description.isListed ? 1 : 0);
     file.Add({registers::kManifestAddress + manifest::kFirstEntry, manifest::kEntrySize}, Access::kRead,
              EncodeManifestEntry(entry));
-    if (description.bytes.empty()) {
+    if (description.bytes.empty())
         return;
-    }
     file.Add({registers::kDescriptionAddress, static_cast<std::uint32_t>(description.bytes.size())}, Access::kRead,
              description.bytes);
 }

@@ -96,10 +96,6 @@ constexpr std::array kModels{kH2048, kH4096, kH8192L};
 
 }  // namespace
 
-std::span<const CameraModel> AllModels() {
-    return kModels;
-}
-
 /**
  * \brief Find a model by its name
  * \throw std::invalid_argument There is none; the text names those that there are
@@ -107,9 +103,8 @@ std::span<const CameraModel> AllModels() {
 const CameraModel& FindModel(std::string_view name) {
     std::string known;
     for (const CameraModel& model : kModels) {
-        if (model.name == name) {
+        if (model.name == name)
             return model;
-        }
         known += (known.empty() ? "" : ", ") + std::string(model.name);
     }
     throw std::invalid_argument("there is no model '" + std::string(name) + "', only " + known);

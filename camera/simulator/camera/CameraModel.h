@@ -40,7 +40,6 @@ struct CameraModel {
     std::span<const PixelFormat> formats;  ///< the first is that of the factory
 };
 
-std::span<const CameraModel> AllModels();
 const CameraModel& FindModel(std::string_view name);
 
 }  // namespace MarlowSim

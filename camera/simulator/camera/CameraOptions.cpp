@@ -46,18 +46,16 @@ std::uint32_t ParseRates(std::string_view text) {
 
 std::uint32_t ParseBaud(std::string_view text) {
     const auto baud = static_cast<std::uint32_t>(ParseCount(text, UINT32_MAX));
-    if (gencp::FindBaudRateBySpeed(baud) == nullptr) {
+    if (gencp::FindBaudRateBySpeed(baud) == nullptr)
         throw std::invalid_argument("'" + std::string(text) + "' is no baud rate of a camera");
-    }
     return baud;
 }
 
 /// Any version: a host has to say what it thinks of those that it does not know.
 void SetGenCp(CameraOptions& options, std::string_view text) {
     const std::size_t dot = text.find('.');
-    if (dot == std::string_view::npos) {
+    if (dot == std::string_view::npos)
         throw std::invalid_argument("'" + std::string(text) + "' is no version such as 1.3");
-    }
     options.genCpMajor = static_cast<std::uint16_t>(ParseCount(text.substr(0, dot), std::uint16_t{UINT16_MAX}));
     options.genCpMinor = static_cast<std::uint16_t>(ParseCount(text.substr(dot + 1), std::uint16_t{UINT16_MAX}));
 }
@@ -71,25 +69,22 @@ DescriptionFault ParseDescriptionFault(std::string_view text) {
         {"zip", DescriptionFault::kDamagedZip},
     }};
     const auto word = std::ranges::find(kWords, text, &std::pair<std::string_view, DescriptionFault>::first);
-    if (word == kWords.end()) {
+    if (word == kWords.end())
         throw std::invalid_argument("'" + std::string(text) + "' is not none, missing, empty, sha1 or zip");
-    }
     return word->second;
 }
 
 SerialRegisters ParseSerialRegisters(std::string_view text) {
-    if (text == "lost") {
+    if (text == "lost")
         return SerialRegisters::kElsewhere;
-    }
     return ParseSwitch(text) ? SerialRegisters::kThere : SerialRegisters::kNone;
 }
 
 /// "none", or "0x10005C:0x8006+0x100060:0x8004"
 std::map<std::uint64_t, std::uint16_t> ParseRefusals(std::string_view text) {
     std::map<std::uint64_t, std::uint16_t> refusals;
-    if (text == "none") {
+    if (text == "none")
         return refusals;
-    }
     for (const std::string_view part : base::SplitWithoutEmpty(text, '+')) {
         const std::size_t colon = part.find(':');
         const auto status =
@@ -211,9 +206,8 @@ bool SetFault(FaultSettings& faults, std::string_view key, std::string_view valu
  * \throw std::invalid_argument There is no such key, or the value has no meaning for it
  */
 void SetOption(CameraOptions& options, std::string_view key, std::string_view value) {
-    if (!Set(kOptionKeys, options, key, value) && !SetFault(options.faults, key, value)) {
+    if (!Set(kOptionKeys, options, key, value) && !SetFault(options.faults, key, value))
         throw std::invalid_argument("a camera has no option '" + std::string(key) + "'");
-    }
 }
 
 /**
@@ -223,9 +217,8 @@ void SetOption(CameraOptions& options, std::string_view key, std::string_view va
 void SetOptions(CameraOptions& options, std::string_view list) {
     for (const std::string_view part : base::SplitWithoutEmpty(list, ',')) {
         const std::size_t equals = part.find('=');
-        if (equals == std::string_view::npos) {
+        if (equals == std::string_view::npos)
             throw std::invalid_argument("'" + std::string(part) + "' is not key=value");
-        }
         SetOption(options, part.substr(0, equals), part.substr(equals + 1));
     }
 }

@@ -104,9 +104,8 @@ constexpr const char* kVersionGuid = "VersionGuid";
 
 std::map<std::string, std::string, std::less<>> ValuesOf(const CameraModel& model) {
     std::map<std::string, std::string, std::less<>> values;
-    for (const NamedRegister& reg : kRegisters) {
+    for (const NamedRegister& reg : kRegisters)
         values[reg.name] = fmt::format("0x{:X}", reg.where.address);
-    }
     values["Model"] = model.name;
     values["ProductGuid"] = model.productGuid;
     values["WidthMin"] = std::to_string(model.widthMin);
@@ -125,16 +124,13 @@ std::map<std::string, std::string, std::less<>> ValuesOf(const CameraModel& mode
 
 std::set<std::string, std::less<>> ConditionsOf(const CameraModel& model, std::uint32_t rates) {
     std::set<std::string, std::less<>> conditions{model.isLineScan ? "line" : "area"};
-    if (model.isColor) {
+    if (model.isColor)
         conditions.insert("color");
-    }
-    for (const PixelFormat& format : model.formats) {
+    for (const PixelFormat& format : model.formats)
         conditions.insert(std::string(format.name));
-    }
     for (const gencp::BaudRate& rate : gencp::kBaudRates) {
-        if ((rates & rate.flag) != 0) {
+        if ((rates & rate.flag) != 0)
             conditions.insert(fmt::format("rate{}", rate.bitsPerSecond));
-        }
     }
     return conditions;
 }
@@ -155,15 +151,13 @@ void Pad(std::string& text, std::size_t size, std::uint64_t seed) {
     constexpr std::string_view kBegin = "<!-- ";
     constexpr std::string_view kEnd = " -->\n";
     constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz     \n";
-    if (size < text.size() + kBegin.size() + kEnd.size()) {
+    if (size < text.size() + kBegin.size() + kEnd.size())
         return;
-    }
     const std::size_t count = size - text.size() - kBegin.size() - kEnd.size();
     std::mt19937_64 random(seed);
     text += kBegin;
-    for (std::size_t index = 0; index < count; ++index) {
+    for (std::size_t index = 0; index < count; ++index)
         text += kLetters[random() % kLetters.size()];
-    }
     text += kEnd;
 }
 
@@ -171,9 +165,8 @@ std::string ReadTextFile(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
     std::ostringstream text;
     text << stream.rdbuf();
-    if (!stream) {
+    if (!stream)
         throw std::invalid_argument("cannot read the description file " + path);
-    }
     return text.str();
 }
 
@@ -189,9 +182,8 @@ gencp::Bytes FileBytes(const CameraModel& model, std::string_view text, bool isZ
  * \throw std::invalid_argument The file that the options name cannot be read
  */
 std::string DescriptionText(const CameraModel& model, const CameraOptions& options) {
-    if (!options.descriptionFile.empty()) {
+    if (!options.descriptionFile.empty())
         return ReadTextFile(options.descriptionFile);
-    }
     auto values = ValuesOf(model);
     const auto conditions = ConditionsOf(model, options.listedRates.value_or(options.rates));
     values[kVersionGuid] = "";
@@ -216,12 +208,10 @@ DescriptionFile MakeDescriptionFile(const CameraModel& model, const CameraOption
     } else if (fault == DescriptionFault::kDamagedZip) {
         file.bytes.resize(file.bytes.size() / 2);
     }
-    if (options.sha1) {
+    if (options.sha1)
         file.sha1 = base::Sha1(file.bytes);
-    }
-    if (fault == DescriptionFault::kWrongSha1) {
+    if (fault == DescriptionFault::kWrongSha1)
         file.sha1.front() ^= 1U;
-    }
     return file;
 }
 

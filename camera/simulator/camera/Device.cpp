@@ -61,9 +61,8 @@ void Device::PowerOn(TimePoint now) {
  * \param[in] now When its last byte came
  */
 void Device::Receive(const Packet& packet, TimePoint now) {
-    if (packet.header.IsAcknowledge() || packet.header.channel != kControlChannel) {
+    if (packet.header.IsAcknowledge() || packet.header.channel != kControlChannel)
         return;
-    }
     m_lastAccess = now;
     const std::uint16_t id = packet.header.requestId;
     if (id != kFirstRequestId && m_lastId == id) {
@@ -131,9 +130,8 @@ void Device::Send(Bytes packet, TimePoint ready, bool endsCommand) {
  * \brief Give the next packet for the line, which may have to wait until it is ready
  */
 std::optional<Device::Outgoing> Device::TakeOutgoing() {
-    if (m_outgoing.empty()) {
+    if (m_outgoing.empty())
         return std::nullopt;
-    }
     Outgoing outgoing = std::move(m_outgoing.front());
     m_outgoing.pop_front();
     return outgoing;
@@ -144,9 +142,8 @@ std::optional<Device::Outgoing> Device::TakeOutgoing() {
  */
 void Device::HasSent(const Outgoing& outgoing, TimePoint now) {
     ++m_statistics.packetsOut;
-    if (outgoing.endsCommand) {
+    if (outgoing.endsCommand)
         ObeyLineRequest(now);
-    }
 }
 
 bool Device::IsSlow(const Packet& command) const {
@@ -172,19 +169,16 @@ Device::Answer Device::Execute(const Packet& command, TimePoint now) {
 
 Device::Answer Device::ReadMemory(const Packet& command, bool isStacked, TimePoint now) {
     const auto ranges = DecodeRanges(command.scd);
-    if (!ranges || (!isStacked && ranges->size() != 1)) {
+    if (!ranges || (!isStacked && ranges->size() != 1))
         return {kStatusInvalidParameter, {}};
-    }
     Answer answer;
     for (const MemoryRange& range : *ranges) {
         Bytes data;
-        if (range.length == 0 || answer.scd.size() + range.length > kMaxReadData) {
+        if (range.length == 0 || answer.scd.size() + range.length > kMaxReadData)
             return {kStatusInvalidParameter, {}};
-        }
         answer.status = ReadOne(range, data, now);
-        if (IsError(answer.status)) {
+        if (IsError(answer.status))
             return {answer.status, {}};
-        }
         answer.scd.insert(answer.scd.end(), data.begin(), data.end());
     }
     return answer;
@@ -192,9 +186,8 @@ Device::Answer Device::ReadMemory(const Packet& command, bool isStacked, TimePoi
 
 Device::Answer Device::WriteMemory(const Packet& command, bool isStacked, TimePoint now) {
     // A write with the first id could not be told from one that was sent again.
-    if (command.header.requestId == kFirstRequestId) {
+    if (command.header.requestId == kFirstRequestId)
         return {kStatusInvalidParameter, {}};
-    }
     std::vector<MemoryWrite> writes;
     if (auto decoded = DecodeStackedWrites(command.scd); isStacked && decoded) {
         writes = std::move(*decoded);
@@ -206,14 +199,12 @@ Device::Answer Device::WriteMemory(const Packet& command, bool isStacked, TimePo
     Answer answer;
     std::vector<std::uint16_t> lengths;
     for (const MemoryWrite& write : writes) {
-        if (!IsError(answer.status)) {
+        if (!IsError(answer.status))
             answer.status = WriteOne(write.address, write.data, now);
-        }
         lengths.push_back(static_cast<std::uint16_t>(IsError(answer.status) ? 0 : write.data.size()));
     }
-    if (isStacked || m_options.writtenLength) {
+    if (isStacked || m_options.writtenLength)
         answer.scd = EncodeWrittenLengths(lengths);
-    }
     return answer;
 }
 
@@ -225,9 +216,8 @@ std::uint16_t Device::ReadOne(const MemoryRange& range, Bytes& data, TimePoint n
 std::uint16_t Device::WriteOne(std::uint64_t address, ByteView data, TimePoint now) {
     const std::uint16_t refusal = RefusalOf(m_faults.refusedWrites, address, data.size());
     const std::uint16_t status = IsError(refusal) ? refusal : m_firmware.Write(address, data, now);
-    if (!IsError(status)) {
+    if (!IsError(status))
         ++m_statistics.writes[address];
-    }
     return status;
 }
 
@@ -281,15 +271,12 @@ void Device::OnTime(TimePoint now) {
 std::optional<TimePoint> Device::NextEvent() const {
     std::optional<TimePoint> next;
     const auto consider = [&next](TimePoint time) { next = next ? std::min(*next, time) : time; };
-    if (m_running) {
+    if (m_running)
         consider(std::min(m_running->end, m_running->announced));
-    }
-    if (m_trial) {
+    if (m_trial)
         consider(m_trial->end);
-    }
-    if (const auto heartbeat = m_firmware.HeartbeatTimeout()) {
+    if (const auto heartbeat = m_firmware.HeartbeatTimeout())
         consider(m_lastAccess + *heartbeat);
-    }
     return next;
 }
 

@@ -127,9 +127,8 @@ std::uint16_t Features::ChangeWindow(Register size, Register offset, ByteView va
     const std::uint32_t sizeInc = isHorizontal ? m_model.widthInc : m_model.heightInc;
     const std::uint32_t offsetInc = isHorizontal ? m_model.offsetXInc : m_model.offsetYInc;
     const std::uint32_t number = gencp::Load32(value, 0);
-    if (isSize) {
+    if (isSize)
         return Check(number >= min && number <= max - m_file.Number(offset) && (number - min) % sizeInc == 0);
-    }
     return Check(number <= max - m_file.Number(size) && number % offsetInc == 0);
 }
 
@@ -160,12 +159,10 @@ void Features::AddGeometry() {
                             std::uint32_t max) {
         m_file.OnWrite(binning, [=, this](ByteView value) {
             const std::uint32_t factor = gencp::Load32(value, 0);
-            if (factor < 1 || factor > max) {
+            if (factor < 1 || factor > max)
                 return kInvalid;
-            }
-            if (factor != m_file.Number(binning)) {
+            if (factor != m_file.Number(binning))
                 FitWindow(size, offset, sensor / factor, inc);
-            }
             return kOk;
         });
     };
@@ -181,9 +178,8 @@ std::uint32_t Features::PixelBits() const {
 
 void Features::AddFormat() {
     std::set<std::uint32_t> formats;
-    for (const PixelFormat& format : m_model.formats) {
+    for (const PixelFormat& format : m_model.formats)
         formats.insert(format.value);
-    }
     AddChoice(kPixelFormat, m_model.formats[0].value, std::move(formats));
     m_file.AddNumber(kPixelSize, Access::kRead, 0);
     m_file.OnRead(kPixelSize, [this] { return NumberBytes(PixelBits(), 4); });
@@ -194,9 +190,8 @@ void Features::AddFormat() {
     AddNumber(kTestPattern, 0, 0, m_model.isColor ? 6 : 5);
     AddNumber(kLUTEnable, 0, 0, 1);
     AddNumber(kLUTIndex, 0, 0, kLutSize - 1);
-    for (std::uint32_t index = 0; index < kLutSize; ++index) {
+    for (std::uint32_t index = 0; index < kLutSize; ++index)
         AddNumber(kLUTValue.At(std::uint64_t{index} * 4), index * 16, 0, 4095);
-    }
 }
 
 /// The slower of exposure, sensor and the limit that is set.
@@ -212,12 +207,10 @@ float Features::ResultingRate() const {
 
 std::uint16_t Features::ChangeExposureAuto(std::uint32_t mode) {
     constexpr std::uint32_t kGoodExposure = 80'000;  // tenths of a microsecond
-    if (mode > kAutoContinuous || (mode != 0 && m_model.isLineScan)) {
+    if (mode > kAutoContinuous || (mode != 0 && m_model.isLineScan))
         return kInvalid;
-    }
-    if (mode != 0) {
+    if (mode != 0)
         m_file.SetNumber(kExposureTime, kGoodExposure);
-    }
     return kOk;
 }
 
@@ -296,9 +289,8 @@ void Features::AddTransport() {
     AddNumber(kClTapGeometry, 1, 0, static_cast<std::uint32_t>(kTaps.size() - 1));
     m_file.OnWrite(kClTapGeometry, [this](ByteView value) {
         const std::uint32_t geometry = gencp::Load32(value, 0);
-        if (geometry >= kTaps.size()) {
+        if (geometry >= kTaps.size())
             return kInvalid;
-        }
         m_file.SetNumber(kClConfiguration, ConfigurationOf(kTaps[geometry]));
         return kOk;
     });
@@ -306,35 +298,30 @@ void Features::AddTransport() {
     m_file.OnWrite(kClConfiguration, [this](ByteView value) {
         constexpr std::array<std::uint32_t, 4> kGeometries{2, 3, 4, 5};
         const std::uint32_t configuration = gencp::Load32(value, 0);
-        if (configuration >= kGeometries.size()) {
+        if (configuration >= kGeometries.size())
             return kInvalid;
-        }
-        if (configuration != m_file.Number(kClConfiguration)) {
+        if (configuration != m_file.Number(kClConfiguration))
             m_file.SetNumber(kClTapGeometry, kGeometries[configuration]);
-        }
         return kOk;
     });
 }
 
 Features::Values Features::Present() const {
     Values values;
-    for (const Register& where : m_settings) {
+    for (const Register& where : m_settings)
         values.emplace_back(where, m_file.Value(where));
-    }
     return values;
 }
 
 std::uint16_t Features::LoadUserSet(std::uint32_t number) {
-    for (const auto& [where, value] : m_userSets.at(number)) {
+    for (const auto& [where, value] : m_userSets.at(number))
         m_file.SetValue(where, value);
-    }
     return kOk;
 }
 
 std::uint16_t Features::SaveUserSet(std::uint32_t number) {
-    if (number == 0) {
+    if (number == 0)
         return gencp::kStatusWriteProtected;
-    }
     m_userSets.at(number) = Present();
     return kOk;
 }

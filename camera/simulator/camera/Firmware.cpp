@@ -39,25 +39,22 @@ Firmware::Firmware(const CameraOptions& options, TimePoint now)
 void Firmware::WatchLineRegisters(std::uint32_t supportedRates) {
     m_file.OnWrite(kCurrentBaudRate, [this, supportedRates](ByteView value) {
         const std::uint32_t flag = gencp::Load32(value, 0);
-        if (!std::has_single_bit(flag) || (flag & supportedRates) == 0) {
+        if (!std::has_single_bit(flag) || (flag & supportedRates) == 0)
             return gencp::kStatusInvalidParameter;
-        }
         m_request.baudRateFlag = flag;
         return gencp::kStatusSuccess;
     });
     m_file.OnWrite(abrm::kAccessPrivilege, [this](ByteView value) {
         const std::uint32_t privilege = gencp::Load32(value, 0);
-        if (privilege > 1) {
+        if (privilege > 1)
             return gencp::kStatusInvalidParameter;
-        }
         m_request.isReleased = privilege == 0 && m_file.Number(abrm::kAccessPrivilege) == 1;
         return gencp::kStatusSuccess;
     });
     m_file.AddNumber(registers::kDeviceReset, Access::kWrite, 0);
     m_file.OnWrite(registers::kDeviceReset, [this](ByteView value) {
-        if (gencp::Load32(value, 0) != 1) {
+        if (gencp::Load32(value, 0) != 1)
             return gencp::kStatusInvalidParameter;
-        }
         m_request.isReset = true;
         return gencp::kStatusSuccess;
     });
@@ -122,9 +119,8 @@ void Firmware::SetBaudRateFlag(std::uint32_t flag) {
 std::optional<std::chrono::milliseconds> Firmware::HeartbeatTimeout() const {
     const bool isEnabled =
         (gencp::Load64(m_file.Value(abrm::kDeviceConfiguration), 0) & gencp::configuration::kHeartbeatEnable) != 0;
-    if (!isEnabled || m_file.Number(abrm::kAccessPrivilege) != 1) {
+    if (!isEnabled || m_file.Number(abrm::kAccessPrivilege) != 1)
         return std::nullopt;
-    }
     return std::chrono::milliseconds(m_file.Number(abrm::kHeartbeatTimeout));
 }
 

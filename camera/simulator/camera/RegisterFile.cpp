@@ -55,9 +55,8 @@ void RegisterFile::OnWrite(Register where, Writer writer) {
 
 RegisterFile::Cells::const_iterator RegisterFile::CellAt(std::uint64_t address) const {
     auto next = m_cells.upper_bound(address);
-    if (next == m_cells.begin()) {
+    if (next == m_cells.begin())
         return m_cells.end();
-    }
     --next;
     return address - next->first < next->second.where.length ? next : m_cells.end();
 }
@@ -71,12 +70,10 @@ std::uint16_t RegisterFile::Read(std::uint64_t address, std::size_t length, Byte
     while (bytes.size() < length) {
         const std::uint64_t at = address + bytes.size();
         const auto cell = CellAt(at);
-        if (cell == m_cells.end()) {
+        if (cell == m_cells.end())
             return gencp::kStatusInvalidAddress;
-        }
-        if (cell->second.access == Access::kWrite) {
+        if (cell->second.access == Access::kWrite)
             return gencp::kStatusAccessDenied;
-        }
         const Bytes computed = cell->second.reader ? cell->second.reader() : Bytes();
         const ByteView value = cell->second.reader ? ByteView(computed) : ByteView(cell->second.value);
         const ByteView rest = value.subspan(static_cast<std::size_t>(at - cell->first));
@@ -95,15 +92,13 @@ std::uint16_t RegisterFile::Write(std::uint64_t address, ByteView data) {
     std::size_t done = 0;
     while (done < data.size()) {
         const auto found = m_cells.find(address + done);
-        if (found == m_cells.end()) {
+        if (found == m_cells.end())
             return CellAt(address + done) == m_cells.end() ? gencp::kStatusInvalidAddress : gencp::kStatusBadAlignment;
-        }
         Cell& cell = found->second;
         const std::size_t count = std::min<std::size_t>(cell.where.length, data.size() - done);
         const std::uint16_t status = WriteCell(cell, data.subspan(done, count));
-        if (gencp::IsError(status)) {
+        if (gencp::IsError(status))
             return status;
-        }
         done += count;
     }
     return gencp::kStatusSuccess;
@@ -111,26 +106,22 @@ std::uint16_t RegisterFile::Write(std::uint64_t address, ByteView data) {
 
 std::uint16_t RegisterFile::WriteCell(Cell& cell, ByteView data) {
     constexpr std::size_t kLargestNumber = 8;
-    if (cell.access == Access::kRead) {
+    if (cell.access == Access::kRead)
         return gencp::kStatusWriteProtected;
-    }
-    if (data.size() < cell.where.length && cell.where.length <= kLargestNumber) {
+    if (data.size() < cell.where.length && cell.where.length <= kLargestNumber)
         return gencp::kStatusBadAlignment;
-    }
     Bytes value(data.begin(), data.end());
     value.resize(cell.where.length);
     const std::uint16_t status = cell.writer ? cell.writer(value) : gencp::kStatusSuccess;
-    if (!gencp::IsError(status)) {
+    if (!gencp::IsError(status))
         cell.value = std::move(value);
-    }
     return status;
 }
 
 RegisterFile::Cell& RegisterFile::Find(Register where) {
     const auto found = m_cells.find(where.address);
-    if (found == m_cells.end()) {
+    if (found == m_cells.end())
         throw std::logic_error("no register at " + std::to_string(where.address));
-    }
     return found->second;
 }
 

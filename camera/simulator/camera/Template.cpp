@@ -32,9 +32,8 @@ void AppendFilled(std::string& out, std::string_view line,
             return;
         }
         const auto value = values.find(line.substr(begin + 1, end - begin - 1));
-        if (value == values.end()) {
+        if (value == values.end())
             throw std::logic_error("no value for " + std::string(line.substr(begin, end - begin + 1)));
-        }
         out.append(line.substr(0, begin)).append(value->second);
         line.remove_prefix(end + 1);
     }

@@ -30,9 +30,8 @@ std::uint64_t ParseCount(std::string_view text, std::uint64_t max) {
     const bool isHex = text.starts_with("0x") || text.starts_with("0X");
     const std::string_view digits = text.substr(isHex ? 2 : 0);
     const auto value = base::ParseNumber<std::uint64_t>(digits, isHex ? 16 : 10);
-    if (!value || *value > max) {
+    if (!value || *value > max)
         Refuse(text, "a number from 0 to " + std::to_string(max));
-    }
     return *value;
 }
 
@@ -42,9 +41,8 @@ std::uint64_t ParseCount(std::string_view text, std::uint64_t max) {
  */
 double ParseProbability(std::string_view text) {
     const auto value = base::ParseNumber<double>(text);
-    if (!value || !(*value >= 0 && *value <= 1)) {
+    if (!value || !(*value >= 0 && *value <= 1))
         Refuse(text, "a probability from 0 to 1");
-    }
     return *value;
 }
 
@@ -53,9 +51,8 @@ double ParseProbability(std::string_view text) {
  * \throw std::invalid_argument
  */
 bool ParseSwitch(std::string_view text) {
-    if (text != "on" && text != "off") {
+    if (text != "on" && text != "off")
         Refuse(text, "on or off");
-    }
     return text == "on";
 }
 

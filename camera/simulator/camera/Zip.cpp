@@ -25,9 +25,8 @@ using Source = std::unique_ptr<zip_source_t, SourceFree>;
 using Archive = std::unique_ptr<zip_t, ArchiveDiscard>;
 
 void Require(bool isGood) {
-    if (!isGood) {
+    if (!isGood)
         throw std::runtime_error("the description could not be zipped");
-    }
 }
 
 gencp::Bytes BytesOf(zip_source_t* source) {

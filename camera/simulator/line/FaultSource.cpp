@@ -15,9 +15,8 @@ namespace {
 
 /// Counts one down; true when it had come to the end.
 bool HasEnded(std::optional<std::uint64_t>& countdown) {
-    if (!countdown) {
+    if (!countdown)
         return false;
-    }
     if (*countdown > 0) {
         --*countdown;
         return false;
@@ -28,13 +27,11 @@ bool HasEnded(std::optional<std::uint64_t>& countdown) {
 
 /// As HasEnded, but true already with the last one that is counted, for a countdown that is not 0.
 bool IsLastOf(std::optional<std::uint64_t>& countdown) {
-    if (!countdown) {
+    if (!countdown)
         return false;
-    }
     *countdown -= *countdown > 0 ? 1 : 0;
-    if (*countdown > 0) {
+    if (*countdown > 0)
         return false;
-    }
     countdown.reset();
     return true;
 }
@@ -101,9 +98,8 @@ gencp::Bytes FaultSource::Damage(gencp::Bytes packet) {
  */
 gencp::Bytes FaultSource::Noise(std::size_t count) {
     gencp::Bytes bytes(count);
-    for (std::uint8_t& byte : bytes) {
+    for (std::uint8_t& byte : bytes)
         byte = static_cast<std::uint8_t>(Below(256));
-    }
     return bytes;
 }
 

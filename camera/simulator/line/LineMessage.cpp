@@ -47,16 +47,13 @@ gencp::Bytes EncodeText(LineMessageType type, std::string_view text) {
  * \throw std::runtime_error It is longer than any message
  */
 std::optional<LineMessage> TakeLineMessage(gencp::Bytes& received) {
-    if (received.size() < kHeaderSize) {
+    if (received.size() < kHeaderSize)
         return std::nullopt;
-    }
     const std::uint32_t size = gencp::Load32(received, 1);
-    if (size > kMaxContent) {
+    if (size > kMaxContent)
         throw std::runtime_error("a message about a line is too long");
-    }
-    if (received.size() - kHeaderSize < size) {
+    if (received.size() - kHeaderSize < size)
         return std::nullopt;
-    }
     const auto begin = received.begin() + kHeaderSize;
     LineMessage message{static_cast<LineMessageType>(received[0]), {begin, begin + size}};
     received.erase(received.begin(), begin + size);

@@ -33,9 +33,8 @@ std::string NameOf(const Words& words) {
 
 std::string List(Simulator& simulator, const Words&) {
     std::string text;
-    for (const std::string& name : simulator.Names()) {
+    for (const std::string& name : simulator.Names())
         text += (text.empty() ? "" : " ") + name;
-    }
     return text;
 }
 
@@ -45,9 +44,8 @@ std::string Unplug(Simulator& simulator, const Words& words) {
 }
 
 std::string Plug(Simulator& simulator, const Words& words) {
-    if (words.size() == 3 && words[2] != "keep-power") {
+    if (words.size() == 3 && words[2] != "keep-power")
         throw std::invalid_argument("'" + std::string(words[2]) + "' is not keep-power");
-    }
     simulator.Plug(NameOf(words), words.size() == 3 ? Power::kKept : Power::kLost);
     return {};
 }
@@ -84,9 +82,8 @@ constexpr std::array<Command, 7> kCommands{{
 }};
 
 std::string Do(Simulator& simulator, const Words& words) {
-    if (words.empty()) {
+    if (words.empty())
         throw std::invalid_argument("no command");
-    }
     for (const Command& command : kCommands) {
         if (command.name == words[0]) {
             if (words.size() < command.minWords || words.size() > command.maxWords) {
@@ -118,9 +115,8 @@ std::string DoControlCommand(Simulator& simulator, std::string_view line) noexce
     } catch (const std::exception& error) {
         reply = std::string("error ") + error.what();
     }
-    for (char& c : reply) {
+    for (char& c : reply)
         c = c == '\n' || c == '\r' ? ' ' : c;
-    }
     return reply;
 }
 

@@ -26,9 +26,8 @@ void Simulator::Loop::DoTasks() {
         const std::lock_guard lock(m_mutex);
         tasks.swap(m_tasks);
     }
-    for (const auto& task : tasks) {
+    for (const auto& task : tasks)
         task();
-    }
 }
 
 void Simulator::Loop::Run() {
@@ -39,9 +38,8 @@ void Simulator::Loop::Run() {
         std::optional<TimePoint> next;
         for (const auto& [name, station] : m_stations) {
             station->Advance(Clock::now());
-            if (Line* line = station->PluggedLine()) {
+            if (Line* line = station->PluggedLine())
                 lines.push_back(line);
-            }
             const std::optional<TimePoint> event = station->NextEvent();
             next = !next ? event : !event ? next : std::min(*next, *event);
         }
@@ -52,38 +50,32 @@ void Simulator::Loop::Run() {
 
 Station& Simulator::Loop::Find(const std::string& name) {
     const auto found = m_stations.find(name);
-    if (found == m_stations.end()) {
+    if (found == m_stations.end())
         throw std::invalid_argument("there is no camera '" + name + "'");
-    }
     return *found->second;
 }
 
 void Simulator::Loop::Add(const std::string& name, CameraOptions options) {
     constexpr std::size_t kFirstSerial = 24'000'001;
-    if (name.empty() || name.find('/') != std::string::npos || m_stations.contains(name)) {
+    if (name.empty() || name.find('/') != std::string::npos || m_stations.contains(name))
         throw std::invalid_argument("'" + name + "' is no name for another camera");
-    }
-    if (options.serial.empty()) {
+    if (options.serial.empty())
         options.serial = std::to_string(kFirstSerial + m_stations.size());
-    }
     m_stations.emplace(name, std::make_unique<Station>(m_folder / name, options, Clock::now()));
-    if (options.paced) {
+    if (options.paced)
         m_waiter->BePunctual();
-    }
 }
 
 void Simulator::Loop::Exchange(const std::string& name, const CameraOptions& options) {
     Find(name).Exchange(options, Clock::now());
-    if (options.paced) {
+    if (options.paced)
         m_waiter->BePunctual();
-    }
 }
 
 std::vector<std::string> Simulator::Loop::Names() const {
     std::vector<std::string> names;
-    for (const auto& [name, station] : m_stations) {
+    for (const auto& [name, station] : m_stations)
         names.push_back(name);
-    }
     return names;
 }
 

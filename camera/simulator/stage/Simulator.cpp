@@ -83,9 +83,8 @@ void Simulator::SetFaults(const std::string& name, const FaultSettings& faults) 
  */
 void Simulator::SetFault(const std::string& name, std::string_view key, std::string_view value) {
     m_loop->Do([&](Loop& loop) {
-        if (!MarlowSim::SetFault(loop.Find(name).Faults(), key, value)) {
+        if (!MarlowSim::SetFault(loop.Find(name).Faults(), key, value))
             throw std::invalid_argument("there is no fault '" + std::string(key) + "'");
-        }
     });
 }
 
@@ -120,9 +119,8 @@ std::vector<std::uint8_t> Simulator::ReadRegister(const std::string& name, std::
                                                   std::size_t length) const {
     return m_loop->Do([&](Loop& loop) {
         gencp::Bytes data;
-        if (gencp::IsError(loop.Find(name).Camera().Registers().Read(address, length, data, Clock::now()))) {
+        if (gencp::IsError(loop.Find(name).Camera().Registers().Read(address, length, data, Clock::now())))
             throw std::invalid_argument("the camera refuses the read");
-        }
         return data;
     });
 }
@@ -133,9 +131,8 @@ std::vector<std::uint8_t> Simulator::ReadRegister(const std::string& name, std::
  */
 void Simulator::WriteRegister(const std::string& name, std::uint64_t address, const std::vector<std::uint8_t>& data) {
     m_loop->Do([&](Loop& loop) {
-        if (gencp::IsError(loop.Find(name).Camera().Registers().Write(address, data, Clock::now()))) {
+        if (gencp::IsError(loop.Find(name).Camera().Registers().Write(address, data, Clock::now())))
             throw std::invalid_argument("the camera refuses the write");
-        }
     });
 }
 

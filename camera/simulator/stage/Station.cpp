@@ -27,9 +27,8 @@ constexpr milliseconds kPullStep{1};
 /// How many whole bytes a line carries in a time, at most \a size.
 std::size_t BytesIn(nanoseconds time, std::uint32_t bitsPerSecond, std::size_t size) {
     // Time and size of a packet are rounded apart: its end is where the transfer time says.
-    if (time >= gencp::TransferTime(size, bitsPerSecond)) {
+    if (time >= gencp::TransferTime(size, bitsPerSecond))
         return size;
-    }
     const double bytes = std::chrono::duration<double>(time).count() * bitsPerSecond / gencp::kBitsPerByte;
     return std::min(size, static_cast<std::size_t>(std::max(bytes, 0.0)));
 }
@@ -51,12 +50,10 @@ Station::Station(std::filesystem::path link, const CameraOptions& options, TimeP
  * \brief Do all that is due
  */
 void Station::Advance(TimePoint now) {
-    if (m_pullEnd && m_line && (m_line->IsRead() || now >= *m_pullEnd)) {
+    if (m_pullEnd && m_line && (m_line->IsRead() || now >= *m_pullEnd))
         Unplug();
-    }
-    if (!m_line || m_pullEnd) {
+    if (!m_line || m_pullEnd)
         return;
-    }
     EndCountdowns(now);
     // What the host wrote in time counts as in time, however late this thread runs: so it comes first.
     TakeFromLine(now);
@@ -72,12 +69,10 @@ void Station::EndCountdowns(TimePoint now) {
     FaultSource::Fate fate;
     fate.silencesNow = faults.silentAfter == 0U;
     fate.isLast = faults.dropAfter == 0U;
-    if (fate.silencesNow) {
+    if (fate.silencesNow)
         faults.silentAfter.reset();
-    }
-    if (fate.isLast) {
+    if (fate.isLast)
         faults.dropAfter.reset();
-    }
     Obey(fate, now);
 }
 
@@ -85,12 +80,10 @@ void Station::EndCountdowns(TimePoint now) {
  * \brief Give the time at which Advance has something to do if nothing comes before
  */
 std::optional<TimePoint> Station::NextEvent() const {
-    if (!m_line) {
+    if (!m_line)
         return std::nullopt;
-    }
-    if (m_pullEnd) {
+    if (m_pullEnd)
         return Clock::now() + kPullStep;
-    }
     std::optional<TimePoint> next = Earlier(m_device->NextEvent(), m_partialEnd);
     if (!m_leaving.empty()) {
         const Leaving& front = m_leaving.front();
@@ -117,9 +110,8 @@ void Station::TakeFromLine(TimePoint now) {
         const std::uint32_t lineRate = hostRate == 0 ? ownRate : hostRate;
         m_statistics.lineTime += gencp::TransferTime(count, lineRate);
         m_inputFree = m_options.paced ? std::max(m_inputFree, now) + gencp::TransferTime(count, lineRate) : now;
-        if (m_options.faults.silent) {
+        if (m_options.faults.silent)
             continue;
-        }
         if (IsCarried(hostRate)) {
             m_parser.Append(gencp::ByteView(buffer).first(count));
         } else {
@@ -131,9 +123,8 @@ void Station::TakeFromLine(TimePoint now) {
 }
 
 void Station::GiveUpPartial(TimePoint now) {
-    if (!m_partialEnd || now < *m_partialEnd) {
+    if (!m_partialEnd || now < *m_partialEnd)
         return;
-    }
     while (m_parser.IsInsidePacket()) {
         m_partialBegin.reset();
         m_parser.GiveUpPartial();
@@ -163,9 +154,8 @@ void Station::WatchPartial(TimePoint at) {
 }
 
 void Station::HandleCommand(const gencp::Packet& packet, TimePoint at) {
-    if (m_pullEnd) {
+    if (m_pullEnd)
         return;
-    }
     ++m_statistics.packetsIn;
     const FaultSource::Fate fate = m_chance.Next(m_options.faults);
     if (fate.isLost || fate.isDamaged) {
@@ -182,9 +172,8 @@ void Station::HandleCommand(const gencp::Packet& packet, TimePoint at) {
 
 /// What ends the camera's part: nothing of it goes out any more.
 void Station::Obey(const FaultSource::Fate& fate, TimePoint now) {
-    if (fate.silencesNow) {
+    if (fate.silencesNow)
         m_options.faults.silent = true;
-    }
     if (fate.isLast) {
         m_pullEnd = now + kPullTime;
         m_leaving.clear();
@@ -193,9 +182,8 @@ void Station::Obey(const FaultSource::Fate& fate, TimePoint now) {
 
 void Station::CollectFromCamera() {
     while (auto outgoing = m_device->TakeOutgoing()) {
-        if (!m_pullEnd) {
+        if (!m_pullEnd)
             Enqueue(std::move(*outgoing), m_chance.Next(m_options.faults));
-        }
     }
 }
 
@@ -203,9 +191,8 @@ void Station::Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate) 
     Leaving leaving;
     leaving.outgoing = std::move(outgoing);
     leaving.isCarried = !fate.isLost && !m_options.faults.silent;
-    if (fate.isLate) {
+    if (fate.isLate)
         leaving.outgoing.ready += m_options.faults.lateTime;
-    }
     if (fate.isLost) {
         ++m_statistics.lost;
     } else if (fate.isDamaged) {
@@ -221,18 +208,16 @@ void Station::Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate) 
         leaving.isOwn = false;
         m_leaving.push_back(std::move(leaving));
     }
-    if (fate.silencesNow) {
+    if (fate.silencesNow)
         m_options.faults.silent = true;
-    }
 }
 
 void Station::SendToHost(TimePoint now) {
     while (!m_leaving.empty() && Progress(m_leaving.front(), now)) {
         const Leaving done = std::move(m_leaving.front());
         m_leaving.pop_front();
-        if (done.isOwn) {
+        if (done.isOwn)
             m_device->HasSent(done.outgoing, m_outputFree);
-        }
         FaultSource::Fate fate;
         fate.isLast = done.isLast;
         Obey(fate, now);
@@ -243,9 +228,8 @@ void Station::SendToHost(TimePoint now) {
 bool Station::Progress(Leaving& leaving, TimePoint now) {
     if (!leaving.start) {
         const TimePoint start = std::max(leaving.outgoing.ready, m_outputFree);
-        if (start > now) {
+        if (start > now)
             return false;
-        }
         leaving.start = start;
         leaving.bitsPerSecond = m_device->BitsPerSecond();
     }
@@ -253,17 +237,15 @@ bool Station::Progress(Leaving& leaving, TimePoint now) {
     const std::size_t due = m_options.paced ? BytesIn(now - *leaving.start, leaving.bitsPerSecond, size) : size;
     Carry(leaving, leaving.sent, due);
     leaving.sent = due;
-    if (due < size) {
+    if (due < size)
         return false;
-    }
     m_outputFree = m_options.paced ? *leaving.start + gencp::TransferTime(size, leaving.bitsPerSecond) : now;
     return true;
 }
 
 void Station::Carry(const Leaving& leaving, std::size_t begin, std::size_t end) {
-    if (!leaving.isCarried || begin == end) {
+    if (!leaving.isCarried || begin == end)
         return;
-    }
     const auto bytes = gencp::ByteView(leaving.outgoing.packet).subspan(begin, end - begin);
     m_statistics.bytesOut += bytes.size();
     m_statistics.lineTime += gencp::TransferTime(bytes.size(), m_device->BitsPerSecond());
@@ -296,14 +278,12 @@ void Station::ClearLine() {
  * \throw std::system_error As Line::Create
  */
 void Station::Plug(Power power, TimePoint now) {
-    if (m_line) {
+    if (m_line)
         return;
-    }
     ClearLine();
     m_line = Line::Create(m_link);
-    if (power == Power::kLost) {
+    if (power == Power::kLost)
         m_device->PowerOn(now);
-    }
 }
 
 /**

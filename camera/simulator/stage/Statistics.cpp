@@ -19,9 +19,8 @@ std::string Statistics::ToText() const {
          << " noise-bytes=" << noiseBytes
          << " line-us=" << std::chrono::duration_cast<std::chrono::microseconds>(lineTime).count()
          << " executed=" << executed << " resent=" << resent;
-    for (const auto& [address, count] : writes) {
+    for (const auto& [address, count] : writes)
         text << " write.0x" << std::hex << address << std::dec << "=" << count;
-    }
     return text.str();
 }
 

@@ -227,7 +227,7 @@ private:
 CCLPort::CCLPort() : m_impl(std::make_unique<Impl>()) {}
 
 /**
- * \brief Disconnects
+ * \brief Disconnect
  * \throw GenICam::GenericException Disconnecting failed; all is freed nevertheless. Nothing is thrown while another
  * exception is under way. A smart pointer's reset can't pass this on and ends the process: where the driver may fail,
  * call Disconnect before.

@@ -139,7 +139,7 @@ std::size_t CountStuckThreads() noexcept {
 }
 
 /**
- * \brief Runs a job and waits for it
+ * \brief Run a job and wait for it
  * \param[in] job What to do
  * \param[in] silence Time that a foreign function may take without a sign of life, besides the module's patience
  * \param[in] limit Time that the whole job may take

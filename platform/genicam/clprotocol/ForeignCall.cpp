@@ -51,9 +51,8 @@ std::uint64_t ForeignActivity::Progress() const {
 }
 
 ForeignActivity& CurrentActivity() {
-    if (t_activity == nullptr) {
+    if (t_activity == nullptr)
         t_activity = &os::PerThread<OwnActivity>().activity;
-    }
     return *t_activity;
 }
 

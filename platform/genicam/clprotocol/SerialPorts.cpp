@@ -165,9 +165,8 @@ std::vector<LibraryReport> SerialPorts::Report() {
         LibraryReport report;
         report.path = path;
         report.refusal = scan.refusal;
-        if (scan.library) {
+        if (scan.library)
             report.version = scan.library->Version();
-        }
         report.maker = scan.maker;
         for (const std::string& name : scan.names)
             report.offers.push_back(name);

@@ -39,7 +39,7 @@ bool HadStandardError() noexcept {
 }
 
 /**
- * \brief Moves a new descriptor away from the places of standard input, output and error
+ * \brief Move a new descriptor away from the places of standard input, output and error
  * \param[in] descriptor What a system call gave, closed on exec; -1 stays -1
  *
  * In a process that was started without one of the three, whatever is opened next takes its place, and then gets what

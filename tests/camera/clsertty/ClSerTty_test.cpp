@@ -111,9 +111,8 @@ TEST_F(ClSerTtyTest, AThreadThatDidNotCountUsesTheLastCount) {
 
 TEST_F(ClSerTtyTest, PassesAllByteValuesBothWays) {
     std::string all;
-    for (int value = 0; value < 256; ++value) {
+    for (int value = 0; value < 256; ++value)
         all.push_back(static_cast<char>(value));
-    }
     const hSerRef ref = Open();
     EXPECT_EQ(Write(ref, all), CL_ERR_NO_ERR);
     EXPECT_EQ(m_end->Receive(256), all);
@@ -130,9 +129,8 @@ TEST_F(ClSerTtyTest, ReadsMoreThanTheSystemsBufferHolds) {
     std::thread sender([&] {
         for (std::size_t at = 0; at < sent.size(); at += 1000) {
             m_end->Send(sent.substr(at, 1000));
-            while (!m_end->IsRead()) {
+            while (!m_end->IsRead())
                 std::this_thread::yield();
-            }
         }
     });
     std::string read(sent.size(), ' ');
@@ -285,9 +283,8 @@ TEST_F(ClSerTtyTest, OpensAt9600AndChangesTheRateOfTheLine) {
 
 TEST_F(ClSerTtyTest, RefusesAnythingButOneKnownRate) {
     const hSerRef ref = Open();
-    for (std::uint32_t flag : {0x0U, 0x3U, 0x100U, 0xFFFFFFFFU, 0x40000001U}) {
+    for (std::uint32_t flag : {0x0U, 0x3U, 0x100U, 0xFFFFFFFFU, 0x40000001U})
         EXPECT_EQ(m_library.SetBaudRate(ref, flag), CL_ERR_BAUD_RATE_NOT_SUPPORTED) << flag;
-    }
     EXPECT_EQ(m_end->BitsPerSecond(), 9600U);
     m_library.SerialClose(ref);
 }
@@ -327,9 +324,8 @@ TEST_F(ClSerTtyTest, SeparatePortsServeSeparateThreads) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 TEST_F(ClSerTtyTest, OnePortUsedByManyThreadsWhileItIsClosedStaysSane) {
@@ -338,16 +334,14 @@ TEST_F(ClSerTtyTest, OnePortUsedByManyThreadsWhileItIsClosedStaysSane) {
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&] {
             std::string byte(1, ' ');
-            while (Read(ref, byte, 1) != CL_ERR_INVALID_REFERENCE) {
+            while (Read(ref, byte, 1) != CL_ERR_INVALID_REFERENCE)
                 EXPECT_NE(Write(ref, "x", 1), CL_ERR_INVALID_PTR);
-            }
         });
     }
     m_end->Receive(20);
     m_library.SerialClose(ref);
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     m_library.SerialClose(Open());
 }
 

@@ -24,9 +24,8 @@ protected:
         bytes.assign(2, '.');
         std::thread reader([this, ref, &bytes, &code] { code = Read(ref, bytes, kLong); });
         m_end->Send("a");
-        while (!m_end->IsRead()) {
+        while (!m_end->IsRead())
             std::this_thread::yield();
-        }
         return reader;
     }
 
@@ -139,12 +138,10 @@ TEST_F(SerialPortTest, ClosingEndsAReadAWriteAndThoseWhoWaitForTheirTurn) {
     std::thread secondReader([&] { codes[2] = Read(ref, byte, kLong); });
     std::thread secondWriter([&] { codes[3] = Write(ref, "x", kLong); });
     m_library.SerialClose(ref);
-    for (std::thread* thread : {&reader, &writer, &secondReader, &secondWriter}) {
+    for (std::thread* thread : {&reader, &writer, &secondReader, &secondWriter})
         thread->join();
-    }
-    for (const std::int32_t code : codes) {
+    for (const std::int32_t code : codes)
         EXPECT_EQ(code, CL_ERR_INVALID_REFERENCE);
-    }
     m_library.SerialClose(Open());
 }
 

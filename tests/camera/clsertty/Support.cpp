@@ -54,13 +54,11 @@ void SerialLibrary::Find(Function& function, const char* name) {
 
 std::string SerialLibrary::TextOf(std::int32_t code) const {
     std::uint32_t size = 0;
-    if (GetErrorText(code, nullptr, &size) != CL_ERR_BUFFER_TOO_SMALL) {
+    if (GetErrorText(code, nullptr, &size) != CL_ERR_BUFFER_TOO_SMALL)
         return {};
-    }
     std::string text(size, '\0');
-    if (GetErrorText(code, text.data(), &size) != CL_ERR_NO_ERR) {
+    if (GetErrorText(code, text.data(), &size) != CL_ERR_NO_ERR)
         return {};
-    }
     text.pop_back();
     return text;
 }
@@ -71,9 +69,8 @@ std::uint32_t SerialLibrary::IndexOf(const std::string& name) const {
     for (std::uint32_t index = 0; index < count; ++index) {
         char text[256] = {};
         std::uint32_t size = sizeof(text);
-        if (GetSerialPortIdentifier(index, text, &size) == CL_ERR_NO_ERR && name == text) {
+        if (GetSerialPortIdentifier(index, text, &size) == CL_ERR_NO_ERR && name == text)
             return index;
-        }
     }
     throw std::runtime_error("no port " + name);
 }

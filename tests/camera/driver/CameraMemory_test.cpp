@@ -194,7 +194,7 @@ TEST_F(PendingWriteTest, AbandonedWriteLeavesItsAcknowledgeToBeDropped) {
 }
 
 TEST_F(PendingWriteTest, ThatFailsAtLastIsAFailure) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Arrives : Fate::Lost; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kArrives : Fate::kLost; };
     ASSERT_FALSE(memory.Write(kScratchAddress, Bytes(4)));
     EXPECT_FALSE(memory.ContinueWrite());
     EXPECT_EQ(CodeOf([&] {

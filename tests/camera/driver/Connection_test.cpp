@@ -184,7 +184,7 @@ TEST_F(ConnectionTest, ChangedFirmwareOfAKnownCameraIsReadAfresh) {
 TEST_F(ConnectionTest, RateAfterAFailedChangeIsRememberedForTheNextOpen) {
     Open();
     connection.SetRate(serial, 0x10, kTimeout);
-    camera.commandFate = [&](std::size_t) { return camera.Rate() == 0x80 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [&](std::size_t) { return camera.Rate() == 0x80 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
     camera.received.clear();
     OpenedAs("Marlow#Heron#H2048#2.0#21790042");
@@ -197,7 +197,7 @@ TEST_F(ConnectionTest, RateWhereTheCameraWasFoundAfterAFailedChangeIsRemembered)
     camera.commandFate = [&](std::size_t) {
         if (camera.Rate() == 0x80)
             camera.SetRate(0x01);
-        return Fate::Arrives;
+        return Fate::kArrives;
     };
     EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
     EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
@@ -333,7 +333,7 @@ TEST_F(ConnectionTest, CameraThatDiesAtAnyPacketOfAFetchIsGivenUpAndPutBackSoon)
         camera.commandPackets = 0;
         camera.commandFate = [&, last](std::size_t i) {
             died = i <= last ? clock.Now() : died;
-            return i < last ? Fate::Arrives : Fate::Lost;
+            return i < last ? Fate::kArrives : Fate::kLost;
         };
         gencp::Bytes buffer(file.size());
         EXPECT_EQ(CodeOf([&] { fresh.FetchDescription(serial, id, buffer, kTimeout); }), CL_ERR_TIMEOUT) << last;
@@ -422,10 +422,11 @@ TEST_F(ConnectionTest, PendingWriteIsContinuedOrLeft) {
 }
 
 TEST_F(ConnectionTest, AnyFateOfAnyPacketOfAProbeIsSurvived) {
-    for (const Fate fate : {Fate::Lost, Fate::HeaderDamaged, Fate::DataDamaged, Fate::Cut, Fate::Twice, Fate::Late}) {
+    for (const Fate fate :
+         {Fate::kLost, Fate::kHeaderDamaged, Fate::kDataDamaged, Fate::kCut, Fate::kTwice, Fate::kLate}) {
         for (std::size_t packet = 0; packet < 5; ++packet) {
             for (const bool isCommand : {true, false}) {
-                const auto fates = [=](std::size_t i) { return i == packet ? fate : Fate::Arrives; };
+                const auto fates = [=](std::size_t i) { return i == packet ? fate : Fate::kArrives; };
                 camera.commandPackets = camera.acknowledgePackets = 0;
                 camera.commandFate = isCommand ? std::function<Fate(std::size_t)>(fates) : nullptr;
                 camera.acknowledgeFate = isCommand ? nullptr : std::function<Fate(std::size_t)>(fates);
@@ -442,12 +443,12 @@ TEST_F(ConnectionTest, LossyLineNeverGivesAWrongValueNorWritesTwice) {
     const auto lossy = [state = 12345u](std::size_t) mutable {
         state = state * 1664525u + 1013904223u;
         const unsigned draw = (state >> 16) % 100;
-        return draw < 2   ? Fate::Lost
-               : draw < 3 ? Fate::DataDamaged
-               : draw < 4 ? Fate::HeaderDamaged
-               : draw < 5 ? Fate::Twice
-               : draw < 6 ? Fate::Late
-                          : Fate::Arrives;
+        return draw < 2   ? Fate::kLost
+               : draw < 3 ? Fate::kDataDamaged
+               : draw < 4 ? Fate::kHeaderDamaged
+               : draw < 5 ? Fate::kTwice
+               : draw < 6 ? Fate::kLate
+                          : Fate::kArrives;
     };
     camera.commandFate = camera.acknowledgeFate = lossy;
     camera.writes.clear();

@@ -44,7 +44,7 @@ TEST_F(ExchangerTest, AsksTheLibraryForExactCounts) {
 }
 
 TEST_F(ExchangerTest, LostCommandIsSentAgainWithItsIdAndTheFlag) {
-    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
     memory.Write(kScratchAddress, {{1, 2, 3, 4}});
     ASSERT_EQ(camera.received.size(), 1u);
     EXPECT_TRUE(camera.received[0].header.IsResend());
@@ -52,7 +52,7 @@ TEST_F(ExchangerTest, LostCommandIsSentAgainWithItsIdAndTheFlag) {
 }
 
 TEST_F(ExchangerTest, LostAcknowledgeDoesNotMakeTheCommandRunTwice) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
     memory.Write(kScratchAddress, {{1, 2, 3, 4}});
     EXPECT_EQ(camera.received.size(), 2u);
     EXPECT_EQ(ReceivedIds(), (std::vector<std::uint16_t>{1, 1}));
@@ -60,7 +60,7 @@ TEST_F(ExchangerTest, LostAcknowledgeDoesNotMakeTheCommandRunTwice) {
 }
 
 TEST_F(ExchangerTest, DamagedAcknowledgeIsAskedForAgainAtOnce) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::DataDamaged : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kDataDamaged : Fate::kArrives; };
     const Time begin = clock.Now();
     EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
     EXPECT_LT(clock.Now() - begin, milliseconds(120));  // two exchanges at 9600 baud, no time-out
@@ -128,13 +128,13 @@ TEST_F(ExchangerTest, CameraThatDiesWhileACommandIsPendingIsGivenUpInTime) {
 TEST_F(ExchangerTest, SlowestCameraIsAskedThreeTimes) {
     memory.SetResponseTime(milliseconds(300));
     camera.responseDelay = milliseconds(250);
-    camera.commandFate = [](std::size_t i) { return i < 2 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i < 2 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
 }
 
 TEST_F(ExchangerTest, LongExchangeIsAskedForTwice) {
     memory.SetTimeout(std::chrono::seconds(5));
-    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
     Bytes data(kScratchSize / 4);
     memory.Read(kScratchAddress, data);
     EXPECT_EQ(camera.received.size(), 2u);
@@ -143,7 +143,7 @@ TEST_F(ExchangerTest, LongExchangeIsAskedForTwice) {
 TEST_F(ExchangerTest, TimeThatAPendingAcknowledgeAskedForIsNoSilence) {
     camera.pendingAcks = 1;
     camera.pendingMs = 2000;
-    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::kLost : Fate::kArrives; };
     auto timing = memory.UsualTiming();
     timing.pending = std::chrono::seconds(30);
     memory.WriteOnce(kScratchAddress, Bytes(4), timing);
@@ -152,14 +152,14 @@ TEST_F(ExchangerTest, TimeThatAPendingAcknowledgeAskedForIsNoSilence) {
 
 TEST_F(ExchangerTest, PendingAcknowledgeBeginsTheAttemptsAnew) {
     camera.pendingAcks = 1;
-    camera.commandFate = [](std::size_t i) { return i < 3 ? Fate::Lost : Fate::Arrives; };
-    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i < 3 ? Fate::kLost : Fate::kArrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::kLost : Fate::kArrives; };
     memory.WriteOnce(kScratchAddress, Bytes(4), memory.UsualTiming());
     EXPECT_EQ(camera.writes.size(), 1u);
 }
 
 TEST_F(ExchangerTest, CutAcknowledgeCostsOneResend) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Cut : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kCut : Fate::kArrives; };
     ReadVersion();
     EXPECT_EQ(camera.commandPackets, 2u);
 }
@@ -173,7 +173,7 @@ TEST_F(ExchangerTest, RestartForgetsWhatWasReceivedOfAPacket) {
 }
 
 TEST_F(ExchangerTest, RestartForgetsTheBeginningOfAnAcknowledge) {
-    camera.acknowledgeFate = [](std::size_t) { return Fate::Cut; };
+    camera.acknowledgeFate = [](std::size_t) { return Fate::kCut; };
     EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
     camera.acknowledgeFate = nullptr;
     exchanger.Restart();
@@ -237,7 +237,7 @@ TEST_F(ExchangerTest, PacketsOfOtherChannelsAreDropped) {
 }
 
 TEST_F(ExchangerTest, LateAcknowledgeIsDroppedByTheNextExchange) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Late : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kLate : Fate::kArrives; };
     camera.SetNumber({kScratchAddress, 4}, 0xABCD);
     EXPECT_EQ(Load32(ReadVersion(), 0), 0x00010003u);
     EXPECT_EQ(Load32(memory.Read(gencp::Register{kScratchAddress, 4}), 0), 0xABCDu);
@@ -326,7 +326,7 @@ TEST_F(ExchangerTest, PendingAcknowledgeOfAnotherCommandIsDropped) {
 
 TEST_F(ExchangerTest, LostAcknowledgeAfterAPendingOneIsAskedForAgain) {
     camera.pendingAcks = 1;
-    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 1 ? Fate::kLost : Fate::kArrives; };
     memory.WriteOnce(kScratchAddress, Bytes(4), memory.UsualTiming());
     EXPECT_EQ(camera.writes.size(), 1u);
     EXPECT_EQ(camera.received.size(), 2u);

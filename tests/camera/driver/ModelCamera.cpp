@@ -19,13 +19,13 @@ constexpr std::uint64_t kUsualCapability = gencp::capability::kFamilyName | genc
                                            gencp::capability::kWrittenLength | gencp::capability::kStackedCommands;
 
 void Damage(Bytes& packet, Fate fate) {
-    if (fate == Fate::HeaderDamaged)
+    if (fate == Fate::kHeaderDamaged)
         packet[gencp::kCommandOffset] ^= 0x20;
-    else if (fate == Fate::DataDamaged && packet.size() > gencp::kHeaderSize)
+    else if (fate == Fate::kDataDamaged && packet.size() > gencp::kHeaderSize)
         packet.back() ^= 0x20;
-    else if (fate == Fate::DataDamaged)
+    else if (fate == Fate::kDataDamaged)
         packet[gencp::kScdChecksumOffset] ^= 0x20;
-    else if (fate == Fate::Cut)
+    else if (fate == Fate::kCut)
         packet.resize(packet.size() - 3);
 }
 
@@ -108,13 +108,13 @@ std::vector<SentPacket> ModelCamera::Take(Bytes packet, std::uint32_t rateFlag, 
         noiseBytes += packet.size();
         return {};
     }
-    const Fate fate = commandFate ? commandFate(commandPackets) : Fate::Arrives;
+    const Fate fate = commandFate ? commandFate(commandPackets) : Fate::kArrives;
     ++commandPackets;
-    if (isSilent || fate == Fate::Lost)
+    if (isSilent || fate == Fate::kLost)
         return {};
     Damage(packet, fate);
     const Bytes once = packet;
-    if (fate == Fate::Twice)
+    if (fate == Fate::kTwice)
         packet.insert(packet.end(), once.begin(), once.end());
     m_parser.Clear();
     m_parser.Append(packet);
@@ -216,15 +216,15 @@ std::vector<SentPacket> ModelCamera::SendAll(std::vector<Answer> answers, std::u
     Time at = end + responseDelay;
     for (auto& [packet, delay] : answers) {
         at += delay;
-        const Fate fate = acknowledgeFate ? acknowledgeFate(acknowledgePackets) : Fate::Arrives;
+        const Fate fate = acknowledgeFate ? acknowledgeFate(acknowledgePackets) : Fate::kArrives;
         ++acknowledgePackets;
         Damage(packet, fate);
-        const Time begin = fate == Fate::Late ? at + milliseconds(250) : at;
+        const Time begin = fate == Fate::kLate ? at + milliseconds(250) : at;
         at += gencp::TransferTime(packet.size(), rate.bitsPerSecond);
-        if (fate == Fate::Lost)
+        if (fate == Fate::kLost)
             continue;
         sent.push_back({packet, begin, rateFlag});
-        if (fate == Fate::Twice)
+        if (fate == Fate::kTwice)
             sent.push_back({packet, at, rateFlag});
     }
     if (m_switchTo) {

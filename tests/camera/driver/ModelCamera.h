@@ -22,7 +22,7 @@ namespace marlow::test {
 using gencp::Bytes;
 
 /// What becomes of a packet on the line.
-enum class Fate { Arrives, Lost, HeaderDamaged, DataDamaged, Cut, Twice, Late };
+enum class Fate { kArrives, kLost, kHeaderDamaged, kDataDamaged, kCut, kTwice, kLate };
 
 /// Bytes on their way to the host.
 struct SentPacket {

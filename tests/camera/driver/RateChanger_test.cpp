@@ -33,7 +33,7 @@ struct RateChangerTest : testing::Test, MemoryRig {
     }
     bool Agree() { return AgreesAt(line.Rate()); }
     void LoseCommands(std::size_t from, std::size_t to) {
-        camera.commandFate = [=](std::size_t i) { return i >= from && i < to ? Fate::Lost : Fate::Arrives; };
+        camera.commandFate = [=](std::size_t i) { return i >= from && i < to ? Fate::kLost : Fate::kArrives; };
     }
 };
 
@@ -93,7 +93,7 @@ TEST_F(RateChangerTest, LostFirstWriteIsRepeated) {
 }
 
 TEST_F(RateChangerTest, LostFirstAcknowledgeStillChangesTheRate) {
-    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
     changer.Change(k115200);
     EXPECT_TRUE(AgreesAt(k115200));
 }
@@ -102,7 +102,7 @@ TEST_F(RateChangerTest, LostFirstAcknowledgeCostsNoRound) {
     for (const auto& [from, to] : {std::pair(k9600, k115200), {k115200, k9600}, {k9600, k921600}, {k921600, k115200}}) {
         SetRate(from.flag);
         camera.acknowledgePackets = 0;
-        camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+        camera.acknowledgeFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
         const Time begin = clock.Now();
         changer.Change(to);
         EXPECT_TRUE(AgreesAt(to));
@@ -111,7 +111,7 @@ TEST_F(RateChangerTest, LostFirstAcknowledgeCostsNoRound) {
 }
 
 TEST_F(RateChangerTest, ChangeIsNeverAnnouncedTwiceWithOneId) {
-    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
     changer.Change(k115200);
     for (const auto& command : camera.received)
         EXPECT_FALSE(command.header.IsResend());
@@ -136,7 +136,7 @@ TEST_F(RateChangerTest, SlowCameraIsConfirmed) {
 }
 
 TEST_F(RateChangerTest, CameraThatNeverGetsTheConfirmationIsLeftAtTheOldRate) {
-    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), kBaudRateChangeFailed);
     EXPECT_TRUE(AgreesAt(k9600));
 }
@@ -151,7 +151,7 @@ TEST_F(RateChangerTest, LooksAtTheOldRateWhenTheCameraHasSurelyGoneBack) {
         else if (line.Rate().flag == 0x01 && acknowledged != Time{} && pause == Duration{})
             pause = clock.Now() - acknowledged;
     };
-    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), kBaudRateChangeFailed);
     EXPECT_GE(pause, milliseconds(gencp::kBaudRateConfirmMs));
     EXPECT_LE(pause, milliseconds(400));
@@ -160,7 +160,7 @@ TEST_F(RateChangerTest, LooksAtTheOldRateWhenTheCameraHasSurelyGoneBack) {
 TEST_F(RateChangerTest, LineThatDoesNotCarryTheRateIsFoundOutWithinASecond) {
     for (const unsigned response : {50u, 300u}) {
         memory.SetResponseTime(milliseconds(response));
-        camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::Lost : Fate::Arrives; };
+        camera.commandFate = [&](std::size_t) { return line.Rate().flag == 0x80 ? Fate::kLost : Fate::kArrives; };
         const Time begin = clock.Now();
         const auto change = [&] { changer.Change(k921600); };
         EXPECT_EQ(TextOf(change), "The baud rate could not be changed to 921600; it is 9600 again.");
@@ -181,7 +181,7 @@ TEST_F(RateChangerTest, CameraThatDiesAtAnyPacketIsLostSoon) {
                 camera.commandFate = [&, last = last](std::size_t i) {
                     if (i <= last)
                         died = clock.Now();
-                    return i < last ? Fate::Arrives : Fate::Lost;
+                    return i < last ? Fate::kArrives : Fate::kLost;
                 };
                 try {
                     changer.Change(to);
@@ -197,7 +197,7 @@ TEST_F(RateChangerTest, CameraThatDiesAtAnyPacketIsLostSoon) {
 
 TEST_F(RateChangerTest, LostAcknowledgesOfTheConfirmationAreFoundOut) {
     // The camera got the confirmation and stays; the host hears nothing of it until it looks.
-    camera.acknowledgeFate = [](std::size_t i) { return i >= 1 && i <= 3 ? Fate::Lost : Fate::Arrives; };
+    camera.acknowledgeFate = [](std::size_t i) { return i >= 1 && i <= 3 ? Fate::kLost : Fate::kArrives; };
     changer.Change(k115200);
     EXPECT_TRUE(AgreesAt(k115200));
 }
@@ -256,14 +256,14 @@ TEST_F(RateChangerTest, PendingWriteKeepsTheRateAsItIs) {
 }
 
 TEST_F(RateChangerTest, CameraThatVanishesIsAFailure) {
-    camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k115200); }), CL_ERR_TIMEOUT);
     EXPECT_EQ(line.Rate().flag, 0x01u);
 }
 
 TEST_F(RateChangerTest, CameraThatVanishesLeavesTheHostAtTheOldRate) {
     SetRate(k115200.flag);
-    camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::Lost : Fate::Arrives; };
+    camera.commandFate = [](std::size_t i) { return i >= 1 ? Fate::kLost : Fate::kArrives; };
     EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), CL_ERR_TIMEOUT);
     EXPECT_EQ(line.Rate().flag, k115200.flag);
     EXPECT_EQ(serial.ratesSet.back(), k115200.flag);
@@ -274,17 +274,18 @@ TEST_F(RateChangerTest, CameraThatFellBackTo9600MeanwhileIsFound) {
     camera.commandFate = [&](std::size_t i) {
         if (i == 1)
             camera.SetRate(k9600.flag);
-        return i >= 1 && line.Rate().flag != k9600.flag ? Fate::Lost : Fate::Arrives;
+        return i >= 1 && line.Rate().flag != k9600.flag ? Fate::kLost : Fate::kArrives;
     };
     EXPECT_EQ(CodeOf([&] { changer.Change(k921600); }), kBaudRateChangeFailed);
     EXPECT_TRUE(AgreesAt(k9600));
 }
 
 TEST_F(RateChangerTest, AnyFateOfAnyPacketEndsInAgreement) {
-    for (const Fate fate : {Fate::Lost, Fate::HeaderDamaged, Fate::DataDamaged, Fate::Cut, Fate::Twice, Fate::Late}) {
+    for (const Fate fate :
+         {Fate::kLost, Fate::kHeaderDamaged, Fate::kDataDamaged, Fate::kCut, Fate::kTwice, Fate::kLate}) {
         for (std::size_t packet = 0; packet < 8; ++packet) {
             for (const bool isCommand : {true, false}) {
-                const auto fates = [=](std::size_t i) { return i == packet ? fate : Fate::Arrives; };
+                const auto fates = [=](std::size_t i) { return i == packet ? fate : Fate::kArrives; };
                 camera.commandPackets = camera.acknowledgePackets = 0;
                 camera.commandFate = isCommand ? std::function<Fate(std::size_t)>(fates) : nullptr;
                 camera.acknowledgeFate = isCommand ? nullptr : std::function<Fate(std::size_t)>(fates);

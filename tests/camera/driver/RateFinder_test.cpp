@@ -115,7 +115,7 @@ TEST_F(RateFinderTest, LooksAt9600OnceMoreBeforeGivingUp) {
     camera.commandFate = [&](std::size_t i) {
         if (i == 1)
             camera.SetRate(0x01);  // too many framing errors
-        return Fate::Lost;
+        return Fate::kLost;
     };
     EXPECT_EQ(CodeOf([&] { Find(); }), kNoAnswer);
     EXPECT_EQ(serial.ratesSet.front(), 0x01u);
@@ -127,7 +127,7 @@ TEST_F(RateFinderTest, OneLostPacketDoesNotHideACamera) {
     for (const std::uint32_t flag : {0x01u, 0x10u, 0x80u}) {
         camera.SetRate(flag);
         camera.commandPackets = 0;
-        camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::Lost : Fate::Arrives; };
+        camera.commandFate = [](std::size_t i) { return i == 0 ? Fate::kLost : Fate::kArrives; };
         EXPECT_EQ(Find().responseTime, milliseconds(50));
         EXPECT_EQ(line.Rate().flag, flag);
     }

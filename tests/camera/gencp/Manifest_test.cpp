@@ -12,7 +12,7 @@ ManifestEntry Sample() {
     entry.versionMajor = 1;
     entry.versionMinor = 2;
     entry.versionSubMinor = 0x0304;
-    entry.fileFormat = static_cast<std::uint8_t>(ManifestEntry::FileFormat::Zip);
+    entry.fileFormat = static_cast<std::uint8_t>(ManifestEntry::FileFormat::kZip);
     entry.schemaMajor = 1;
     entry.schemaMinor = 1;
     entry.address = 0x1000000;
@@ -37,8 +37,8 @@ TEST(ManifestEntry, ComesBackAsItWas) {
     const auto entry = DecodeManifestEntry(EncodeManifestEntry(Sample()));
     ASSERT_TRUE(entry);
     EXPECT_EQ(*entry, Sample());
-    EXPECT_TRUE(entry->Is(ManifestEntry::FileType::DeviceXml));
-    EXPECT_TRUE(entry->Is(ManifestEntry::FileFormat::Zip));
+    EXPECT_TRUE(entry->Is(ManifestEntry::FileType::kDeviceXml));
+    EXPECT_TRUE(entry->Is(ManifestEntry::FileFormat::kZip));
     EXPECT_TRUE(entry->HasSha1());
 }
 
@@ -50,7 +50,7 @@ TEST(ManifestEntry, OfZerosHasNoSha1) {
     EXPECT_FALSE(DecodeManifestEntry(Bytes(64))->HasSha1());
     Bytes bytes(64);
     bytes[4 + 3] = 0x01;
-    EXPECT_TRUE(DecodeManifestEntry(bytes)->Is(ManifestEntry::FileType::BufferXml));
+    EXPECT_TRUE(DecodeManifestEntry(bytes)->Is(ManifestEntry::FileType::kBufferXml));
 }
 
 }  // namespace

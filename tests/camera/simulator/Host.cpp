@@ -23,13 +23,11 @@ Host::Host(const std::filesystem::path& link, std::uint32_t bitsPerSecond) : m_p
 std::optional<Packet> Host::Receive(milliseconds timeout) {
     const auto deadline = steady_clock::now() + timeout;
     for (;;) {
-        if (auto packet = m_parser.Next()) {
+        if (auto packet = m_parser.Next())
             return packet;
-        }
         Bytes bytes;
-        if (!m_port->Fill(deadline, bytes)) {
+        if (!m_port->Fill(deadline, bytes))
             return std::nullopt;
-        }
         m_parser.Append(bytes);
     }
 }
@@ -51,9 +49,8 @@ std::optional<Packet> Host::Exchange(std::uint16_t command, gencp::ByteView scd,
 Bytes Host::Read(gencp::Register where) {
     const gencp::MemoryRange range{where.address, static_cast<std::uint16_t>(where.length)};
     const auto answer = Exchange(gencp::kReadMem, gencp::EncodeRanges({&range, 1}));
-    if (!answer || answer->header.requestId != id || gencp::IsError(answer->header.flags)) {
+    if (!answer || answer->header.requestId != id || gencp::IsError(answer->header.flags))
         throw std::runtime_error("no answer to a read");
-    }
     return answer->scd;
 }
 
@@ -66,9 +63,8 @@ std::uint16_t Host::Write(gencp::Register where, std::uint64_t value) {
     gencp::Store64(data, 0, value);
     data.erase(data.begin(), data.end() - static_cast<std::ptrdiff_t>(where.length));
     const auto answer = Exchange(gencp::kWriteMem, gencp::EncodeWrite(where.address, data));
-    if (!answer || answer->header.requestId != id) {
+    if (!answer || answer->header.requestId != id)
         throw std::runtime_error("no answer to a write");
-    }
     return answer->header.flags;
 }
 

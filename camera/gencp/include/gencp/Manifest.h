@@ -13,8 +13,8 @@
 namespace gencp {
 
 struct ManifestEntry {
-    enum class FileType : std::uint8_t { DeviceXml = 0, BufferXml = 1 };
-    enum class FileFormat : std::uint8_t { Xml = 0, Zip = 1 };
+    enum class FileType : std::uint8_t { kDeviceXml = 0, kBufferXml = 1 };
+    enum class FileFormat : std::uint8_t { kXml = 0, kZip = 1 };
 
     std::uint8_t versionMajor = 0;
     std::uint8_t versionMinor = 0;

@@ -67,14 +67,12 @@ public:
     bool TakeFromBorrower() try {
         std::array<std::uint8_t, 4096> buffer;
         const ssize_t count = ::recv(m_socket.Get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
-        if (count <= 0) {
+        if (count <= 0)
             return count < 0 && (errno == EAGAIN || errno == EINTR);
-        }
         m_received.insert(m_received.end(), buffer.begin(), buffer.begin() + count);
         while (const auto message = TakeLineMessage(m_received)) {
-            if (!Obey(*message)) {
+            if (!Obey(*message))
                 return false;
-            }
         }
         return true;
     } catch (const std::exception&) {
@@ -83,12 +81,10 @@ public:
 
 private:
     bool Obey(const LineMessage& message) {
-        if (message.type == LineMessageType::kOpen) {
+        if (message.type == LineMessageType::kOpen)
             return Say(EncodeText(LineMessageType::kOpen, Open(message.Text())));
-        }
-        if (!m_line) {
+        if (!m_line)
             return false;
-        }
         switch (message.type) {
             case LineMessageType::kBytes:
                 m_line->Send(message.content);
@@ -110,9 +106,8 @@ private:
         std::transform(name.begin(), name.end(), name.begin(),
                        [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
         try {
-            if (name.empty() || name.find('/') != std::string::npos || name.front() == '.') {
+            if (name.empty() || name.find('/') != std::string::npos || name.front() == '.')
                 return "'" + name + "' names no line";
-            }
             m_line.reset();
             m_line = Line::Create(m_links / name);
             return {};
@@ -124,9 +119,8 @@ private:
     bool Say(gencp::ByteView bytes) const {
         while (!bytes.empty()) {
             const ssize_t count = ::send(m_socket.Get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-            if (count <= 0) {
+            if (count <= 0)
                 return false;
-            }
             bytes = bytes.subspan(static_cast<std::size_t>(count));
         }
         return true;
@@ -156,9 +150,8 @@ public:
                 files.push_back({loan.Socket(), POLLIN, 0});
                 files.push_back({loan.LineHandle(), POLLIN, 0});
             }
-            if (::poll(files.data(), files.size(), -1) < 0) {
+            if (::poll(files.data(), files.size(), -1) < 0)
                 continue;
-            }
             std::size_t index = 1;
             for (auto loan = m_loans.begin(); loan != m_loans.end(); index += 2) {
                 // What the host wrote comes before the answer to whatever was asked after it.
@@ -166,18 +159,16 @@ public:
                                     (files[index].revents == 0 || loan->TakeFromBorrower());
                 loan = isGood ? std::next(loan) : m_loans.erase(loan);
             }
-            if (files[0].revents != 0) {
+            if (files[0].revents != 0)
                 Accept();
-            }
         }
     }
 
 private:
     void Accept() {
         const int fd = ::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC);
-        if (fd >= 0) {
+        if (fd >= 0)
             m_loans.emplace_back(os::FileDescriptor(fd, "accept"), m_links);
-        }
     }
 
     const fs::path m_links;

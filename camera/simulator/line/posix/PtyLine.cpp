@@ -54,9 +54,8 @@ public:
     OwnedLink(fs::path link, std::string target) : m_link(std::move(link)), m_target(std::move(target)) {
         const fs::path fresh = m_link.string() + ".new";
         std::error_code error;
-        if (fs::exists(fs::symlink_status(m_link, error)) && !fs::is_symlink(m_link, error)) {
+        if (fs::exists(fs::symlink_status(m_link, error)) && !fs::is_symlink(m_link, error))
             throw std::system_error(EEXIST, std::generic_category(), m_link.string());
-        }
         fs::remove(fresh, error);
         fs::create_symlink(m_target, fresh);
         fs::rename(fresh, m_link);
@@ -64,9 +63,8 @@ public:
     OwnedLink(const OwnedLink&) = delete;
     ~OwnedLink() {
         std::error_code error;
-        if (fs::read_symlink(m_link, error) == m_target && !error) {
+        if (fs::read_symlink(m_link, error) == m_target && !error)
             fs::remove(m_link, error);
-        }
     }
 
 private:
@@ -76,17 +74,15 @@ private:
 
 os::FileDescriptor OpenMaster() {
     os::FileDescriptor master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC), "posix_openpt");
-    if (::grantpt(master.Get()) != 0 || ::unlockpt(master.Get()) != 0) {
+    if (::grantpt(master.Get()) != 0 || ::unlockpt(master.Get()) != 0)
         ThrowSystemError("unlockpt");
-    }
     return master;
 }
 
 std::string SlavePath(const os::FileDescriptor& master) {
     std::array<char, 128> name{};
-    if (::ptsname_r(master.Get(), name.data(), name.size()) != 0) {
+    if (::ptsname_r(master.Get(), name.data(), name.size()) != 0)
         ThrowSystemError("ptsname_r");
-    }
     return name.data();
 }
 
@@ -98,14 +94,12 @@ public:
           m_slave(::open(SlavePath(m_master).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), "open of a pseudo-terminal"),
           m_link(link, SlavePath(m_master)) {
         termios settings{};
-        if (::tcgetattr(m_slave.Get(), &settings) != 0) {
+        if (::tcgetattr(m_slave.Get(), &settings) != 0)
             ThrowSystemError("tcgetattr");
-        }
         ::cfmakeraw(&settings);
         ::cfsetspeed(&settings, B9600);
-        if (::tcsetattr(m_slave.Get(), TCSANOW, &settings) != 0) {
+        if (::tcsetattr(m_slave.Get(), TCSANOW, &settings) != 0)
             ThrowSystemError("tcsetattr");
-        }
     }
 
     std::size_t Receive(std::span<std::uint8_t> buffer) override {
@@ -116,9 +110,8 @@ public:
     void Send(gencp::ByteView bytes) override {
         while (!bytes.empty()) {
             const ssize_t count = ::write(m_master.Get(), bytes.data(), bytes.size());
-            if (count <= 0) {
+            if (count <= 0)
                 return;
-            }
             bytes = bytes.subspan(static_cast<std::size_t>(count));
         }
     }
@@ -128,9 +121,8 @@ public:
         if (::tcgetattr(m_master.Get(), &settings) == 0) {
             const speed_t code = ::cfgetospeed(&settings);
             for (const Speed& speed : kSpeeds) {
-                if (speed.code == code) {
+                if (speed.code == code)
                     return speed.bitsPerSecond;
-                }
             }
         }
         return 0;
@@ -157,9 +149,8 @@ public:
     void Wait(std::span<Line* const> lines, std::optional<TimePoint> until) override {
         constexpr std::chrono::seconds kLongest(3600);
         m_files.assign(1, {m_event.Get(), POLLIN, 0});
-        for (const Line* line : lines) {
+        for (const Line* line : lines)
             m_files.push_back({line->Handle(), POLLIN, 0});
-        }
         const TimePoint now = Clock::now();
         const std::chrono::nanoseconds left =
             until ? std::clamp<std::chrono::nanoseconds>(*until - now, std::chrono::nanoseconds(0), kLongest)

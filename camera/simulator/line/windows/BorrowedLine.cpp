@@ -34,9 +34,8 @@ std::uint16_t ServerPort() {
 PortEntry::PortEntry(const std::string& name) : m_device("\\Device\\" + name) {
     const LSTATUS status = ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, kPorts, m_device.c_str(), REG_SZ, name.c_str(),
                                              static_cast<DWORD>(name.size() + 1));
-    if (status != ERROR_SUCCESS) {
+    if (status != ERROR_SUCCESS)
         throw std::system_error(status, std::system_category(), "entry of " + name);
-    }
 }
 
 PortEntry::~PortEntry() {
@@ -46,9 +45,8 @@ PortEntry::~PortEntry() {
 BorrowedLine::BorrowedLine(const std::string& name) {
     Connect();
     const std::string reason = Ask(EncodeText(LineMessageType::kOpen, name)).Text();
-    if (!reason.empty()) {
+    if (!reason.empty())
         throw std::system_error(EIO, std::generic_category(), reason);
-    }
     m_entry.emplace(name);
 }
 
@@ -64,9 +62,8 @@ BorrowedLine::~BorrowedLine() {
 
 void BorrowedLine::Connect() const {
     const sockaddr_in address = Loopback(ServerPort());
-    if (::connect(m_socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+    if (::connect(m_socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
         ThrowSocketError("connection to marlow-lines");
-    }
     const BOOL on = TRUE;
     ::setsockopt(m_socket.Get(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof(on));
     ::setsockopt(m_socket.Get(), SOL_SOCKET, SO_SNDTIMEO, reinterpret_cast<const char*>(&kLongestWait),
@@ -79,9 +76,8 @@ void BorrowedLine::Connect() const {
 bool BorrowedLine::TakeWhatCame() const {
     std::array<char, 4096> buffer;
     const int count = ::recv(m_socket.Get(), buffer.data(), static_cast<int>(buffer.size()), 0);
-    if (count <= 0) {
+    if (count <= 0)
         return false;
-    }
     m_received.insert(m_received.end(), buffer.begin(), buffer.begin() + count);
     while (auto message = TakeLineMessage(m_received)) {
         if (message->type == LineMessageType::kBytes) {
@@ -97,9 +93,8 @@ bool BorrowedLine::SendAll(gencp::ByteView bytes) const {
     while (!bytes.empty()) {
         const int count =
             ::send(m_socket.Get(), reinterpret_cast<const char*>(bytes.data()), static_cast<int>(bytes.size()), 0);
-        if (count <= 0) {
+        if (count <= 0)
             return false;
-        }
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
     return true;
@@ -108,12 +103,10 @@ bool BorrowedLine::SendAll(gencp::ByteView bytes) const {
 LineMessage BorrowedLine::Ask(const gencp::Bytes& question) const {
     m_answer.reset();
     bool isThere = SendAll(question);
-    while (isThere && !m_answer) {
+    while (isThere && !m_answer)
         isThere = TakeWhatCame();
-    }
-    if (!isThere) {
+    if (!isThere)
         ThrowSocketError("answer of marlow-lines");
-    }
     return std::move(*m_answer);
 }
 

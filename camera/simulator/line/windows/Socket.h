@@ -35,9 +35,8 @@ public:
     /// \param[in] type SOCK_STREAM or SOCK_DGRAM
     /// \throw std::system_error The system refuses
     explicit Socket(int type) : m_socket(::socket(AF_INET, type, 0)) {
-        if (m_socket == INVALID_SOCKET) {
+        if (m_socket == INVALID_SOCKET)
             ThrowSocketError("socket");
-        }
     }
     ~Socket() { ::closesocket(m_socket); }
     Socket(const Socket&) = delete;

@@ -30,9 +30,8 @@ constexpr std::size_t kMaxClients = 64;
 sockaddr_un AddressOf(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path.empty() || path.size() >= sizeof(address.sun_path)) {
+    if (path.empty() || path.size() >= sizeof(address.sun_path))
         throw std::system_error(ENAMETOOLONG, std::generic_category(), path);
-    }
     std::memcpy(address.sun_path, path.c_str(), path.size());
     return address;
 }
@@ -44,9 +43,8 @@ os::FileDescriptor StreamSocket() {
 /// A socket that nobody listens on was left behind by a program that was killed.
 void RemoveAbandoned(const std::string& path, const sockaddr_un& address) {
     struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
+    if (::lstat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode))
         return;
-    }
     const os::FileDescriptor probe = StreamSocket();
     if (::connect(probe.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 &&
         errno == ECONNREFUSED) {
@@ -90,43 +88,35 @@ private:
     void Run() {
         for (;;) {
             std::vector<pollfd> files{{m_end.Get(), POLLIN, 0}, {m_listener.Get(), POLLIN, 0}};
-            for (const Client& client : m_clients) {
+            for (const Client& client : m_clients)
                 files.push_back({client.socket.Get(), POLLIN, 0});
-            }
-            if (::poll(files.data(), files.size(), -1) < 0) {
+            if (::poll(files.data(), files.size(), -1) < 0)
                 continue;
-            }
-            if (files[0].revents != 0) {
+            if (files[0].revents != 0)
                 return;
-            }
             std::size_t index = 2;
-            for (auto client = m_clients.begin(); client != m_clients.end(); ++index) {
+            for (auto client = m_clients.begin(); client != m_clients.end(); ++index)
                 client = files[index].revents == 0 || Serve(*client) ? std::next(client) : m_clients.erase(client);
-            }
-            if (files[1].revents != 0) {
+            if (files[1].revents != 0)
                 Accept();
-            }
         }
     }
 
     void Accept() {
         const int fd = ::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-        if (fd < 0) {
+        if (fd < 0)
             return;
-        }
         os::FileDescriptor socket(fd, "accept");
-        if (m_clients.size() < kMaxClients) {
+        if (m_clients.size() < kMaxClients)
             m_clients.push_back({std::move(socket), {}});
-        }
     }
 
     /// False when the client has gone, floods or does not take its replies.
     bool Serve(Client& client) {
         std::array<char, 1024> buffer{};
         const ssize_t count = ::read(client.socket.Get(), buffer.data(), buffer.size());
-        if (count <= 0) {
+        if (count <= 0)
             return count < 0 && (errno == EAGAIN || errno == EINTR);
-        }
         client.unread.append(buffer.data(), static_cast<std::size_t>(count));
         for (std::size_t end = 0; (end = client.unread.find('\n')) != std::string::npos;) {
             const std::string reply = m_simulator.Control(client.unread.substr(0, end)) + "\n";

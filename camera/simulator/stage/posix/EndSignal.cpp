@@ -20,9 +20,8 @@ namespace {
 sigset_t EndSignals() {
     sigset_t signals;
     ::sigemptyset(&signals);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
         ::sigaddset(&signals, number);
-    }
     return signals;
 }
 
@@ -45,12 +44,10 @@ void WaitForEnd(bool untilStdinCloses) {
     const os::FileDescriptor signalFile(::signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
     for (;;) {
         std::array<pollfd, 2> files{{{signalFile.Get(), POLLIN, 0}, {untilStdinCloses ? STDIN_FILENO : -1, POLLIN, 0}}};
-        if (::poll(files.data(), files.size(), -1) < 0) {
+        if (::poll(files.data(), files.size(), -1) < 0)
             continue;
-        }
-        if (files[0].revents != 0 || (files[1].revents != 0 && InputHasEnded())) {
+        if (files[0].revents != 0 || (files[1].revents != 0 && InputHasEnded()))
             return;
-        }
     }
 }
 

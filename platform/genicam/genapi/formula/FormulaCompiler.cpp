@@ -117,7 +117,6 @@ private:
     void Target(std::uint32_t jump) { m_result.code[jump].argument = Here(); }
     std::uint32_t Here() const { return static_cast<std::uint32_t>(m_result.code.size()); }
     FormulaToken Peek() const { return FormulaScanner(*m_scanner).Next(); }
-    void CheckCircles() const;
     void MeasureStack();
 
     IFormulaSymbols& m_symbols;

@@ -52,9 +52,8 @@ TEST_F(ClSerTtyOfLinux, APortThatAnotherProcessHoldsIsInUse) {
     EXPECT_EQ(m_library.SerialInit(m_library.IndexOf("cam0"), &ref), CL_ERR_PORT_IN_USE);
     EXPECT_THAT(m_library.TextOf(CL_ERR_PORT_IN_USE),
                 HasSubstr("process " + std::to_string(child) + " (clsertty_test)"));
-    for (int file : {ready[0], ready[1], done[0], done[1]}) {
+    for (int file : {ready[0], ready[1], done[0], done[1]})
         ::close(file);
-    }
     ::waitpid(child, nullptr, 0);
     m_library.SerialClose(Open());
 }
@@ -92,9 +91,8 @@ TEST_F(ClSerTtyOfLinux, TakesThePlaceOfNoStandardStream) {
     {
         const test_support::ClosedStreams closed;
         m_library.SerialInit(index, &ref);
-        for (const int stream : {0, 1, 2}) {
+        for (const int stream : {0, 1, 2})
             isTaken = isTaken || test_support::IsOpen(stream);
-        }
     }
     EXPECT_FALSE(isTaken);
     EXPECT_EQ(Write(ref, "x"), CL_ERR_NO_ERR);

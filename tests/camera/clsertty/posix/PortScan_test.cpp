@@ -28,20 +28,17 @@ protected:
         const fs::path folder = m_root.Path() / "sys/class/tty" / name;
         fs::create_directories(folder);
         fs::create_directories(m_root.Path() / "dev");
-        if (hasDevice) {
+        if (hasDevice)
             fs::create_directories(folder / "device");
-        }
-        if (!type.empty()) {
+        if (!type.empty())
             std::ofstream(folder / "type") << type << "\n";
-        }
         std::ofstream(m_root.Path() / "dev" / name);
     }
 
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
-        for (const PortInfo& port : MachineTtys({(m_root.Path() / "sys").string(), (m_root.Path() / "dev").string()})) {
+        for (const PortInfo& port : MachineTtys({(m_root.Path() / "sys").string(), (m_root.Path() / "dev").string()}))
             names.push_back(port.name);
-        }
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -126,9 +123,8 @@ TEST(FindPorts, LooksInEveryFolderOfTheListOnce) {
     os::SetEnvironment("CLSERTTY_PATH", ":" + first.Path().string() + "::/missing:" + second.Path().string());
     PortList linked;
     for (const PortInfo& port : FindPorts()) {
-        if (port.name.rfind("cam", 0) == 0) {
+        if (port.name.rfind("cam", 0) == 0)
             linked.push_back(port);
-        }
     }
     EXPECT_EQ(linked,
               (PortList{{"cam0", (second.Path() / "cam0").string()}, {"cam1", (first.Path() / "cam1").string()}}));

@@ -25,9 +25,8 @@ Pty::Pty() : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
 
 Pty::~Pty() {
     for (const int file : {m_slave, m_master}) {
-        if (file >= 0) {
+        if (file >= 0)
             ::close(file);
-        }
     }
 }
 

@@ -19,9 +19,8 @@ DCB SettingsOfOpenPort() {
         const HANDLE handle = reinterpret_cast<HANDLE>(value);
         DCB settings{};
         settings.DCBlength = sizeof(settings);
-        if (::GetFileType(handle) == FILE_TYPE_CHAR && ::GetCommState(handle, &settings) != 0) {
+        if (::GetFileType(handle) == FILE_TYPE_CHAR && ::GetCommState(handle, &settings) != 0)
             return settings;
-        }
     }
     throw std::runtime_error("no COM port is open");
 }

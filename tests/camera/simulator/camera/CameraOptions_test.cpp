@@ -121,9 +121,8 @@ TEST(SetFault, TellsAKeyThatIsNone) {
 }
 
 TEST(OptionsHelp, NamesEveryKey) {
-    for (const char* key : {"model=", "description-size=", "drop-after=", "late-time="}) {
+    for (const char* key : {"model=", "description-size=", "drop-after=", "late-time="})
         EXPECT_THAT(OptionsHelp(), testing::HasSubstr(key));
-    }
 }
 
 TEST(ParseCount, TakesDecimalAndHexadecimal) {

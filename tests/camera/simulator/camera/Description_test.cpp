@@ -39,9 +39,8 @@ std::set<std::string> AllBetween(const std::string& text, const std::string& beg
         const std::size_t first = at + begin.size();
         const std::size_t last =
             text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-", first);
-        if (last != first && last != std::string::npos && text[last] == end) {
+        if (last != first && last != std::string::npos && text[last] == end)
             found.insert(text.substr(first, last - first));
-        }
     }
     return found;
 }
@@ -92,9 +91,8 @@ TEST_P(EachModel, RefersOnlyToNodesThatThereAre) {
     const std::set<std::string> nodes = AllBetween(text, " Name=\"", '"');
     const std::set<std::string> references = AllReferences(text);
     EXPECT_GT(references.size(), 100U);
-    for (const std::string& reference : references) {
+    for (const std::string& reference : references)
         EXPECT_TRUE(nodes.contains(reference)) << reference;
-    }
 }
 
 TEST_P(EachModel, HasTheNodesThatApplicationsKnow) {

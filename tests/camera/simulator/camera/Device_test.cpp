@@ -43,9 +43,8 @@ protected:
     /// The next packet that goes out, as the host gets it.
     std::optional<Packet> Sent() {
         const auto outgoing = m_device->TakeOutgoing();
-        if (!outgoing) {
+        if (!outgoing)
             return std::nullopt;
-        }
         m_now = std::max(m_now, outgoing->ready);
         m_device->HasSent(*outgoing, m_now);
         const auto header = ParseHeader(outgoing->packet);
@@ -306,9 +305,8 @@ TEST_F(DeviceTest, RefusesRatesThatItDoesNotHave) {
     options.rates = 0x11;
     Make(options);
     EXPECT_EQ(Number(sbrm::kSupportedBaudRates.At(kSbrmAddress)), 0x11U);
-    for (const std::uint32_t flag : {0x00U, 0x02U, 0x11U, 0x100U}) {
+    for (const std::uint32_t flag : {0x00U, 0x02U, 0x11U, 0x100U})
         EXPECT_EQ(Write(kBaud, flag), kStatusInvalidParameter) << flag;
-    }
     EXPECT_EQ(Write(kBaud, 0x10), kStatusSuccess);
 }
 

@@ -55,9 +55,8 @@ TEST(Geometry, EnforcesLimitsAndSteps) {
         EXPECT_EQ(camera.Write(kWidth, good), kOk) << good;
         EXPECT_EQ(camera.Read(kWidth), good);
     }
-    for (std::uint32_t bad : {0U, 8U, 17U, 2049U, 2056U, 0xFFFFFFFFU}) {
+    for (std::uint32_t bad : {0U, 8U, 17U, 2049U, 2056U, 0xFFFFFFFFU})
         EXPECT_EQ(camera.Write(kWidth, bad), kInvalid) << bad;
-    }
     EXPECT_EQ(camera.Read(kWidth), 2048U);
 }
 
@@ -128,9 +127,8 @@ TEST(FrameRate, IsLimitedByWhatIsSlowest) {
 
 TEST(Trigger, HasItsOwnSettingsForEachSelector) {
     Camera camera("H8192L");
-    for (std::uint32_t trigger = 0; trigger < 3; ++trigger) {
+    for (std::uint32_t trigger = 0; trigger < 3; ++trigger)
         EXPECT_EQ(camera.Write(kTriggerDelay.At(trigger * 16), trigger * 10), kOk);
-    }
     EXPECT_EQ(camera.Read(kTriggerDelay.At(32)), 20U);
     EXPECT_EQ(camera.Write(kTriggerSelector, 2), kOk);
     Camera area("H2048");

@@ -37,9 +37,8 @@ protected:
 
     GenApi::IValue& Value(const char* name) const {
         auto* value = dynamic_cast<GenApi::IValue*>(m_nodes._GetNode(name));
-        if (value == nullptr) {
+        if (value == nullptr)
             throw std::runtime_error(std::string("no node ") + name);
-        }
         return *value;
     }
 
@@ -53,9 +52,8 @@ protected:
 
 TEST_P(DescriptionNodes, LoadWithoutAWarning) {
     std::string text;
-    for (const auto& warning : m_nodes._GetWarnings()) {
+    for (const auto& warning : m_nodes._GetWarnings())
         text += std::to_string(warning.Line) + ": " + warning.Message.c_str() + "\n";
-    }
     EXPECT_EQ(text, "");
     EXPECT_STREQ(m_nodes._GetModelName().c_str(), GetParam());
 }
@@ -106,9 +104,8 @@ TEST_P(DescriptionNodes, TheBaudRateHasTheValuesOfTheDriver) {
     std::vector<std::int64_t> values;
     GenApi::NodeList_t entries;
     baud.GetEntries(entries);
-    for (GenApi::INode* entry : entries) {
+    for (GenApi::INode* entry : entries)
         values.push_back(dynamic_cast<GenApi::IEnumEntry&>(*entry).GetValue());
-    }
     EXPECT_EQ(values, (std::vector<std::int64_t>{15, 17, 18, 19, 20, 21, 22, 23}));
     baud.SetIntValue(23);
     EXPECT_EQ(Get("DeviceSerialPortBaudRate"), "Baud921600");
@@ -152,9 +149,8 @@ TEST_P(DescriptionNodes, ThePayloadFollowsTheFormat) {
 
 TEST_P(DescriptionNodes, AGrabLocksTheGeometry) {
     Set("TLParamsLocked", "1");
-    for (const char* name : {"Width", "Height", "PixelFormat", "BinningHorizontal", "ClTapGeometry"}) {
+    for (const char* name : {"Width", "Height", "PixelFormat", "BinningHorizontal", "ClTapGeometry"})
         EXPECT_FALSE(GenApi::IsWritable(Value(name))) << name;
-    }
     Set("TLParamsLocked", "0");
     EXPECT_TRUE(GenApi::IsWritable(Value("Width")));
 }

@@ -48,9 +48,8 @@ private:
     }
 
     static void Require(std::uint16_t status) {
-        if (gencp::IsError(status)) {
+        if (gencp::IsError(status))
             throw RUNTIME_EXCEPTION("The camera refuses (%d).", static_cast<int>(status));
-        }
     }
 
     Firmware m_firmware;

@@ -18,9 +18,8 @@ TEST(FaultSource, IsTheSameForTheSameSeed) {
     settings.loss = 0.5;
     FaultSource one(7);
     FaultSource two(7);
-    for (int packet = 0; packet < 100; ++packet) {
+    for (int packet = 0; packet < 100; ++packet)
         EXPECT_EQ(one.Next(settings).isLost, two.Next(settings).isLost);
-    }
     EXPECT_EQ(one.Noise(100), two.Noise(100));
 }
 
@@ -44,9 +43,8 @@ TEST(FaultSource, LosesThePacketAfterTheCount) {
     settings.failAt = 2;
     FaultSource source(1);
     std::vector<bool> lost;
-    for (int packet = 0; packet < 5; ++packet) {
+    for (int packet = 0; packet < 5; ++packet)
         lost.push_back(source.Next(settings).isLost);
-    }
     EXPECT_EQ(lost, (std::vector<bool>{false, false, true, false, false}));
     EXPECT_FALSE(settings.failAt);
 }
@@ -56,9 +54,8 @@ TEST(FaultSource, PullsTheCableBehindTheLastOfTheCount) {
     settings.dropAfter = 3;
     FaultSource source(1);
     std::vector<bool> last;
-    for (int packet = 0; packet < 5; ++packet) {
+    for (int packet = 0; packet < 5; ++packet)
         last.push_back(source.Next(settings).isLast);
-    }
     EXPECT_EQ(last, (std::vector<bool>{false, false, true, false, false}));
 }
 

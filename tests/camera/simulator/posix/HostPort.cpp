@@ -27,9 +27,8 @@ class Tty final : public HostPort {
 public:
     explicit Tty(const fs::path& link) : m_tty(::open(link.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
         termios settings{};
-        if (m_tty < 0 || ::tcgetattr(m_tty, &settings) != 0) {
+        if (m_tty < 0 || ::tcgetattr(m_tty, &settings) != 0)
             throw std::runtime_error("cannot open " + link.string());
-        }
         ::cfmakeraw(&settings);
         ::tcsetattr(m_tty, TCSANOW, &settings);
         ::tcflush(m_tty, TCIOFLUSH);
@@ -49,22 +48,19 @@ public:
     }
 
     void SendBytes(gencp::ByteView bytes) override {
-        if (::write(m_tty, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+        if (::write(m_tty, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
             throw std::runtime_error("the line takes no bytes");
-        }
     }
 
     bool Fill(steady_clock::time_point deadline, gencp::Bytes& bytes) override {
         const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
         pollfd file{m_tty, POLLIN, 0};
-        if (::poll(&file, 1, static_cast<int>(std::max(left, milliseconds(0)).count())) != 1) {
+        if (::poll(&file, 1, static_cast<int>(std::max(left, milliseconds(0)).count())) != 1)
             return false;
-        }
         std::array<std::uint8_t, 4096> buffer;
         const ssize_t count = ::read(m_tty, buffer.data(), buffer.size());
-        if (count <= 0) {
+        if (count <= 0)
             return false;
-        }
         bytes.insert(bytes.end(), buffer.begin(), buffer.begin() + count);
         return true;
     }

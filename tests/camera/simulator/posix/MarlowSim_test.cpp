@@ -34,14 +34,12 @@ class Program {
 public:
     explicit Program(std::vector<std::string> arguments) {
         int in[2], out[2];
-        if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0) {
+        if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0)
             throw std::runtime_error("no pipes");
-        }
         arguments.insert(arguments.begin(), MARLOW_SIM_FILE);
         std::vector<char*> words;
-        for (std::string& argument : arguments) {
+        for (std::string& argument : arguments)
             words.push_back(argument.data());
-        }
         words.push_back(nullptr);
         m_pid = ::fork();
         if (m_pid == 0) {
@@ -70,18 +68,16 @@ public:
         std::string line;
         char c = 0;
         pollfd file{m_output, POLLIN, 0};
-        while (::poll(&file, 1, 20000) == 1 && ::read(m_output, &c, 1) == 1 && c != '\n') {
+        while (::poll(&file, 1, 20000) == 1 && ::read(m_output, &c, 1) == 1 && c != '\n')
             line.push_back(c);
-        }
         return line;
     }
 
     std::string ReadAll() const {
         std::string text;
         char c = 0;
-        while (::read(m_output, &c, 1) == 1) {
+        while (::read(m_output, &c, 1) == 1)
             text.push_back(c);
-        }
         return text;
     }
 
@@ -128,9 +124,8 @@ public:
         std::string line;
         char c = 0;
         pollfd file{m_socket, POLLIN, 0};
-        while (::poll(&file, 1, 20000) == 1 && ::read(m_socket, &c, 1) == 1 && c != '\n') {
+        while (::poll(&file, 1, 20000) == 1 && ::read(m_socket, &c, 1) == 1 && c != '\n')
             line.push_back(c);
-        }
         return line;
     }
 
@@ -213,9 +208,8 @@ TEST_F(MarlowSimTest, HelpsAndNamesEveryKeyAndCommand) {
         Program program(arguments);
         const std::string text = program.ReadAll();
         EXPECT_EQ(program.ExitCode(), 0);
-        for (const char* word : {"--links", "--camera", "--control", "drop-after=", "unplug NAME", "Example"}) {
+        for (const char* word : {"--links", "--camera", "--control", "drop-after=", "unplug NAME", "Example"})
             EXPECT_THAT(text, HasSubstr(word));
-        }
     }
 }
 

@@ -54,9 +54,8 @@ protected:
     bool WaitForFigures(const std::string& name, Condition condition) const {
         const auto deadline = steady_clock::now() + seconds(20);
         while (!condition(m_simulator.StatisticsOf(name))) {
-            if (steady_clock::now() > deadline) {
+            if (steady_clock::now() > deadline)
                 return false;
-            }
             std::this_thread::yield();
         }
         return true;
@@ -85,9 +84,8 @@ TEST_F(SimulatorTest, PlaysManyCamerasAtOnce) {
             }
         });
     }
-    for (std::thread& host : hosts) {
+    for (std::thread& host : hosts)
         host.join();
-    }
     EXPECT_EQ(m_simulator.Names().size(), 32U);
 }
 
@@ -221,9 +219,8 @@ TEST_F(SimulatorTest, NoWriteRunsTwiceOnABadLine) {
         for (bool isDone = false; !isDone; resend = true) {
             host.SendBytes(WriteCommand(registers::kTriggerSoftware, 1, static_cast<std::uint16_t>(number), resend));
             auto answer = host.Receive(milliseconds(20));
-            while (answer && answer->header.requestId != number) {
+            while (answer && answer->header.requestId != number)
                 answer = host.Receive(milliseconds(20));
-            }
             isDone = answer.has_value();
         }
     }
@@ -357,9 +354,8 @@ TEST_F(SimulatorTest, SlowCommandsArePending) {
     ASSERT_TRUE(first);
     EXPECT_EQ(first->header.command, kPendingAck);
     auto answer = host.Receive();
-    while (answer && answer->header.command == kPendingAck) {
+    while (answer && answer->header.command == kPendingAck)
         answer = host.Receive();
-    }
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->header.command, AcknowledgeOf(kWriteMem));
 }
@@ -419,9 +415,8 @@ TEST_F(SimulatorTest, ManyThreadsMayCommandIt) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 TEST_F(SimulatorTest, ObeysControlCommands) {

@@ -23,9 +23,8 @@ public:
     explicit ComPort(const fs::path& link)
         : m_port(::CreateFileA(("\\\\.\\" + link.filename().string()).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                OPEN_EXISTING, 0, nullptr)) {
-        if (m_port == INVALID_HANDLE_VALUE) {
+        if (m_port == INVALID_HANDLE_VALUE)
             throw std::runtime_error("cannot open " + link.string());
-        }
         ::PurgeComm(m_port, PURGE_RXCLEAR | PURGE_TXCLEAR);
     }
     ~ComPort() override { ::CloseHandle(m_port); }
@@ -38,9 +37,8 @@ public:
         settings.BaudRate = bitsPerSecond;
         settings.fBinary = TRUE;
         settings.ByteSize = 8;
-        if (::SetCommState(m_port, &settings) == 0) {
+        if (::SetCommState(m_port, &settings) == 0)
             throw std::runtime_error("the port refuses a rate");
-        }
     }
 
     void SendBytes(gencp::ByteView bytes) override {
@@ -53,14 +51,12 @@ public:
 
     bool Fill(steady_clock::time_point deadline, gencp::Bytes& bytes) override {
         DWORD count = 0;
-        while ((count = Waiting()) == 0 && !HasHungUp() && steady_clock::now() < deadline) {
+        while ((count = Waiting()) == 0 && !HasHungUp() && steady_clock::now() < deadline)
             std::this_thread::sleep_for(milliseconds(1));
-        }
         const std::size_t before = bytes.size();
         bytes.resize(before + count);
-        if (count > 0 && ::ReadFile(m_port, bytes.data() + before, count, &count, nullptr) == 0) {
+        if (count > 0 && ::ReadFile(m_port, bytes.data() + before, count, &count, nullptr) == 0)
             count = 0;
-        }
         bytes.resize(before + count);
         return count > 0;
     }
@@ -74,9 +70,8 @@ public:
     bool WaitForHangUp() const override {
         const auto deadline = steady_clock::now() + std::chrono::seconds(20);
         while (!HasHungUp()) {
-            if (steady_clock::now() > deadline) {
+            if (steady_clock::now() > deadline)
                 return false;
-            }
             std::this_thread::sleep_for(milliseconds(1));
         }
         return true;

@@ -142,9 +142,8 @@ protected:
             hasFailed = failing.HasFailed();
             reason = failing.Reason();
         }
-        if (hasFailed && !error.empty() && !IsLookedAtAgain(call)) {
+        if (hasFailed && !error.empty() && !IsLookedAtAgain(call))
             EXPECT_THAT(error + "\n" + Warnings(), testing::HasSubstr(reason));
-        }
         Destroy();
         return hasFailed;
     }
