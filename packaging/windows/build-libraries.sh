@@ -94,11 +94,6 @@ INSTALLED_FOLDER=src build_package xerces-c "" xerces-c -Dnetwork=OFF -Dtranscod
 build_package fmtlib "" fmt -DFMT_TEST=OFF -DFMT_DOC=OFF
 build_package spdlog "" spdlog -DSPDLOG_FMT_EXTERNAL=ON -DSPDLOG_BUILD_EXAMPLE=OFF
 build_package pugixml "" all
-# Debian's fixes ask for the value of what expat's own CMake files only define.
-fetch expat
-sed -i 's/^#cmakedefine XML_DTD.*/#define XML_DTD 1/' "$work"/expat/*/expat/expat_config.h.cmake
-build_package expat expat expat -DEXPAT_BUILD_TOOLS=OFF -DEXPAT_BUILD_EXAMPLES=OFF -DEXPAT_BUILD_TESTS=OFF \
-    -DEXPAT_BUILD_DOCS=OFF -DEXPAT_SHARED_LIBS=OFF
 build_package libzip "" all -DBUILD_TOOLS=OFF -DBUILD_REGRESS=OFF -DBUILD_EXAMPLES=OFF -DBUILD_DOC=OFF \
     -DENABLE_GNUTLS=OFF -DENABLE_MBEDTLS=OFF -DENABLE_OPENSSL=OFF -DENABLE_WINDOWS_CRYPTO=OFF -DENABLE_COMMONCRYPTO=OFF \
     -DENABLE_BZIP2=OFF -DENABLE_LZMA=OFF -DENABLE_ZSTD=OFF
