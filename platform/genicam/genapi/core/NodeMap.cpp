@@ -135,9 +135,8 @@ bool CNodeMap::Connect(IPort* port, const GenICam::gcstring& portName) const {
  */
 void CNodeMap::Poll(std::int64_t elapsedTime) {
     Change(nullptr, [&] {
-        if (!m_polledKnown) {
+        if (!m_polledKnown)
             FindPolled();
-        }
         for (PolledNode& polled : m_polled) {
             if (polled.node->IsPollingBlocked())
                 continue;
