@@ -33,7 +33,8 @@ private:
 std::string Summary(const PortConfiguration& configuration) {
     const auto enabled = std::count_if(configuration.entries.begin(), configuration.entries.end(),
                                        [](const PortEntry& entry) { return entry.IsEnabled(); });
-    return fmt::format("{} Port elements, {} enabled: ", configuration.entries.size(), enabled);
+    return fmt::format("{} Port element{}, {} enabled: ", configuration.entries.size(),
+                       configuration.entries.size() == 1 ? "" : "s", enabled);
 }
 
 }  // namespace

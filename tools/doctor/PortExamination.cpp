@@ -70,11 +70,11 @@ Section ExamineConfiguration() {
         CheckPortConfiguration(configuration, MachinePorts());
         const auto enabled = std::count_if(configuration.entries.begin(), configuration.entries.end(),
                                            [](const PortEntry& entry) { return entry.IsEnabled(); });
-        section.observations.push_back(
-            {configuration.findings.HasErrors() ? Health::kBad : Health::kFine,
-             "File",
-             fmt::format("{} Port elements, {} enabled", configuration.entries.size(), enabled),
-             {}});
+        section.observations.push_back({configuration.findings.HasErrors() ? Health::kBad : Health::kFine,
+                                        "File",
+                                        fmt::format("{} Port element{}, {} enabled", configuration.entries.size(),
+                                                    configuration.entries.size() == 1 ? "" : "s", enabled),
+                                        {}});
         for (const Finding& finding : configuration.findings)
             section.observations.push_back(
                 {finding.severity == Severity::kError ? Health::kBad : Health::kWarning,
