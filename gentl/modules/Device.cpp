@@ -196,7 +196,7 @@ std::vector<Feature> Device::MakeFeatures() {
         .Category("StreamEnumeration")
         .Index(
             "StreamSelector", "Chooses a stream", [] { return 0; },
-            [this](std::int64_t value) {
+            [](std::int64_t value) {
                 if (value != 0)
                     throw GenTLError(GC_ERR_INVALID_VALUE, "The device has no such stream");
             })

@@ -17,6 +17,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 std::vector<std::uint8_t> BytesOf(const void* data, std::size_t size) {
     const auto* const bytes = static_cast<const std::uint8_t*>(data);
