@@ -43,7 +43,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "parts of a description"};
+    [[no_unique_address, maybe_unused]] const os::LockName m_mutexName{&m_mutex, "parts of a description"};
     std::unordered_map<const Property*, const void*> m_parts;
     Arena m_arena;
 };
