@@ -98,7 +98,7 @@ make_reference() {
 build_release() { build release all -DVANTO_BUILD_PYTHON=ON; }
 stage_release() { build_release && run_tests release; }
 stage_clang() { build clang; }
-stage_asan() { build asan && run_tests asan; }
+stage_asan() { build asan all -DVANTO_BUILD_PYTHON=ON && run_tests asan; }
 stage_tsan() { build tsan && run_tests tsan; }
 stage_lockorder() {
     local records=build/lockorder/lock-order
@@ -118,7 +118,7 @@ steps_of() { # steps_of STAGE: the steps whose packages the stage needs
         layers) echo build ;;
         docs) echo build docs ;;
         packages) echo build test python docs packages ;;
-        release | install) echo build test python ;;
+        release | install | asan) echo build test python ;;
         clang | fuzz) echo build test clang ;;
         *) echo build test ;;
     esac

@@ -116,8 +116,8 @@ def interruptions():
     delays = []
     with vanto.simulate(1, grabber="Trigger=On"), vanto.open() as camera, camera.stream(timeout=60) as stream:
         for _ in range(10):
-            due = time.perf_counter() + 0.1
-            signal.setitimer(signal.ITIMER_REAL, 0.1)
+            due = time.perf_counter() + 0.12
+            signal.setitimer(signal.ITIMER_REAL, 0.12)
             try:
                 next(stream)
             except Rung:
@@ -132,8 +132,8 @@ def interrupted_reads():
         with vanto.simulate(1) as simulation, vanto.open() as camera:
             camera.features["DeviceTemperature"]
             simulation.command("silent cam0 on")
-            due = time.perf_counter() + 0.1
-            signal.setitimer(signal.ITIMER_REAL, 0.1)
+            due = time.perf_counter() + 0.12
+            signal.setitimer(signal.ITIMER_REAL, 0.12)
             try:
                 camera.DeviceTemperature
             except Rung:
