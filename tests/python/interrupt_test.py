@@ -372,7 +372,8 @@ def test_a_simulation_that_does_not_start_is_left_and_leaves_nothing(tmp_path, m
 
     def is_waited_for():
         at = sys._current_frames()[threading.main_thread().ident]
-        return at.f_code.co_name == "_start" and (tmp_path / "process").exists()
+        process = tmp_path / "process"
+        return at.f_code.co_name == "_start" and process.exists() and process.read_text().endswith("\n")
 
     with pytest.raises(KeyboardInterrupt), control_c(is_waited_for):
         vanto.simulate(1)
