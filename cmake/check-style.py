@@ -3,7 +3,8 @@
 """What the formatter does not see: cmake/check-style.py [--repair] FILE...
 
 Bodies of one line have no braces. The formatter of clang 14 can take them away, but takes those of lambdas as well. Left
-alone are bodies of several lines, those beside an else, and those below a condition of several lines.
+alone are bodies of several lines, those beside an else, those below a condition of several lines, and GoogleTest's macros
+below an if, whose own else compilers warn of.
 
 Enumerators are kPascalCase, but for those that C interfaces and the SDK's and GenICam's headers spell.
 """
@@ -11,6 +12,7 @@ import re
 import sys
 
 HEAD = re.compile(r"^( *)(if|if constexpr|for|while) \(.*\) \{$")
+HAS_AN_ELSE = re.compile(r"^(EXPECT|ASSERT)_\w+\(|^(GTEST_SKIP|FAIL|SUCCEED|ADD_FAILURE)\w*\(")
 NESTED = re.compile(r"^(if|for|while|switch|do|try|case|default|//|#|\})\b|^(//|#|\})")
 
 
@@ -22,7 +24,7 @@ def bodies_with_braces(lines):
             continue
         body = lines[at + 1].strip()
         is_outer_macro = lines[at].endswith("\\")
-        if body.endswith(";") and not NESTED.match(body) and not is_outer_macro:
+        if body.endswith(";") and not NESTED.match(body) and not HAS_AN_ELSE.match(body) and not is_outer_macro:
             yield at
 
 

@@ -39,8 +39,9 @@ protected:
         EXPECT_EQ(TL().GCInitLib(), GC_ERR_SUCCESS);
     }
     ~Consumer() override {
-        if (m_isOpen)
+        if (m_isOpen) {
             EXPECT_EQ(TL().GCCloseLib(), GC_ERR_SUCCESS);
+        }
     }
     void CloseLibrary() {
         EXPECT_EQ(TL().GCCloseLib(), GC_ERR_SUCCESS);

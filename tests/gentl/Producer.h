@@ -55,8 +55,9 @@ std::string InfoText(Call&& call) {
     return Text([&](char* text, std::size_t* size) {
         INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
         const GC_ERROR result = call(&type, text, size);
-        if (result == GC_ERR_SUCCESS)
+        if (result == GC_ERR_SUCCESS) {
             EXPECT_EQ(type, INFO_DATATYPE_STRING);
+        }
         return result;
     });
 }

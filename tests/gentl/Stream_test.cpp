@@ -324,8 +324,9 @@ TEST_F(Streams, FramesAreWholeWhileTheConsumerFlushes) {
             EXPECT_TRUE(mark.has_value());
         }
         EXPECT_EQ(TL().DSQueueBuffer(stream, buffer), GC_ERR_SUCCESS);
-        if (step % 37 == 0)
+        if (step % 37 == 0) {
             EXPECT_EQ(Flush(step % 2 == 0 ? ACQ_QUEUE_ALL_TO_INPUT : ACQ_QUEUE_INPUT_TO_OUTPUT), GC_ERR_SUCCESS);
+        }
     }
     Stop();
     EXPECT_LE(received, StreamCount(STREAM_INFO_NUM_DELIVERED));

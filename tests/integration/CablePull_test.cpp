@@ -145,8 +145,9 @@ private:
 
     void End() {
         if (m_device != nullptr) {
-            if (m_device->IsOpen())
+            if (m_device->IsOpen()) {
                 EXPECT_NO_THROW(m_device->Close());
+            }
             CTlFactory::GetInstance().DestroyDevice(m_device);
             m_device = nullptr;
         }

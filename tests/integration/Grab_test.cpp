@@ -120,8 +120,9 @@ TEST_F(GrabsImages, WhileTheSerialCableIsPulled) {
     const std::optional<GrabResult> result = Next();
     ASSERT_TRUE(result);
     EXPECT_TRUE(result->Succeeded() || result->Status() == Vanto::GrabFailed);
-    if (result->Succeeded())
+    if (result->Succeeded()) {
         EXPECT_EQ(NumberOf(*result), 1U);
+    }
     m_grabber->CancelGrab();
     m_grabber->Close();
 }

@@ -92,14 +92,14 @@ TEST_F(ExchangerTest, SilenceEndsWithinThePromisedTimeWhateverTheCameraClaims) {
 
 TEST_F(ExchangerTest, EachStateOfTheLineEndsAReadWithinThePromisedTime) {
     for (const std::uint32_t rate : {0x01u, 0x80u}) {
-        for (const Fate fate : {Fate::Lost, Fate::HeaderDamaged, Fate::DataDamaged, Fate::Cut, Fate::Twice}) {
+        for (const Fate fate : {Fate::kLost, Fate::kHeaderDamaged, Fate::kDataDamaged, Fate::kCut, Fate::kTwice}) {
             for (const bool isOfCommands : {true, false}) {
                 SetRate(rate);
                 const auto always = [fate](std::size_t) { return fate; };
                 camera.commandFate = isOfCommands ? std::function<Fate(std::size_t)>(always) : nullptr;
                 camera.acknowledgeFate = isOfCommands ? nullptr : std::function<Fate(std::size_t)>(always);
                 const Time begin = clock.Now();
-                if (fate == Fate::Twice)
+                if (fate == Fate::kTwice)
                     ReadVersion();
                 else
                     EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);

@@ -214,8 +214,9 @@ TEST(Grab, CtrlCEndsItWithWhatWasTakenSaved) {
     const RunResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 130);
     for (const std::string& file : grabbing.Files()) {
-        if (file.ends_with(".raw"))
+        if (file.ends_with(".raw")) {
             EXPECT_EQ(fs::file_size(grabbing.Folder() / file), 64U * 32U) << file;
+        }
     }
     EXPECT_EQ(grabbing.cameras.Command("baud cam0"), "ok 9600");
     EXPECT_EQ(grabbing.cameras.Run({"get", "0", "TLParamsLocked"}).out, "0\n");

@@ -73,8 +73,9 @@ TEST_F(DeviceCycles, KeepTheMemoryFlat) {
     std::cout << cycles << " cycles: " << before << " KiB after half of them, " << after << " KiB at the end"
               << (kHasOwnMemory ? "\n" : ", not compared under a sanitizer\n");
     EXPECT_GT(before, 0u);
-    if (kHasOwnMemory)
+    if (kHasOwnMemory) {
         EXPECT_LE(after, before + kAllowedGrowth);
+    }
     EXPECT_EQ(scripted::Driver().CountConnections(), 0u);
 }
 

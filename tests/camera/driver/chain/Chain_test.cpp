@@ -135,8 +135,9 @@ TEST(DriverChain, BadLineNeverGivesAWrongValueNorWritesTwice) {
             continue;
         ++writes;
         std::vector<char> back(4);
-        if (chain.Read(registers::kWidth.address, back) == 0)
+        if (chain.Read(registers::kWidth.address, back) == 0) {
             EXPECT_EQ(back, value);
+        }
     }
     EXPECT_GE(writes, 149u);
     EXPECT_LE(chain.simulator.StatisticsOf(Chain::kName).WritesAt(registers::kWidth.address), 150u);

@@ -298,8 +298,9 @@ TEST_F(ExportsTest, ParametersHaveASize) {
                              CLP_DEVICE_SUPPORTED_BAUDERATES}) {
         EXPECT_EQ(driver.isParamSupported(param), 0);
         EXPECT_EQ(driver.getParam(&line, param, cookie, bytes, 3, kTimeout), CLP_PARAM_SIZE);
-        if (param != CLP_DEVICE_SUPPORTED_BAUDERATES)
+        if (param != CLP_DEVICE_SUPPORTED_BAUDERATES) {
             EXPECT_EQ(driver.setParam(&line, param, cookie, bytes, 3, kTimeout), CLP_PARAM_SIZE);
+        }
     }
 }
 

@@ -142,8 +142,9 @@ protected:
             hasFailed = failing.HasFailed();
             reason = failing.Reason();
         }
-        if (hasFailed && !error.empty() && !IsLookedAtAgain(call))
+        if (hasFailed && !error.empty() && !IsLookedAtAgain(call)) {
             EXPECT_THAT(error + "\n" + Warnings(), testing::HasSubstr(reason));
+        }
         Destroy();
         return hasFailed;
     }

@@ -139,8 +139,9 @@ TEST_F(Cache, StandsManyWriters) {
                 cache.Store(kId, "<" + std::string(10000, static_cast<char>('a' + i)) + "/>");
         });
     for (int turn = 0; turn < 20; ++turn) {
-        if (const auto xml = cache.Load(kId))
+        if (const auto xml = cache.Load(kId)) {
             EXPECT_EQ(*xml, "<" + std::string(10000, xml->at(1)) + "/>");
+        }
     }
     for (std::thread& writer : writers)
         writer.join();
