@@ -68,7 +68,8 @@ inline void AwaitWork(const char* name) noexcept {
 // Nothing of it is left: members are [[no_unique_address]].
 class LockName {
 public:
-    constexpr LockName() = default;
+    // Not defaulted: of members with a trivial one clang would say that nobody uses them.
+    constexpr LockName() noexcept {}
     constexpr LockName(const void*, const char*) noexcept {}
     constexpr void Set(const void*, const char*) noexcept {}
 };
