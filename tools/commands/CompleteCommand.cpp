@@ -25,15 +25,6 @@ namespace tools {
 
 namespace {
 
-class CompleteCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    std::vector<std::string> m_words;
-};
-
 /// Prints what fits to what was typed. A word must be one that a shell can take as it stands.
 class Offers {
 public:
@@ -118,26 +109,32 @@ void OfferWhatStandsHere(const CompletionLine& line, Output& output) {
         OfferSettings(offers, FeaturesOf(line.Device(), output));
 }
 
+class CompleteCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Rest("WORD", m_words, "'line', then the words behind the program's name, up to the cursor");
+    }
+
+    ExitCode Run(Output& output) override {
+        if (m_words.empty() || m_words.front() != "line")
+            throw ToolError("'vanto-cl complete' is for the completion of shells",
+                            "Example: vanto-cl complete line get ''", ExitCode::kUsage);
+        m_words.erase(m_words.begin());
+        const std::vector<CommandModel> commands = CommandModels();
+        const CompletionLine line(commands, m_words);
+        std::optional<Simulation> simulation;
+        const std::string& placeholder = line.Placeholder();
+        if (line.SimulatedCameras() > 0 && (placeholder == "DEVICE" || !line.Device().empty()))
+            simulation.emplace(std::min(line.SimulatedCameras(), Simulation::kMostCameras));
+        OfferWhatStandsHere(line, output);
+        return ExitCode::kDone;
+    }
+
+private:
+    std::vector<std::string> m_words;
+};
+
 }  // namespace
-
-void CompleteCommand::Declare(Options& options) {
-    options.Rest("WORD", m_words, "'line', then the words behind the program's name, up to the cursor");
-}
-
-ExitCode CompleteCommand::Run(Output& output) {
-    if (m_words.empty() || m_words.front() != "line")
-        throw ToolError("'vanto-cl complete' is for the completion of shells", "Example: vanto-cl complete line get ''",
-                        ExitCode::kUsage);
-    m_words.erase(m_words.begin());
-    const std::vector<CommandModel> commands = CommandModels();
-    const CompletionLine line(commands, m_words);
-    std::optional<Simulation> simulation;
-    const std::string& placeholder = line.Placeholder();
-    if (line.SimulatedCameras() > 0 && (placeholder == "DEVICE" || !line.Device().empty()))
-        simulation.emplace(std::min(line.SimulatedCameras(), Simulation::kMostCameras));
-    OfferWhatStandsHere(line, output);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeCompleteCommand() {
     return std::make_unique<CompleteCommand>();

@@ -15,8 +15,7 @@ namespace {
 
 // 'vanto-cl complete line WORD...' gets the words up to the cursor. It answers with a line for each word that fits, a
 // tabulator and what it is behind some, and with lines that begin with a colon: ":files" and ":folders" where such
-// stand,
-// ":nospace" where the word goes on. So the shells know nothing of the commands.
+// stand, ":nospace" where the word goes on. So the shells know nothing of the commands.
 
 constexpr const char* kBash = R"sh(# Completion of vanto-cl for bash.
 _vanto_cl() {
@@ -87,38 +86,36 @@ complete -c vanto-cl -f -a '(__vanto_cl)'
 
 class CompletionCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("SHELL", m_shell, "bash, zsh or fish");
+        options.Offer("SHELL", {"bash", "zsh", "fish"});
+        options.Notes(
+            "Cameras and their features are offered as far as earlier commands have seen them: completing asks no "
+            "port. "
+            "An installation below /usr has it in place for all three.");
+        options.Example("source <(vanto-cl completion bash)", "For the shell that runs; in ~/.bashrc for all");
+        options.Example("vanto-cl completion zsh > ~/.zfunc/_vanto-cl", "Where ~/.zfunc is in fpath");
+        options.Example("vanto-cl completion fish > ~/.config/fish/completions/vanto-cl.fish", "For fish");
+    }
+
+    ExitCode Run(Output& output) override {
+        if (m_shell == "bash")
+            output.Print(kBash);
+        else if (m_shell == "zsh")
+            output.Print(kZsh);
+        else if (m_shell == "fish")
+            output.Print(kFish);
+        else
+            throw ToolError("there is no completion for '" + m_shell + "'", "There is one for bash, zsh and fish.",
+                            ExitCode::kUsage);
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_shell;
 };
 
 }  // namespace
-
-void CompletionCommand::Declare(Options& options) {
-    options.Argument("SHELL", m_shell, "bash, zsh or fish");
-    options.Offer("SHELL", {"bash", "zsh", "fish"});
-    options.Notes(
-        "Cameras and their features are offered as far as earlier commands have seen them: completing asks no port. "
-        "An installation below /usr has it in place for all three.");
-    options.Example("source <(vanto-cl completion bash)", "For the shell that runs; in ~/.bashrc for all");
-    options.Example("vanto-cl completion zsh > ~/.zfunc/_vanto-cl", "Where ~/.zfunc is in fpath");
-    options.Example("vanto-cl completion fish > ~/.config/fish/completions/vanto-cl.fish", "For fish");
-}
-
-ExitCode CompletionCommand::Run(Output& output) {
-    if (m_shell == "bash")
-        output.Print(kBash);
-    else if (m_shell == "zsh")
-        output.Print(kZsh);
-    else if (m_shell == "fish")
-        output.Print(kFish);
-    else
-        throw ToolError("there is no completion for '" + m_shell + "'", "There is one for bash, zsh and fish.",
-                        ExitCode::kUsage);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeCompletionCommand() {
     return std::make_unique<CompletionCommand>();

@@ -20,16 +20,6 @@ namespace tools {
 
 namespace {
 
-class ConfigCheckCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    bool m_json = false;
-    std::string m_file;
-};
-
 std::string Summary(const PortConfiguration& configuration) {
     const auto enabled = std::count_if(configuration.entries.begin(), configuration.entries.end(),
                                        [](const PortEntry& entry) { return entry.IsEnabled(); });
@@ -37,28 +27,35 @@ std::string Summary(const PortConfiguration& configuration) {
                        configuration.entries.size() == 1 ? "" : "s", enabled);
 }
 
+class ConfigCheckCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Value("--file", m_file, "FILE", "Check FILE instead of the one that is in use");
+        options.Flag("--json", m_json, "Print a JSON object");
+        options.Notes(
+            "Ends with 1 when there is an error: something that keeps a camera from being found or a setting "
+            "from being used.");
+        options.Example("vanto-cl config check", "Check the file that is in use");
+        options.Example("vanto-cl config check --file new.xml", "Check another one");
+    }
+
+    ExitCode Run(Output& output) override {
+        const std::filesystem::path path = m_file.empty() ? FindConfigurationPath().path : PathOf(m_file);
+        PortConfiguration configuration = ReadExistingConfiguration(path);
+        CheckPortConfiguration(configuration, MachinePorts());
+        if (m_json)
+            PrintFindingsAsJson(output, path.string(), configuration.findings);
+        else
+            PrintFindings(output, path.string(), configuration.findings, Summary(configuration));
+        return configuration.findings.HasErrors() ? ExitCode::kFailed : ExitCode::kDone;
+    }
+
+private:
+    bool m_json = false;
+    std::string m_file;
+};
+
 }  // namespace
-
-void ConfigCheckCommand::Declare(Options& options) {
-    options.Value("--file", m_file, "FILE", "Check FILE instead of the one that is in use");
-    options.Flag("--json", m_json, "Print a JSON object");
-    options.Notes(
-        "Ends with 1 when there is an error: something that keeps a camera from being found or a setting "
-        "from being used.");
-    options.Example("vanto-cl config check", "Check the file that is in use");
-    options.Example("vanto-cl config check --file new.xml", "Check another one");
-}
-
-ExitCode ConfigCheckCommand::Run(Output& output) {
-    const std::filesystem::path path = m_file.empty() ? FindConfigurationPath().path : PathOf(m_file);
-    PortConfiguration configuration = ReadExistingConfiguration(path);
-    CheckPortConfiguration(configuration, MachinePorts());
-    if (m_json)
-        PrintFindingsAsJson(output, path.string(), configuration.findings);
-    else
-        PrintFindings(output, path.string(), configuration.findings, Summary(configuration));
-    return configuration.findings.HasErrors() ? ExitCode::kFailed : ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeConfigCheckCommand() {
     return std::make_unique<ConfigCheckCommand>();

@@ -18,15 +18,6 @@ namespace tools {
 
 namespace {
 
-class ConfigInitCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    bool m_force = false;
-};
-
 constexpr const char* kOtherFolder =
     "Run it as an administrator, or set VANTO_CL_BINDINGS to a folder of yours here and for your applications.";
 
@@ -37,39 +28,45 @@ void CreateFolder(const std::filesystem::path& folder) {
         throw ToolError(fmt::format("can't make the folder '{}': {}", folder.string(), error.message()), kOtherFolder);
 }
 
-}  // namespace
-
-void ConfigInitCommand::Declare(Options& options) {
-    options.Flag("-f,--force", m_force, "Replace a file that is already there");
-    options.Notes(
-        "The new file enables every serial port of this machine for cameras of Marlow. Take those out that "
-        "have something else behind them: looking for a camera sends bytes to it.");
-    options.Example("sudo vanto-cl config init", "Write the file for all users");
-}
-
-ExitCode ConfigInitCommand::Run(Output& output) {
-    const ConfigurationPath place = FindConfigurationPath();
-    if (!place.warning.empty())
-        throw ToolError(place.warning, place.reason);
-    if (std::filesystem::exists(std::filesystem::symlink_status(place.path)) && !m_force)
-        throw ToolError(fmt::format("'{}' is already there", place.path.string()),
-                        "'vanto-cl config show' shows it, --force replaces it.");
-    const std::vector<std::string> ports = MachinePorts();
-    if (ports.empty())
-        throw ToolError("this machine has no serial port to write a configuration for",
-                        "Plug in the frame grabber or the adapter; 'vanto-cl doctor' shows what was looked at.");
-    CreateFolder(place.path.parent_path());
-    try {
-        WriteFile(place.path, PortConfigurationText(ports));
-    } catch (const ToolError& failure) {
-        throw ToolError(failure.what(), kOtherFolder);
+class ConfigInitCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Flag("-f,--force", m_force, "Replace a file that is already there");
+        options.Notes(
+            "The new file enables every serial port of this machine for cameras of Marlow. Take those out that "
+            "have something else behind them: looking for a camera sends bytes to it.");
+        options.Example("sudo vanto-cl config init", "Write the file for all users");
     }
-    output.Line(fmt::format("{} enables:", Printable(place.path.string())));
-    for (const std::string& port : ports)
-        output.Line("  " + Printable(port));
-    output.Prose("'vanto-cl list' looks for cameras now. Take out the ports that have something else behind them.");
-    return ExitCode::kDone;
-}
+
+    ExitCode Run(Output& output) override {
+        const ConfigurationPath place = FindConfigurationPath();
+        if (!place.warning.empty())
+            throw ToolError(place.warning, place.reason);
+        if (std::filesystem::exists(std::filesystem::symlink_status(place.path)) && !m_force)
+            throw ToolError(fmt::format("'{}' is already there", place.path.string()),
+                            "'vanto-cl config show' shows it, --force replaces it.");
+        const std::vector<std::string> ports = MachinePorts();
+        if (ports.empty())
+            throw ToolError("this machine has no serial port to write a configuration for",
+                            "Plug in the frame grabber or the adapter; 'vanto-cl doctor' shows what was looked at.");
+        CreateFolder(place.path.parent_path());
+        try {
+            WriteFile(place.path, PortConfigurationText(ports));
+        } catch (const ToolError& failure) {
+            throw ToolError(failure.what(), kOtherFolder);
+        }
+        output.Line(fmt::format("{} enables:", Printable(place.path.string())));
+        for (const std::string& port : ports)
+            output.Line("  " + Printable(port));
+        output.Prose("'vanto-cl list' looks for cameras now. Take out the ports that have something else behind them.");
+        return ExitCode::kDone;
+    }
+
+private:
+    bool m_force = false;
+};
+
+}  // namespace
 
 std::unique_ptr<Command> MakeConfigInitCommand() {
     return std::make_unique<ConfigInitCommand>();

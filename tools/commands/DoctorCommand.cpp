@@ -15,32 +15,29 @@ namespace {
 
 class DoctorCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Flag("--json", m_json, "Print a JSON object");
+        options.Notes(
+            "Each camera is opened once; its description is fetched for that where it is not known yet. Ends "
+            "with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
+        options.Example("vanto-cl doctor", "Look at everything");
+        options.Example("vanto-cl doctor --json > report.json", "A report to send to somebody");
+    }
+
+    ExitCode Run(Output& output) override {
+        const Report report = Examine(output);
+        if (m_json)
+            output.Line(ToText(ToJson(report)));
+        else
+            Print(output, report);
+        return ExitCode::kDone;
+    }
 
 private:
     bool m_json = false;
 };
 
 }  // namespace
-
-void DoctorCommand::Declare(Options& options) {
-    options.Flag("--json", m_json, "Print a JSON object");
-    options.Notes(
-        "Each camera is opened once; its description is fetched for that where it is not known yet. Ends "
-        "with 0 whatever it finds: the verdict is in the text, and in \"Healthy\" of the JSON object.");
-    options.Example("vanto-cl doctor", "Look at everything");
-    options.Example("vanto-cl doctor --json > report.json", "A report to send to somebody");
-}
-
-ExitCode DoctorCommand::Run(Output& output) {
-    const Report report = Examine(output);
-    if (m_json)
-        output.Line(ToText(ToJson(report)));
-    else
-        Print(output, report);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeDoctorCommand() {
     return std::make_unique<DoctorCommand>();

@@ -23,8 +23,26 @@ namespace {
 
 class ExecCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Argument("COMMAND", m_command, "Name of a command feature");
+        options.Value("--timeout", m_timeout, "SECONDS", "How long to wait until the command is done (10)");
+        options.Example("vanto-cl exec 0 UserSetLoad", "Execute a command and wait until it is done");
+    }
+
+    ExitCode Run(Output& output) override {
+        const auto timeout = DurationOption("--timeout", m_timeout);
+        const OpenDevice device(m_device, output);
+        GenApi::INode& node = FindFeature(device.Nodes(), m_command);
+        if (node.GetPrincipalInterfaceType() != GenApi::intfICommand)
+            throw ToolError(fmt::format("{} is no command: its kind is {}", m_command, KindText(node)),
+                            "'vanto-cl set' changes features.");
+        if (!GenApi::IsWritable(node.GetAccessMode()))
+            throw ToolError(fmt::format("{} can't be executed at present", m_command));
+        const Progress progress(output, "Waiting for " + m_command);
+        device.Camera().Execute(m_command, timeout);
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -33,27 +51,6 @@ private:
 };
 
 }  // namespace
-
-void ExecCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("COMMAND", m_command, "Name of a command feature");
-    options.Value("--timeout", m_timeout, "SECONDS", "How long to wait until the command is done (10)");
-    options.Example("vanto-cl exec 0 UserSetLoad", "Execute a command and wait until it is done");
-}
-
-ExitCode ExecCommand::Run(Output& output) {
-    const auto timeout = DurationOption("--timeout", m_timeout);
-    const OpenDevice device(m_device, output);
-    GenApi::INode& node = FindFeature(device.Nodes(), m_command);
-    if (node.GetPrincipalInterfaceType() != GenApi::intfICommand)
-        throw ToolError(fmt::format("{} is no command: its kind is {}", m_command, KindText(node)),
-                        "'vanto-cl set' changes features.");
-    if (!GenApi::IsWritable(node.GetAccessMode()))
-        throw ToolError(fmt::format("{} can't be executed at present", m_command));
-    const Progress progress(output, "Waiting for " + m_command);
-    device.Camera().Execute(m_command, timeout);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeExecCommand() {
     return std::make_unique<ExecCommand>();

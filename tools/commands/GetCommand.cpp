@@ -24,8 +24,36 @@ namespace {
 
 class GetCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Arguments("NAME", m_names, "Names of features");
+        options.Flag("--json", m_json, "Print a JSON object with a member for each feature");
+        options.Notes("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
+        options.Example("vanto-cl get 0 ExposureTime", "Print the value");
+        options.Example("vanto-cl get 0 Width Height", "Print Width=... and Height=...");
+    }
+
+    ExitCode Run(Output& output) override {
+        const OpenDevice device(m_device, output);
+        std::vector<GenApi::INode*> nodes;
+        for (const std::string& name : m_names) {
+            nodes.push_back(&FindFeature(device.Nodes(), name));
+            CheckReadable(*nodes.back());
+        }
+        Json json = Json::object();
+        std::string text;
+        for (std::size_t index = 0; index < nodes.size(); ++index) {
+            ThrowIfInterrupted();
+            if (m_json)
+                json[m_names[index]] = ValueJson(*nodes[index]);
+            else if (nodes.size() == 1)
+                text = Printable(ValueText(*nodes[index])) + "\n";
+            else
+                text += fmt::format("{}={}\n", m_names[index], Printable(ValueText(*nodes[index])));
+        }
+        output.Print(m_json ? ToText(json) + "\n" : text);
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -34,37 +62,6 @@ private:
 };
 
 }  // namespace
-
-void GetCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Arguments("NAME", m_names, "Names of features");
-    options.Flag("--json", m_json, "Print a JSON object with a member for each feature");
-    options.Notes("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
-    options.Example("vanto-cl get 0 ExposureTime", "Print the value");
-    options.Example("vanto-cl get 0 Width Height", "Print Width=... and Height=...");
-}
-
-ExitCode GetCommand::Run(Output& output) {
-    const OpenDevice device(m_device, output);
-    std::vector<GenApi::INode*> nodes;
-    for (const std::string& name : m_names) {
-        nodes.push_back(&FindFeature(device.Nodes(), name));
-        CheckReadable(*nodes.back());
-    }
-    Json json = Json::object();
-    std::string text;
-    for (std::size_t index = 0; index < nodes.size(); ++index) {
-        ThrowIfInterrupted();
-        if (m_json)
-            json[m_names[index]] = ValueJson(*nodes[index]);
-        else if (nodes.size() == 1)
-            text = Printable(ValueText(*nodes[index])) + "\n";
-        else
-            text += fmt::format("{}={}\n", m_names[index], Printable(ValueText(*nodes[index])));
-    }
-    output.Print(m_json ? ToText(json) + "\n" : text);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeGetCommand() {
     return std::make_unique<GetCommand>();

@@ -15,15 +15,6 @@ namespace tools {
 
 namespace {
 
-class HelpCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    std::vector<std::string> m_words;
-};
-
 std::vector<std::string> Names() {
     std::vector<std::string> names;
     for (const CommandEntry& entry : CommandTable())
@@ -33,18 +24,25 @@ std::vector<std::string> Names() {
     return names;
 }
 
+class HelpCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.OptionalArguments("WORD", m_words,
+                                  "The command, of one word or two; without it the commands are listed");
+        options.Offer("WORD", Names());
+        options.Example("vanto-cl help config check", "Explain 'vanto-cl config check'");
+    }
+
+    ExitCode Run(Output& output) override {
+        output.Print(HelpOf(m_words, output));
+        return ExitCode::kDone;
+    }
+
+private:
+    std::vector<std::string> m_words;
+};
+
 }  // namespace
-
-void HelpCommand::Declare(Options& options) {
-    options.OptionalArguments("WORD", m_words, "The command, of one word or two; without it the commands are listed");
-    options.Offer("WORD", Names());
-    options.Example("vanto-cl help config check", "Explain 'vanto-cl config check'");
-}
-
-ExitCode HelpCommand::Run(Output& output) {
-    output.Print(HelpOf(m_words, output));
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeHelpCommand() {
     return std::make_unique<HelpCommand>();

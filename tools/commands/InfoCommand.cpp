@@ -21,8 +21,36 @@ namespace {
 
 class InfoCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Arguments("NAME", m_names, "Names of features");
+        options.Flag("--json", m_json, "Print a JSON array with an object for each feature");
+        options.Notes(
+            "Where a feature can't be used at present, \"Because\" names the condition and what it looks at.");
+        options.Example("vanto-cl info 0 ExposureTime", "What ExposureTime takes, where it lies, why it is locked");
+    }
+
+    ExitCode Run(Output& output) override {
+        const OpenDevice device(m_device, output);
+        std::vector<GenApi::INode*> nodes;
+        for (const std::string& name : m_names)
+            nodes.push_back(&FindFeature(device.Nodes(), name));
+        Json json = Json::array();
+        for (GenApi::INode* node : nodes) {
+            ThrowIfInterrupted();
+            Json info = FeatureInfo(*node);
+            device.ThrowIfGone();
+            if (!m_json) {
+                if (node != nodes.front())
+                    output.Line();
+                PrintInfo(output, info);
+            }
+            json.push_back(std::move(info));
+        }
+        if (m_json)
+            output.Line(ToText(json));
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -31,36 +59,6 @@ private:
 };
 
 }  // namespace
-
-void InfoCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Arguments("NAME", m_names, "Names of features");
-    options.Flag("--json", m_json, "Print a JSON array with an object for each feature");
-    options.Notes("Where a feature can't be used at present, \"Because\" names the condition and what it looks at.");
-    options.Example("vanto-cl info 0 ExposureTime", "What ExposureTime takes, where it lies, why it is locked");
-}
-
-ExitCode InfoCommand::Run(Output& output) {
-    const OpenDevice device(m_device, output);
-    std::vector<GenApi::INode*> nodes;
-    for (const std::string& name : m_names)
-        nodes.push_back(&FindFeature(device.Nodes(), name));
-    Json json = Json::array();
-    for (GenApi::INode* node : nodes) {
-        ThrowIfInterrupted();
-        Json info = FeatureInfo(*node);
-        device.ThrowIfGone();
-        if (!m_json) {
-            if (node != nodes.front())
-                output.Line();
-            PrintInfo(output, info);
-        }
-        json.push_back(std::move(info));
-    }
-    if (m_json)
-        output.Line(ToText(json));
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeInfoCommand() {
     return std::make_unique<InfoCommand>();

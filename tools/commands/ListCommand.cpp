@@ -28,16 +28,6 @@ namespace tools {
 
 namespace {
 
-class ListCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    bool m_json = false;
-    bool m_forget = false;
-};
-
 Json ToJson(const ListedCamera& camera) {
     Json json{{"Index", camera.known ? Json(camera.known->number) : Json(nullptr)},
               {"State", camera.user ? "in use" : "ready"},
@@ -104,47 +94,54 @@ void Warn(Output& output, const Enumeration& enumeration, const std::vector<List
             output.Warn(StrandedText(camera.Name(), camera.portId, camera.baudRate, camera.RestBaudRate()));
 }
 
-}  // namespace
-
-void ListCommand::Declare(Options& options) {
-    options.Flag("--json", m_json, "Print a JSON array of the cameras' info records");
-    options.Flag("--forget", m_forget, "Forget the numbers of earlier lists and begin with 0");
-    options.Notes(
-        "Commands that take a DEVICE know a camera by its number here, its serial number, its friendly name, "
-        "its full name or its port. A camera keeps its number when others come and go, and when it is "
-        "plugged into another port.");
-    options.Example("vanto-cl list", "The cameras, each with the number that other commands know it by");
-    options.Example("vanto-cl list --json | jq -r \".[].SerialNumber\"", "The serial numbers, for a script");
-    options.Example("vanto-cl --simulate=3 list", "Three simulated cameras");
-}
-
-ExitCode ListCommand::Run(Output& output) {
-    const Interruption::Watch watch;
-    if (m_forget) {
-        ChangeKnownCameras(output, [](KnownCameras& known) { known = KnownCameras(); });
-        ForgetFeatureWords();
+class ListCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Flag("--json", m_json, "Print a JSON array of the cameras' info records");
+        options.Flag("--forget", m_forget, "Forget the numbers of earlier lists and begin with 0");
+        options.Notes(
+            "Commands that take a DEVICE know a camera by its number here, its serial number, its friendly name, "
+            "its full name or its port. A camera keeps its number when others come and go, and when it is "
+            "plugged into another port.");
+        options.Example("vanto-cl list", "The cameras, each with the number that other commands know it by");
+        options.Example("vanto-cl list --json | jq -r \".[].SerialNumber\"", "The serial numbers, for a script");
+        options.Example("vanto-cl --simulate=3 list", "Three simulated cameras");
     }
-    const TransportLayer layer;
-    const auto begin = std::chrono::steady_clock::now();
-    const Enumeration enumeration = EnumerateAndRemember(layer, output);
-    const auto elapsed =
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
-    const std::vector<ListedCamera> cameras = ListCameras(layer, enumeration, LoadKnownCameras(output));
-    if (m_json)
-        PrintJson(output, cameras);
-    if (cameras.empty()) {
+
+    ExitCode Run(Output& output) override {
+        const Interruption::Watch watch;
+        if (m_forget) {
+            ChangeKnownCameras(output, [](KnownCameras& known) { known = KnownCameras(); });
+            ForgetFeatureWords();
+        }
+        const TransportLayer layer;
+        const auto begin = std::chrono::steady_clock::now();
+        const Enumeration enumeration = EnumerateAndRemember(layer, output);
+        const auto elapsed =
+            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+        const std::vector<ListedCamera> cameras = ListCameras(layer, enumeration, LoadKnownCameras(output));
+        if (m_json)
+            PrintJson(output, cameras);
+        if (cameras.empty()) {
+            ThrowIfInterrupted();
+            PrintReasons(output, WhyNoCamera(layer, enumeration), m_json);
+            return ExitCode::kDone;
+        }
+        if (!m_json) {
+            PrintTable(output, cameras);
+            output.Line(Summary(enumeration, elapsed));
+        }
+        Warn(output, enumeration, cameras);
         ThrowIfInterrupted();
-        PrintReasons(output, WhyNoCamera(layer, enumeration), m_json);
         return ExitCode::kDone;
     }
-    if (!m_json) {
-        PrintTable(output, cameras);
-        output.Line(Summary(enumeration, elapsed));
-    }
-    Warn(output, enumeration, cameras);
-    ThrowIfInterrupted();
-    return ExitCode::kDone;
-}
+
+private:
+    bool m_json = false;
+    bool m_forget = false;
+};
+
+}  // namespace
 
 std::unique_ptr<Command> MakeListCommand() {
     return std::make_unique<ListCommand>();

@@ -21,17 +21,6 @@ namespace tools {
 
 namespace {
 
-class LoadCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    std::string m_device;
-    std::string m_file;
-    bool m_json = false;
-};
-
 using Faults = std::vector<Vanto::SettingFault>;
 
 Json ToJson(const OpenDevice& device, std::size_t settings, const Faults& faults) {
@@ -63,35 +52,44 @@ Faults Load(const OpenDevice& device, const std::string& text, const std::string
     return faults;
 }
 
+class LoadCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Argument("FILE", m_file,
+                         "A file that 'vanto-cl save' wrote, or NAME=VALUE lines; - for standard input");
+        options.Flag("--json", m_json, "Print a JSON object, refusals included");
+        options.Notes(
+            "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then the "
+            "exit code is 1.");
+        options.Example("vanto-cl load 0 camera.txt", "Set what the file says");
+        options.Example("vanto-cl save 0 - | vanto-cl load 1 -", "Set one camera as the other is");
+    }
+
+    ExitCode Run(Output& output) override {
+        const std::string text = ReadInput(PathOf(m_file));
+        const std::size_t settings = base::ParseSettings(m_file, text).size();
+        const OpenDevice device(m_device, output);
+        const Faults faults = Load(device, text, m_file, settings, output);
+        for (const Vanto::SettingFault& fault : faults)
+            output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, fault.line,
+                                              fault.selectors.empty() ? "" : "[" + fault.selectors + "] ",
+                                              device.WithoutName(fault.reason))));
+        if (m_json)
+            output.Line(ToText(ToJson(device, settings, faults)));
+        else
+            output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file),
+                                    settings - faults.size(), settings));
+        return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
+    }
+
+private:
+    std::string m_device;
+    std::string m_file;
+    bool m_json = false;
+};
+
 }  // namespace
-
-void LoadCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("FILE", m_file, "A file that 'vanto-cl save' wrote, or NAME=VALUE lines; - for standard input");
-    options.Flag("--json", m_json, "Print a JSON object, refusals included");
-    options.Notes(
-        "What the camera takes is set, in whatever order it takes it; each refusal is reported, and then the "
-        "exit code is 1.");
-    options.Example("vanto-cl load 0 camera.txt", "Set what the file says");
-    options.Example("vanto-cl save 0 - | vanto-cl load 1 -", "Set one camera as the other is");
-}
-
-ExitCode LoadCommand::Run(Output& output) {
-    const std::string text = ReadInput(PathOf(m_file));
-    const std::size_t settings = base::ParseSettings(m_file, text).size();
-    const OpenDevice device(m_device, output);
-    const Faults faults = Load(device, text, m_file, settings, output);
-    for (const Vanto::SettingFault& fault : faults)
-        output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, fault.line,
-                                          fault.selectors.empty() ? "" : "[" + fault.selectors + "] ",
-                                          device.WithoutName(fault.reason))));
-    if (m_json)
-        output.Line(ToText(ToJson(device, settings, faults)));
-    else
-        output.Line(fmt::format("{}: {} of {} settings are in the camera", Printable(m_file), settings - faults.size(),
-                                settings));
-    return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
-}
 
 std::unique_ptr<Command> MakeLoadCommand() {
     return std::make_unique<LoadCommand>();

@@ -18,23 +18,22 @@ namespace {
 class ManualPagesCommand : public Command {
 public:
     void Declare(Options& options) override { options.Argument("FOLDER", m_folder, "Where the pages go"); }
-    ExitCode Run(Output& output) override;
+
+    ExitCode Run(Output&) override {
+        const std::filesystem::path folder = PathOf(m_folder);
+        const std::vector<CommandModel> commands = CommandModels();
+        WriteFile(folder / "vanto-cl.1", MainManualPage(commands));
+        for (const CommandModel& command : commands)
+            if (command.IsForPeople())
+                WriteFile(folder / ManualPageName(command), ManualPage(command));
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_folder;
 };
 
 }  // namespace
-
-ExitCode ManualPagesCommand::Run(Output&) {
-    const std::filesystem::path folder = PathOf(m_folder);
-    const std::vector<CommandModel> commands = CommandModels();
-    WriteFile(folder / "vanto-cl.1", MainManualPage(commands));
-    for (const CommandModel& command : commands)
-        if (command.IsForPeople())
-            WriteFile(folder / ManualPageName(command), ManualPage(command));
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeManualPagesCommand() {
     return std::make_unique<ManualPagesCommand>();

@@ -21,15 +21,6 @@ namespace tools {
 
 namespace {
 
-class PortsCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    bool m_json = false;
-};
-
 /// The entries of the configuration; none when there is no file. What is wrong with the file goes to \a problem.
 std::vector<PortEntry> ConfiguredEntries(std::string& problem) {
     const std::filesystem::path path = FindConfigurationPath().path;
@@ -92,34 +83,40 @@ void PrintTable(Output& output, const std::vector<std::string>& ports, const std
     table.PrintTo(output);
 }
 
-}  // namespace
-
-void PortsCommand::Declare(Options& options) {
-    options.Flag("--json", m_json, "Print a JSON array");
-    options.Notes("A camera is looked for on a port only if the port configuration file enables it.");
-    options.Example("vanto-cl ports", "Which ports there are, and which are asked for cameras");
-}
-
-ExitCode PortsCommand::Run(Output& output) {
-    const std::vector<std::string> ports = MachinePorts();
-    std::string problem;
-    const std::vector<PortEntry> entries = ConfiguredEntries(problem);
-    if (m_json) {
-        PrintJson(output, ports, entries);
-    } else if (ports.empty()) {
-        output.Line("No serial port was found.");
-        for (const CLProtocol::LibraryReport& library : CLProtocol::GetSerialLibraries())
-            if (!library.refusal.empty())
-                output.Prose(fmt::format("'{}' was refused: {}", Printable(library.path.view()),
-                                         Printable(library.refusal.view())));
-        output.Prose("'vanto-cl doctor' shows where serial libraries and devices are looked for.");
-    } else {
-        PrintTable(output, ports, entries);
+class PortsCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Flag("--json", m_json, "Print a JSON array");
+        options.Notes("A camera is looked for on a port only if the port configuration file enables it.");
+        options.Example("vanto-cl ports", "Which ports there are, and which are asked for cameras");
     }
-    if (!problem.empty())
-        output.Warn(Printable(problem));
-    return ExitCode::kDone;
-}
+
+    ExitCode Run(Output& output) override {
+        const std::vector<std::string> ports = MachinePorts();
+        std::string problem;
+        const std::vector<PortEntry> entries = ConfiguredEntries(problem);
+        if (m_json) {
+            PrintJson(output, ports, entries);
+        } else if (ports.empty()) {
+            output.Line("No serial port was found.");
+            for (const CLProtocol::LibraryReport& library : CLProtocol::GetSerialLibraries())
+                if (!library.refusal.empty())
+                    output.Prose(fmt::format("'{}' was refused: {}", Printable(library.path.view()),
+                                             Printable(library.refusal.view())));
+            output.Prose("'vanto-cl doctor' shows where serial libraries and devices are looked for.");
+        } else {
+            PrintTable(output, ports, entries);
+        }
+        if (!problem.empty())
+            output.Warn(Printable(problem));
+        return ExitCode::kDone;
+    }
+
+private:
+    bool m_json = false;
+};
+
+}  // namespace
 
 std::unique_ptr<Command> MakePortsCommand() {
     return std::make_unique<PortsCommand>();

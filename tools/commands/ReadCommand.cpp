@@ -23,20 +23,6 @@ namespace tools {
 
 namespace {
 
-class ReadCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    std::string m_device;
-    std::string m_address;
-    std::string m_length;
-    std::string m_file;
-    bool m_dump = false;
-    bool m_json = false;
-};
-
 constexpr std::int64_t kMostBytes = 64 << 20;
 
 /// Sixteen bytes a line: address, digits, and what is a letter of ASCII.
@@ -55,40 +41,51 @@ std::string DumpText(std::uint64_t address, const std::vector<std::uint8_t>& byt
     return text;
 }
 
-}  // namespace
-
-void ReadCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
-    options.Argument("LENGTH", m_length, "Number of bytes");
-    options.Flag("--dump", m_dump, "Print lines with addresses and letters");
-    options.Value("-o,--output", m_file, "FILE", "Write the bytes to FILE");
-    options.Flag("--json", m_json, "Print a JSON object");
-    options.Exclude("--dump", "--output");
-    options.Exclude("--json", "--dump");
-    options.Exclude("--json", "--output");
-    options.Notes("Without options the bytes are printed as hexadecimal digits, as 'write' takes them.");
-    options.Example("vanto-cl read 0 0x4 16 --dump", "Sixteen bytes with addresses and letters");
-}
-
-ExitCode ReadCommand::Run(Output& output) {
-    const std::int64_t address = AddressArgument(m_address);
-    const std::int64_t length = NumberOption("LENGTH", m_length, 1, kMostBytes);
-    const OpenDevice device(m_device, output);
-    std::vector<std::uint8_t> bytes;
-    {
-        const Progress progress(output, fmt::format("Reading {} bytes from {}", length, device.Name()));
-        bytes = ReadRegisters(device, address, length);
+class ReadCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
+        options.Argument("LENGTH", m_length, "Number of bytes");
+        options.Flag("--dump", m_dump, "Print lines with addresses and letters");
+        options.Value("-o,--output", m_file, "FILE", "Write the bytes to FILE");
+        options.Flag("--json", m_json, "Print a JSON object");
+        options.Exclude("--dump", "--output");
+        options.Exclude("--json", "--dump");
+        options.Exclude("--json", "--output");
+        options.Notes("Without options the bytes are printed as hexadecimal digits, as 'write' takes them.");
+        options.Example("vanto-cl read 0 0x4 16 --dump", "Sixteen bytes with addresses and letters");
     }
-    if (!m_file.empty())
-        WriteFile(PathOf(m_file), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    else if (m_json)
-        output.Line(ToText(
-            Json{{"Address", fmt::format("0x{:X}", address)}, {"Length", length}, {"Bytes", base::HexText(bytes)}}));
-    else
-        output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : base::HexText(bytes) + "\n");
-    return ExitCode::kDone;
-}
+
+    ExitCode Run(Output& output) override {
+        const std::int64_t address = AddressArgument(m_address);
+        const std::int64_t length = NumberOption("LENGTH", m_length, 1, kMostBytes);
+        const OpenDevice device(m_device, output);
+        std::vector<std::uint8_t> bytes;
+        {
+            const Progress progress(output, fmt::format("Reading {} bytes from {}", length, device.Name()));
+            bytes = ReadRegisters(device, address, length);
+        }
+        if (!m_file.empty())
+            WriteFile(PathOf(m_file), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        else if (m_json)
+            output.Line(ToText(Json{
+                {"Address", fmt::format("0x{:X}", address)}, {"Length", length}, {"Bytes", base::HexText(bytes)}}));
+        else
+            output.Print(m_dump ? DumpText(static_cast<std::uint64_t>(address), bytes) : base::HexText(bytes) + "\n");
+        return ExitCode::kDone;
+    }
+
+private:
+    std::string m_device;
+    std::string m_address;
+    std::string m_length;
+    std::string m_file;
+    bool m_dump = false;
+    bool m_json = false;
+};
+
+}  // namespace
 
 std::unique_ptr<Command> MakeReadCommand() {
     return std::make_unique<ReadCommand>();

@@ -22,8 +22,33 @@ namespace {
 
 class SaveCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Argument("FILE", m_file, "The file to write, - for standard output");
+        options.Notes(
+            "Saved are the streamable features that can be set at present, for each value of their selectors. "
+            "What can't be read is reported, the rest is saved, and the exit code is 1.");
+        options.Example("vanto-cl save 0 camera.txt", "Save the settings");
+    }
+
+    ExitCode Run(Output& output) override {
+        const OpenDevice device(m_device, output);
+        std::string text;
+        std::vector<Vanto::SettingFault> faults;
+        {
+            const Progress progress(output, "Reading the settings of " + device.Name());
+            text = device.Camera().SettingsText(faults);
+        }
+        for (const Vanto::SettingFault& fault : faults)
+            output.Warn("not saved: " + Printable(device.WithoutName(fault.reason)));
+        if (m_file == "-") {
+            output.Print(text);
+        } else {
+            WriteFile(PathOf(m_file), text);
+            output.Line(fmt::format("{}: {} settings", Printable(m_file), base::ParseSettings(m_file, text).size()));
+        }
+        return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
+    }
 
 private:
     std::string m_device;
@@ -31,34 +56,6 @@ private:
 };
 
 }  // namespace
-
-void SaveCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("FILE", m_file, "The file to write, - for standard output");
-    options.Notes(
-        "Saved are the streamable features that can be set at present, for each value of their selectors. "
-        "What can't be read is reported, the rest is saved, and the exit code is 1.");
-    options.Example("vanto-cl save 0 camera.txt", "Save the settings");
-}
-
-ExitCode SaveCommand::Run(Output& output) {
-    const OpenDevice device(m_device, output);
-    std::string text;
-    std::vector<Vanto::SettingFault> faults;
-    {
-        const Progress progress(output, "Reading the settings of " + device.Name());
-        text = device.Camera().SettingsText(faults);
-    }
-    for (const Vanto::SettingFault& fault : faults)
-        output.Warn("not saved: " + Printable(device.WithoutName(fault.reason)));
-    if (m_file == "-") {
-        output.Print(text);
-    } else {
-        WriteFile(PathOf(m_file), text);
-        output.Line(fmt::format("{}: {} settings", Printable(m_file), base::ParseSettings(m_file, text).size()));
-    }
-    return faults.empty() ? ExitCode::kDone : ExitCode::kFailed;
-}
 
 std::unique_ptr<Command> MakeSaveCommand() {
     return std::make_unique<SaveCommand>();

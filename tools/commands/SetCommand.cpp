@@ -18,8 +18,27 @@ namespace {
 
 class SetCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Arguments("NAME=VALUE", m_assignments, "Features and their new values, set in this order");
+        options.Notes(
+            "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe. All are checked "
+            "before the first is written. When the camera refuses one nevertheless, those before it get their "
+            "old values back.");
+        options.Example("vanto-cl set 0 Width=1024 PixelFormat=Mono12", "Change two features");
+        options.Example("vanto-cl set 0 'ExposureTime=2 ms'", "A multiple of the unit of the feature");
+    }
+
+    ExitCode Run(Output& output) override {
+        std::vector<Assignment> parsed;
+        for (const std::string& word : m_assignments)
+            parsed.push_back(ParseAssignment(word));
+        const OpenDevice device(m_device, output);
+        Assignments assignments(device.Nodes(), parsed);
+        assignments.Check();
+        assignments.Apply();
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -27,28 +46,6 @@ private:
 };
 
 }  // namespace
-
-void SetCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Arguments("NAME=VALUE", m_assignments, "Features and their new values, set in this order");
-    options.Notes(
-        "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe. All are checked "
-        "before the first is written. When the camera refuses one nevertheless, those before it get their "
-        "old values back.");
-    options.Example("vanto-cl set 0 Width=1024 PixelFormat=Mono12", "Change two features");
-    options.Example("vanto-cl set 0 'ExposureTime=2 ms'", "A multiple of the unit of the feature");
-}
-
-ExitCode SetCommand::Run(Output& output) {
-    std::vector<Assignment> parsed;
-    for (const std::string& word : m_assignments)
-        parsed.push_back(ParseAssignment(word));
-    const OpenDevice device(m_device, output);
-    Assignments assignments(device.Nodes(), parsed);
-    assignments.Check();
-    assignments.Apply();
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeSetCommand() {
     return std::make_unique<SetCommand>();

@@ -24,19 +24,6 @@ namespace tools {
 
 namespace {
 
-class WatchCommand : public Command {
-public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
-
-private:
-    std::string m_device;
-    std::vector<std::string> m_names;
-    std::string m_interval = "0.5";
-    std::string m_count;
-    bool m_json = false;
-};
-
 /// One feature and what was printed of it last.
 class Watched {
 public:
@@ -67,40 +54,50 @@ private:
     bool m_printed = false;
 };
 
+class WatchCommand : public Command {
+public:
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Arguments("NAME", m_names, "Names of features");
+        options.Value("--interval", m_interval, "SECONDS", "Time from one look to the next (0.5)");
+        options.Value("--count", m_count, "N", "End after N looks; without it Ctrl-C ends it");
+        options.Flag("--json", m_json, "Print a JSON object in a line for each change");
+        options.Notes("The first look prints all values, later ones print what changed.");
+        options.Example("vanto-cl watch 0 DeviceTemperature --interval 2", "Look every two seconds");
+    }
+
+    ExitCode Run(Output& output) override {
+        const auto interval = DurationOption("--interval", m_interval);
+        constexpr std::int64_t kEndless = std::numeric_limits<std::int64_t>::max();
+        const std::int64_t count = m_count.empty() ? kEndless : NumberOption("--count", m_count, 1, kEndless);
+        const OpenDevice device(m_device, output);
+        std::vector<Watched> watched;
+        for (const std::string& name : m_names) {
+            GenApi::INode& node = FindFeature(device.Nodes(), name);
+            if (!HasValue(node))
+                CheckReadable(node);
+            watched.emplace_back(node);
+        }
+        for (std::int64_t look = 1; !Interruption::Requested(); ++look) {
+            for (Watched& one : watched)
+                one.Look(output, m_json);
+            device.ThrowIfGone();
+            // Nobody reads any more: an end like any other, which the application reports.
+            if (!output.Flush() || look == count || !SleepUninterrupted(interval))
+                break;
+        }
+        return ExitCode::kDone;
+    }
+
+private:
+    std::string m_device;
+    std::vector<std::string> m_names;
+    std::string m_interval = "0.5";
+    std::string m_count;
+    bool m_json = false;
+};
+
 }  // namespace
-
-void WatchCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Arguments("NAME", m_names, "Names of features");
-    options.Value("--interval", m_interval, "SECONDS", "Time from one look to the next (0.5)");
-    options.Value("--count", m_count, "N", "End after N looks; without it Ctrl-C ends it");
-    options.Flag("--json", m_json, "Print a JSON object in a line for each change");
-    options.Notes("The first look prints all values, later ones print what changed.");
-    options.Example("vanto-cl watch 0 DeviceTemperature --interval 2", "Look every two seconds");
-}
-
-ExitCode WatchCommand::Run(Output& output) {
-    const auto interval = DurationOption("--interval", m_interval);
-    constexpr std::int64_t kEndless = std::numeric_limits<std::int64_t>::max();
-    const std::int64_t count = m_count.empty() ? kEndless : NumberOption("--count", m_count, 1, kEndless);
-    const OpenDevice device(m_device, output);
-    std::vector<Watched> watched;
-    for (const std::string& name : m_names) {
-        GenApi::INode& node = FindFeature(device.Nodes(), name);
-        if (!HasValue(node))
-            CheckReadable(node);
-        watched.emplace_back(node);
-    }
-    for (std::int64_t look = 1; !Interruption::Requested(); ++look) {
-        for (Watched& one : watched)
-            one.Look(output, m_json);
-        device.ThrowIfGone();
-        // Nobody reads any more: an end like any other, which the application reports.
-        if (!output.Flush() || look == count || !SleepUninterrupted(interval))
-            break;
-    }
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeWatchCommand() {
     return std::make_unique<WatchCommand>();

@@ -18,8 +18,23 @@ namespace {
 
 class WriteCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
+        options.Argument("HEX", m_bytes, "The bytes as pairs of hexadecimal digits, in the order of the addresses");
+        options.Notes("Nothing is checked: the camera takes what it is given.");
+        options.Example("vanto-cl write 0 0x1000C0 00000001", "Write four bytes");
+    }
+
+    ExitCode Run(Output& output) override {
+        const std::int64_t address = AddressArgument(m_address);
+        const auto bytes = base::BytesFromText(m_bytes);
+        if (!bytes)
+            throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
+        const OpenDevice device(m_device, output);
+        device.Camera().WriteRegisters(address, *bytes);
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -28,24 +43,6 @@ private:
 };
 
 }  // namespace
-
-void WriteCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
-    options.Argument("HEX", m_bytes, "The bytes as pairs of hexadecimal digits, in the order of the addresses");
-    options.Notes("Nothing is checked: the camera takes what it is given.");
-    options.Example("vanto-cl write 0 0x1000C0 00000001", "Write four bytes");
-}
-
-ExitCode WriteCommand::Run(Output& output) {
-    const std::int64_t address = AddressArgument(m_address);
-    const auto bytes = base::BytesFromText(m_bytes);
-    if (!bytes)
-        throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
-    const OpenDevice device(m_device, output);
-    device.Camera().WriteRegisters(address, *bytes);
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeWriteCommand() {
     return std::make_unique<WriteCommand>();

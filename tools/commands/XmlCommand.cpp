@@ -26,8 +26,41 @@ namespace {
 
 class XmlCommand : public Command {
 public:
-    void Declare(Options& options) override;
-    ExitCode Run(Output& output) override;
+    void Declare(Options& options) override {
+        options.Argument("DEVICE", m_device, kDeviceHelp);
+        options.Value("-o,--output", m_file, "FILE", "Write to FILE instead of standard output");
+        options.Notes(
+            "The description is printed as the camera gives it, byte by byte, faults included. A description "
+            "that was fetched before comes from the cache on disk (GENICAM_CACHE).");
+        options.Example("vanto-cl xml 0 -o camera.xml", "Fetch the description of the first camera of the list");
+    }
+
+    ExitCode Run(Output& output) override {
+        const TransportLayer layer;
+        Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
+        if (provider == nullptr)
+            throw ToolError("the transport layer can't read descriptions from cameras");
+        GenICam::gcstring source;
+        GenICam::gcstring xml;
+        std::chrono::milliseconds elapsed{0};
+        {
+            const Interruption::Watch watch;
+            CameraSearch(layer, output).Find(m_device, [&](const Vanto::CDeviceInfo& camera) {
+                const Fetching progress(layer.Ports(), output, "Fetching the description of " + NameOf(camera));
+                ReadDescription(NameOf(camera), [&] { provider->ProvideXMLFile(camera, source, xml); });
+                elapsed = progress.Elapsed();
+            });
+            ThrowIfInterrupted();
+        }
+        if (m_file.empty() || m_file == "-") {
+            output.Print(xml.view());
+            return ExitCode::kDone;
+        }
+        WriteFile(PathOf(m_file), xml.view());
+        output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
+                                base::ToText(base::Sha1(xml.view()))));
+        return ExitCode::kDone;
+    }
 
 private:
     std::string m_device;
@@ -35,42 +68,6 @@ private:
 };
 
 }  // namespace
-
-void XmlCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
-    options.Value("-o,--output", m_file, "FILE", "Write to FILE instead of standard output");
-    options.Notes(
-        "The description is printed as the camera gives it, byte by byte, faults included. A description "
-        "that was fetched before comes from the cache on disk (GENICAM_CACHE).");
-    options.Example("vanto-cl xml 0 -o camera.xml", "Fetch the description of the first camera of the list");
-}
-
-ExitCode XmlCommand::Run(Output& output) {
-    const TransportLayer layer;
-    Vanto::IXmlFileProvider* provider = layer.Require().GetXmlFileProvider();
-    if (provider == nullptr)
-        throw ToolError("the transport layer can't read descriptions from cameras");
-    GenICam::gcstring source;
-    GenICam::gcstring xml;
-    std::chrono::milliseconds elapsed{0};
-    {
-        const Interruption::Watch watch;
-        CameraSearch(layer, output).Find(m_device, [&](const Vanto::CDeviceInfo& camera) {
-            const Fetching progress(layer.Ports(), output, "Fetching the description of " + NameOf(camera));
-            ReadDescription(NameOf(camera), [&] { provider->ProvideXMLFile(camera, source, xml); });
-            elapsed = progress.Elapsed();
-        });
-        ThrowIfInterrupted();
-    }
-    if (m_file.empty() || m_file == "-") {
-        output.Print(xml.view());
-        return ExitCode::kDone;
-    }
-    WriteFile(PathOf(m_file), xml.view());
-    output.Line(fmt::format("{}: {} bytes in {}, SHA-1 {}", Printable(m_file), xml.size(), DurationText(elapsed),
-                            base::ToText(base::Sha1(xml.view()))));
-    return ExitCode::kDone;
-}
 
 std::unique_ptr<Command> MakeXmlCommand() {
     return std::make_unique<XmlCommand>();
