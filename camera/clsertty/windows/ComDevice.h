@@ -42,8 +42,8 @@ private:
     [[noreturn]] void ThrowGone(DWORD error) const;
 
     const std::string m_title;  // name and path, for texts
-    const Handle m_port;
-    const Handle m_cancel;
+    const os::Handle m_port;
+    const os::Handle m_cancel;
     std::mutex m_inputMutex;  // for the three below; never held during a wait
     Transfer m_wait;          // of m_first
     char m_first = 0;         // a wait for input is a read of one byte

@@ -6,25 +6,9 @@
 
 #include <windows.h>
 
+#include "os/windows/Handle.h"
+
 namespace ClSerTty {
-
-/// A handle that closes itself.
-class Handle {
-public:
-    explicit Handle(HANDLE handle) noexcept : m_handle(handle) {}
-    ~Handle() {
-        if (IsOpen())
-            CloseHandle(m_handle);
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    HANDLE Get() const noexcept { return m_handle; }
-    bool IsOpen() const noexcept { return m_handle != nullptr && m_handle != INVALID_HANDLE_VALUE; }
-
-private:
-    HANDLE m_handle;
-};
 
 /// An event that stays set until it is reset. Throws std::system_error when there can't be another.
 HANDLE NewEvent();
@@ -59,7 +43,7 @@ private:
     DWORD Begun(BOOL result);
 
     const HANDLE m_port;
-    const Handle m_done;
+    const os::Handle m_done;
     OVERLAPPED m_overlapped{};
     bool m_isUnderWay = false;
 };

@@ -18,6 +18,9 @@
 #include <thread>
 #include <utility>
 
+#include "os/posix/FileDescriptor.h"
+#include "system/LineBuffer.h"
+
 extern char** environ;
 
 namespace tools {
@@ -26,32 +29,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kGraceOfStop{5};
-constexpr std::size_t kLongestLine = 64 * 1024;
-
-/// Owns a file descriptor.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int value) : m_value(value) {}
-    Descriptor(Descriptor&& other) noexcept : m_value(std::exchange(other.m_value, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_value, other.m_value);
-        return *this;
-    }
-    ~Descriptor() { Close(); }
-    int Get() const noexcept { return m_value; }
-    void Close() noexcept {
-        if (m_value >= 0)
-            ::close(std::exchange(m_value, -1));
-    }
-
-private:
-    int m_value = -1;
-};
 
 struct Pipe {
-    Descriptor readEnd;
-    Descriptor writeEnd;
+    os::FileDescriptor readEnd;
+    os::FileDescriptor writeEnd;
 };
 
 [[noreturn]] void Fail(int error, const std::string& what) {
@@ -62,7 +43,7 @@ Pipe MakePipe() {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
         Fail(errno, "can't make a pipe");
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
+    return {os::FileDescriptor(ends[0]), os::FileDescriptor(ends[1])};
 }
 
 /// What posix_spawn needs to know, freed at the end.
@@ -104,9 +85,9 @@ private:
 class ChildProcess::Impl {
 public:
     pid_t pid = -1;
-    Descriptor input;
-    Descriptor output;
-    std::string pending;
+    os::FileDescriptor input;
+    os::FileDescriptor output;
+    LineBuffer pending;
 
     /// Waits until the child has ended; false when it has not in time.
     bool WaitForEnd(std::chrono::milliseconds timeout) noexcept {
@@ -148,12 +129,8 @@ ChildProcess::~ChildProcess() {
 std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
     for (;;) {
-        const std::size_t end = m_impl->pending.find('\n');
-        if (end != std::string::npos) {
-            std::string line = m_impl->pending.substr(0, end);
-            m_impl->pending.erase(0, end + 1);
+        if (auto line = m_impl->pending.Take())
             return line;
-        }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
         pollfd waiting{m_impl->output.Get(), POLLIN, 0};
         const int ready = left.count() > 0 ? ::poll(&waiting, 1, static_cast<int>(left.count())) : 0;
@@ -163,9 +140,9 @@ std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds time
             return std::nullopt;
         std::array<char, 4096> buffer;
         const ssize_t count = ::read(m_impl->output.Get(), buffer.data(), buffer.size());
-        if (count <= 0 || m_impl->pending.size() > kLongestLine)
+        if (count <= 0 || m_impl->pending.IsTooLong())
             return std::nullopt;
-        m_impl->pending.append(buffer.data(), static_cast<std::size_t>(count));
+        m_impl->pending.Append({buffer.data(), static_cast<std::size_t>(count)});
     }
 }
 

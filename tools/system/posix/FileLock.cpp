@@ -6,9 +6,10 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <cerrno>
+
+#include "os/posix/FileDescriptor.h"
 
 namespace tools {
 
@@ -16,18 +17,14 @@ class FileLock::Impl {
 public:
     explicit Impl(const std::filesystem::path& path)
         : m_file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
-        while (m_file >= 0 && ::flock(m_file, LOCK_EX) != 0 && errno == EINTR) {
+        while (m_file.IsOpen() && ::flock(m_file.Get(), LOCK_EX) != 0 && errno == EINTR) {
         }
-    }
-    ~Impl() {
-        if (m_file >= 0)
-            ::close(m_file);
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
 private:
-    int m_file;
+    os::FileDescriptor m_file;
 };
 
 FileLock::FileLock(const std::filesystem::path& path) : m_impl(std::make_unique<Impl>(path)) {}

@@ -11,6 +11,8 @@
 #include <thread>
 #include <utility>
 
+#include "os/windows/Handle.h"
+#include "system/LineBuffer.h"
 #include "system/windows/CommandLine.h"
 
 namespace tools {
@@ -20,32 +22,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kGraceOfStop{5};
 constexpr std::chrono::milliseconds kPause{2};
-constexpr std::size_t kLongestLine = 64 * 1024;
-
-/// Owns a handle of the system's.
-class Handle {
-public:
-    Handle() = default;
-    explicit Handle(HANDLE value) : m_value(value) {}
-    Handle(Handle&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}
-    Handle& operator=(Handle&& other) noexcept {
-        std::swap(m_value, other.m_value);
-        return *this;
-    }
-    ~Handle() { Close(); }
-    HANDLE Get() const noexcept { return m_value; }
-    void Close() noexcept {
-        if (m_value != nullptr)
-            ::CloseHandle(std::exchange(m_value, nullptr));
-    }
-
-private:
-    HANDLE m_value = nullptr;
-};
 
 struct Pipe {
-    Handle readEnd;
-    Handle writeEnd;
+    os::Handle readEnd;
+    os::Handle writeEnd;
 };
 
 [[noreturn]] void Fail(const std::string& what) {
@@ -57,12 +37,12 @@ Pipe MakePipe() {
     HANDLE writeEnd = nullptr;
     if (::CreatePipe(&readEnd, &writeEnd, nullptr, 0) == 0)
         Fail("can't make a pipe");
-    return {Handle(readEnd), Handle(writeEnd)};
+    return {os::Handle(readEnd), os::Handle(writeEnd)};
 }
 
 /// A job whose processes end when its last handle is closed, however this process ends.
-Handle MakeJob() {
-    Handle job(::CreateJobObjectW(nullptr, nullptr));
+os::Handle MakeJob() {
+    os::Handle job(::CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
     ::SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof(limits));
@@ -73,11 +53,11 @@ Handle MakeJob() {
 
 class ChildProcess::Impl {
 public:
-    Handle job;
-    Handle process;
-    Handle input;
-    Handle output;
-    std::string pending;
+    os::Handle job;
+    os::Handle process;
+    os::Handle input;
+    os::Handle output;
+    LineBuffer pending;
 
     void Start(std::wstring line, const Pipe& in, const Pipe& out, const std::string& name) {
         ::SetHandleInformation(in.readEnd.Get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
@@ -94,8 +74,8 @@ public:
         if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP,
                              nullptr, nullptr, &startup, &started) == 0)
             Fail("can't start " + name);
-        process = Handle(started.hProcess);
-        const Handle thread(started.hThread);
+        process = os::Handle(started.hProcess);
+        const os::Handle thread(started.hThread);
         ::AssignProcessToJobObject(job.Get(), process.Get());
         ::ResumeThread(thread.Get());
     }
@@ -117,16 +97,13 @@ ChildProcess::~ChildProcess() {
 std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
     for (;;) {
-        const std::size_t end = m_impl->pending.find('\n');
-        if (end != std::string::npos) {
-            std::string line = m_impl->pending.substr(0, end);
-            m_impl->pending.erase(0, end + 1);
-            if (line.ends_with('\r'))
-                line.pop_back();
+        if (auto line = m_impl->pending.Take()) {
+            if (line->ends_with('\r'))
+                line->pop_back();
             return line;
         }
         DWORD available = 0;
-        if (Clock::now() >= deadline || m_impl->pending.size() > kLongestLine ||
+        if (Clock::now() >= deadline || m_impl->pending.IsTooLong() ||
             ::PeekNamedPipe(m_impl->output.Get(), nullptr, 0, nullptr, &available, nullptr) == 0)
             return std::nullopt;
         std::array<char, 4096> buffer;
@@ -135,12 +112,12 @@ std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds time
             std::this_thread::sleep_for(kPause);
         else if (::ReadFile(m_impl->output.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) !=
                  0)
-            m_impl->pending.append(buffer.data(), count);
+            m_impl->pending.Append({buffer.data(), count});
     }
 }
 
 void ChildProcess::Stop() noexcept {
-    if (m_impl->process.Get() == nullptr)
+    if (!m_impl->process.IsOpen())
         return;
     // Closing its input is how a console program without a window is asked to end.
     m_impl->input.Close();

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include "os/windows/Handle.h"
+
 namespace tools {
 
 class FileLock::Impl {
@@ -14,22 +16,20 @@ public:
         : m_file(::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)) {
         OVERLAPPED place{};
-        if (m_file != INVALID_HANDLE_VALUE)
-            ::LockFileEx(m_file, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place);
+        if (m_file.IsOpen())
+            ::LockFileEx(m_file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place);
     }
     ~Impl() {
         // Closing a file gives its locks back, but not always at once.
         OVERLAPPED place{};
-        if (m_file == INVALID_HANDLE_VALUE)
-            return;
-        ::UnlockFileEx(m_file, 0, 1, 0, &place);
-        ::CloseHandle(m_file);
+        if (m_file.IsOpen())
+            ::UnlockFileEx(m_file.Get(), 0, 1, 0, &place);
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
 private:
-    HANDLE m_file;
+    os::Handle m_file;
 };
 
 FileLock::FileLock(const std::filesystem::path& path) : m_impl(std::make_unique<Impl>(path)) {}

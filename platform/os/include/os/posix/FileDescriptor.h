@@ -25,13 +25,14 @@ public:
         std::swap(m_fd, other.m_fd);
         return *this;
     }
-    ~FileDescriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
+    ~FileDescriptor() { Close(); }
 
     int Get() const noexcept { return m_fd; }
     bool IsOpen() const noexcept { return m_fd >= 0; }
+    void Close() noexcept {
+        if (m_fd >= 0)
+            ::close(std::exchange(m_fd, -1));
+    }
 
 private:
     int m_fd;
