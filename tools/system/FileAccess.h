@@ -32,6 +32,8 @@ std::string UserName();
 
 /// The devices of serial ports that the machine has, of adapters and built in.
 std::vector<std::filesystem::path> SerialDevices();
+/// The name of a device in a PortID of the system's own serial ports; empty in those of frame grabbers.
+std::string DeviceNameOf(const std::string& portId);
 /// The device behind a PortID of the system's own serial ports ("COM_Port#ttyUSB0"); empty when there is none.
 std::filesystem::path DeviceOfPort(const std::string& portId);
 

@@ -16,6 +16,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "os/posix/FileDescriptor.h"
 #include "system/Environment.h"
 
 namespace tools {
@@ -97,12 +98,11 @@ FileAccess AccessTo(const std::filesystem::path& path) {
 
 std::string WhyNotReadable(const std::filesystem::path& path) {
     // Non-blocking, or a named pipe would wait for its writer.
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (file < 0)
+    const os::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file.IsOpen())
         return std::generic_category().message(errno);
     struct stat status {};
-    const bool known = ::fstat(file, &status) == 0;
-    ::close(file);
+    const bool known = ::fstat(file.Get(), &status) == 0;
     if (known && S_ISDIR(status.st_mode))
         return "it is a folder";
     return known && S_ISREG(status.st_mode) ? std::string() : "it is no regular file";
@@ -132,10 +132,7 @@ std::vector<std::filesystem::path> SerialDevices() {
 }
 
 std::filesystem::path DeviceOfPort(const std::string& portId) {
-    constexpr std::string_view kMaker = "COM_Port#";
-    if (!portId.starts_with(kMaker))
-        return {};
-    const std::string name = portId.substr(kMaker.size());
+    const std::string name = DeviceNameOf(portId);
     if (name.empty() || name.find('/') != std::string::npos || name.starts_with('.'))
         return {};
     std::error_code error;

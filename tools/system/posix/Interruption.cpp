@@ -8,29 +8,15 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
-#include <mutex>
 #include <thread>
-#include <vector>
+#include <utility>
+
+#include "system/InterruptionState.h"
 
 namespace tools {
 
 namespace {
-
-std::atomic<bool> requested{false};
-std::atomic<int> watches{0};
-
-/// The clean-ups that are due; locked while they run, so that none goes away under its own feet.
-struct CleanUps {
-    std::mutex lock;
-    std::vector<std::function<void()>*> actions;
-};
-
-CleanUps& TheCleanUps() {
-    static CleanUps cleanUps;
-    return cleanUps;
-}
 
 sigset_t Requests() {
     sigset_t signals;
@@ -41,10 +27,7 @@ sigset_t Requests() {
 }
 
 [[noreturn]] void EndBy(int signal) {
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    for (auto action = cleanUps.actions.rbegin(); action != cleanUps.actions.rend(); ++action)
-        (**action)();
+    const auto lock = RunCleanUps();
     // The shell is to see which signal it was.
     ::signal(signal, SIG_DFL);
     ::kill(::getpid(), signal);
@@ -84,10 +67,10 @@ private:
                 continue;
             if (m_ending)
                 return;
-            const bool isFirst = !requested.exchange(true);
+            const bool isFirst = NoteRequest();
             if (isFirst && m_onRequest)
                 m_onRequest();
-            if (!isFirst || watches == 0)
+            if (!isFirst || !IsWatched())
                 EndBy(signal);
         }
     }
@@ -99,28 +82,5 @@ private:
 
 Interruption::Interruption(std::function<void()> onRequest) : m_impl(std::make_unique<Impl>(std::move(onRequest))) {}
 Interruption::~Interruption() = default;
-
-bool Interruption::Requested() noexcept {
-    return requested;
-}
-
-Interruption::Watch::Watch() noexcept {
-    ++watches;
-}
-Interruption::Watch::~Watch() {
-    --watches;
-}
-
-Interruption::CleanUp::CleanUp(std::function<void()> action) : m_action(std::move(action)) {
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    cleanUps.actions.push_back(&m_action);
-}
-
-Interruption::CleanUp::~CleanUp() {
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    std::erase(cleanUps.actions, &m_action);
-}
 
 }  // namespace tools

@@ -12,6 +12,8 @@
 #include <array>
 #include <system_error>
 
+#include "os/windows/Handle.h"
+
 namespace tools {
 
 namespace {
@@ -24,19 +26,13 @@ public:
     Opened(const std::filesystem::path& path, DWORD access)
         : m_handle(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr)),
-          m_error(m_handle == INVALID_HANDLE_VALUE ? ::GetLastError() : ERROR_SUCCESS) {}
-    ~Opened() {
-        if (m_handle != INVALID_HANDLE_VALUE)
-            ::CloseHandle(m_handle);
-    }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
+          m_error(!m_handle.IsOpen() ? ::GetLastError() : ERROR_SUCCESS) {}
 
     DWORD Error() const { return m_error; }
-    HANDLE Handle() const { return m_handle; }
+    HANDLE Handle() const { return m_handle.Get(); }
 
 private:
-    HANDLE m_handle;
+    os::Handle m_handle;
     DWORD m_error;
 };
 
@@ -126,10 +122,7 @@ std::vector<std::filesystem::path> SerialDevices() {
 }
 
 std::filesystem::path DeviceOfPort(const std::string& portId) {
-    constexpr std::string_view kMaker = "COM_Port#";
-    if (!portId.starts_with(kMaker))
-        return {};
-    const std::string name = portId.substr(kMaker.size());
+    const std::string name = DeviceNameOf(portId);
     if (name.empty() || name.find_first_of("\\/:") != std::string::npos || !IsPort(name))
         return {};
     return kDevices + name;

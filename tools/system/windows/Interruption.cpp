@@ -6,37 +6,22 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <atomic>
-#include <mutex>
-#include <ranges>
-#include <vector>
+#include <utility>
+
+#include "system/InterruptionState.h"
 
 namespace tools {
 
 namespace {
 
-std::atomic<bool> requested{false};
-std::atomic<int> watches{0};
 std::function<void()> onFirstRequest;
-
-/// The clean-ups that are due; locked while they run, so that none goes away under its own feet.
-struct CleanUps {
-    std::mutex lock;
-    std::vector<std::function<void()>*> actions;
-};
-
-CleanUps& TheCleanUps() {
-    static CleanUps cleanUps;
-    return cleanUps;
-}
 
 /// Waits for the commands that watch, for less than the five seconds that the system waits for a program.
 void WaitForWatches() {
     constexpr DWORD kPause = 10;  // ms
     constexpr ULONGLONG kLongest = 4500;
     const ULONGLONG begin = ::GetTickCount64();
-    while (watches > 0 && ::GetTickCount64() - begin < kLongest)
+    while (IsWatched() && ::GetTickCount64() - begin < kLongest)
         ::Sleep(kPause);
 }
 
@@ -44,18 +29,14 @@ void WaitForWatches() {
 // closed or the user leaves, it does so in any case.
 BOOL WINAPI OnRequest(DWORD event) {
     const bool mayGoOn = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
-    const bool isFirst = !requested.exchange(true);
+    const bool isFirst = NoteRequest();
     if (isFirst && onFirstRequest)
         onFirstRequest();
-    if (isFirst && watches > 0 && mayGoOn)
+    if (isFirst && IsWatched() && mayGoOn)
         return TRUE;
     if (!mayGoOn)
         WaitForWatches();
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    for (std::function<void()>* action : cleanUps.actions | std::views::reverse)
-        (*action)();
-    cleanUps.actions.clear();
+    const auto lock = RunCleanUps();
     return FALSE;
 }
 
@@ -74,28 +55,5 @@ public:
 
 Interruption::Interruption(std::function<void()> onRequest) : m_impl(std::make_unique<Impl>(std::move(onRequest))) {}
 Interruption::~Interruption() = default;
-
-bool Interruption::Requested() noexcept {
-    return requested;
-}
-
-Interruption::Watch::Watch() noexcept {
-    ++watches;
-}
-Interruption::Watch::~Watch() {
-    --watches;
-}
-
-Interruption::CleanUp::CleanUp(std::function<void()> action) : m_action(std::move(action)) {
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    cleanUps.actions.push_back(&m_action);
-}
-
-Interruption::CleanUp::~CleanUp() {
-    CleanUps& cleanUps = TheCleanUps();
-    const std::lock_guard guard(cleanUps.lock);
-    std::erase(cleanUps.actions, &m_action);
-}
 
 }  // namespace tools
