@@ -111,13 +111,52 @@ TEST_F(ManyCameras, AreExaminedWithTheSameAdvice) {
     EXPECT_EQ(found["COM_Port#silent"].at("Advice"), "Is the camera on and its cable plugged in?");
 }
 
-TEST(EndedList, IsNotKilled) {
-    const PlayedCameras played({"cam0,serial=S0", "cam1,silent=on", "cam2,silent=on", "cam3,silent=on"});
-    BlockedRun run({"list"}, played.Variables());
-    const auto hasBegun = [&] { return played.Command("stats cam0").find("packets-in=0 ") == std::string::npos; };
-    ASSERT_TRUE(tools_test::Eventually(hasBegun));
-    run.Interrupt();
-    EXPECT_EQ(run.Wait().exitCode, 130);
+/// A look that Ctrl-C ends while the first of many silent ports is being asked, each for as long as all rates take.
+class EndedList : public testing::Test {
+protected:
+    static constexpr const char* kLastPort = "silent9";
+
+    static std::vector<std::string> All() {
+        std::vector<std::string> cameras{"cam0,serial=S0"};
+        for (int port = 0; port < 10; ++port)
+            cameras.push_back("silent" + std::to_string(port) + ",silent=on");
+        return cameras;
+    }
+    bool WasAsked(const std::string& port) const {
+        return played.Command("stats " + port).find("bytes-in=0 ") == std::string::npos;
+    }
+    RunResult Ended(const std::vector<std::string>& arguments) const {
+        BlockedRun run(arguments, played.Variables());
+        EXPECT_TRUE(tools_test::Eventually([this] { return WasAsked("silent0"); }));
+        run.Interrupt();
+        return run.Wait();
+    }
+
+    const PlayedCameras played{All()};
+};
+
+TEST_F(EndedList, ShowsWhatWasFoundUntilThen) {
+    const RunResult run = Ended({"list"});
+    EXPECT_EQ(run.exitCode, 130) << run.signal;
+    EXPECT_THAT(run.out, testing::ContainsRegex("\n0  Marlow H2048 .S0.  COM_Port#cam0 .*ready\n1 camera found in "));
+    EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent9': it was not asked\n"));
+}
+
+TEST_F(EndedList, AsksNoPortAnyMore) {
+    Ended({"list"});
+    EXPECT_FALSE(WasAsked(kLastPort));
+}
+
+TEST_F(EndedList, IsWholeInJson) {
+    const RunResult run = Ended({"list", "--json"});
+    EXPECT_EQ(run.exitCode, 130) << run.signal;
+    EXPECT_EQ(nlohmann::json::parse(run.out).at(0).at("SerialNumber"), "S0");
+}
+
+TEST_F(EndedList, IsRemembered) {
+    Ended({"list"});
+    EXPECT_EQ(played.Run({"get", "0", "DeviceSerialNumber"}).out, "S0\n");
+    EXPECT_FALSE(WasAsked(kLastPort));
 }
 
 }  // namespace

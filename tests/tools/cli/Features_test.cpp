@@ -94,6 +94,15 @@ TEST_F(Features, ListsWhatALevelSees) {
     ExpectFailure({"features", "0", "--visibility", "gru"}, 2, "did you mean 'guru'?");
 }
 
+// A half of a pair of UTF-16, which no terminal and no reader of JSON takes.
+TEST(TextOfACamera, IsShownAsBytesWhereItIsNoUtf8) {
+    const tools_test::PlayedCameras played({"cam0,serial=S0,user-name=a\xED\xA0\x80z"});
+    EXPECT_EQ(played.Run({"get", "S0", "DeviceUserID"}).out, "a\\xED\\xA0\\x80z\n");
+    EXPECT_THAT(played.Run({"features", "S0", "DeviceUserID"}).out, HasSubstr(" a\\xED\\xA0\\x80z"));
+    const std::string inJson = json::parse(played.Run({"get", "S0", "DeviceUserID", "--json"}).out).at("DeviceUserID");
+    EXPECT_EQ(inJson, "a\uFFFD\uFFFD\uFFFDz");
+}
+
 TEST_F(Features, PrintsJson) {
     const RunResult run = Run({"features", "0", "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.err;

@@ -44,6 +44,7 @@ public:
     bool IsBlocked() const;  ///< has written into its output and not ended
     void Interrupt();        ///< as Ctrl-C does
     void Kill();             ///< without notice
+    /// Waits for the end, at most two minutes. Of what it printed there is what nobody had to read before.
     RunResult Wait();
 
 private:

@@ -24,6 +24,13 @@ TEST(Printable, ShowsBytesThatAreNoUtf8) {
     EXPECT_EQ(Printable("M\xFC\xC3"), "M\\xFC\\xC3");
 }
 
+// Halves of pairs of UTF-16, which are no characters by themselves; the neighbours below and above are.
+TEST(Printable, ShowsSurrogates) {
+    EXPECT_EQ(Printable("\xED\xA0\x80"), "\\xED\\xA0\\x80");
+    EXPECT_EQ(Printable("\xED\xBF\xBF."), "\\xED\\xBF\\xBF.");
+    EXPECT_EQ(Printable("\xED\x9F\xBF\xEE\x80\x80"), "\xED\x9F\xBF\xEE\x80\x80");
+}
+
 TEST(Printable, ShowsControlCharactersBeyondAscii) {
     EXPECT_EQ(Printable("\xC2\x9B"), "\\xC2\\x9B");
 }

@@ -156,6 +156,7 @@ RunResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned shor
 
 class BlockedRun::Impl {
 public:
+    File err{std::tmpfile()};
     int readEnd = -1;
     pid_t pid = -1;
     bool waited = false;
@@ -167,8 +168,9 @@ BlockedRun::BlockedRun(const std::vector<std::string>& arguments, const Environm
     if (::pipe2(ends, O_CLOEXEC) != 0)
         throw std::runtime_error("can't make a pipe");
     m_impl->readEnd = ends[0];
+    ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
     ::fcntl(ends[1], F_SETPIPE_SZ, 4096);
-    m_impl->pid = Start(arguments, environment, ends[1], STDERR_FILENO);
+    m_impl->pid = Start(arguments, environment, ends[1], ::fileno(m_impl->err.get()));
     ::close(ends[1]);
 }
 
@@ -194,7 +196,13 @@ void BlockedRun::Kill() {
 
 RunResult BlockedRun::Wait() {
     m_impl->waited = true;
-    return WaitFor(m_impl->pid);
+    RunResult result = WaitFor(m_impl->pid);
+    std::array<char, 4096> buffer;
+    // Not to the end of the pipe, which programs that it started may hold open.
+    for (ssize_t count = 0; (count = ::read(m_impl->readEnd, buffer.data(), buffer.size())) > 0;)
+        result.out.append(buffer.data(), static_cast<std::size_t>(count));
+    result.err = TextOf(m_impl->err.get());
+    return result;
 }
 
 std::vector<int> SimulatorsIn(const std::string& temporaryFolder) {

@@ -124,6 +124,7 @@ RunResult RunVantoCl(const std::vector<std::string>& arguments, const Environmen
 
 class BlockedRun::Impl {
 public:
+    Handle err = TemporaryFile();
     Handle readEnd;
     Handle process;
     DWORD id = 0;
@@ -141,8 +142,7 @@ BlockedRun::BlockedRun(const std::vector<std::string>& arguments, const Environm
     m_impl->readEnd = Handle(readEnd);
     const Handle out(writeEnd);
     ::SetHandleInformation(writeEnd, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-    const PROCESS_INFORMATION started =
-        Start(arguments, environment, writeEnd, ::GetStdHandle(STD_ERROR_HANDLE), CREATE_NO_WINDOW);
+    const PROCESS_INFORMATION started = Start(arguments, environment, writeEnd, m_impl->err.Get(), CREATE_NO_WINDOW);
     m_impl->process = Handle(started.hProcess);
     m_impl->id = started.dwProcessId;
 }
@@ -178,7 +178,15 @@ void BlockedRun::Kill() {
 
 RunResult BlockedRun::Wait() {
     m_impl->waited = true;
-    return WaitFor(m_impl->process.Get());
+    RunResult result = WaitFor(m_impl->process.Get());
+    std::array<char, 4096> buffer;
+    DWORD count = 0;
+    // Not to the end of the pipe, which programs that it started may hold open.
+    while (IsBlocked() &&
+           ::ReadFile(m_impl->readEnd.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) != 0)
+        result.out.append(buffer.data(), count);
+    result.err = TextOf(m_impl->err.Get());
+    return result;
 }
 
 }  // namespace tools_test
