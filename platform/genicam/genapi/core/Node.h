@@ -214,7 +214,8 @@ protected:
     void CheckError();
     [[noreturn]] void ThrowAccess(const char* what) const;
     /// Whether the next read asks nobody: neither for the value nor for whether it may be read.
-    bool IsValueCached() const noexcept { return Has(kValueCached) && Has(kReadAccessValid); }
+    /// Takes the map's lock.
+    bool IsValueCached() const;
 
 private:
     enum class Condition : std::uint8_t { None, False, True, Unknown };

@@ -154,6 +154,11 @@ void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
         CheckError();
 }
 
+bool CNode::IsValueCached() const {
+    const AutoLock lock(m_map->GetLock());
+    return Has(kValueCached) && Has(kReadAccessValid);
+}
+
 EAccessMode CNode::FullAccess() const {
     Evaluation evaluation;
     return const_cast<CNode*>(this)->Access(evaluation, true);

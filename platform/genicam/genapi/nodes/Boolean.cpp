@@ -22,9 +22,7 @@ void CBoolean::Bind() {
         m_off = NumberOf<std::int64_t>(*this, *off);
     if (m_on == m_off)
         throw INVALID_ARGUMENT_EXCEPTION("has the same value for true and false");
-    m_source = Map().Memory().New<ValueSource<std::int64_t>>(*this);
-    if (!m_source->IsGiven())
-        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    m_source = &ValueSource<std::int64_t>::Require(*this);
 }
 
 // A device that holds neither of both values is told so: to guess would be to lie.
@@ -92,11 +90,6 @@ void CBoolean::FromString(const GenICam::gcstring& text, bool verify) {
     if (word == "0" || word == "false" || word == "False" || word == "FALSE")
         return SetValue(false, verify);
     throw INVALID_ARGUMENT_EXCEPTION("%s: '%s' is neither true nor false", Label(), text);
-}
-
-bool CBoolean::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    return IsValueCached();
 }
 
 }  // namespace GenApi

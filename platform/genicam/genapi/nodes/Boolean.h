@@ -5,28 +5,22 @@
 #pragma once
 
 #include "GenApi/IBoolean.h"
-#include "core/Node.h"
+#include "nodes/ValueNode.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {
 
 /// Boolean: true when the integer behind it has the value of OnValue.
-class CBoolean final : public CNode, public IBoolean {
+class CBoolean final : public CValueNode<IBoolean, intfIBoolean> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
     // IBoolean
     void SetValue(bool value, bool verify = true) override;
     bool GetValue(bool verify = false, bool ignoreCache = false) const override;
-
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIBoolean; }
-    IValue* Value() override { return this; }
 
 protected:
     void Bind() override;

@@ -5,28 +5,23 @@
 #pragma once
 
 #include "GenApi/ICommand.h"
-#include "core/Node.h"
+#include "nodes/ValueNode.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {
 
 /// Command: done when what was written is no longer there to be read.
-class CCommand final : public CNode, public ICommand {
+class CCommand final : public CValueNode<ICommand, intfICommand> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
     bool IsValueCacheValid() const override { return false; }
     // ICommand
     void Execute(bool verify = true) override;
     bool IsDone(bool verify = true) override;
-
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfICommand; }
-    IValue* Value() override { return this; }
 
 protected:
     void Bind() override;

@@ -81,9 +81,7 @@ void CEnumeration::Bind() {
     std::stable_sort(entries.begin(), entries.end(),
                      [](const Entry& left, const Entry& right) { return left.value < right.value; });
     m_entries = Map().Memory().Copy(entries);
-    m_source = Map().Memory().New<ValueSource<std::int64_t>>(*this);
-    if (!m_source->IsGiven())
-        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    m_source = &ValueSource<std::int64_t>::Require(*this);
 }
 
 std::int64_t CEnumeration::ReadInteger(Evaluation& evaluation) {
@@ -192,11 +190,6 @@ void CEnumeration::FromString(const GenICam::gcstring& text, bool verify) {
         evaluation.verify = verify;
         AssignInteger(entry->Number64(), evaluation);
     });
-}
-
-bool CEnumeration::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    return IsValueCached();
 }
 
 void CEnumeration::GetSymbolics(StringList_t& symbolics) {

@@ -5,19 +5,17 @@
 #pragma once
 
 #include "GenApi/IEnumeration.h"
-#include "core/Node.h"
+#include "nodes/ValueNode.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {
 
 /// EnumEntry: a name for one integer value.
-class CEnumEntry final : public CNode, public IEnumEntry {
+class CEnumEntry final : public CValueNode<IEnumEntry, intfIEnumEntry> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
     bool IsValueCacheValid() const override { return true; }
@@ -27,8 +25,6 @@ public:
     double GetNumericValue() override;
     bool IsSelfClearing() override;
 
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumEntry; }
-    IValue* Value() override { return this; }
     /// The value; throws when the description has none.
     std::int64_t Number64();
     std::string_view SymbolicText() const noexcept;
@@ -42,16 +38,13 @@ private:
 };
 
 /// Enumeration: an integer whose values have names.
-class CEnumeration final : public CNode, public IEnumeration {
+class CEnumeration final : public CValueNode<IEnumeration, intfIEnumeration> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
     // IEnumeration
     void GetSymbolics(StringList_t& symbolics) override;
     void GetEntries(NodeList_t& entries) override;
@@ -61,8 +54,6 @@ public:
     IEnumEntry* GetEntry(std::int64_t value) override;
     IEnumEntry* GetCurrentEntry(bool verify = false, bool ignoreCache = false) override;
 
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumeration; }
-    IValue* Value() override { return this; }
     /// The entry of a name, null when there is none; the map's lock is held.
     CEnumEntry* EntryOf(std::string_view symbolic);
 

@@ -161,11 +161,6 @@ void CFloatNode::FromString(const GenICam::gcstring& text, bool verify) {
     SetValue(*value, verify);
 }
 
-bool CFloatNode::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    return IsValueCached();
-}
-
 // --- Evaluation ---
 
 void CFloatNode::Bind() {
@@ -231,9 +226,7 @@ void CFloatNode::CheckIncrement(double value, double min, Evaluation& evaluation
 
 void CFloat::Bind() {
     CFloatNode::Bind();
-    m_source = Map().Memory().New<ValueSource<double>>(*this);
-    if (!m_source->IsGiven())
-        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    m_source = &ValueSource<double>::Require(*this);
 }
 
 double CFloat::ReadFloat(Evaluation& evaluation) {

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "GenApi/IFloat.h"
-#include "core/Node.h"
+#include "nodes/ValueNode.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {
@@ -23,16 +23,13 @@ struct FloatLimits {
 };
 
 /// Base of all nodes with IFloat.
-class CFloatNode : public CNode, public IFloat {
+class CFloatNode : public CValueNode<IFloat, intfIFloat> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
     // IFloat
     void SetValue(double value, bool verify = true) override;
     double GetValue(bool verify = false, bool ignoreCache = false) override;
@@ -48,10 +45,6 @@ public:
     std::int64_t GetDisplayPrecision() override;
     void ImposeMin(double value) override;
     void ImposeMax(double value) override;
-
-    // CNode
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
-    IValue* Value() override { return this; }
 
 protected:
     void Bind() override;

@@ -134,11 +134,6 @@ void CIntegerNode::FromString(const GenICam::gcstring& text, bool verify) {
     SetValue(*value, verify);
 }
 
-bool CIntegerNode::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    return IsValueCached();
-}
-
 // --- Evaluation ---
 
 // Most nodes have no range of their own: they need no room for one.
@@ -206,9 +201,7 @@ void CIntegerNode::CheckValidValue(std::int64_t value) const {
 
 void CInteger::Bind() {
     CIntegerNode::Bind();
-    m_source = Map().Memory().New<ValueSource<std::int64_t>>(*this);
-    if (!m_source->IsGiven())
-        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    m_source = &ValueSource<std::int64_t>::Require(*this);
 }
 
 std::int64_t CInteger::ReadInteger(Evaluation& evaluation) {

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "GenApi/IInteger.h"
-#include "core/Node.h"
+#include "nodes/ValueNode.h"
 #include "nodes/ValueSource.h"
 
 namespace GenApi {
@@ -21,16 +21,13 @@ struct IntegerLimits {
 };
 
 /// Base of all nodes with IInteger.
-class CIntegerNode : public CNode, public IInteger {
+class CIntegerNode : public CValueNode<IInteger, intfIInteger> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
     // IInteger
     void SetValue(std::int64_t value, bool verify = true) override;
     std::int64_t GetValue(bool verify = false, bool ignoreCache = false) override;
@@ -43,10 +40,6 @@ public:
     GenICam::gcstring GetUnit() override;
     void ImposeMin(std::int64_t value) override;
     void ImposeMax(std::int64_t value) override;
-
-    // CNode
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
-    IValue* Value() override { return this; }
 
 protected:
     void Bind() override;

@@ -39,6 +39,12 @@ void StoreInteger(std::uint64_t value, std::span<std::uint8_t> bytes, bool isBig
     }
 }
 
+bool HasValidBytes(CNode& node) {
+    const AutoLock lock(node.Map().GetLock());
+    const RegisterCore* const core = node.Register();
+    return core != nullptr && core->IsValid();
+}
+
 constexpr std::uint64_t MaskOf(unsigned count) noexcept {
     return count >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
@@ -154,9 +160,7 @@ void CBytesNode::FromString(const GenICam::gcstring& text, bool verify) {
 }
 
 bool CBytesNode::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    const RegisterCore* core = const_cast<CBytesNode*>(this)->Register();
-    return core != nullptr && core->IsValid();
+    return HasValidBytes(*const_cast<CBytesNode*>(this));
 }
 
 // --- Integers ---
@@ -317,9 +321,7 @@ std::int64_t CTextNode::GetMaxLength() {
 }
 
 bool CTextNode::IsValueCacheValid() const {
-    const AutoLock lock(Map().GetLock());
-    const RegisterCore* core = const_cast<CTextNode*>(this)->Register();
-    return core != nullptr && core->IsValid();
+    return HasValidBytes(*const_cast<CTextNode*>(this));
 }
 
 std::string CStringReg::ReadText(Evaluation& evaluation) {

@@ -9,6 +9,7 @@
 #include "core/RegisterCore.h"
 #include "nodes/FloatNode.h"
 #include "nodes/IntegerNode.h"
+#include "nodes/ValueNode.h"
 
 namespace GenApi {
 
@@ -57,13 +58,11 @@ protected:
 };
 
 /// IValue and IString of a register with a text.
-class CTextNode : public CNode, public IString {
+class CTextNode : public CValueNode<IString, intfIString> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override {
         return GetValue(verify, ignoreCache);
     }
@@ -73,9 +72,7 @@ public:
     void SetValue(const GenICam::gcstring& value, bool verify = true) override;
     GenICam::gcstring GetValue(bool verify = false, bool ignoreCache = false) override;
 
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIString; }
     bool HasText() const override { return true; }
-    IValue* Value() override { return this; }
     /// The longest text; the map's lock is held.
     virtual std::int64_t MaxLength(Evaluation& evaluation) = 0;
     std::int64_t GetMaxLength() override;

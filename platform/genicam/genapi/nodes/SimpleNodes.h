@@ -5,8 +5,8 @@
 #pragma once
 
 #include "GenApi/ICategory.h"
-#include "core/Node.h"
 #include "nodes/RegisterNodes.h"
+#include "nodes/ValueNode.h"
 
 namespace GenApi {
 
@@ -17,21 +17,16 @@ public:
 };
 
 /// Category.
-class CCategory final : public CNode, public ICategory {
+class CCategory final : public CValueNode<ICategory, intfICategory> {
 public:
-    using CNode::CNode;
-    using CNode::GetAccessMode;
+    using CValueNode::CValueNode;
 
     // IValue
-    INode* GetNode() override { return this; }
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GenICam::gcstring& text, bool verify = true) override;
     bool IsValueCacheValid() const override { return true; }
     // ICategory
     void GetFeatures(FeatureList_t& features) const override;
-
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfICategory; }
-    IValue* Value() override { return this; }
 };
 
 /// String: a text of its own or of another node.

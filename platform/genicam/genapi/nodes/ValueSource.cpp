@@ -116,6 +116,14 @@ ValueSource<T>::ValueSource(const CNode& owner) : m_value(BindOperand<T>(owner, 
 }
 
 template <class T>
+ValueSource<T>& ValueSource<T>::Require(CNode& owner) {
+    auto* const source = owner.Map().Memory().New<ValueSource<T>>(owner);
+    if (!source->IsGiven())
+        throw INVALID_ARGUMENT_EXCEPTION("has no value");
+    return *source;
+}
+
+template <class T>
 void ValueSource<T>::BindIndexed(const CNode& owner) {
     std::vector<Indexed> indexed;
     const std::span<const Property> properties = owner.Properties();

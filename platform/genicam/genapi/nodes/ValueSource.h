@@ -48,6 +48,8 @@ template <class T>
 class ValueSource {
 public:
     explicit ValueSource(const CNode& owner);
+    /// The source of a node, in its map's memory; throws when the description gives none.
+    static ValueSource& Require(CNode& owner);
 
     bool IsGiven() const noexcept { return m_value.isGiven || m_index != nullptr; }
     T Read(CNode& owner, Evaluation& evaluation);
