@@ -95,8 +95,6 @@ public:
                    std::span<const FormulaSegment> segments, std::uint32_t stackSize, bool floating)
         : m_code(code), m_constants(constants), m_segments(segments), m_stackSize(stackSize), m_floating(floating) {}
 
-    /// True when the formula computes in floating point: a float formula, or one with a part that is no integer.
-    bool IsFloating() const noexcept { return m_floating; }
     /// The first variable that is asked for whatever the others are; no variable's number when that is not known.
     std::uint32_t FirstVariable() const noexcept;
     std::int64_t EvaluateInteger(IFormulaVariables& variables) const;
@@ -107,7 +105,7 @@ private:
     std::span<const FormulaNumber> m_constants;
     std::span<const FormulaSegment> m_segments;  // the first is the formula itself
     std::uint32_t m_stackSize = 0;
-    bool m_floating = false;
+    bool m_floating = false;  // computes in floating point: a float formula, or one with a part that is no integer
 };
 
 }  // namespace GenApi

@@ -8,6 +8,7 @@
 #include <functional>
 #include <utility>
 
+#include "base/Utf8.h"
 #include "load/Loader.h"
 #include "schema/Text.h"
 
@@ -38,18 +39,18 @@ std::size_t Loader::DecodeReference(std::string_view rest) {
     constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
         {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
     for (const auto& [entity, character] : kEntities) {
-        if (rest.substr(0, entity.size()) == entity) {
+        if (rest.starts_with(entity)) {
             m_decoded += character;
             return entity.size();
         }
     }
     const std::size_t end = rest.substr(0, 12).find(';');
-    if (rest.substr(0, 2) == "&#" && end != std::string_view::npos) {
+    if (rest.starts_with("&#") && end != std::string_view::npos) {
         const std::string_view digits = rest.substr(2, end - 2);
-        const bool isHexadecimal = digits.substr(0, 1) == "x";
+        const bool isHexadecimal = digits.starts_with('x');
         const auto code = ParseInteger(isHexadecimal ? "0" + std::string(digits) : std::string(digits));
         if (code && *code > 0 && *code < 0x110000 && (*code < 0xD800 || *code > 0xDFFF)) {
-            AppendUtf8(m_decoded, static_cast<std::uint32_t>(*code));
+            base::AppendUtf8(m_decoded, static_cast<char32_t>(*code));
             return end + 1;
         }
     }

@@ -10,6 +10,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/Text.h"
+#include "base/Utf8.h"
 #include "schema/Text.h"
 
 namespace GenApi {
@@ -31,13 +33,9 @@ std::string Utf16ToUtf8(std::string_view text, bool isBigEndian) {
             character = 0x10000 + ((character - 0xD800) << 10) + (unitAt(at + 2) - 0xDC00);
             at += 2;
         }
-        AppendUtf8(result, character >= 0xD800 && character < 0xE000 ? 0xFFFD : character);
+        base::AppendUtf8(result, character >= 0xD800 && character < 0xE000 ? 0xFFFD : character);
     }
     return result;
-}
-
-bool StartsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
 }
 
 // The encoding that the XML declaration names, in small letters.
@@ -53,23 +51,19 @@ std::string DeclaredEncoding(std::string_view text) {
     const std::size_t close = declaration.find(declaration[open], open + 1);
     if (close == std::string_view::npos)
         return {};
-    std::string name(declaration.substr(open + 1, close - open - 1));
-    std::transform(name.begin(), name.end(), name.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
-    });
-    return name;
+    return base::LowerCase(declaration.substr(open + 1, close - open - 1));
 }
 
 // The text as UTF-8; empty when it is that already.
 std::string Converted(const std::string& text) {
     using namespace std::string_view_literals;
-    if (StartsWith(text, "\xFF\xFE"sv))
+    if (text.starts_with("\xFF\xFE"sv))
         return Utf16ToUtf8(std::string_view(text).substr(2), false);
-    if (StartsWith(text, "\xFE\xFF"sv))
+    if (text.starts_with("\xFE\xFF"sv))
         return Utf16ToUtf8(std::string_view(text).substr(2), true);
-    if (StartsWith(text, "<\0"sv))
+    if (text.starts_with("<\0"sv))
         return Utf16ToUtf8(text, false);
-    if (StartsWith(text, "\0<"sv))
+    if (text.starts_with("\0<"sv))
         return Utf16ToUtf8(text, true);
     const std::string encoding = DeclaredEncoding(text);
     if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "windows-1252")
@@ -119,7 +113,7 @@ SourceText::SourceText(const std::string& xml)
 
 // Cameras send blanks, a byte order mark or a line of their own before the declaration.
 void SourceText::FindStart() {
-    if (StartsWith(m_text, "\xEF\xBB\xBF"))
+    if (m_text.starts_with("\xEF\xBB\xBF"))
         m_start = 3;
     std::size_t tag = m_text.find('<', m_start);
     const std::size_t declaration = m_text.find("<?xml", m_start);

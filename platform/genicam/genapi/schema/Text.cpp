@@ -10,6 +10,8 @@
 #include <cstring>
 #include <limits>
 
+#include "base/Utf8.h"
+
 namespace GenApi {
 
 namespace {
@@ -55,25 +57,6 @@ std::optional<std::int64_t> Signed(const Magnitude& magnitude) noexcept {
     return static_cast<std::int64_t>(magnitude.value);
 }
 
-// Number of bytes of the UTF-8 character at next, 0 when there is none (RFC 3629: no overlong form, no surrogate).
-std::size_t CharacterLength(std::string_view text, std::size_t next) noexcept {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(next);
-    if (lead < 0x80)
-        return 1;
-    const std::size_t length = lead >= 0xF0 ? 4 : (lead >= 0xE0 ? 3 : 2);
-    if (lead < 0xC2 || lead > 0xF4 || text.size() - next < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(next + i) & 0xC0) != 0x80)
-            return 0;
-    }
-    const unsigned second = byte(next + 1);
-    const bool refused = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                         (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-    return refused ? 0 : length;
-}
-
 // How many ASCII characters the text begins with, in whole words at least: descriptions are nearly all ASCII. Blocks
 // first, of which the compiler looks at sixteen characters with one instruction.
 std::size_t CountPlain(std::string_view text) noexcept {
@@ -91,12 +74,6 @@ std::size_t CountPlain(std::string_view text) noexcept {
     while (text.size() - next >= 8 && isPlain(std::array<std::uint64_t, 1>{}, next))
         next += 8;
     return next;
-}
-
-void AppendLatin1(std::string& result, char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    result += static_cast<char>(0xC0 | (byte >> 6));
-    result += static_cast<char>(0x80 | (byte & 0x3F));
 }
 
 }  // namespace
@@ -154,7 +131,7 @@ std::size_t FindInvalidUtf8(std::string_view text, std::size_t from) noexcept {
         next += CountPlain(text.substr(next));
         if (next >= text.size())
             break;
-        const std::size_t length = CharacterLength(text, next);
+        const std::size_t length = base::Utf8Length(text.substr(next));
         if (length == 0)
             return next;
         next += length;
@@ -170,7 +147,7 @@ std::string RepairUtf8(std::string_view text) {
         result += text.substr(next, bad - next);
         if (bad == std::string_view::npos)
             return result;
-        AppendLatin1(result, text[bad]);
+        base::AppendUtf8(result, static_cast<unsigned char>(text[bad]));
         next = bad + 1;
     }
 }
@@ -178,31 +155,9 @@ std::string RepairUtf8(std::string_view text) {
 std::string Latin1ToUtf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    for (const char character : text) {
-        if (static_cast<unsigned char>(character) < 0x80)
-            result += character;
-        else
-            AppendLatin1(result, character);
-    }
+    for (const char character : text)
+        base::AppendUtf8(result, static_cast<unsigned char>(character));
     return result;
-}
-
-void AppendUtf8(std::string& text, std::uint32_t character) {
-    if (character < 0x80) {
-        text += static_cast<char>(character);
-    } else if (character < 0x800) {
-        text += static_cast<char>(0xC0 | (character >> 6));
-        text += static_cast<char>(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        text += static_cast<char>(0xE0 | (character >> 12));
-        text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-        text += static_cast<char>(0x80 | (character & 0x3F));
-    } else {
-        text += static_cast<char>(0xF0 | (character >> 18));
-        text += static_cast<char>(0x80 | ((character >> 12) & 0x3F));
-        text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-        text += static_cast<char>(0x80 | (character & 0x3F));
-    }
 }
 
 }  // namespace GenApi

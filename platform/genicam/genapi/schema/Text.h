@@ -74,7 +74,4 @@ std::string RepairUtf8(std::string_view text);
 /// A Latin-1 text as UTF-8.
 std::string Latin1ToUtf8(std::string_view text);
 
-/// Appends one character to a UTF-8 text.
-void AppendUtf8(std::string& text, std::uint32_t character);
-
 }  // namespace GenApi
