@@ -19,6 +19,8 @@ namespace {
 
 constexpr std::uint64_t kNanosecondsPerSecond = 1000000000;
 
+constexpr const char* kLockFeature = "TLParamsLocked";
+
 }  // namespace
 
 /// Some consumers crash where ID, vendor, model or serial number are missing: these are texts, if empty ones.
@@ -62,6 +64,7 @@ Device::Device(HandleTable& handles, std::shared_ptr<Interface> parent, Vanto::I
       m_readOnly(readOnly),
       m_errors(std::make_shared<NoticeQueue>(EVENT_ERROR)),
       m_moduleEvents(std::make_shared<NoticeQueue>(EVENT_MODULE)),
+      m_invalidated(std::make_shared<NoticeQueue>(EVENT_FEATURE_INVALIDATE)),
       m_camera(std::make_shared<OpenCamera>(layer, *m_record.info, [this] { OnLoss(); })) {
     m_camera->Use([this](Vanto::IVantoDevice& device) {
         if (device.GetNumStreamGrabberChannels() != 0)
@@ -122,6 +125,17 @@ void Device::OnLoss() {
         stream->TellLoss();
 }
 
+// A start of the stream locks the camera's parameters, and a stop unlocks them. Where a register of the camera keeps
+// that, the consumer's own node map does not know that it has changed.
+Acquisition::LockListener Device::OnLock(GenApi::INodeMap& camera) const {
+    GenApi::NodeList_t registers;
+    if (const GenApi::INode* const node = camera.GetNode(kLockFeature))
+        node->GetChildren(registers, GenApi::ctTerminalNodes);
+    if (registers.empty())
+        return [] {};
+    return [invalidated = m_invalidated] { invalidated->Add(0, kLockFeature); };
+}
+
 /**
  * \brief Open the device's stream
  * \throw GenTLError NOT_IMPLEMENTED without a frame grabber, INVALID_ID, RESOURCE_IN_USE
@@ -140,8 +154,9 @@ std::shared_ptr<Stream> Device::OpenStream(const std::string& id) {
             throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is open already");
         m_stream.reset();
     }
-    return m_camera->Use([&](Vanto::IVantoDevice&) {
-        const auto stream = std::make_shared<Stream>(Handles(), shared_from_this(), m_camera, *m_grabber, id);
+    return m_camera->Use([&](Vanto::IVantoDevice& device) {
+        const auto stream = std::make_shared<Stream>(Handles(), shared_from_this(), m_camera, *m_grabber, id,
+                                                     OnLock(*device.GetNodeMap()));
         const std::lock_guard lock(m_mutex);
         if (m_isClosed)
             throw GenTLError(GC_ERR_INVALID_HANDLE, "The device was closed");
@@ -232,9 +247,16 @@ void Device::Write(std::uint64_t address, std::span<const std::uint8_t> bytes) {
 }
 
 std::shared_ptr<EventQueue> Device::QueueOf(EVENT_TYPE type) {
-    if (type == EVENT_ERROR)
-        return m_errors;
-    return type == EVENT_MODULE ? m_moduleEvents : nullptr;
+    switch (type) {
+        case EVENT_ERROR:
+            return m_errors;
+        case EVENT_FEATURE_INVALIDATE:
+            return m_invalidated;
+        case EVENT_MODULE:
+            return m_moduleEvents;
+        default:
+            return nullptr;
+    }
 }
 
 }  // namespace gentl

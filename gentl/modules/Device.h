@@ -15,6 +15,10 @@
 #include "remote/RemotePort.h"
 #include "stream/Stream.h"
 
+namespace GenApi {
+struct INodeMap;
+}  // namespace GenApi
+
 namespace gentl {
 
 class Interface;
@@ -53,6 +57,7 @@ protected:
 
 private:
     void OnLoss();
+    Acquisition::LockListener OnLock(GenApi::INodeMap& camera) const;
     std::vector<Feature> MakeFeatures();
     AddedFeatures MakeAdded();
 
@@ -61,6 +66,7 @@ private:
     const bool m_readOnly;
     const std::shared_ptr<NoticeQueue> m_errors;
     const std::shared_ptr<NoticeQueue> m_moduleEvents;
+    const std::shared_ptr<NoticeQueue> m_invalidated;
     std::shared_ptr<OpenCamera> m_camera;
     Vanto::IStreamGrabber* m_grabber = nullptr;
     std::shared_ptr<RemotePort> m_remote;

@@ -9,8 +9,11 @@
 
 namespace gentl {
 
-Acquisition::Acquisition(Vanto::IStreamGrabber& grabber, std::shared_ptr<BufferQueue> queue)
-    : m_grabber(grabber), m_queue(std::move(queue)), m_end(Vanto::WaitObjectEx::Create()) {}
+Acquisition::Acquisition(Vanto::IStreamGrabber& grabber, std::shared_ptr<BufferQueue> queue, LockListener onLock)
+    : m_grabber(grabber),
+      m_queue(std::move(queue)),
+      m_onLock(std::move(onLock)),
+      m_end(Vanto::WaitObjectEx::Create()) {}
 
 Acquisition::~Acquisition() {
     Stop();
@@ -23,6 +26,7 @@ Acquisition::~Acquisition() {
  */
 void Acquisition::Start(std::uint64_t wanted) {
     m_grabber.PrepareGrab();
+    m_onLock();
     {
         const std::lock_guard lock(m_queue->Mutex());
         m_queue->StartCounting(wanted);
@@ -112,6 +116,7 @@ void Acquisition::Stop() {
         // A camera that is gone can't be told; the grabber has stopped all the same.
         LogTrace(LogCategory(), Vanto::tracelog::kWarning, "The grab did not end well: %s", error.GetDescription());
     }
+    m_onLock();
 }
 
 }  // namespace gentl

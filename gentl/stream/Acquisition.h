@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -20,7 +21,10 @@ namespace gentl {
 /// the lock of taking results.
 class Acquisition {
 public:
-    Acquisition(Vanto::IStreamGrabber& grabber, std::shared_ptr<BufferQueue> queue);
+    /// Called after the camera's parameters were locked or unlocked.
+    using LockListener = std::function<void()>;
+
+    Acquisition(Vanto::IStreamGrabber& grabber, std::shared_ptr<BufferQueue> queue, LockListener onLock);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
@@ -38,6 +42,7 @@ private:
 
     Vanto::IStreamGrabber& m_grabber;
     const std::shared_ptr<BufferQueue> m_queue;
+    const LockListener m_onLock;
     std::mutex m_taking;  // whoever takes results from the grabber holds it
     [[no_unique_address]] const os::LockName m_takingName{&m_taking, "GenTL results"};
     std::vector<StreamBuffer*> m_canceled;

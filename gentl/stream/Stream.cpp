@@ -23,9 +23,13 @@ namespace {
 
 }  // namespace
 
-/// Opens the stream grabber; throws GenericException where that fails.
+/**
+ * \brief Open the stream grabber
+ * \param[in] onLock Called after each start and stop, by whoever starts or stops; must not use the stream
+ * \throw GenericException It can't be opened
+ */
 Stream::Stream(HandleTable& handles, std::shared_ptr<Device> device, std::shared_ptr<OpenCamera> camera,
-               Vanto::IStreamGrabber& grabber, std::string id)
+               Vanto::IStreamGrabber& grabber, std::string id, Acquisition::LockListener onLock)
     : Module(handles),
       m_device(device),
       m_camera(std::move(camera)),
@@ -34,7 +38,7 @@ Stream::Stream(HandleTable& handles, std::shared_ptr<Device> device, std::shared
       m_queue(std::make_shared<BufferQueue>()),
       m_errors(std::make_shared<NoticeQueue>(EVENT_ERROR)),
       m_moduleEvents(std::make_shared<NoticeQueue>(EVENT_MODULE)),
-      m_acquisition(grabber, m_queue) {
+      m_acquisition(grabber, m_queue, std::move(onLock)) {
     m_grabber.Open();
     SetFeatures("TLDataStream", "StreamPort", MakeFeatures());
 }

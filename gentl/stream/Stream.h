@@ -24,7 +24,7 @@ class Device;
 class Stream : public Module {
 public:
     Stream(HandleTable& handles, std::shared_ptr<Device> device, std::shared_ptr<OpenCamera> camera,
-           Vanto::IStreamGrabber& grabber, std::string id);
+           Vanto::IStreamGrabber& grabber, std::string id, Acquisition::LockListener onLock);
     ~Stream() override;
 
     void Close() noexcept;

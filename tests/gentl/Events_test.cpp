@@ -5,7 +5,9 @@
 #include <future>
 #include <set>
 
+#include "tests/gentl/PortNodes.h"
 #include "tests/gentl/StreamConsumer.h"
+#include "tests/integration/SmallDescription.h"
 
 namespace gentl_test {
 
@@ -210,6 +212,87 @@ TEST_F(Events, TheLossOfTheCameraReachesTheStreamAndNothingHangs) {
     Stop();
     EXPECT_EQ(TL().DSClose(stream), GC_ERR_SUCCESS);
     EXPECT_EQ(TL().DevClose(device), GC_ERR_SUCCESS);
+}
+
+/// A camera that keeps in a register whether its parameters are locked, and a consumer that trusts what it has read.
+class LockedParameters : public StreamConsumer {
+protected:
+    void PrepareWithRegister() {
+        const gencp::Register& place = MarlowSim::registers::kBlackLevelRaw;
+        std::string nodes = integration::GrabbingNodes();
+        const std::string own = "<Integer Name=\"TLParamsLocked\"><Value>0</Value></Integer>";
+        nodes.replace(nodes.find(own), own.size(),
+                      "<Integer Name=\"TLParamsLocked\"><pValue>LockReg</pValue></Integer>");
+        nodes += "<IntReg Name=\"LockReg\"><Address>" + std::to_string(place.address) +
+                 "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+                 "<Cachable>WriteThrough</Cachable><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>";
+        m_folder.Write("camera.xml", integration::SmallDescription(nodes));
+        MarlowSim::CameraOptions camera = integration::Camera("21");
+        camera.descriptionFile = m_folder / "camera.xml";
+        Add("cam0", camera, kGrabber);
+        OpenStream();
+        Announce(1);
+        PortNodes(remote, Description(remote)).Set("TLParamsLocked", "0");
+    }
+    void Listen() { ASSERT_EQ(TL().GCRegisterEvent(device, EVENT_FEATURE_INVALIDATE, &invalidated), GC_ERR_SUCCESS); }
+    /// The feature that the next event names.
+    std::string Invalidated() const {
+        char data[1024];
+        std::size_t size = sizeof data;
+        const GC_ERROR result = TL().EventGetData(invalidated, data, &size, 0);
+        if (result != GC_ERR_SUCCESS)
+            return "error " + std::to_string(result);
+        return InfoText([&](INFO_DATATYPE* type, void* text, std::size_t* length) {
+            return TL().EventGetDataInfo(invalidated, data, size, EVENT_DATA_ID, type, text, length);
+        });
+    }
+
+    static constexpr const char* kGrabber =
+        "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>";
+    EVENT_HANDLE invalidated = nullptr;
+};
+
+TEST_F(LockedParameters, AreReadAgainWhenTheStreamStartsOrStops) {
+    PrepareWithRegister();
+    Listen();
+    const PortNodes nodes(remote, Description(remote));
+    EXPECT_EQ(nodes.Value("TLParamsLocked"), "0");
+    Start();
+    EXPECT_EQ(nodes.Value("TLParamsLocked"), "0") << "from the consumer's cache";
+    nodes[Invalidated().c_str()]->InvalidateNode();
+    EXPECT_EQ(nodes.Value("TLParamsLocked"), "1");
+    Stop();
+    nodes[Invalidated().c_str()]->InvalidateNode();
+    EXPECT_EQ(nodes.Value("TLParamsLocked"), "0");
+}
+
+TEST_F(LockedParameters, AreNotToldWhereTheConsumerItselfWritesThem) {
+    PrepareWithRegister();
+    Listen();
+    PortNodes(remote, Description(remote)).Set("TLParamsLocked", "1");
+    EXPECT_EQ(Invalidated(), "error " + std::to_string(GC_ERR_TIMEOUT));
+}
+
+TEST_F(LockedParameters, AreNotToldWhereNoRegisterKeepsThem) {
+    Prepare(1);
+    Listen();
+    Start();
+    Stop();
+    EXPECT_EQ(Invalidated(), "error " + std::to_string(GC_ERR_TIMEOUT));
+}
+
+TEST_F(LockedParameters, AreToldByNameOnly) {
+    PrepareWithRegister();
+    Listen();
+    Start();
+    char data[1024];
+    std::size_t size = sizeof data;
+    ASSERT_EQ(TL().EventGetData(invalidated, data, &size, 0), GC_ERR_SUCCESS);
+    for (const EVENT_DATA_INFO_CMD command : {EVENT_DATA_VALUE, EVENT_DATA_NUMID}) {
+        std::size_t length = 0;
+        EXPECT_EQ(TL().EventGetDataInfo(invalidated, data, size, command, nullptr, nullptr, &length),
+                  GC_ERR_NOT_AVAILABLE);
+    }
 }
 
 }  // namespace
