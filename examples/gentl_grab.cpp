@@ -105,7 +105,8 @@ void Visit(const GenTLProducer& tl, IF_HANDLE interface, int count) {
         tl.Check(tl.IFOpenDevice(interface, id.c_str(), DEVICE_ACCESS_CONTROL, &device));
         PORT_HANDLE port = nullptr;
         tl.Check(tl.DevGetPort(device, &port));
-        std::cout << "    " << Description(tl, port).size() << " bytes of XML\n";
+        const std::string xml = Description(tl, port);
+        std::cout << "    " << xml.size() << " bytes of XML\n";
         std::uint32_t streams = 0;
         tl.Check(tl.DevGetNumDataStreams(device, &streams));
         if (streams != 0)

@@ -104,6 +104,27 @@ TEST_F(Examples, ListsCameras) {
     EXPECT_EQ(run.ExitCode(), 0);
 }
 
+TEST_F(Examples, WalkAndGrabThroughTheGenTLProducer) {
+    Add("cam1", Camera("22"), kGrabber);
+    Example run("gentl_grab " VANTO_GENTL_PRODUCER " 3");
+    for (const auto& [port, serial] : {std::pair("cam0", "21"), {"cam1", "22"}}) {
+        const std::string camera = std::string("Marlow-H2048-") + serial;
+        EXPECT_EQ(run.ReadLine(), std::string("interface COM_Port#") + port + "\n");
+        EXPECT_EQ(run.ReadLine(), "  device " + camera + ": Marlow H2048 (" + camera + ")\n");
+        EXPECT_THAT(run.ReadLine(), StartsWith("    description local:Marlow_H2048_"));
+        EXPECT_THAT(run.ReadLine(), EndsWith(" bytes of XML\n"));
+    }
+    for (int image = 0; image < 3; ++image) {
+        const std::string line = run.ReadLine();
+        EXPECT_THAT(line, StartsWith("    image "));
+        EXPECT_THAT(line, EndsWith(": 2048 x 2048, 4194304 bytes\n"));
+    }
+    EXPECT_EQ(run.ReadAll(), "");
+    EXPECT_EQ(run.ExitCode(), 0);
+    ExpectClosed("cam0");
+    ExpectClosed("cam1");
+}
+
 TEST_F(Examples, SetsTheExposureTime) {
     Add("cam1", Camera("22"));
     Example run("set_exposure 2500 22");

@@ -28,16 +28,7 @@ inline std::uint32_t NumberFromEnvironment(const char* name, std::uint32_t other
 /// The producer is initialised for the time of a test.
 class Consumer : public integration::Machine {
 protected:
-    /// Where the producer keeps what it has seen, for other processes.
-#ifdef _WIN32
-    static constexpr const char* kCacheVariable = "LOCALAPPDATA";
-#else
-    static constexpr const char* kCacheVariable = "XDG_CACHE_HOME";
-#endif
-
-    Consumer() {
-        EXPECT_EQ(TL().GCInitLib(), GC_ERR_SUCCESS);
-    }
+    Consumer() { EXPECT_EQ(TL().GCInitLib(), GC_ERR_SUCCESS); }
     ~Consumer() override {
         if (m_isOpen) {
             EXPECT_EQ(TL().GCCloseLib(), GC_ERR_SUCCESS);
@@ -96,12 +87,8 @@ protected:
     void Start(std::uint64_t frames = GENTL_INFINITE) {
         ASSERT_EQ(TL().DSStartAcquisition(stream, ACQ_START_FLAGS_DEFAULT, frames), GC_ERR_SUCCESS);
     }
-    void Stop() {
-        EXPECT_EQ(TL().DSStopAcquisition(stream, ACQ_STOP_FLAGS_DEFAULT), GC_ERR_SUCCESS);
-    }
-    void Register() {
-        ASSERT_EQ(TL().GCRegisterEvent(stream, EVENT_NEW_BUFFER, &event), GC_ERR_SUCCESS);
-    }
+    void Stop() { EXPECT_EQ(TL().DSStopAcquisition(stream, ACQ_STOP_FLAGS_DEFAULT), GC_ERR_SUCCESS); }
+    void Register() { ASSERT_EQ(TL().GCRegisterEvent(stream, EVENT_NEW_BUFFER, &event), GC_ERR_SUCCESS); }
     /// The buffer of the next frame; null after \a timeout.
     BUFFER_HANDLE Next(std::uint64_t timeout = kPatience) const {
         EVENT_NEW_BUFFER_DATA data{};
@@ -124,9 +111,7 @@ protected:
                    return TL().DSGetInfo(stream, STREAM_INFO_IS_GRABBING, type, value, size);
                }) != 0;
     }
-    std::size_t PayloadSize() const {
-        return StreamSize(STREAM_INFO_PAYLOAD_SIZE);
-    }
+    std::size_t PayloadSize() const { return StreamSize(STREAM_INFO_PAYLOAD_SIZE); }
     template <class T>
     T BufferValue(BUFFER_HANDLE buffer, BUFFER_INFO_CMD command, INFO_DATATYPE expected) const {
         return InfoValue<T>(expected, [&](INFO_DATATYPE* type, void* value, std::size_t* size) {
@@ -156,7 +141,6 @@ protected:
         return xml;
     }
 
-    const scripted::ScopedVariable m_caches{kCacheVariable, m_folder.Path()};
     TL_HANDLE system = nullptr;
     IF_HANDLE interface = nullptr;
     DEV_HANDLE device = nullptr;

@@ -70,7 +70,15 @@ protected:
         return info;
     }
 
+    /// Names the folder of the user's caches, where the GenTL producer keeps what it has seen, for other processes.
+#ifdef _WIN32
+    static constexpr const char* kCacheVariable = "LOCALAPPDATA";
+#else
+    static constexpr const char* kCacheVariable = "XDG_CACHE_HOME";
+#endif
+
     scripted::Surroundings m_surroundings;
+    const scripted::ScopedVariable m_userCaches{kCacheVariable, m_surroundings.cache.Path()};
     scripted::TemporaryFolder m_folder;  // for what a test writes itself
     Vanto::tracelog::LogRecorder m_log{"Vanto.*:trace"};
     MarlowSim::Simulator simulator{m_surroundings.links.Path()};
