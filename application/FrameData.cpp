@@ -12,14 +12,10 @@ namespace Vanto {
 
 namespace {
 
-constexpr std::uint64_t kBitsPerByte = 8;
-
 FrameStatus StatusOf(const GrabResult& result) noexcept {
     if (!result.Succeeded())
         return FrameStatus::kFailed;
-    const std::uint64_t bits =
-        std::uint64_t{NotNegative(result.width)} * NotNegative(result.height) * BitPerPixel(result.GetPixelType());
-    return result.payloadSize < (bits + kBitsPerByte - 1) / kBitsPerByte ? FrameStatus::kCut : FrameStatus::kComplete;
+    return IsCut(result) ? FrameStatus::kCut : FrameStatus::kComplete;
 }
 
 }  // namespace

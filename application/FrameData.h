@@ -27,6 +27,14 @@ inline std::uint32_t NotNegative(std::int32_t value) noexcept {
     return value > 0 ? static_cast<std::uint32_t>(value) : 0;
 }
 
+/// Whether a buffer lacks a part of the image; none of unknown size does.
+inline bool IsCut(const GrabResult& result) noexcept {
+    constexpr std::uint64_t kBitsPerByte = 8;
+    const std::uint64_t bits =
+        std::uint64_t{NotNegative(result.width)} * NotNegative(result.height) * BitPerPixel(result.GetPixelType());
+    return result.payloadSize < (bits + kBitsPerByte - 1) / kBitsPerByte;
+}
+
 /// What a frame holds. When it goes, its buffer goes back to the stream, or away where the stream is gone.
 class FrameData {
 public:

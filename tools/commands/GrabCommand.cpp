@@ -18,7 +18,6 @@
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
 #include "features/OptionNumbers.h"
-#include "images/Acquisition.h"
 #include "images/FrameCounts.h"
 #include "images/GrabProgress.h"
 #include "images/GrabTarget.h"
@@ -39,8 +38,10 @@ public:
 
 private:
     void ReadOptions();
-    void Grab(Acquisition& acquisition, FrameCounts& counts, GrabTarget& target, GrabProgress& progress) const;
-    bool IsOver(std::int64_t taken, const GrabProgress& progress) const;
+    void Grab(Vanto::FrameStream& stream, FrameCounts& counts, GrabTarget& target, GrabProgress& progress) const;
+    Vanto::StreamOptions StreamOptions() const;
+    std::optional<Vanto::Frame> Next(Vanto::FrameStream& stream) const;
+    bool IsOver(const GrabProgress& progress) const;
     void PrintSummary(Output& output, const FrameCounts& counts, const GrabTarget& target, double seconds) const;
     Json Summary(const FrameCounts& counts, const GrabTarget& target, double seconds) const;
 
@@ -128,12 +129,12 @@ ExitCode GrabCommand::Run(Output& output) {
     ApplySettings(device.Nodes(), settings);
     GrabTarget target(m_wishes, device, output);
     FrameCounts counts;
-    Acquisition acquisition(device, m_wishes.waiting);
+    Vanto::FrameStream stream = device.Camera().Stream(StreamOptions());
     std::optional<GrabProgress> progress(std::in_place, output, static_cast<std::uint64_t>(m_count));
     std::exception_ptr failure;
     try {
-        Grab(acquisition, counts, target, *progress);
-        acquisition.Finish();
+        Grab(stream, counts, target, *progress);
+        stream.Stop();
     } catch (...) {
         failure = std::current_exception();
     }
@@ -151,27 +152,37 @@ ExitCode GrabCommand::Run(Output& output) {
     return counts.Cut() == 0 && counts.Failed() == 0 ? ExitCode::kDone : ExitCode::kFailed;
 }
 
-bool GrabCommand::IsOver(std::int64_t taken, const GrabProgress& progress) const {
-    if (m_count > 0 && taken >= m_count)
-        return true;
+Vanto::StreamOptions GrabCommand::StreamOptions() const {
+    Vanto::StreamOptions options;
+    options.buffers = m_wishes.waiting;
+    options.count = static_cast<std::uint64_t>(m_count);
+    return options;
+}
+
+bool GrabCommand::IsOver(const GrabProgress& progress) const {
     return m_duration && progress.Seconds() * 1000.0 >= static_cast<double>(m_duration->count());
 }
 
-void GrabCommand::Grab(Acquisition& acquisition, FrameCounts& counts, GrabTarget& target,
+/// Nothing behind the last one.
+std::optional<Vanto::Frame> GrabCommand::Next(Vanto::FrameStream& stream) const {
+    ThrowIfInterrupted();
+    try {
+        return stream.Next(m_timeout);
+    } catch (const Vanto::CameraTimeout&) {
+        throw ToolError(
+            fmt::format("no frame came within {}", DurationText(m_timeout)),
+            "Is the image cable plugged in, and does the camera wait for a trigger? --timeout waits longer.");
+    }
+}
+
+void GrabCommand::Grab(Vanto::FrameStream& stream, FrameCounts& counts, GrabTarget& target,
                        GrabProgress& progress) const {
-    for (std::int64_t taken = 0; !IsOver(taken, progress); ++taken) {
-        ThrowIfInterrupted();
-        const std::optional<Vanto::GrabResult> result = acquisition.Next(m_timeout);
-        if (!result) {
-            ThrowIfInterrupted();
-            throw ToolError(
-                fmt::format("no frame came within {}", DurationText(m_timeout)),
-                "Is the image cable plugged in, and does the camera wait for a trigger? --timeout waits longer.");
-        }
-        counts.Add(*result);
-        const bool goesOn = !result->Succeeded() || target.Take(*result, counts);
-        acquisition.QueueAgain(*result);
-        if (!goesOn)
+    while (!IsOver(progress)) {
+        const std::optional<Vanto::Frame> frame = Next(stream);
+        if (!frame)
+            return;
+        counts.Update(stream.Counts());
+        if (frame->Status() != Vanto::FrameStatus::kFailed && !target.Take(*frame, counts))
             return;
         progress.Show(counts);
     }

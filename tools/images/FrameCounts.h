@@ -7,36 +7,34 @@
 #include <chrono>
 #include <cstdint>
 
-#include "base/FrameTags.h"
-#include "vanto/GrabResult.h"
+#include "vanto/FrameStream.h"
 
 namespace tools {
 
-/// Counts results. Thread-bound.
+/// What a stream counts, with the time from its first frame to its last one. Thread-bound.
 class FrameCounts {
 public:
-    void Add(const Vanto::GrabResult& result);
+    /// To be told after each frame.
+    void Update(const Vanto::StreamCounts& counts) {
+        if (counts.delivered != m_counts.delivered)
+            m_last = std::chrono::steady_clock::now();
+        if (m_counts.delivered == 0)
+            m_first = m_last;
+        m_counts = counts;
+    }
 
-    std::uint64_t Delivered() const noexcept { return m_delivered; }  ///< frames in a buffer, cut ones too
-    std::uint64_t Dropped() const noexcept { return m_dropped; }      ///< missing between two that were delivered
-    std::uint64_t Cut() const noexcept { return m_cut; }              ///< delivered, but not with all their bytes
-    std::uint64_t Failed() const noexcept { return m_failed; }        ///< arrived without usable data
-    std::uint64_t Bytes() const noexcept { return m_bytes; }
-    /// From the first frame to the last one: without the time until the first came, and whatever is done with frames.
+    std::uint64_t Delivered() const noexcept { return m_counts.delivered; }  ///< frames in a buffer, cut ones too
+    std::uint64_t Dropped() const noexcept { return m_counts.missed; }  ///< missing between two that were delivered
+    std::uint64_t Cut() const noexcept { return m_counts.cut; }         ///< delivered, but not with all their bytes
+    std::uint64_t Failed() const noexcept { return m_counts.failed; }   ///< arrived without usable data
+    std::uint64_t Bytes() const noexcept { return m_counts.bytes; }
+    /// Without the time until the first came, and whatever is done with frames.
     double Seconds() const noexcept { return std::chrono::duration<double>(m_last - m_first).count(); }
 
 private:
-    std::uint64_t m_delivered = 0;
-    std::uint64_t m_dropped = 0;
-    std::uint64_t m_cut = 0;
-    std::uint64_t m_failed = 0;
-    std::uint64_t m_bytes = 0;
+    Vanto::StreamCounts m_counts;
     std::chrono::steady_clock::time_point m_first;
     std::chrono::steady_clock::time_point m_last;
-    base::FrameTags m_tags;
 };
-
-/// Whether a buffer lacks a part of the frame's image.
-bool IsCut(const Vanto::GrabResult& result) noexcept;
 
 }  // namespace tools

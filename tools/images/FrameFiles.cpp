@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "error/ExitCode.h"
-#include "images/FrameCounts.h"
 #include "output/Json.h"
 #include "output/Text.h"
 #include "system/Files.h"
@@ -64,12 +63,14 @@ std::string SideFileText(const Vanto::ImageView& image, const Vanto::ImageNotes&
 
 }  // namespace
 
-Vanto::ImageView ViewOf(const Vanto::GrabResult& result) {
-    return {.data = result.Buffer(),
-            .size = static_cast<std::size_t>(result.GetPayloadSize()),
-            .pixelType = result.GetPixelType(),
-            .width = static_cast<std::uint32_t>(result.GetWidth()),
-            .height = static_cast<std::uint32_t>(result.GetHeight())};
+FrameImage ImageOf(const Vanto::Frame& frame) {
+    return {.view = {.data = frame.Data(),
+                     .size = frame.Size(),
+                     .pixelType = static_cast<Vanto::EPixelType>(frame.PixelType()),
+                     .width = frame.Width(),
+                     .height = frame.Height()},
+            .isCut = frame.Status() == Vanto::FrameStatus::kCut,
+            .frame = frame};
 }
 
 /**
@@ -114,12 +115,12 @@ void FrameFiles::CheckPixelType(Vanto::EPixelType pixelType) const {
  * \brief The file of the next frame
  * \return Nothing when it is not saved: a cut one only as raw bytes, other formats have no images with missing lines
  */
-std::optional<FrameFile> FrameFiles::Next(const Vanto::GrabResult& result) {
-    if (!m_format || (IsCut(result) && *m_format != Vanto::EImageFileFormat::kRaw))
+std::optional<FrameFile> FrameFiles::Next(const FrameImage& image) {
+    if (!m_format || (image.isCut && *m_format != Vanto::EImageFileFormat::kRaw))
         return std::nullopt;
-    CheckPixelType(result.GetPixelType());
+    CheckPixelType(image.view.pixelType);
     const std::string name =
-        fmt::format("frame_{:06}{}", m_next, Vanto::GetFileExtension(*m_format, result.GetPixelType()));
+        fmt::format("frame_{:06}{}", m_next, Vanto::GetFileExtension(*m_format, image.view.pixelType));
     return FrameFile{(m_folder / name).lexically_normal(), m_next++};
 }
 
@@ -140,9 +141,9 @@ void FrameFiles::Write(const FrameFile& file, const Vanto::ImageView& image, con
 }
 
 /// The file of the next frame, written at once.
-void FrameFiles::Save(const Vanto::GrabResult& result, const Vanto::ImageNotes& notes) {
-    if (const std::optional<FrameFile> file = Next(result))
-        Write(*file, ViewOf(result), notes);
+void FrameFiles::Save(const FrameImage& image, const Vanto::ImageNotes& notes) {
+    if (const std::optional<FrameFile> file = Next(image))
+        Write(*file, image.view, notes);
 }
 
 std::uint64_t FrameFiles::Count() const {

@@ -10,10 +10,18 @@
 #include <optional>
 #include <string>
 
-#include "vanto/GrabResult.h"
+#include "vanto/Frame.h"
 #include "vanto/ImageWriter.h"
 
 namespace tools {
+
+/// An image where it lies; there it stays as long as this holds the frame.
+struct FrameImage {
+    Vanto::ImageView view;
+    bool isCut = false;  ///< whether a part of it is missing
+    std::optional<Vanto::Frame> frame;
+};
+FrameImage ImageOf(const Vanto::Frame& frame);
 
 /// A file to be written, with its place in the order of frames.
 struct FrameFile {
@@ -28,9 +36,9 @@ public:
     FrameFiles(const std::string& format, std::filesystem::path folder, bool overwrite = false);
 
     void CheckPixelType(Vanto::EPixelType pixelType) const;
-    std::optional<FrameFile> Next(const Vanto::GrabResult& result);
+    std::optional<FrameFile> Next(const FrameImage& image);
     void Write(const FrameFile& file, const Vanto::ImageView& image, const Vanto::ImageNotes& notes);
-    void Save(const Vanto::GrabResult& result, const Vanto::ImageNotes& notes = {});
+    void Save(const FrameImage& image, const Vanto::ImageNotes& notes = {});
 
     std::uint64_t Count() const;
     std::uint64_t Bytes() const;  ///< of the images, not of the files
@@ -53,8 +61,5 @@ private:
 
 /// Words for the formats of files, "none" among them; pgm is another word for pnm.
 inline constexpr const char* kFrameFormats[] = {"png", "pnm", "pgm", "tiff", "raw", "y4m", "none"};
-
-/// A frame's image where it lies.
-Vanto::ImageView ViewOf(const Vanto::GrabResult& result);
 
 }  // namespace tools

@@ -19,13 +19,11 @@ FrameSaver::~FrameSaver() {
     End();
 }
 
-void FrameSaver::Save(const Vanto::GrabResult& result, const Vanto::ImageNotes& notes) {
-    std::optional<FrameFile> file = m_files.Next(result);
+void FrameSaver::Save(const FrameImage& image, const Vanto::ImageNotes& notes) {
+    std::optional<FrameFile> file = m_files.Next(image);
     if (!file)
         return;
-    Job job{std::move(*file), {}, ViewOf(result), notes};
-    const auto* const first = static_cast<const std::uint8_t*>(job.image.data);
-    job.bytes.assign(first, first + job.image.size);
+    Job job{std::move(*file), image, notes};
     std::unique_lock guard(m_lock);
     if (m_first == std::chrono::steady_clock::time_point())
         m_first = m_last = std::chrono::steady_clock::now();
@@ -77,9 +75,7 @@ void FrameSaver::Run() {
 void FrameSaver::Write(const Job& job) {
     std::exception_ptr failure;
     try {
-        Vanto::ImageView image = job.image;
-        image.data = job.bytes.data();
-        m_files.Write(job.file, image, job.notes);
+        m_files.Write(job.file, job.image.view, job.notes);
     } catch (...) {
         failure = std::current_exception();
     }

@@ -29,8 +29,8 @@ public:
     FrameSaver(const FrameSaver&) = delete;
     FrameSaver& operator=(const FrameSaver&) = delete;
 
-    /// Copies the frame, so that its buffer is free. Throws what an earlier frame failed with.
-    void Save(const Vanto::GrabResult& result, const Vanto::ImageNotes& notes);
+    /// Holds the frame until it is written. Throws what an earlier frame failed with.
+    void Save(const FrameImage& image, const Vanto::ImageNotes& notes);
     /// Waits for the last file. Throws what a frame failed with.
     void Finish();
     /// From the first frame to the end of the last file so far.
@@ -39,8 +39,7 @@ public:
 private:
     struct Job {
         FrameFile file;
-        std::vector<std::uint8_t> bytes;
-        Vanto::ImageView image;
+        FrameImage image;
         Vanto::ImageNotes notes;
     };
     void Run();

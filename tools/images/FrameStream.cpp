@@ -12,8 +12,6 @@
 #include <utility>
 
 #include "error/ExitCode.h"
-#include "images/FrameCounts.h"
-#include "images/FrameFiles.h"
 #include "output/Output.h"
 
 namespace tools {
@@ -58,17 +56,17 @@ PnmPixels PixelsOf(const std::vector<std::uint8_t>& pnm) {
 FrameStream::FrameStream(Output& output, std::string format, double rate)
     : m_output(output), m_format(std::move(format)), m_rate(rate) {}
 
-bool FrameStream::Write(const Vanto::GrabResult& result) {
-    const Vanto::ImageView image = ViewOf(result);
+bool FrameStream::Write(const FrameImage& image) {
+    const Vanto::ImageView& view = image.view;
     if (m_format == "raw") {
-        m_output.Print({static_cast<const char*>(image.data), image.size});
-    } else if (IsCut(result)) {
+        m_output.Print({static_cast<const char*>(view.data), view.size});
+    } else if (image.isCut) {
         return true;  // no image with missing lines
     } else {
         std::vector<std::uint8_t> pnm;
-        Vanto::AppendPnm(pnm, image);
+        Vanto::AppendPnm(pnm, view);
         if (m_format == "y4m")
-            WriteVideo(pnm, image.width, image.height);
+            WriteVideo(pnm, view.width, view.height);
         else
             m_output.Print(TextOf(pnm));
     }

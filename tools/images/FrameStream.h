@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "vanto/GrabResult.h"
+#include "images/FrameFiles.h"
 
 namespace tools {
 
@@ -23,7 +23,7 @@ public:
     FrameStream(Output& output, std::string format, double rate);
 
     /// False when nobody reads any more.
-    bool Write(const Vanto::GrabResult& result);
+    bool Write(const FrameImage& image);
     std::uint64_t Count() const noexcept { return m_count; }
 
 private:

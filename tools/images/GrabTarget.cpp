@@ -82,16 +82,17 @@ void GrabTarget::CheckPixelFormat(const OpenDevice& device) const {
     m_files->CheckPixelType(types.GetVantoPixelTypeFromNodeValue(pixelFormat->GetIntValue()));
 }
 
-bool GrabTarget::Take(const Vanto::GrabResult& result, const FrameCounts& counts) {
+bool GrabTarget::Take(const Vanto::Frame& frame, const FrameCounts& counts) {
     if (m_taken++ % m_wishes.every != 0)
         return true;
-    Look(result, counts);
+    const FrameImage image = ImageOf(frame);
+    Look(image, counts);
     if (m_stream)
-        return m_stream->Write(result);
+        return m_stream->Write(image);
     Vanto::ImageNotes notes = m_notes;
     notes.frameNumber = std::to_string(m_taken);
     notes.time = Now();
-    m_saver->Save(result, notes);
+    m_saver->Save(image, notes);
     return true;
 }
 
@@ -101,17 +102,16 @@ void GrabTarget::Finish() {
 }
 
 // Now and then is enough: looking takes its time.
-void GrabTarget::Look(const Vanto::GrabResult& result, const FrameCounts& counts) {
+void GrabTarget::Look(const FrameImage& image, const FrameCounts& counts) {
     constexpr std::chrono::seconds kPeriod{1};
     const auto now = std::chrono::steady_clock::now();
-    if ((!m_wishes.statistics && !m_wishes.preview) || IsCut(result) || (!m_seen.empty() && now - m_looked < kPeriod))
+    if ((!m_wishes.statistics && !m_wishes.preview) || image.isCut || (!m_seen.empty() && now - m_looked < kPeriod))
         return;
     m_looked = now;
     m_seen.clear();
-    const Vanto::ImageView image = ViewOf(result);
-    Vanto::AppendPnm(m_seen, image);
-    m_seenWidth = image.width;
-    m_seenHeight = image.height;
+    Vanto::AppendPnm(m_seen, image.view);
+    m_seenWidth = image.view.width;
+    m_seenHeight = image.view.height;
     if (m_wishes.statistics)
         m_output.Note(fmt::format("frame {}: {}{}{} dropped, {}", m_taken, CameraRateText(counts),
                                   counts.Delivered() < 2 ? "" : ", ", counts.Dropped(),

@@ -40,7 +40,7 @@ public:
     GrabTarget(const GrabWishes& wishes, const OpenDevice& device, Output& output);
 
     /// False when nobody reads standard output any more.
-    bool Take(const Vanto::GrabResult& result, const FrameCounts& counts);
+    bool Take(const Vanto::Frame& frame, const FrameCounts& counts);
     /// Waits until all is saved; throws what went wrong with a file.
     void Finish();
     void PrintPreview();
@@ -51,7 +51,7 @@ public:
 
 private:
     void CheckPixelFormat(const OpenDevice& device) const;
-    void Look(const Vanto::GrabResult& result, const FrameCounts& counts);
+    void Look(const FrameImage& image, const FrameCounts& counts);
 
     const GrabWishes m_wishes;
     Output& m_output;

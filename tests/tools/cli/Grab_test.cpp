@@ -173,7 +173,7 @@ TEST(Grab, EndsWhenNoFrameComes) {
 TEST(Grab, SaysWhatThePluginSays) {
     Grabbing("SaperaSimulated;FailInit=No board in the machine").ExpectFailure({}, 1, "No board in the machine");
     Grabbing("SaperaSimulated;FailStart=No signal").ExpectFailure({"--format", "none"}, 1, "No signal");
-    Grabbing("SaperaSimulated;FailStart=").ExpectFailure({"--format", "none"}, 1, "doesn't say why");
+    Grabbing("SaperaSimulated;FailStart=").ExpectFailure({"--format", "none"}, 1, "does not say why");
     Grabbing("Other").ExpectFailure({}, 1, "has no frame grabber");
     Grabbing("").ExpectFailure({}, 1, "has no frame grabber");
 }

@@ -23,20 +23,20 @@ namespace fs = std::filesystem;
 /// Saves 4 x 2 pixels of one byte.
 class FrameFilesTest : public testing::Test {
 protected:
-    Vanto::GrabResult Frame() {
-        Vanto::GrabResult result;
-        result.status = Vanto::Grabbed;
-        result.buffer = m_pixels.data();
-        result.width = 4;
-        result.height = 2;
-        result.pixelType = Vanto::PixelType_Mono8;
-        result.payloadSize = m_pixels.size();
-        return result;
+    FrameImage Frame() const {
+        FrameImage image;
+        image.view = {.data = m_pixels.data(),
+                      .size = m_pixels.size(),
+                      .pixelType = Vanto::PixelType_Mono8,
+                      .width = 4,
+                      .height = 2};
+        return image;
     }
-    Vanto::GrabResult CutFrame() {
-        Vanto::GrabResult result = Frame();
-        result.payloadSize = 5;
-        return result;
+    FrameImage CutFrame() const {
+        FrameImage image = Frame();
+        image.view.size = 5;
+        image.isCut = true;
+        return image;
     }
     fs::path Folder() const { return m_folder.Path() / "a" / "b"; }
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <deque>
 
 #include "Base/GCException.h"
 #include "system/Folders.h"
@@ -18,23 +19,21 @@ namespace fs = std::filesystem;
 
 class FrameSaverTest : public testing::Test {
 protected:
-    /// A frame in a buffer that is used again for the next one.
-    const Vanto::GrabResult& Frame(std::uint8_t grey) {
-        m_pixels.fill(grey);
-        m_frame.status = Vanto::Grabbed;
-        m_frame.buffer = m_pixels.data();
-        m_frame.width = 4;
-        m_frame.height = 2;
-        m_frame.pixelType = Vanto::PixelType_Mono8;
-        m_frame.payloadSize = m_pixels.size();
-        return m_frame;
+    FrameImage Frame(std::uint8_t grey) {
+        m_pixels.emplace_back().fill(grey);
+        FrameImage image;
+        image.view = {.data = m_pixels.back().data(),
+                      .size = m_pixels.back().size(),
+                      .pixelType = Vanto::PixelType_Mono8,
+                      .width = 4,
+                      .height = 2};
+        return image;
     }
     fs::path Folder() const { return m_folder.Path() / "images"; }
 
 private:
     TemporaryFolder m_folder;
-    std::array<std::uint8_t, 8> m_pixels{};
-    Vanto::GrabResult m_frame;
+    std::deque<std::array<std::uint8_t, 8>> m_pixels;
 };
 
 TEST_F(FrameSaverTest, KeepsEachFrameAsItCame) {

@@ -17,11 +17,12 @@ using tools::GrabProgress;
 
 inline FrameCounts CountsOf(int frames) {
     FrameCounts counts;
-    Vanto::GrabResult result;
-    result.status = Vanto::Grabbed;
-    result.payloadSize = 1'000'000;
-    for (int frame = 0; frame < frames; ++frame)
-        counts.Add(result);
+    Vanto::StreamCounts stream;
+    for (int frame = 0; frame < frames; ++frame) {
+        ++stream.delivered;
+        stream.bytes += 1'000'000;
+        counts.Update(stream);
+    }
     return counts;
 }
 
