@@ -7,6 +7,7 @@
 
 #include "Base/GCException.h"
 #include "GenApi/Pointer.h"
+#include "core/MapAccess.h"
 #include "core/Node.h"
 #include "core/NodeMap.h"
 #include "formula/FormulaArithmetic.h"
@@ -152,6 +153,26 @@ void CNode::AssignText(const std::string& text, Evaluation& evaluation) {
     WriteText(text, evaluation);
     if (evaluation.verify)
         CheckError();
+}
+
+std::int64_t CNode::UsersInteger(bool verify, bool ignoreCache) {
+    const MapAccess access(*m_map);
+    RequireReadable();
+    Evaluation evaluation;
+    evaluation.ignoreCache = ignoreCache;
+    const std::int64_t value = Integer(evaluation);
+    if (verify)
+        CheckInteger(value, evaluation);
+    return value;
+}
+
+void CNode::SetUsersInteger(std::int64_t value, bool verify) {
+    m_map->Change(this, [&] {
+        RequireWritable();
+        Evaluation evaluation;
+        evaluation.verify = verify;
+        AssignInteger(value, evaluation);
+    });
 }
 
 bool CNode::IsValueCached() const {

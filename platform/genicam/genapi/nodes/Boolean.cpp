@@ -6,7 +6,6 @@
 #include "nodes/Boolean.h"
 
 #include "Base/GCException.h"
-#include "core/MapAccess.h"
 #include "core/NodeMap.h"
 #include "schema/Text.h"
 #include "schema/Values.h"
@@ -56,12 +55,7 @@ void CBoolean::CheckInteger(std::int64_t value, Evaluation&) {
  * \context Any thread
  */
 bool CBoolean::GetValue(bool, bool ignoreCache) const {
-    CBoolean& self = const_cast<CBoolean&>(*this);
-    const MapAccess access(Map());
-    self.RequireReadable();
-    Evaluation evaluation;
-    evaluation.ignoreCache = ignoreCache;
-    return self.Integer(evaluation) != 0;
+    return const_cast<CBoolean&>(*this).UsersInteger(false, ignoreCache) != 0;
 }
 
 /**
@@ -71,12 +65,7 @@ bool CBoolean::GetValue(bool, bool ignoreCache) const {
  * \context Any thread
  */
 void CBoolean::SetValue(bool value, bool verify) {
-    Map().Change(this, [&] {
-        RequireWritable();
-        Evaluation evaluation;
-        evaluation.verify = verify;
-        AssignInteger(value ? 1 : 0, evaluation);
-    });
+    SetUsersInteger(value ? 1 : 0, verify);
 }
 
 GenICam::gcstring CBoolean::ToString(bool verify, bool ignoreCache) {

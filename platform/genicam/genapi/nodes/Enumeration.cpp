@@ -219,12 +219,7 @@ void CEnumeration::GetEntries(NodeList_t& entries) {
  * \context Any thread
  */
 void CEnumeration::SetIntValue(std::int64_t value, bool verify) {
-    Map().Change(this, [&] {
-        RequireWritable();
-        Evaluation evaluation;
-        evaluation.verify = verify;
-        AssignInteger(value, evaluation);
-    });
+    SetUsersInteger(value, verify);
 }
 
 /**
@@ -235,14 +230,7 @@ void CEnumeration::SetIntValue(std::int64_t value, bool verify) {
  * \context Any thread
  */
 std::int64_t CEnumeration::GetIntValue(bool verify, bool ignoreCache) {
-    const MapAccess access(Map());
-    RequireReadable();
-    Evaluation evaluation;
-    evaluation.ignoreCache = ignoreCache;
-    const std::int64_t value = Integer(evaluation);
-    if (verify)
-        CheckInteger(value, evaluation);
-    return value;
+    return UsersInteger(verify, ignoreCache);
 }
 
 IEnumEntry* CEnumeration::GetEntryByName(const GenICam::gcstring& symbolic) {

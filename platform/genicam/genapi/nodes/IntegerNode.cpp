@@ -27,14 +27,7 @@ namespace GenApi {
  * \context Any thread
  */
 std::int64_t CIntegerNode::GetValue(bool verify, bool ignoreCache) {
-    const MapAccess access(Map());
-    RequireReadable();
-    Evaluation evaluation;
-    evaluation.ignoreCache = ignoreCache;
-    const std::int64_t value = Integer(evaluation);
-    if (verify)
-        CheckInteger(value, evaluation);
-    return value;
+    return UsersInteger(verify, ignoreCache);
 }
 
 /**
@@ -46,12 +39,7 @@ std::int64_t CIntegerNode::GetValue(bool verify, bool ignoreCache) {
  * \context Any thread
  */
 void CIntegerNode::SetValue(std::int64_t value, bool verify) {
-    Map().Change(this, [&] {
-        RequireWritable();
-        Evaluation evaluation;
-        evaluation.verify = verify;
-        AssignInteger(value, evaluation);
-    });
+    SetUsersInteger(value, verify);
 }
 
 std::int64_t CIntegerNode::GetMin() {
