@@ -43,6 +43,18 @@ function(vanto_sources result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
+# vanto_find_boost(<result>): what to link for Boost's mutexes and clocks.
+function(vanto_find_boost result)
+    if(WIN32)
+        # Its mutexes are all headers there.
+        find_package(Boost REQUIRED)
+        set(${result} Boost::headers PARENT_SCOPE)
+    else()
+        find_package(Boost REQUIRED COMPONENTS chrono thread)
+        set(${result} Boost::chrono Boost::thread PARENT_SCOPE)
+    endif()
+endfunction()
+
 # vanto_exports(<target>): keeps all but the names of our own name spaces out of a library's table of symbols. On Windows
 # there is nothing else in it.
 function(vanto_exports target)
