@@ -7,6 +7,9 @@ alone are bodies of several lines, those beside an else, those below a condition
 below an if, whose own else compilers warn of.
 
 Enumerators are kPascalCase, but for those that C interfaces and the SDK's and GenICam's headers spell.
+
+A lock has a name in the order of locks, which docs/lock-order.md lists, but for those of what stands on the SDK's headers
+only, as other people's programs do.
 """
 import re
 import sys
@@ -43,7 +46,28 @@ def strange_enumerators(path, text):
                 yield name
 
 
+STANDS_ON_THE_SDK = ("camera/grabber/", "python/", "platform/vanto/include/", "platform/genicam/genapi/include/")
+NAMED_WINGS = ("platform/", "include/", "VantoCLSer/", "camera/", "application/", "gentl/", "tools/")
+LOCK = re.compile(r"^ *(?:(?:mutable|static|constinit) )*std::(?:recursive_|shared_|timed_)*mutex (\w+);", re.M)
+LOCK_NAME = re.compile(r'\bLockName \w+[({]&(\w+),\s*"([^"]+)"')
+
+
+def faults_of_locks(path, text, listed):
+    """Locks without a name, and names that the page does not list."""
+    if not path.startswith(NAMED_WINGS) or path.startswith(STANDS_ON_THE_SDK):
+        return
+    names = LOCK_NAME.findall(text)
+    locks = LOCK.findall(text)
+    for lock in sorted({lock for lock in locks if locks.count(lock) > [named for named, _ in names].count(lock)}):
+        yield f"the lock {lock} has no os::LockName"
+    for _, name in names:
+        if f'"{name}"' not in listed:
+            yield f'docs/lock-order.md does not list "{name}"'
+
+
 def main(arguments):
+    with open("docs/lock-order.md", encoding="utf-8") as page:
+        listed = page.read()
     repair = "--repair" in arguments
     found = 0
     for path in (argument for argument in arguments if argument != "--repair"):
@@ -52,7 +76,10 @@ def main(arguments):
         strange = [] if repair else list(strange_enumerators(path, "\n".join(lines)))
         for name in strange:
             print(f"{path}: the enumerator {name} is not kPascalCase")
-        found += len(strange)
+        faults = [] if repair else list(faults_of_locks(path, "\n".join(lines), listed))
+        for fault in faults:
+            print(f"{path}: {fault}")
+        found += len(strange) + len(faults)
         heads = list(bodies_with_braces(lines))
         found += len(heads)
         if repair and heads:

@@ -17,6 +17,7 @@ namespace gentl {
 namespace {
 
 std::mutex g_lock;
+[[maybe_unused]] const os::LockName g_lockName(&g_lock, "GenTL libraries");
 std::shared_ptr<Library> g_library;
 std::condition_variable g_changed;
 bool g_isClosing = false;

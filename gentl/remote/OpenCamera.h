@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "os/LockName.h"
 #include "support/GenTLError.h"
 #include "vanto/Device.h"
 
@@ -60,6 +61,7 @@ private:
     Vanto::ITransportLayer& m_layer;
     Vanto::IVantoDevice* m_device = nullptr;
     std::shared_mutex m_mutex;  // T that closes holds it; users share it
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL camera"};
     std::atomic<bool> m_isClosing{false};
     std::atomic<bool> m_isLost{false};
     std::vector<std::pair<GenApi::INode*, GenApi::IRegister*>> m_registers;

@@ -10,6 +10,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "os/LockName.h"
 #include "support/GenTLError.h"
 
 namespace gentl {
@@ -48,6 +49,7 @@ public:
 
 private:
     mutable std::shared_mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "GenTL handles"};
     std::unordered_map<std::uintptr_t, std::shared_ptr<Object>> m_objects;
     std::uintptr_t m_next = 1;
 };

@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 
+#include "os/LockName.h"
+
 namespace CLProtocol {
 struct Activity;
 }
@@ -52,6 +54,7 @@ private:
     void Hear(const CLProtocol::Activity& activity);
 
     mutable std::mutex m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "watched ports"};
     std::map<std::string, PortNews> m_news;
     Listener m_listener;
 };

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "os/LockName.h"
 #include "vanto/Frame.h"
 #include "vanto/ImageWriter.h"
 
@@ -53,6 +54,7 @@ private:
     std::filesystem::path m_folder;
     std::uint64_t m_next = 1;
     mutable std::mutex m_lock;  // of what follows
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "frames' files"};
     std::uint64_t m_count = 0;
     std::uint64_t m_bytes = 0;
     FrameFile m_first;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "images/FrameFiles.h"
+#include "os/LockName.h"
 
 namespace tools {
 
@@ -49,6 +50,7 @@ private:
     FrameFiles& m_files;
     const std::size_t m_places;
     mutable std::mutex m_lock;  // of what follows, but for the threads
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "frames to save"};
     std::condition_variable m_changed;
     std::deque<Job> m_jobs;
     std::exception_ptr m_failure;

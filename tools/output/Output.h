@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "os/LockName.h"
+
 namespace tools {
 
 /// How a piece of text is shown on a terminal; plain text elsewhere.
@@ -59,6 +61,7 @@ private:
     void Write(std::FILE* stream, std::string_view text);
 
     std::mutex m_errLock;  // standard error has the status, which another thread may show
+    [[no_unique_address]] const os::LockName m_errLockName{&m_errLock, "standard error"};
     bool m_hasStatus = false;
     std::FILE* m_out;
     std::FILE* m_err;

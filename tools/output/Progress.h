@@ -11,6 +11,8 @@
 #include <string>
 #include <thread>
 
+#include "os/LockName.h"
+
 namespace tools {
 
 class Output;
@@ -43,6 +45,7 @@ private:
     std::uint64_t m_all = 0;
     Unit m_unit = Unit::kThings;
     std::mutex m_lock;
+    [[no_unique_address]] const os::LockName m_lockName{&m_lock, "progress"};
     std::condition_variable m_changed;
     bool m_ending = false;
     std::thread m_thread;

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "os/LockName.h"
 #include "system/InterruptionState.h"
 
 namespace tools {
@@ -20,6 +21,7 @@ std::atomic<int> watches{0};
 
 struct CleanUps {
     std::mutex lock;
+    [[no_unique_address]] const os::LockName lockName{&lock, "clean-ups"};
     std::vector<std::function<void()>*> actions;
 };
 

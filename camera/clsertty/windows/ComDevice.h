@@ -12,6 +12,7 @@
 
 #include "SerialDevice.h"
 #include "Transfer.h"
+#include "os/LockName.h"
 
 namespace ClSerTty {
 
@@ -45,8 +46,9 @@ private:
     const os::Handle m_port;
     const os::Handle m_cancel;
     std::mutex m_inputMutex;  // for the three below; never held during a wait
-    Transfer m_wait;          // of m_first
-    char m_first = 0;         // a wait for input is a read of one byte
+    [[no_unique_address]] const os::LockName m_inputMutexName{&m_inputMutex, "COM port's input"};
+    Transfer m_wait;   // of m_first
+    char m_first = 0;  // a wait for input is a read of one byte
     bool m_hasFirst = false;
     Transfer m_take;
     Transfer m_write;

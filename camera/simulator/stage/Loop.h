@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "line/Line.h"
+#include "os/LockName.h"
 #include "simulator/Simulator.h"
 #include "stage/Station.h"
 
@@ -47,6 +48,7 @@ private:
     std::unique_ptr<LineWaiter> m_waiter;
     Stations m_stations;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "simulator's tasks"};
     std::vector<std::function<void()>> m_tasks;
     std::atomic<bool> m_ends{false};
     std::thread m_thread;

@@ -7,10 +7,13 @@
 
 #include <mutex>
 
+#include "os/LockName.h"
+
 namespace os {
 
 struct CriticalSection::Impl {
     std::mutex mutex;
+    [[no_unique_address]] const LockName mutexName{&mutex, "critical section"};
 };
 
 CriticalSection::CriticalSection(std::uint32_t /*spinCount*/) : m_impl(std::make_unique<Impl>()) {}

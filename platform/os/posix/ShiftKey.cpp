@@ -19,6 +19,7 @@
 
 #include "os/Environment.h"
 #include "os/Library.h"
+#include "os/LockName.h"
 #include "os/System.h"
 #include "os/posix/Descriptor.h"
 
@@ -129,6 +130,7 @@ struct XLibrary {
 
 bool AskDisplay() {
     static std::mutex mutex;
+    [[maybe_unused]] static const LockName mutexName(&mutex, "display");
     const std::lock_guard lock(mutex);
     static const Library library("libX11.so.6");
     static const XLibrary functions(library);

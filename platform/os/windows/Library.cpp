@@ -11,11 +11,14 @@
 #include <mutex>
 #include <utility>
 
+#include "os/LockName.h"
+
 namespace os {
 
 namespace {
 
 std::mutex g_quietMutex;
+[[maybe_unused]] const os::LockName g_quietMutexName(&g_quietMutex, "quiet loading");
 unsigned g_quiet = 0;  // how many ask for it
 UINT g_modeBefore = 0;
 

@@ -10,6 +10,7 @@
 #include <optional>
 #include <vector>
 
+#include "os/LockName.h"
 #include "vanto/WaitObject.h"
 
 namespace Vanto {
@@ -27,6 +28,7 @@ public:
 
 private:
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "waiting thread"};
     std::condition_variable m_poked;
     bool m_isPoked = false;
 };
@@ -50,6 +52,7 @@ public:
 private:
     const bool m_manualReset;
     std::mutex m_mutex;
+    [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "wait object"};
     std::condition_variable m_changed;
     bool m_signalled;
     std::vector<MultiWaiter*> m_waiters;

@@ -44,6 +44,11 @@ struct System {
     int (*clockLock)(pthread_mutex_t*, clockid_t, const timespec*) =
         Next<int(pthread_mutex_t*, clockid_t, const timespec*)>("pthread_mutex_clocklock");
     int (*unlock)(pthread_mutex_t*) = Next<int(pthread_mutex_t*)>("pthread_mutex_unlock");
+    int (*share)(pthread_rwlock_t*) = Next<int(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
+    int (*tryShare)(pthread_rwlock_t*) = Next<int(pthread_rwlock_t*)>("pthread_rwlock_tryrdlock");
+    int (*lockAll)(pthread_rwlock_t*) = Next<int(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
+    int (*tryLockAll)(pthread_rwlock_t*) = Next<int(pthread_rwlock_t*)>("pthread_rwlock_trywrlock");
+    int (*unlockShared)(pthread_rwlock_t*) = Next<int(pthread_rwlock_t*)>("pthread_rwlock_unlock");
 };
 
 const System& TheSystem() {
@@ -56,16 +61,16 @@ class Gate {
 public:
     class Reader {
     public:
-        explicit Reader(Gate& gate) : m_gate(gate) { ::pthread_rwlock_rdlock(&m_gate.m_lock); }
-        ~Reader() { ::pthread_rwlock_unlock(&m_gate.m_lock); }
+        explicit Reader(Gate& gate) : m_gate(gate) { TheSystem().share(&m_gate.m_lock); }
+        ~Reader() { TheSystem().unlockShared(&m_gate.m_lock); }
 
     private:
         Gate& m_gate;
     };
     class Writer {
     public:
-        explicit Writer(Gate& gate) : m_gate(gate) { ::pthread_rwlock_wrlock(&m_gate.m_lock); }
-        ~Writer() { ::pthread_rwlock_unlock(&m_gate.m_lock); }
+        explicit Writer(Gate& gate) : m_gate(gate) { TheSystem().lockAll(&m_gate.m_lock); }
+        ~Writer() { TheSystem().unlockShared(&m_gate.m_lock); }
 
     private:
         Gate& m_gate;
@@ -286,6 +291,31 @@ int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
     if (t_thread.count != 0)
         Pop(mutex, kNoName);
     return TheSystem().unlock(mutex);
+}
+
+// Shared or not: who shares waits for the one who does not, and the other way round.
+int pthread_rwlock_rdlock(pthread_rwlock_t* lock) noexcept {
+    BeforeLock(lock);
+    return Tried(TheSystem().share(lock), lock);
+}
+
+int pthread_rwlock_wrlock(pthread_rwlock_t* lock) noexcept {
+    BeforeLock(lock);
+    return Tried(TheSystem().lockAll(lock), lock);
+}
+
+int pthread_rwlock_tryrdlock(pthread_rwlock_t* lock) noexcept {
+    return Tried(TheSystem().tryShare(lock), lock);
+}
+
+int pthread_rwlock_trywrlock(pthread_rwlock_t* lock) noexcept {
+    return Tried(TheSystem().tryLockAll(lock), lock);
+}
+
+int pthread_rwlock_unlock(pthread_rwlock_t* lock) noexcept {
+    if (t_thread.count != 0)
+        Pop(lock, kNoName);
+    return TheSystem().unlockShared(lock);
 }
 
 void vanto_lock_named(const void* lock, const char* name) noexcept {

@@ -111,6 +111,14 @@ TEST_F(LockRecorder, RecordsNoLockThatIsOnlyTried) {
     EXPECT_THAT(RecordOf("ab bA").FindCircles(), IsEmpty());
 }
 
+TEST_F(LockRecorder, RecordsALockThatIsShared) {
+    EXPECT_THAT(RecordOf("ab bs sa").FindCircles(), ElementsAre(ElementsAre("a", "b", "s")));
+}
+
+TEST_F(LockRecorder, RecordsASharedLockThatOneTakesAlone) {
+    EXPECT_THAT(RecordOf("ax sa").FindCircles(), ElementsAre(ElementsAre("a", "s")));
+}
+
 TEST_F(LockRecorder, RecordsWaitsForWork) {
     EXPECT_THAT(RecordOf("wa aw").FindCircles(), ElementsAre(ElementsAre("a", "w")));
 }

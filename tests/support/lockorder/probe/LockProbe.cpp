@@ -1,12 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * Takes named locks one behind the other: each argument names a pair of "a", "b", "c", such as "ab"; in capitals the
- * second one is only tried. "w" as the first is work that others wait for, as the second the wait for it.
+ * second one is only tried. "w" as the first is work that others wait for, as the second the wait for it; "s" is a lock
+ * that is shared, "x" the same lock for one alone.
  */
 
 #include <map>
 #include <memory>
 #include <mutex>
+#include <shared_mutex>
 
 #include "os/LockName.h"
 
@@ -18,9 +20,16 @@ struct Lock {
     os::LockName m_name;
 };
 
+std::shared_mutex g_shared;
+const os::LockName g_sharedName(&g_shared, "s");
+
 void Take(std::map<char, std::unique_ptr<Lock>>& locks, char name) {
     if (name == 'w') {
         os::AwaitWork("w");
+    } else if (name == 's') {
+        const std::shared_lock lock(g_shared);
+    } else if (name == 'x') {
+        const std::lock_guard lock(g_shared);
     } else if (name >= 'A' && name <= 'Z') {
         const std::unique_lock lock(locks[static_cast<char>(name - 'A' + 'a')]->m_mutex, std::try_to_lock);
     } else {
@@ -38,6 +47,9 @@ int main(int argc, char** argv) {
     for (int index = 1; index < argc; ++index) {
         if (argv[index][0] == 'w') {
             const os::AwaitedWork work("w");
+            Take(locks, argv[index][1]);
+        } else if (argv[index][0] == 's') {
+            const std::shared_lock lock(g_shared);
             Take(locks, argv[index][1]);
         } else {
             const std::lock_guard lock(locks[argv[index][0]]->m_mutex);
