@@ -153,11 +153,11 @@ BENCHMARK(Reconnect)
 // From an access to the error when the camera has died meanwhile, over the 1.2 s that it may take.
 constexpr double kTimeToError = 1.2;
 
-enum State : std::int64_t { kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending };
+enum State : std::int64_t { kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending, kNoise };
 
 const char* FaultOf(std::int64_t state) {
-    constexpr const char* kFaults[] = {"silent=on", "silent-after=0", "silent-after=2", "line-limit=115200",
-                                       "always-pending=on"};
+    constexpr const char* kFaults[] = {"silent=on",         "silent-after=0",    "silent-after=2",
+                                       "line-limit=115200", "always-pending=on", "noise=on"};
     return kFaults[state];
 }
 
@@ -190,7 +190,7 @@ void FailedAccess(benchmark::State& state) {
 BENCHMARK(FailedAccess)
     ->ArgNames({"flag", "state"})
     ->ArgsProduct({{CL_BAUDRATE_9600, CL_BAUDRATE_115200},
-                   {kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending}})
+                   {kSilent, kDiesAtTheChange, kDiesAtTheConfirmation, kNotCarried, kAlwaysPending, kNoise}})
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
     ->Iterations(2);

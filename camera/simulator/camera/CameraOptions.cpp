@@ -139,7 +139,7 @@ constexpr std::array<Key<Options>, 20> kOptionKeys{{
 
 using Faults = FaultSettings;
 
-constexpr std::array<Key<Faults>, 16> kFaultKeys{{
+constexpr std::array<Key<Faults>, 17> kFaultKeys{{
     {"loss", "probability that a packet gets lost, 0 to 1", [](Faults& f, Text v) { f.loss = ParseProbability(v); }},
     {"damage", "probability that a packet is damaged", [](Faults& f, Text v) { f.damage = ParseProbability(v); }},
     {"repeat", "probability that a packet comes twice", [](Faults& f, Text v) { f.repeat = ParseProbability(v); }},
@@ -150,6 +150,7 @@ constexpr std::array<Key<Faults>, 16> kFaultKeys{{
      [](Faults& f, Text v) { f.pending = ParseMilliseconds(v); }},
     {"silent", "on|off: hears and says nothing", [](Faults& f, Text v) { f.silent = ParseSwitch(v); }},
     {"nonsense", "on|off: says noise in place of each packet", [](Faults& f, Text v) { f.nonsense = ParseSwitch(v); }},
+    {"noise", "on|off: sends noise without end", [](Faults& f, Text v) { f.noise = ParseSwitch(v); }},
     {"always-pending", "on|off: calls every command pending, without end",
      [](Faults& f, Text v) { f.alwaysPending = ParseSwitch(v); }},
     {"line-limit", "fastest baud rate that the line carries; 0: all",

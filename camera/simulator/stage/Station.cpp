@@ -61,6 +61,7 @@ void Station::Advance(TimePoint now) {
     m_device->OnTime(now);
     CollectFromCamera();
     SendToHost(now);
+    SendNoise(now);
 }
 
 /// A countdown that was set to 0 has nothing to wait for.
@@ -85,6 +86,8 @@ std::optional<TimePoint> Station::NextEvent() const {
     if (m_pullEnd)
         return Clock::now() + kPullStep;
     std::optional<TimePoint> next = Earlier(m_device->NextEvent(), m_partialEnd);
+    if (m_noiseEnd)
+        next = Earlier(next, *m_noiseEnd + kChunkTime);
     if (!m_leaving.empty()) {
         const Leaving& front = m_leaving.front();
         next = Earlier(next, front.start ? NextChunk(front) : std::max(front.outgoing.ready, m_outputFree));
@@ -190,7 +193,7 @@ void Station::CollectFromCamera() {
 void Station::Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate) {
     Leaving leaving;
     leaving.outgoing = std::move(outgoing);
-    leaving.isCarried = !fate.isLost && !m_options.faults.silent;
+    leaving.isCarried = !fate.isLost && !m_options.faults.silent && !m_options.faults.noise;
     if (fate.isLate)
         leaving.outgoing.ready += m_options.faults.lateTime;
     if (fate.isLost) {
@@ -222,6 +225,20 @@ void Station::SendToHost(TimePoint now) {
         fate.isLast = done.isLast;
         Obey(fate, now);
     }
+}
+
+/// As much as the line carries, whether it is paced or not.
+void Station::SendNoise(TimePoint now) {
+    if (!m_options.faults.noise || !m_line) {
+        m_noiseEnd.reset();
+        return;
+    }
+    m_noiseEnd = m_noiseEnd.value_or(now);
+    const std::uint32_t rate = m_device->BitsPerSecond();
+    const std::size_t count = BytesIn(now - *m_noiseEnd, rate, gencp::kMaxPacketSize);
+    m_line->Send(m_chance.Noise(count));
+    m_statistics.noiseBytes += count;
+    *m_noiseEnd += gencp::TransferTime(count, rate);
 }
 
 /// Sends what is due of a packet; true when all of it has gone.

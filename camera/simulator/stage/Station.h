@@ -62,6 +62,7 @@ private:
     void CollectFromCamera();
     void Enqueue(Device::Outgoing outgoing, const FaultSource::Fate& fate);
     void SendToHost(TimePoint now);
+    void SendNoise(TimePoint now);
     bool Progress(Leaving& leaving, TimePoint now);
     bool IsCarried(std::uint32_t hostRate) const;
     void Carry(const Leaving& leaving, std::size_t begin, std::size_t end);
@@ -78,6 +79,7 @@ private:
     std::deque<Leaving> m_leaving;
     TimePoint m_inputFree{};                  // when the line to the camera has carried all that was sent
     TimePoint m_outputFree{};                 // the same of the line to the host
+    std::optional<TimePoint> m_noiseEnd;      // of the noise that was sent, as long as there is to be some
     std::optional<TimePoint> m_partialBegin;  // of a packet that is not whole yet
     std::optional<TimePoint> m_partialEnd;
     std::optional<TimePoint>

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "Rig.h"
 #include "gencp/Memory.h"
 
@@ -86,6 +88,28 @@ TEST_F(ExchangerTest, SilenceEndsWithinThePromisedTimeWhateverTheCameraClaims) {
             EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
             EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << response << ", " << limit;
             EXPECT_GE(camera.commandPackets, 2u) << response << ", " << limit;
+        }
+    }
+}
+
+// What looks like a packet at first would be waited for: beginnings of packets are a noise of their own.
+TEST_F(ExchangerTest, NoiseWithoutEndEndsAReadWithinThePromisedTime) {
+    std::mt19937 random(1);
+    std::size_t at = 0;
+    const auto packet = gencp::BuildCommand(gencp::AcknowledgeOf(gencp::kReadMem), 0xFFFE, gencp::Bytes(500));
+    const std::function<std::uint8_t()> kinds[] = {
+        [] { return std::uint8_t{0}; },
+        [&] { return static_cast<std::uint8_t>(random()); },
+        [&] { return packet[at++ % 40]; },
+        [&] { return packet[at++ % packet.size()]; },
+    };
+    for (const std::uint32_t rate : {0x01u, 0x08u, 0x80u}) {
+        for (const auto& kind : kinds) {
+            SetRate(rate);
+            serial.noise = kind;
+            const Time begin = clock.Now();
+            EXPECT_EQ(CodeOf([&] { ReadVersion(); }), CL_ERR_TIMEOUT);
+            EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << rate << ", kind " << &kind - kinds;
         }
     }
 }

@@ -24,6 +24,8 @@ CLINT32 VirtualLine::clSerialRead(CLINT8* buffer, CLUINT32* size, CLUINT32 timeo
         return 0;
     }
     const Time limit = m_clock.Now() + std::chrono::milliseconds(timeoutMs);
+    if (noise)
+        return ReadNoise(buffer, *size, limit);
     const std::size_t wanted = std::min<std::size_t>(*size, mostPerCall);
     const bool isThere = m_bytes.size() >= wanted && m_bytes[wanted - 1].arrival <= limit;
     if (ignoresTimeouts && !(m_bytes.size() >= wanted && m_bytes[wanted - 1].arrival <= m_clock.Now())) {
@@ -41,6 +43,17 @@ CLINT32 VirtualLine::clSerialRead(CLINT8* buffer, CLUINT32* size, CLUINT32 timeo
         buffer[i] = static_cast<CLINT8>(rateFlag == m_rate ? value : value ^ 0xA5);
     }
     *size = static_cast<CLUINT32>(wanted);
+    return 0;
+}
+
+// Each byte takes its time on the line, and those that nobody reads wait.
+CLINT32 VirtualLine::ReadNoise(CLINT8* buffer, CLUINT32 size, Time limit) {
+    const Time end = m_noiseFrom + gencp::TransferTime(size, gencp::FindBaudRateByFlag(m_rate)->bitsPerSecond);
+    m_clock.AdvanceTo(std::min(end, limit));
+    if (end > limit)
+        return CL_ERR_TIMEOUT;
+    m_noiseFrom = end;
+    std::generate_n(buffer, size, [this] { return static_cast<CLINT8>(noise()); });
     return 0;
 }
 

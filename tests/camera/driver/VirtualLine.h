@@ -34,6 +34,7 @@ public:
     bool ignoresTimeouts = false;          ///< reads answer success with nothing, at once
     bool claimsTooMuch = false;            ///< reads and writes say more than was asked for
     std::size_t mostPerCall = 1u << 20;    ///< bytes that a call moves at most
+    std::function<std::uint8_t()> noise;   ///< comes without end in place of what the camera says
     std::optional<std::size_t> takes;      ///< a write of more bytes takes so many and times out
     std::function<void(CLUINT32)> onRead;  ///< called with each time-out
 
@@ -45,6 +46,8 @@ public:
     std::size_t reads = 0;
 
 private:
+    CLINT32 ReadNoise(CLINT8* buffer, CLUINT32 size, Time limit);
+
     struct Byte {
         std::uint8_t value;
         Time arrival;
@@ -55,7 +58,8 @@ private:
     ModelCamera& m_camera;
     std::deque<Byte> m_bytes;
     CLUINT32 m_rate = gencp::kStartBaudRate.flag;
-    Bytes m_packet;     // written in pieces
+    Bytes m_packet;  // written in pieces
+    Time m_noiseFrom{};
     Time m_freeFrom{};  // the line to the host carries one packet after the other
 };
 

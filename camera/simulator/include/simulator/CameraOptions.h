@@ -25,6 +25,7 @@ struct FaultSettings {
     std::chrono::milliseconds pending{0};  ///< slow commands take so long, with pending acknowledges meanwhile
     bool silent = false;                   ///< hears nothing, says nothing
     bool nonsense = false;                 ///< says noise in place of each packet
+    bool noise = false;                    ///< sends noise without end, and nothing else; hears every packet
     bool alwaysPending = false;            ///< answers every command with pending acknowledges, without end
     std::uint32_t lineLimit = 0;           ///< fastest rate that the line carries, bit/s; 0: all
     std::map<std::uint64_t, std::uint16_t> refusedReads;   ///< addresses, and the status that stands for their bytes

@@ -19,7 +19,7 @@ struct Statistics {
     std::uint64_t lost = 0;                ///< packets that were made to get lost
     std::uint64_t damaged = 0;             ///< packets that were made to be damaged
     std::uint64_t repeated = 0;            ///< packets that were made to come twice
-    std::uint64_t noiseBytes = 0;          ///< bytes that came or left while the rates of host and camera differed
+    std::uint64_t noiseBytes = 0;          ///< bytes that came or left while the rates differed, and endless noise
     std::chrono::nanoseconds lineTime{0};  ///< that all these bytes take on a real line, paced or not
     std::uint64_t executed = 0;            ///< commands that were carried out
     std::uint64_t resent = 0;              ///< commands that were answered again and not carried out again

@@ -31,7 +31,8 @@ TEST(ParseCamera, TakesAllKeys) {
             "off,"
             "rates=0x14,baud=115200,paced=on,zip=on,description-size=200000,description=/x.xml,seed=7,loss=0.02,"
             "damage=1,repeat=0,late=0.5,late-time=20,delay=5,pending=700,silent=on,fail-at=3,drop-after=4,silent-after="
-            "5,listed-rates=0xFE,serial-registers=lost,firmware=3.1,sha1=off,always-pending=on,nonsense=on,description-"
+            "5,listed-rates=0xFE,serial-registers=lost,firmware=3.1,sha1=off,always-pending=on,nonsense=on,noise=on,"
+            "description-"
             "fault=zip,line-limit=115200,"
             "refuse-read=0x10:0x8006,refuse-write=0x10:0x8004+0x18:0x8007")
             .options;
@@ -68,6 +69,7 @@ TEST(ParseCamera, TakesAllKeys) {
     EXPECT_FALSE(o.sha1);
     EXPECT_TRUE(o.faults.alwaysPending);
     EXPECT_TRUE(o.faults.nonsense);
+    EXPECT_TRUE(o.faults.noise);
     EXPECT_EQ(o.descriptionFault, DescriptionFault::kDamagedZip);
     EXPECT_EQ(o.faults.lineLimit, 115200U);
     EXPECT_THAT(o.faults.refusedReads, testing::ElementsAre(testing::Pair(0x10U, 0x8006)));

@@ -169,6 +169,17 @@ TEST_F(SimulatorTest, CarriesNoRateBeyondTheLimitOfTheLine) {
     EXPECT_EQ(m_simulator.StatisticsOf("cam0").executed, 1U);
 }
 
+TEST_F(SimulatorTest, SendsNoiseWithoutEndUntilItIsTakenBack) {
+    Host host(Add("cam0", "noise=on,baud=115200"), 115200);
+    host.SendBytes(ReadCommand(abrm::kGenCpVersion, 1));
+    EXPECT_GE(host.ReceiveBytes(3000, seconds(60)).size(), 3000U);
+    m_simulator.SetFault("cam0", "noise", "off");
+    const auto noise = m_simulator.StatisticsOf("cam0").noiseBytes;
+    EXPECT_GE(noise, 3000U);
+    EXPECT_EQ(host.Number(abrm::kGenCpVersion), 0x00010003U);
+    EXPECT_EQ(m_simulator.StatisticsOf("cam0").noiseBytes, noise);
+}
+
 TEST_F(SimulatorTest, ChangesTheRateWithAConfirmingWrite) {
     Host host(Add("cam0"));
     EXPECT_EQ(host.Write(kBaud, 0x80), kStatusSuccess);
