@@ -13,6 +13,7 @@
 #include "GenApi/GenApi.h"
 #include "VantoCLSer/VantoCLSerPort.h"
 #include "tests/VantoCLSer/Fixture.h"
+#include "tests/support/WaitUntil.h"
 
 namespace clser_test {
 
@@ -23,16 +24,7 @@ inline constexpr std::int64_t kSerialNumberAddress = 0x144;
 /// Far more than anything takes that is not stuck.
 inline constexpr std::chrono::seconds kLong(60);
 
-template <class Condition>
-bool WaitUntil(const Condition& condition) {
-    const auto end = std::chrono::steady_clock::now() + kLong;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
+using test_support::WaitUntil;
 
 /// Stands for the device that uses a port, with a node map whose registers are those of the port.
 class Owner : public Vanto::IPortOwner {

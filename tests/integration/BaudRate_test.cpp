@@ -8,11 +8,11 @@
 
 #include "tests/integration/Machine.h"
 #include "tests/integration/SmallDescription.h"
+#include "tests/support/WaitUntil.h"
 
 namespace integration {
 namespace {
 
-constexpr std::chrono::seconds kLong(60);
 constexpr std::uint32_t kSlow = 9600;
 constexpr std::uint32_t kFast = 921600;
 
@@ -30,15 +30,6 @@ protected:
     std::int64_t Width() const {
         const GenApi::CIntegerPtr node = m_device->GetNodeMap()->GetNode("Width");
         return node->GetValue(false, true);
-    }
-    template <class Condition>
-    static void WaitUntil(const Condition& condition) {
-        const auto end = std::chrono::steady_clock::now() + kLong;
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > end)
-                return ADD_FAILURE() << "waited in vain";
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
     }
 
     std::map<std::string, std::string> Values() const {
@@ -81,7 +72,7 @@ TEST_F(BaudRate, StaysWhileThePortIsClosedForInactivity) {
     m_device->Open();
     const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
     timeout->SetValue(1);
-    WaitUntil([&] { return CTlFactory::GetInstance().IsDeviceAccessible(records[0]); });
+    EXPECT_TRUE(test_support::WaitUntil([&] { return CTlFactory::GetInstance().IsDeviceAccessible(records[0]); }));
     timeout->SetValue(0);
     EXPECT_EQ(simulator.BitsPerSecond("cam0"), kFast);
     simulator.ResetStatistics("cam0");
@@ -116,10 +107,10 @@ protected:
         faults.silentAfter = packetsBefore;
         simulator.SetFaults("cam0", faults);
         std::thread listensAgain([&] {
-            WaitUntil([this] { return simulator.OptionsOf("cam0").faults.silent; });
+            EXPECT_TRUE(test_support::WaitUntil([this] { return simulator.OptionsOf("cam0").faults.silent; }));
             const std::uint64_t bytes = simulator.StatisticsOf("cam0").bytesIn;
-            WaitUntil([&] { return simulator.StatisticsOf("cam0").bytesIn > bytes; });
-            WaitUntil([&] { return simulator.BitsPerSecond("cam0") == oldRate; });
+            EXPECT_TRUE(test_support::WaitUntil([&] { return simulator.StatisticsOf("cam0").bytesIn > bytes; }));
+            EXPECT_TRUE(test_support::WaitUntil([&] { return simulator.BitsPerSecond("cam0") == oldRate; }));
             simulator.SetFaults("cam0", {});
         });
         operation();

@@ -10,13 +10,13 @@
 #include "tests/integration/Removals.h"
 #include "tests/integration/Resources.h"
 #include "tests/integration/SmallDescription.h"
+#include "tests/support/WaitUntil.h"
 
 namespace integration {
 namespace {
 
 using testing::ElementsAre;
 
-constexpr std::chrono::seconds kLong(60);
 constexpr std::int64_t kWidth = 2048;
 
 std::int64_t Read(Vanto::IVantoDevice& device, const char* name) {
@@ -56,9 +56,7 @@ protected:
     void CloseForInactivity() {
         const GenApi::CIntegerPtr timeout = m_device->GetTLNodeMap()->GetNode("AutoCloseTimeout");
         timeout->SetValue(1);
-        const auto end = std::chrono::steady_clock::now() + kLong;
-        while (!CTlFactory::GetInstance().IsDeviceAccessible(m_record) && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(test_support::WaitUntil([&] { return CTlFactory::GetInstance().IsDeviceAccessible(m_record); }));
         timeout->SetValue(0);
     }
     void ForgetDescription() const {

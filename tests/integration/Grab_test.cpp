@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "tests/integration/GrabsImages.h"
+#include "tests/support/WaitUntil.h"
 
 namespace integration {
 namespace {
@@ -144,10 +145,7 @@ TEST_F(GrabsImages, UntilTheApplicationEndsThemBecauseTheCameraIsGone) {
     Node("OffsetX")->InvalidateNode();
     Trigger(2);
     EXPECT_TRUE(m_removals.Wait(std::chrono::milliseconds(kPatience)));
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatience);
-    while (m_grabber->IsOpen() && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_FALSE(m_grabber->IsOpen());
+    EXPECT_TRUE(test_support::WaitUntil([&] { return !m_grabber->IsOpen(); }));
     EXPECT_EQ(m_removals.Get(), 1);
 }
 

@@ -4,6 +4,7 @@
  */
 
 #include "ThreadSwitches.h"
+#include "tests/support/WaitUntil.h"
 
 #include <chrono>
 #include <filesystem>
@@ -37,10 +38,7 @@ std::map<std::string, std::uint64_t> ThreadSwitches() {
 }
 
 bool WaitForOtherThreads(std::size_t expected) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (ThreadSwitches().size() != expected && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return ThreadSwitches().size() == expected;
+    return test_support::WaitUntil([expected] { return ThreadSwitches().size() == expected; });
 }
 
 }  // namespace integration

@@ -9,7 +9,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "../Eventually.h"
+#include "../../support/WaitUntil.h"
 #include "CamerasFixture.h"
 #include "PlayedCameras.h"
 
@@ -85,7 +85,7 @@ protected:
 
 TEST_F(ManyCameras, AreListedWithAllThatKeepsSomeFromBeingFound) {
     BlockedRun user({"watch", "COM_Port#cam7", "Width", "--interval", "0.02"}, played.Variables());
-    ASSERT_TRUE(tools_test::Eventually([&] { return user.IsBlocked(); }));
+    ASSERT_TRUE(test_support::WaitUntil([&] { return user.IsBlocked(); }));
     const RunResult run = played.Run({"list"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(run.out, HasSubstr("29 cameras found in "));
@@ -127,7 +127,7 @@ protected:
     }
     RunResult Ended(const std::vector<std::string>& arguments) const {
         BlockedRun run(arguments, played.Variables());
-        EXPECT_TRUE(tools_test::Eventually([this] { return WasAsked("silent0"); }));
+        EXPECT_TRUE(test_support::WaitUntil([this] { return WasAsked("silent0"); }));
         run.Interrupt();
         return run.Wait();
     }

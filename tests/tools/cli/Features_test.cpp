@@ -7,15 +7,15 @@
 
 #include <nlohmann/json.hpp>
 
-#include "../Eventually.h"
+#include "../../support/WaitUntil.h"
 #include "PlayedCameras.h"
 
 namespace {
 
 using nlohmann::json;
+using test_support::WaitUntil;
 using testing::HasSubstr;
 using tools_test::BlockedRun;
-using tools_test::Eventually;
 using tools_test::RunResult;
 
 constexpr const char* kRate9600 = "9600";
@@ -221,7 +221,7 @@ TEST_F(Features, WatchPrintsTheFirstLookOnce) {
 
 TEST_F(Features, CtrlCEndsWatchingAndGivesTheBaudRateBack) {
     BlockedRun run({"watch", "0", "Width", "--interval", "0.01"}, cameras.Variables());
-    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    ASSERT_TRUE(WaitUntil([&] { return run.IsBlocked(); }));
     EXPECT_THAT(cameras.Command("baud cam0"), testing::Not(HasSubstr(kRate9600))) << "not at a higher rate yet";
     run.Interrupt();
     EXPECT_EQ(run.Wait().exitCode, 0);
@@ -230,7 +230,7 @@ TEST_F(Features, CtrlCEndsWatchingAndGivesTheBaudRateBack) {
 
 TEST_F(Features, FindTheCameraThatAKilledRunLeftAtAnotherBaudRate) {
     BlockedRun run({"watch", "0", "Width", "--interval", "0.01"}, cameras.Variables());
-    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    ASSERT_TRUE(WaitUntil([&] { return run.IsBlocked(); }));
     run.Kill();
     EXPECT_EQ(run.Wait().exitCode, -1);
     EXPECT_EQ(cameras.Command("baud cam0"), "ok 921600");
@@ -245,7 +245,7 @@ TEST_F(Features, GivesTheBaudRateBackAfterFailures) {
 
 TEST_F(Features, WatchEndsWhenTheCameraIsGone) {
     BlockedRun run({"watch", "0", "Width", "--interval", "0.01"}, cameras.Variables());
-    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    ASSERT_TRUE(WaitUntil([&] { return run.IsBlocked(); }));
     cameras.Command("unplug cam0");
     EXPECT_EQ(run.Wait().exitCode, 1);
 }

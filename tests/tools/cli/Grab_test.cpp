@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "../../support/WaitUntil.h"
 #include "PlayedCameras.h"
 
 namespace {
@@ -205,11 +206,7 @@ TEST(Grab, CtrlCEndsItWithWhatWasTakenSaved) {
     BlockedRun run({"grab", "0", "--set", "Width=64", "--set", "Height=32", "-n", "1000000", "--format", "raw", "-o",
                     grabbing.Folder().string()},
                    grabbing.cameras.Variables());
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (!fs::exists(grabbing.Folder() / "frame_000003.raw")) {
-        ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+    ASSERT_TRUE(test_support::WaitUntil([&] { return fs::exists(grabbing.Folder() / "frame_000003.raw"); }));
     run.Interrupt();
     const RunResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 130);

@@ -9,17 +9,17 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "../Eventually.h"
+#include "../../support/WaitUntil.h"
 #include "PlayedCameras.h"
 #include "system/Files.h"
 
 namespace {
 
 using nlohmann::json;
+using test_support::WaitUntil;
 using testing::HasSubstr;
 using testing::Not;
 using tools_test::BlockedRun;
-using tools_test::Eventually;
 using tools_test::PlayedCameras;
 using tools_test::RunResult;
 
@@ -111,7 +111,7 @@ protected:
     InUse() {
         played.Run({"list"});
         user.emplace(std::vector<std::string>{"watch", "0", "Width", "--interval", "0.02"}, played.Variables());
-        EXPECT_TRUE(Eventually([&] { return user->IsBlocked(); }));
+        EXPECT_TRUE(WaitUntil([&] { return user->IsBlocked(); }));
     }
     RunResult Run(const std::vector<std::string>& arguments) const { return played.Run(arguments); }
 

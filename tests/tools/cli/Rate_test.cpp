@@ -7,16 +7,16 @@
 
 #include <filesystem>
 
-#include "../Eventually.h"
+#include "../../support/WaitUntil.h"
 #include "PlayedCameras.h"
 #include "system/Files.h"
 #include "vanto/VantoFolders.h"
 
 namespace {
 
+using test_support::WaitUntil;
 using testing::HasSubstr;
 using tools_test::BlockedRun;
-using tools_test::Eventually;
 using tools_test::PlayedCameras;
 using tools_test::RunResult;
 
@@ -99,7 +99,7 @@ class EndedFetch : public testing::TestWithParam<std::vector<std::string>> {};
 TEST_P(EndedFetch, LeavesTheCameraAtItsRate) {
     const PlayedCameras played({kLongDescription});
     BlockedRun run(GetParam(), played.Variables());
-    ASSERT_TRUE(Eventually([&] { return played.Command("baud cam0") == "ok 921600"; }));
+    ASSERT_TRUE(WaitUntil([&] { return played.Command("baud cam0") == "ok 921600"; }));
     run.Interrupt();
     EXPECT_EQ(run.Wait().exitCode, kInterrupted);
     EXPECT_EQ(played.Command("baud cam0"), "ok 9600");

@@ -26,6 +26,7 @@
 #include "scripted/Scripted.h"
 #include "tests/integration/SmallDescription.h"
 #include "tests/integration/posix/ThreadSwitches.h"
+#include "tests/support/WaitUntil.h"
 #include "tests/support/posix/AddressLimit.h"
 #include "vanto/LogListener.h"
 #include "vanto/StreamGrabber.h"
@@ -173,10 +174,7 @@ protected:
 
     // Threads that have ended give their last files back in their own time.
     static bool AreFilesOpen(std::size_t expected) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (OpenFiles() != expected && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return OpenFiles() == expected;
+        return test_support::WaitUntil([expected] { return OpenFiles() == expected; }, std::chrono::seconds(10));
     }
 
     scripted::Surroundings m_surroundings;

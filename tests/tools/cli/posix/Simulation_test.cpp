@@ -6,17 +6,17 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "../../Eventually.h"
+#include "../../../support/WaitUntil.h"
 #include "../CamerasFixture.h"
 #include "../SilentLine.h"
 
 namespace {
 
 using nlohmann::json;
+using test_support::WaitUntil;
 using testing::HasSubstr;
 using tools_test::BlockedRun;
 using tools_test::Cameras;
-using tools_test::Eventually;
 using tools_test::Reasons;
 using tools_test::RunResult;
 using tools_test::RunVantoCl;
@@ -39,7 +39,7 @@ TEST_F(Simulation, SimulationLeavesNothingBehind) {
 
 TEST_F(Simulation, CtrlCEndsTheSimulationToo) {
     BlockedRun run({"--simulate", "xml", "0"}, Own());
-    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    ASSERT_TRUE(WaitUntil([&] { return run.IsBlocked(); }));
     EXPECT_FALSE(tools_test::SimulatorsIn(Folder()).empty());
     run.Interrupt();
     constexpr int kInterrupt = 2;
@@ -50,10 +50,10 @@ TEST_F(Simulation, CtrlCEndsTheSimulationToo) {
 
 TEST_F(Simulation, SimulatorEndsWhenVantoClIsKilled) {
     BlockedRun run({"--simulate", "xml", "0"}, Own());
-    ASSERT_TRUE(Eventually([&] { return run.IsBlocked(); }));
+    ASSERT_TRUE(WaitUntil([&] { return run.IsBlocked(); }));
     run.Kill();
     run.Wait();
-    EXPECT_TRUE(Eventually([&] { return tools_test::SimulatorsIn(Folder()).empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return tools_test::SimulatorsIn(Folder()).empty(); }));
 }
 
 TEST_F(Simulation, DoctorFindsASimulationHealthy) {

@@ -54,7 +54,8 @@ TEST(ChildProcess, SeesItsInputCloseAtTheEnd) {
 }
 
 TEST(ChildProcess, ThrowsForAProgramThatIsNotThere) {
-    EXPECT_THROW(ChildProcess("/nonexistent/program", {}), std::system_error);
+    const TemporaryFolder folder;
+    EXPECT_THROW(ChildProcess(folder.Path() / "program", {}), std::system_error);
 }
 
 TEST(TemporaryFolder, IsRemovedWithAllItHolds) {
