@@ -12,7 +12,7 @@
 
 #include "VantoCLSer/VantoCLSerTL.h"
 #include "VantoCLSer/VantoCLSerTlDeviceInfoImpl.h"
-#include "failing/FailingAllocation.h"
+#include "failing/EachAllocation.h"
 #include "tests/VantoCLSer/device/DeviceFixture.h"
 
 namespace Vanto {
@@ -29,7 +29,8 @@ namespace clser_test {
 namespace {
 
 using failing::FailingAllocation;
-using failing::LiveBlocks;
+using failing::Step;
+using failing::Try;
 using Vanto::IVantoDevice;
 
 /// A shortage of memory in the operations of a device, for a moment or to their end.
@@ -57,7 +58,6 @@ protected:
     void Destroy() { m_tl->DestroyDevice(std::exchange(m_device, nullptr)); }
     static GenApi::CIntegerPtr Width(IVantoDevice& device) { return device.GetNodeMap()->GetNode("Width"); }
 
-    // The whole way once, so that what is kept for the rest of the process is there.
     void GoTheWholeWay() {
         Vanto::DeviceInfoList list;
         EXPECT_EQ(m_tl->EnumerateDevices(list), 1);
@@ -73,63 +73,13 @@ protected:
         scripted::Driver().calls.clear();
     }
 
-    /// Runs an operation again and again, with a failure one allocation later each time, until it meets none.
-    void FailEach(const std::function<void()>& prepare, const std::function<void()>& operation,
-                  const std::function<void()>& cleanUp) {
-        for (int rounds = 0; rounds < 3; ++rounds)
-            GoTheWholeWay();
-        std::size_t index = 0;
-        for (bool hasFailed = true; hasFailed && !HasFailure(); ++index) {
-            SCOPED_TRACE("allocation " + std::to_string(index));
-            std::ptrdiff_t before = 0;
-            // What an error leaves the first time, and no other time, is kept for the next one.
-            int tries = 0;
-            do {
-                before = LiveBlocks();
-                prepare();
-                hasFailed = RunShortOfMemory(index, operation);
-                cleanUp();
-                GoTheWholeWay();
-            } while (!HasBlocksLeft(before) && ++tries < 2);
-            EXPECT_LT(tries, 2) << LiveBlocks() - before << " blocks more than before";
-        }
-        if (HasFailure())
-            failing::PrintWhereItFailed();
-        EXPECT_GT(index, 1u);
-        RecordProperty("allocations", static_cast<int>(index));
-    }
-
-    bool RunShortOfMemory(std::size_t index, const std::function<void()>& operation) const {
-        const FailingAllocation shortage(index, GetParam());
-        Try(operation);
-        return shortage.HasFailed();
-    }
-
-    // Threads that have ended give their last memory back in their own time.
-    static bool HasBlocksLeft(std::ptrdiff_t expected) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-        while (LiveBlocks() != expected) {
-            if (std::chrono::steady_clock::now() > end)
-                return false;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return true;
+    void FailEach(const Step& prepare, const Step& operation, const Step& cleanUp) {
+        EXPECT_GT(failing::EachAllocation(GetParam(), [this] { GoTheWholeWay(); }).Fail(prepare, operation, cleanUp),
+                  1u);
     }
 
     static bool IsClosedForInactivity() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (scripted::Serial().Port(0).isOpen && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return !scripted::Serial().Port(0).isOpen;
-    }
-
-    // One error of a kind that callers expect, or none where the memory was not needed.
-    static void Try(const std::function<void()>& operation) {
-        try {
-            operation();
-        } catch (const std::bad_alloc&) {
-        } catch (const GenICam::GenericException&) {
-        }
+        return test_support::WaitUntil([] { return !scripted::Serial().Port(0).isOpen; }, std::chrono::seconds(10));
     }
 
     scripted::Environment m_environment;

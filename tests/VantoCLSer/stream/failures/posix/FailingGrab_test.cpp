@@ -4,23 +4,17 @@
  * attempt works
  */
 
-#include <chrono>
-#include <functional>
-#include <new>
-#include <string>
-#include <thread>
+#include <utility>
 
 #include "StreamTest.h"
-#include "failing/FailingAllocation.h"
+#include "failing/EachAllocation.h"
 
 namespace {
 
 using namespace stream_test;
 using namespace Vanto;
 
-using failing::FailingAllocation;
-using failing::LiveBlocks;
-using Step = std::function<void()>;
+using failing::Step;
 
 /// A shortage of memory in the operations of a stream grabber, for a moment or to their end.
 class FailingGrab : public StreamTest, public testing::WithParamInterface<failing::Shortage> {
@@ -64,45 +58,8 @@ protected:
         m_grabber->Open();
     }
 
-    /// Runs an operation again and again, with a failure one allocation later each time, until it meets none.
     void FailEach(const Step& prepare, const Step& operation, const Step& cleanUp) {
-        for (int rounds = 0; rounds < 3; ++rounds)
-            GoTheWholeWay();
-        std::size_t index = 0;
-        for (bool hasFailed = true; hasFailed && !HasFailure(); ++index) {
-            SCOPED_TRACE("allocation " + std::to_string(index));
-            std::ptrdiff_t before = 0;
-            int tries = 0;  // what an error leaves the first time, and no other time, is kept for the next one
-            do {
-                before = LiveBlocks();
-                prepare();
-                hasFailed = RunShortOfMemory(index, operation);
-                cleanUp();
-                GoTheWholeWay();
-            } while (!HasBlocksLeft(before) && ++tries < 2);
-            EXPECT_LT(tries, 2) << LiveBlocks() - before << " blocks more than before";
-        }
-        if (HasFailure())
-            failing::PrintWhereItFailed();
-        RecordProperty("allocations", static_cast<int>(index));
-    }
-
-    bool RunShortOfMemory(std::size_t index, const Step& operation) const {
-        const FailingAllocation shortage(index, GetParam());
-        try {
-            operation();
-        } catch (const std::bad_alloc&) {
-        } catch (const GenICam::GenericException&) {
-        }
-        return shortage.HasFailed();
-    }
-
-    // Threads that have ended give their last memory back in their own time.
-    static bool HasBlocksLeft(std::ptrdiff_t expected) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-        while (LiveBlocks() != expected && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return LiveBlocks() == expected;
+        failing::EachAllocation(GetParam(), [this] { GoTheWholeWay(); }).Fail(prepare, operation, cleanUp);
     }
 
     int CountResults() {
