@@ -3,13 +3,13 @@
  * Ending a grab that runs at full speed, at any moment
  */
 
-#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <thread>
 
 #include "tests/integration/GrabsImages.h"
+#include "tests/support/RunningApplication.h"
 
 namespace integration {
 namespace {
@@ -24,36 +24,6 @@ int Rounds() {
     std::cout << rounds << " of " << kAll << " rounds; VANTO_TEST_ROUNDS sets another number\n";
     return rounds;
 }
-
-/// Retrieves the results and queues each buffer again, on a thread of its own.
-class Application {
-public:
-    explicit Application(Vanto::IStreamGrabber& grabber) : m_thread([this, &grabber] { Run(grabber); }) {}
-    ~Application() {
-        m_stop = true;
-        m_thread.join();
-    }
-    Application(const Application&) = delete;
-    Application& operator=(const Application&) = delete;
-
-private:
-    void Run(Vanto::IStreamGrabber& grabber) {
-        while (!m_stop) {
-            try {
-                GrabResult result;
-                if (grabber.RetrieveResult(result))
-                    grabber.QueueBuffer(result.handle);
-                else
-                    grabber.GetWaitObject().Wait(1);
-            } catch (const GenICam::GenericException&) {
-                // The grab has ended, or the buffer is forgotten.
-            }
-        }
-    }
-
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
 
 class RunningGrab : public GrabsImages {
 protected:
@@ -88,7 +58,7 @@ TEST_F(RunningGrab, CanBeFinished) {
     Begin();
     for (int round = 0; round < m_rounds; ++round) {
         {
-            const Application application(*m_grabber);
+            const test_support::RunningApplication application(*m_grabber);
             LetRun(round);
             m_grabber->FinishGrab();
         }
@@ -109,7 +79,7 @@ TEST_F(RunningGrab, CanBeFinished) {
 TEST_F(RunningGrab, CanBeCancelled) {
     Begin();
     {
-        const Application application(*m_grabber);
+        const test_support::RunningApplication application(*m_grabber);
         for (int round = 0; round < m_rounds; ++round) {
             LetRun(round);
             m_grabber->CancelGrab();
@@ -127,7 +97,7 @@ TEST_F(RunningGrab, CanBeClosedAndItsBuffersFreed) {
     for (int round = 0; round < m_rounds; ++round) {
         Begin();
         {
-            const Application application(*m_grabber);
+            const test_support::RunningApplication application(*m_grabber);
             LetRun(round);
             m_grabber->Close();
         }
@@ -146,7 +116,7 @@ TEST_F(RunningGrab, CanBeEndedByWhoFindsTheCameraGone) {
         grabber->Close();
     });
     Begin();
-    const Application application(*m_grabber);
+    const test_support::RunningApplication application(*m_grabber);
     simulator.Unplug("cam0");
     EXPECT_THROW(Set("ExposureTime", "500"), GenICam::GenericException);
     EXPECT_FALSE(m_grabber->IsOpen());

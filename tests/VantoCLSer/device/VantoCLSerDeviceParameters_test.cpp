@@ -5,8 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
+
+#include "../../support/Flattened.h"
 
 extern const char kTransportLayerDescription[];
 
@@ -35,20 +36,8 @@ constexpr char kExpected[] =
     R"(<Value>0</Value><Representation>Linear</Representation></Integer>)"
     R"(</RegisterDescription>)";
 
-/// Without line ends and what is before the first character of a line.
-std::string Flattened(const std::string& text) {
-    std::string flat;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        const std::size_t first = std::min(text.find_first_not_of(" \t\r", at), end);
-        flat += text.substr(first, end - first);
-        at = end + 1;
-    }
-    return flat;
-}
-
 TEST(TransportLayerDescription, HasTheseElementsInThisOrderAndNothingElse) {
-    EXPECT_EQ(Flattened(kTransportLayerDescription), kExpected);
+    EXPECT_EQ(test_support::Flattened(kTransportLayerDescription), kExpected);
 }
 
 }  // namespace

@@ -5,9 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
+
+#include "../../support/Flattened.h"
 
 extern const char kStreamGrabberDescription[];
 
@@ -86,20 +87,8 @@ std::string XmlOf(const Node& node) {
     return xml + "</" + ElementOf(node.front()) + ">";
 }
 
-/// Without line ends and what is before and behind them.
-std::string Flattened(const std::string& text) {
-    std::string flat;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        const std::size_t first = std::min(text.find_first_not_of(" \t\r", at), end);
-        flat += text.substr(first, end - first);
-        at = end + 1;
-    }
-    return flat;
-}
-
 TEST(StreamDescription, HasTheseNodesInThisOrderAndNothingElse) {
-    const std::string text = Flattened(kStreamGrabberDescription);
+    const std::string text = test_support::Flattened(kStreamGrabberDescription);
     const std::size_t root = text.find("<RegisterDescription ");
     ASSERT_NE(root, std::string::npos);
     std::size_t at = text.find('>', root) + 1;

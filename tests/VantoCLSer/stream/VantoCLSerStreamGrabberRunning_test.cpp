@@ -3,9 +3,11 @@
  * Ending an acquisition that runs at full speed, at any moment
  */
 
+#include <atomic>
 #include <thread>
 
 #include "SimulatedStream.h"
+#include "tests/support/RunningApplication.h"
 
 namespace {
 
@@ -21,36 +23,6 @@ void LetRun(int round) {
     while (--turns > 0) {
     }
 }
-
-/// Drains the results and queues each buffer again, on a thread of its own, until it is told to end.
-class Application {
-public:
-    explicit Application(IStreamGrabber& grabber) : m_thread([this, &grabber] { Run(grabber); }) {}
-    ~Application() {
-        m_stop = true;
-        m_thread.join();
-    }
-    Application(const Application&) = delete;
-    Application& operator=(const Application&) = delete;
-
-private:
-    void Run(IStreamGrabber& grabber) {
-        while (!m_stop) {
-            try {
-                GrabResult result;
-                if (grabber.RetrieveResult(result))
-                    grabber.QueueBuffer(result.handle);
-                else
-                    grabber.GetWaitObject().Wait(1);
-            } catch (const GenICam::GenericException&) {
-                // The grab has ended, or the buffer is forgotten.
-            }
-        }
-    }
-
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
 
 /// Ends the grab of another thread again and again.
 class RunningAcquisition : public testing::Test {
@@ -73,7 +45,7 @@ TEST_F(RunningAcquisition, CanBeFinished) {
     Begin();
     for (int round = 0; round < kRounds; ++round) {
         {
-            const Application application(m_stream.Grabber());
+            const test_support::RunningApplication application(m_stream.Grabber());
             LetRun(round);
             m_stream->FinishGrab();
         }
@@ -90,7 +62,7 @@ TEST_F(RunningAcquisition, CanBeFinished) {
 
 TEST_F(RunningAcquisition, CanBeCancelled) {
     Begin();
-    const Application application(m_stream.Grabber());
+    const test_support::RunningApplication application(m_stream.Grabber());
     for (int round = 0; round < kRounds; ++round) {
         LetRun(round);
         m_stream->CancelGrab();
@@ -103,7 +75,7 @@ TEST_F(RunningAcquisition, CanBeClosedAndItsBuffersFreed) {
     for (int round = 0; round < kRounds; ++round) {
         Begin();
         {
-            const Application application(m_stream.Grabber());
+            const test_support::RunningApplication application(m_stream.Grabber());
             LetRun(round);
             m_stream->Close();
         }
@@ -128,7 +100,7 @@ TEST(RunningAcquisitionOfDevice, CanBeDestroyed) {
 
 TEST_F(RunningAcquisition, DoesNotBlockNodeMaps) {
     Begin();
-    const Application application(m_stream.Grabber());
+    const test_support::RunningApplication application(m_stream.Grabber());
     std::atomic<bool> stop{false};
     std::thread nodes([&] {
         GenApi::INodeMap* const own = m_stream->GetNodeMap();
