@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "../PreparedGrab.h"
 #include "GenApi/GenApi.h"
 #include "scripted/Scripted.h"
 #include "simulator/Simulator.h"
@@ -25,14 +26,12 @@ namespace {
 
 using Vanto::CTlFactory;
 using Vanto::GrabResult;
-using Vanto::IStreamGrabber;
 using Vanto::IVantoDevice;
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
 constexpr double kLeastBesideFeatures = 0.99;
 constexpr int kFrameRate = 100;
-constexpr std::size_t kBuffers = 8;
 
 /// Cameras, all open, each with a stream grabber.
 class Machine {
@@ -74,56 +73,35 @@ public:
     MarlowSim::Simulator simulator{m_surroundings.links.Path()};
 };
 
-/// A prepared grab of one camera.
+/// A grab of one camera whose frames are counted.
 class Grab {
 public:
-    explicit Grab(IVantoDevice& device) : m_grabber(*device.GetStreamGrabber(0)) {
-        m_grabber.Open();
-        const GenApi::CIntegerPtr size = m_grabber.GetNodeMap()->GetNode("PayloadSize");
-        for (std::size_t index = 0; index < kBuffers; ++index) {
-            m_memory.emplace_back(static_cast<std::size_t>(size->GetValue()));
-            m_handles.push_back(m_grabber.RegisterBuffer(m_memory.back().data(), m_memory.back().size()));
-        }
-        m_grabber.PrepareGrab();
-    }
-    ~Grab() {
-        m_grabber.FinishGrab();
-        for (GrabResult left; m_grabber.RetrieveResult(left);) {
-        }
-        m_grabber.Close();
-    }
-    Grab(const Grab&) = delete;
-    Grab& operator=(const Grab&) = delete;
+    explicit Grab(IVantoDevice& device) : m_grab(device) {}
 
     /// Frames that arrive within a time, and the longest pause between two.
     std::size_t Count(std::chrono::milliseconds duration) {
-        for (const Vanto::StreamBufferHandle handle : m_handles)
-            m_grabber.QueueBuffer(handle);
+        m_grab.QueueAll();
         const auto end = Clock::now() + duration;
         std::size_t frames = 0;
         for (auto last = Clock::now(); Clock::now() < end;) {
             GrabResult result;
-            if (!m_grabber.RetrieveResult(result)) {
-                m_grabber.GetWaitObject().Wait(100);
+            if (!m_grab->RetrieveResult(result)) {
+                m_grab->GetWaitObject().Wait(100);
                 continue;
             }
             longestGap = std::max(longestGap, Seconds(Clock::now() - last));
             last = Clock::now();
             frames += result.Succeeded() ? 1 : 0;
-            m_grabber.QueueBuffer(result.handle);
+            m_grab->QueueBuffer(result.handle);
         }
-        m_grabber.CancelGrab();
-        for (GrabResult left; m_grabber.RetrieveResult(left);) {
-        }
+        m_grab.Cancel();
         return frames;
     }
 
     Seconds longestGap{0};
 
 private:
-    IStreamGrabber& m_grabber;
-    std::vector<std::vector<std::uint8_t>> m_memory;
-    std::vector<Vanto::StreamBufferHandle> m_handles;
+    const bench::PreparedGrab m_grab;
 };
 
 void UseFeatures(IVantoDevice& device, const std::stop_token& stop, std::atomic<std::size_t>& accesses) {

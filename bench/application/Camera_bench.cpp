@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "../PreparedGrab.h"
 #include "GenApi/GenApi.h"
 #include "scripted/Scripted.h"
 #include "simulator/Simulator.h"
@@ -101,43 +102,18 @@ void ReadByName(benchmark::State& state) {
 }
 BENCHMARK(ReadByName)->Iterations(1)->Unit(benchmark::kMillisecond);
 
-constexpr std::size_t kBuffers = 8;
 constexpr int kFrames = 2000;
 
 /// Frames of 1 MB, with the SDK's own stream grabber.
 double SecondsOfBareFrames(Vanto::IVantoDevice& device) {
-    Vanto::IStreamGrabber& grabber = *device.GetStreamGrabber(0);
-    grabber.Open();
-    const auto size =
-        static_cast<std::size_t>(GenApi::CIntegerPtr(grabber.GetNodeMap()->GetNode("PayloadSize"))->GetValue());
-    std::vector<std::vector<std::uint8_t>> memory(kBuffers, std::vector<std::uint8_t>(size));
-    std::vector<Vanto::StreamBufferHandle> handles;
-    for (auto& buffer : memory)
-        handles.push_back(grabber.RegisterBuffer(buffer.data(), size));
-    grabber.PrepareGrab();
-    for (const Vanto::StreamBufferHandle handle : handles)
-        grabber.QueueBuffer(handle);
-    Vanto::GrabResult result;
-    const double seconds = SecondsOf([&] {
-        for (int taken = 0; taken < kFrames; ++taken) {
-            while (!grabber.RetrieveResult(result))
-                grabber.GetWaitObject().Wait(1000);
-            grabber.QueueBuffer(result.Handle());
-        }
-    });
-    grabber.CancelGrab();
-    while (grabber.RetrieveResult(result)) {
-    }
-    grabber.FinishGrab();
-    for (const Vanto::StreamBufferHandle handle : handles)
-        grabber.DeregisterBuffer(handle);
-    grabber.Close();
-    return seconds;
+    const bench::PreparedGrab grab(device);
+    grab.QueueAll();
+    return SecondsOf([&] { grab.Take(kFrames); });
 }
 
 double SecondsOfOurFrames(const Vanto::Camera& camera) {
     Vanto::StreamOptions options;
-    options.buffers = kBuffers;
+    options.buffers = bench::PreparedGrab::kBuffers;
     Vanto::FrameStream stream = camera.Stream(options);
     return SecondsOf([&] {
         for (int taken = 0; taken < kFrames; ++taken)

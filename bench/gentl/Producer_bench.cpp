@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "../PreparedGrab.h"
 #include "GenApi/GenApi.h"
 #include "GenTLProducer.h"
 #include "scripted/Scripted.h"
@@ -80,32 +81,9 @@ public:
     }
 
     Cost OfFrames() const {
-        Vanto::IStreamGrabber& grabber = *m_device->GetStreamGrabber(0);
-        grabber.Open();
-        const std::size_t size = kSide * kSide;
-        std::vector<std::vector<std::uint8_t>> memory(kBuffers, std::vector<std::uint8_t>(size));
-        std::vector<Vanto::StreamBufferHandle> handles;
-        for (auto& buffer : memory)
-            handles.push_back(grabber.RegisterBuffer(buffer.data(), size));
-        grabber.PrepareGrab();
-        for (const Vanto::StreamBufferHandle handle : handles)
-            grabber.QueueBuffer(handle);
-        Vanto::GrabResult result;
-        const Cost cost = CostOf([&] {
-            for (int taken = 0; taken < kFrames; ++taken) {
-                while (!grabber.RetrieveResult(result))
-                    grabber.GetWaitObject().Wait(1000);
-                grabber.QueueBuffer(result.Handle());
-            }
-        });
-        grabber.CancelGrab();
-        while (grabber.RetrieveResult(result)) {
-        }
-        grabber.FinishGrab();
-        for (const Vanto::StreamBufferHandle handle : handles)
-            grabber.DeregisterBuffer(handle);
-        grabber.Close();
-        return cost;
+        const bench::PreparedGrab grab(*m_device);
+        grab.QueueAll();
+        return CostOf([&] { grab.Take(kFrames); });
     }
 
 private:
