@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "../TemporaryFolder.h"
+#include "../../support/TemporaryFolder.h"
 #include "Support.h"
 #include "os/Environment.h"
 
@@ -18,11 +18,11 @@ namespace ClSerTtyTest {
 class ClSerTtyTest : public testing::Test {
 protected:
     ClSerTtyTest() {
-        os::SetEnvironment("CLSERTTY_PATH", m_folder.Path().string());
+        os::SetEnvironment("CLSERTTY_PATH", m_folder.Path());
         m_end = std::make_unique<SerialEnd>(Link("cam0"));
     }
 
-    std::filesystem::path Link(const std::string& name) const { return m_folder.Path() / name; }
+    std::filesystem::path Link(const std::string& name) const { return m_folder / name; }
 
     hSerRef Open(const std::string& name = "cam0") const {
         hSerRef ref = nullptr;
@@ -43,7 +43,7 @@ protected:
         return m_library.SerialWrite(ref, bytes.data(), &size, timeoutMs);
     }
 
-    CameraTest::TemporaryFolder m_folder;
+    test_support::TemporaryFolder m_folder;
     std::unique_ptr<SerialEnd> m_end;
     SerialLibrary m_library;
 };

@@ -8,37 +8,23 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
+#include "../../support/TemporaryFolder.h"
 #include "os/Path.h"
 
 namespace {
 
 class File : public testing::Test {
-public:
-    File() : m_folder(std::filesystem::temp_directory_path() / Name()) {
-        std::filesystem::create_directories(m_folder);
-    }
-    ~File() override { std::filesystem::remove_all(m_folder); }
-
 protected:
-    std::string In(const std::string& name) const { return (m_folder / name).string(); }
+    std::string In(const std::string& name) const { return m_folder / name; }
 
     std::string Make(const std::string& name, const std::string& content) const {
-        std::ofstream(In(name), std::ios::binary) << content;
-        return In(name);
+        return m_folder.Write(name, content);
     }
 
 private:
-    static std::string Name() {
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-        return std::string("os_file_") + test->name() + std::to_string(now);
-    }
-
-    std::filesystem::path m_folder;
+    test_support::TemporaryFolder m_folder;
 };
 
 TEST_F(File, TellsSizeAndTime) {

@@ -13,7 +13,7 @@ using namespace Vanto;
 using testing::HasSubstr;
 
 TEST(VantoFolders, LieBelowVantoRoot) {
-    const ScopedEnvironment root("VANTO_ROOT", Native("/some/root"));
+    const ScopedVariable root("VANTO_ROOT", Native("/some/root"));
     EXPECT_EQ(getVantoFolderPath(eRootFolder), Native("/some/root"));
     EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/some/root/bin"));
     EXPECT_EQ(getVantoFolderPath(eLibraryFolder), Native("/some/root/" VANTO_DIR_LIBRARIES));
@@ -25,23 +25,23 @@ TEST(VantoFolders, LieBelowVantoRoot) {
 
 TEST(VantoFolders, DropSeparatorsAtTheEndOfVantoRoot) {
     {
-        const ScopedEnvironment root("VANTO_ROOT", Native("/some/root//"));
+        const ScopedVariable root("VANTO_ROOT", Native("/some/root//"));
         EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/some/root/bin"));
     }
-    const ScopedEnvironment root("VANTO_ROOT", Native("/"));
+    const ScopedVariable root("VANTO_ROOT", Native("/"));
     EXPECT_EQ(getVantoFolderPath(eRootFolder), Native("/"));
     EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/bin"));
 }
 
 TEST(VantoFolders, OfTheSystemAreConfiguredInEtc) {
-    const ScopedEnvironment root("VANTO_ROOT", Native("/usr"));
+    const ScopedVariable root("VANTO_ROOT", Native("/usr"));
     EXPECT_EQ(getVantoFolderPath(eConfigurationFolder),
               os::kPathSeparator == '/' ? "/etc/vanto" : Native("/usr/etc/vanto"));
     EXPECT_EQ(getVantoFolderPath(eBinaryFolder), Native("/usr/bin"));
 }
 
 TEST(VantoFolders, AreFoundByPlaceWithoutVantoRoot) {
-    const ScopedEnvironment root("VANTO_ROOT", "");
+    const ScopedVariable root("VANTO_ROOT", "");
     EXPECT_EQ(std::filesystem::weakly_canonical(getVantoFolderPath(eRootFolder).str()),
               std::filesystem::weakly_canonical(BUILD_ROOT));
 }
@@ -64,7 +64,7 @@ std::string FailureOf(const std::string& path) {
 }
 
 TEST(TextFileToString, ReturnsTheWholeText) {
-    const TempFolder folder;
+    const TemporaryFolder folder;
     std::string text(100000, 'x');
     text += std::string("\0\r\n\xEF", 4);
     EXPECT_EQ(textFileToString(folder.Write("a", text)).str(), text);
@@ -72,9 +72,9 @@ TEST(TextFileToString, ReturnsTheWholeText) {
 }
 
 TEST(TextFileToString, NamesFileAndReason) {
-    const TempFolder folder;
-    EXPECT_EQ(FailureOf(folder.Path("none")),
-              "The file '" + folder.Path("none") + "' can't be read: No such file or directory");
+    const TemporaryFolder folder;
+    EXPECT_EQ(FailureOf(folder / "none"),
+              "The file '" + (folder / "none") + "' can't be read: No such file or directory");
     EXPECT_EQ(FailureOf(folder.Path()), "The file '" + folder.Path() + "' can't be read: it is a folder");
 }
 
@@ -85,7 +85,7 @@ TEST(TextFileToString, RefusesADevice) {
 #endif
 
 TEST(TextFileToString, RefusesAFileBeyondTheBound) {
-    const TempFolder folder;
+    const TemporaryFolder folder;
     const std::string path = folder.Write("large", "");
     std::filesystem::resize_file(path, 256 * 1024 * 1024 + 1);
     EXPECT_THAT(FailureOf(path), HasSubstr("it is larger than 256 MiB"));

@@ -6,10 +6,8 @@
 #include "scripted/Scripted.h"
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <mutex>
-#include <random>
 
 #include "os/Library.h"
 #include "os/Path.h"
@@ -37,11 +35,6 @@ void* Control(const std::string& path, const char* function) {
     const std::lock_guard lock(mutex);
     const os::Library& library = libraries.try_emplace(path, path).first->second;
     return library.Get<void*()>(function)();
-}
-
-std::string NewName() {
-    std::random_device random;
-    return "scripted-" + std::to_string(random()) + "-" + std::to_string(random());
 }
 
 }  // namespace
@@ -123,41 +116,6 @@ DriverScript& DriverScriptOf(const std::string& libraryPath) {
 
 std::string FullDeviceId(const std::string& shortDeviceId) {
     return DriverLocation() + "#" + DriverFileName() + "#" + shortDeviceId;
-}
-
-ScopedVariable::ScopedVariable(const char* name, const std::string& value)
-    : m_name(name), m_previous(os::GetEnvironment(name)) {
-    os::SetEnvironment(name, value);
-}
-
-ScopedVariable::ScopedVariable(const char* name) : m_name(name), m_previous(os::GetEnvironment(name)) {
-    os::UnsetEnvironment(name);
-}
-
-ScopedVariable::~ScopedVariable() {
-    if (m_previous.status == os::EnvironmentStatus::kAbsent)
-        os::UnsetEnvironment(m_name.c_str());
-    else
-        os::SetEnvironment(m_name.c_str(), m_previous.text);
-}
-
-TemporaryFolder::TemporaryFolder() : m_path((std::filesystem::temp_directory_path() / NewName()).string()) {
-    std::filesystem::create_directory(m_path);
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-}
-
-std::string TemporaryFolder::operator/(const std::string& name) const {
-    return m_path + os::kPathSeparator + os::ToSystemSeparators(name);
-}
-
-void TemporaryFolder::Write(const std::string& name, const std::string& content) const {
-    const std::filesystem::path path = *this / name;
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << content;
 }
 
 HangingLibrary::HangingLibrary() : m_variable("SCRIPTED_HANGS_WHILE_MISSING", m_folder / "go") {

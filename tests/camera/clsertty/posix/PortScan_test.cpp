@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "../../TemporaryFolder.h"
+#include "../../../support/TemporaryFolder.h"
 #include "Pty.h"
 #include "os/Environment.h"
 
@@ -18,26 +18,26 @@ namespace ClSerTty {
 namespace {
 
 namespace fs = std::filesystem;
-using CameraTest::TemporaryFolder;
 using ClSerTtyTest::Pty;
+using test_support::TemporaryFolder;
 
 class MachineTtysTest : public testing::Test {
 protected:
     /// A tty as the kernel shows it; the type is that of a serial chip, empty for drivers without that attribute.
     void AddTty(const std::string& name, bool hasDevice, const std::string& type = "") {
-        const fs::path folder = m_root.Path() / "sys/class/tty" / name;
+        const fs::path folder = fs::path(m_root / "sys/class/tty") / name;
         fs::create_directories(folder);
-        fs::create_directories(m_root.Path() / "dev");
+        fs::create_directories(m_root / "dev");
         if (hasDevice)
             fs::create_directories(folder / "device");
         if (!type.empty())
             std::ofstream(folder / "type") << type << "\n";
-        std::ofstream(m_root.Path() / "dev" / name);
+        std::ofstream(m_root / ("dev/" + name));
     }
 
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
-        for (const PortInfo& port : MachineTtys({(m_root.Path() / "sys").string(), (m_root.Path() / "dev").string()}))
+        for (const PortInfo& port : MachineTtys({m_root / "sys", m_root / "dev"}))
             names.push_back(port.name);
         std::sort(names.begin(), names.end());
         return names;
@@ -70,13 +70,13 @@ TEST_F(MachineTtysTest, LeavesOutActiveConsoles) {
     AddTty("ttyS0", true, "4");
     AddTty("ttyS1", true, "4");
     AddTty("console", false);
-    std::ofstream(m_root.Path() / "sys/class/tty/console/active") << "tty0 ttyS1\n";
+    std::ofstream(m_root / "sys/class/tty/console/active") << "tty0 ttyS1\n";
     EXPECT_EQ(Names(), std::vector<std::string>{"ttyS0"});
 }
 
 TEST_F(MachineTtysTest, LeavesOutThoseWithoutADeviceFile) {
     AddTty("ttyUSB0", true);
-    fs::remove(m_root.Path() / "dev/ttyUSB0");
+    fs::remove(m_root / "dev/ttyUSB0");
     EXPECT_TRUE(Names().empty());
 }
 
@@ -87,26 +87,26 @@ TEST_F(MachineTtysTest, FindsNothingWithoutTheFolder) {
 TEST(LinkedTtys, OffersALinkedPseudoTerminalByTheLinksName) {
     const TemporaryFolder folder;
     const Pty pty;
-    fs::create_symlink(pty.SlavePath(), folder.Path() / "cam0");
-    EXPECT_EQ(LinkedTtys(folder.Path().string()), (PortList{{"cam0", (folder.Path() / "cam0").string()}}));
+    fs::create_symlink(pty.SlavePath(), folder / "cam0");
+    EXPECT_EQ(LinkedTtys(folder.Path()), (PortList{{"cam0", folder / "cam0"}}));
 }
 
 TEST(LinkedTtys, LeavesOutEverythingElse) {
     const TemporaryFolder folder;
-    fs::create_symlink("/dev/null", folder.Path() / "null");
-    fs::create_symlink(folder.Path() / "nothing", folder.Path() / "dangling");
-    fs::create_symlink(folder.Path() / "loop", folder.Path() / "loop");
-    fs::create_symlink(folder.Path(), folder.Path() / "folder");
-    std::ofstream(folder.Path() / "file") << "text";
-    EXPECT_TRUE(LinkedTtys(folder.Path().string()).empty());
+    fs::create_symlink("/dev/null", folder / "null");
+    fs::create_symlink(folder / "nothing", folder / "dangling");
+    fs::create_symlink(folder / "loop", folder / "loop");
+    fs::create_symlink(folder.Path(), folder / "folder");
+    std::ofstream(folder / "file") << "text";
+    EXPECT_TRUE(LinkedTtys(folder.Path()).empty());
 }
 
 TEST(LinkedTtys, LeavesOutNamesWithControlCharacters) {
     const TemporaryFolder folder;
     const Pty pty;
-    fs::create_symlink(pty.SlavePath(), folder.Path() / "cam\t0");
-    fs::create_symlink(pty.SlavePath(), folder.Path() / "cam\n0");
-    EXPECT_TRUE(LinkedTtys(folder.Path().string()).empty());
+    fs::create_symlink(pty.SlavePath(), folder / "cam\t0");
+    fs::create_symlink(pty.SlavePath(), folder / "cam\n0");
+    EXPECT_TRUE(LinkedTtys(folder.Path()).empty());
 }
 
 TEST(LinkedTtys, AMissingFolderHasNone) {
@@ -117,17 +117,16 @@ TEST(FindPorts, LooksInEveryFolderOfTheListOnce) {
     const TemporaryFolder first;
     const TemporaryFolder second;
     const Pty pty;
-    fs::create_symlink(pty.SlavePath(), first.Path() / "cam1");
-    fs::create_symlink(pty.SlavePath(), second.Path() / "cam1");
-    fs::create_symlink(pty.SlavePath(), second.Path() / "cam0");
-    os::SetEnvironment("CLSERTTY_PATH", ":" + first.Path().string() + "::/missing:" + second.Path().string());
+    fs::create_symlink(pty.SlavePath(), first / "cam1");
+    fs::create_symlink(pty.SlavePath(), second / "cam1");
+    fs::create_symlink(pty.SlavePath(), second / "cam0");
+    os::SetEnvironment("CLSERTTY_PATH", ":" + first.Path() + "::/missing:" + second.Path());
     PortList linked;
     for (const PortInfo& port : FindPorts()) {
         if (port.name.rfind("cam", 0) == 0)
             linked.push_back(port);
     }
-    EXPECT_EQ(linked,
-              (PortList{{"cam0", (second.Path() / "cam0").string()}, {"cam1", (first.Path() / "cam1").string()}}));
+    EXPECT_EQ(linked, (PortList{{"cam0", second / "cam0"}, {"cam1", first / "cam1"}}));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "../../../support/TemporaryFolder.h"
 #include "LoadedDriver.h"
 #include "SerialLibraryLine.h"
 #include "os/Environment.h"
@@ -17,32 +18,13 @@
 
 namespace marlow::test {
 
-/// A folder of its own, gone afterwards.
-class Folder {
-public:
-    Folder()
-        : m_path(std::filesystem::temp_directory_path() / ("driver-chain-" + std::to_string(std::random_device{}()))) {
-        std::filesystem::create_directory(m_path);
-    }
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
-
 class Chain {
 public:
     static constexpr CLUINT32 kTimeout = 400;
     static constexpr char kName[] = "cam0";
 
     explicit Chain(const MarlowSim::CameraOptions& options = {}) {
-        os::SetEnvironment("CLSERTTY_PATH", folder.Path().string());
+        os::SetEnvironment("CLSERTTY_PATH", folder.Path());
         library = os::Library(SERIAL_LIBRARY_PATH);
         simulator.Add(kName, options);
         driver.initLib(nullptr, CLProtocol::CLP_LOG_NOTSET);
@@ -104,7 +86,7 @@ public:
         return text;
     }
 
-    Folder folder;
+    test_support::TemporaryFolder folder;
     os::Library library;
     MarlowSim::Simulator simulator{folder.Path()};
     LoadedDriver driver;

@@ -14,6 +14,7 @@
 #include <random>
 #include <set>
 
+#include "../../../support/TemporaryFolder.h"
 #include "camera/Template.h"
 
 namespace MarlowSim {
@@ -143,12 +144,11 @@ TEST(DescriptionText, IsNotCutToASmallerSize) {
 }
 
 TEST(DescriptionText, CanComeFromAFile) {
-    const auto path = std::filesystem::temp_directory_path() / ("description" + std::to_string(std::random_device()()));
-    std::ofstream(path) << "<any/>";
+    const test_support::TemporaryFolder folder;
     CameraOptions options;
-    options.descriptionFile = path.string();
+    options.descriptionFile = folder.Write("description", "<any/>");
     EXPECT_EQ(TextOf(options), "<any/>");
-    std::filesystem::remove(path);
+    std::filesystem::remove(options.descriptionFile);
     EXPECT_THROW(TextOf(options), std::invalid_argument);
 }
 

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "../../TemporaryFolder.h"
+#include "../../../support/TemporaryFolder.h"
 #include "../Host.h"
 #include "gencp/Registers.h"
 
@@ -136,10 +136,10 @@ private:
 
 class MarlowSimTest : public testing::Test {
 protected:
-    std::string Links() const { return (m_folder.Path() / "links").string(); }
-    fs::path Socket() const { return m_folder.Path() / "control"; }
+    std::string Links() const { return m_folder / "links"; }
+    fs::path Socket() const { return m_folder / "control"; }
 
-    CameraTest::TemporaryFolder m_folder;
+    test_support::TemporaryFolder m_folder;
 };
 
 TEST_F(MarlowSimTest, IsReadyWhenAllLinksAreThereAndRemovesThemInTheEnd) {

@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "../../TemporaryFolder.h"
+#include "../../../support/TemporaryFolder.h"
 #include "../Host.h"
 #include "gencp/BaudRate.h"
 #include "gencp/Memory.h"
@@ -61,8 +61,8 @@ protected:
         return true;
     }
 
-    CameraTest::TemporaryFolder m_folder;
-    Simulator m_simulator{m_folder.Path() / "links"};
+    test_support::TemporaryFolder m_folder;
+    Simulator m_simulator{m_folder / "links"};
 };
 
 TEST_F(SimulatorTest, AnswersOnTheLineThatItsLinkNames) {
@@ -402,7 +402,7 @@ TEST_F(SimulatorTest, RegistersCanBeReachedPastTheLine) {
 
 TEST_F(SimulatorTest, EndsPromptlyInTheMiddleOfEverything) {
     for (int round = 0; round < 50; ++round) {
-        CameraTest::TemporaryFolder folder;
+        test_support::TemporaryFolder folder;
         Simulator simulator(folder.Path());
         simulator.Add("cam0", ParseCamera("c,paced=on").options);
         Host host(simulator.LinkOf("cam0"));

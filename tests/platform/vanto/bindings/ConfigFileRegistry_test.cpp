@@ -32,12 +32,12 @@ class ConfigFileRegistry : public testing::Test {
 protected:
     CConfigFileRegistry::CBinding Bind(const std::string& bindings, const CDeviceInfo& info = Camera()) {
         m_folder.Write("bindings.xml", "<DescriptionBindings>\n" + bindings + "</DescriptionBindings>\n");
-        const ScopedEnvironment variable("VANTO_XML_BINDINGS", m_path);
+        const ScopedVariable variable("VANTO_XML_BINDINGS", m_path);
         return CConfigFileRegistry::GetInstance().GetXmlFileBinding(info);
     }
     std::string FailureOfText(const std::string& text) {
         m_folder.Write("bindings.xml", text);
-        const ScopedEnvironment variable("VANTO_XML_BINDINGS", m_path);
+        const ScopedVariable variable("VANTO_XML_BINDINGS", m_path);
         try {
             CConfigFileRegistry::GetInstance().GetXmlFileBinding(Camera());
         } catch (const GenICam::RuntimeException& error) {
@@ -55,13 +55,13 @@ protected:
                                           : "none";
     }
 
-    const TempFolder m_folder;
-    const std::string m_path = m_folder.Path("bindings.xml");
+    const TemporaryFolder m_folder;
+    const std::string m_path = m_folder / "bindings.xml";
 };
 
 TEST_F(ConfigFileRegistry, UsesTheCamerasOwnDescriptionWithoutConfiguration) {
-    const ScopedEnvironment root("VANTO_ROOT", m_folder.Path());
-    const ScopedEnvironment variable("VANTO_XML_BINDINGS", "");
+    const ScopedVariable root("VANTO_ROOT", m_folder.Path());
+    const ScopedVariable variable("VANTO_XML_BINDINGS", "");
     const auto binding = CConfigFileRegistry::GetInstance().GetXmlFileBinding(Camera());
     EXPECT_TRUE(binding.useDeviceDescription);
     EXPECT_FALSE(binding.hasDescriptionFile);
@@ -86,8 +86,8 @@ TEST_F(ConfigFileRegistry, AnEmptyPropertyBindsNothing) {
 }
 
 TEST_F(ConfigFileRegistry, LooksInTheConfigurationFolderOfTheRoot) {
-    const ScopedEnvironment root("VANTO_ROOT", m_folder.Path());
-    const ScopedEnvironment variable("VANTO_XML_BINDINGS", "");
+    const ScopedVariable root("VANTO_ROOT", m_folder.Path());
+    const ScopedVariable variable("VANTO_XML_BINDINGS", "");
     const std::string path =
         m_folder.Write("etc/vanto/DescriptionBindings.xml",
                        "<DescriptionBindings><Binding><Merge File='/m.xml'/></Binding></DescriptionBindings>");
@@ -96,19 +96,19 @@ TEST_F(ConfigFileRegistry, LooksInTheConfigurationFolderOfTheRoot) {
 }
 
 TEST_F(ConfigFileRegistry, TheVariableMayNameAFolder) {
-    const ScopedEnvironment variable("VANTO_XML_BINDINGS", m_folder.Path());
-    EXPECT_EQ(CConfigFileRegistry::GetInstance().GetRegistryFilePath(), m_folder.Path("DescriptionBindings.xml"));
+    const ScopedVariable variable("VANTO_XML_BINDINGS", m_folder.Path());
+    EXPECT_EQ(CConfigFileRegistry::GetInstance().GetRegistryFilePath(), m_folder / "DescriptionBindings.xml");
 }
 
 TEST_F(ConfigFileRegistry, AFileThatWasAskedForMustBeThere) {
-    const ScopedEnvironment variable("VANTO_XML_BINDINGS", m_folder.Path("none.xml"));
+    const ScopedVariable variable("VANTO_XML_BINDINGS", m_folder / "none.xml");
     EXPECT_THROW(CConfigFileRegistry::GetInstance().GetXmlFileBinding(Camera()), GenICam::RuntimeException);
 }
 
 TEST_F(ConfigFileRegistry, BindsADescriptionInPlaceOfTheCamerasOwn) {
     const auto binding = Bind("<Binding ModelName='H2048'><Description File='h.xml'/></Binding>");
     EXPECT_FALSE(binding.useDeviceDescription);
-    EXPECT_EQ(binding.descriptionFile, m_folder.Path("h.xml"));
+    EXPECT_EQ(binding.descriptionFile, m_folder / "h.xml");
     EXPECT_FALSE(binding.hasMergeFile);
 }
 
@@ -128,7 +128,7 @@ TEST_F(ConfigFileRegistry, BindsADescriptionForCamerasThatHoldNone) {
 }
 
 TEST_F(ConfigFileRegistry, ReplacesEnvironmentVariablesInPaths) {
-    const ScopedEnvironment variable("VANTO_TEST_PLACE", Absolute("/place"));
+    const ScopedVariable variable("VANTO_TEST_PLACE", Absolute("/place"));
     EXPECT_EQ(Bind("<Binding><Merge File='$(VANTO_TEST_PLACE)/m.xml'/></Binding>").mergeFile, Absolute("/place/m.xml"));
 }
 
@@ -229,7 +229,7 @@ TEST_F(ConfigFileRegistry, RefusesOtherEncodingsAndHugeFiles) {
     EXPECT_THAT(FailureOfText(std::string("\xFF\xFE<\0?\0", 6)), HasSubstr("the file is in UTF-16; save it as UTF-8"));
     const std::string path = m_folder.Write("huge.xml", "");
     std::filesystem::resize_file(path, 16 * 1024 * 1024 + 1);
-    const ScopedEnvironment variable("VANTO_XML_BINDINGS", path);
+    const ScopedVariable variable("VANTO_XML_BINDINGS", path);
     EXPECT_THROW(CConfigFileRegistry::GetInstance().GetXmlFileBinding(Camera()), GenICam::RuntimeException);
 }
 

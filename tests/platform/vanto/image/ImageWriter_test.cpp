@@ -26,7 +26,7 @@ ImageView View(const Bytes& bytes, EPixelType type, std::uint32_t width, std::ui
 class ImageWriter : public testing::Test {
 protected:
     std::string Write(EImageFileFormat format, const ImageView& image, const ImageNotes& notes = {}) {
-        const std::string path = m_folder.Path("image");
+        const std::string path = m_folder / "image";
         WriteImage(path, format, image, notes);
         EXPECT_FALSE(std::filesystem::exists(path + ".part"));
         std::ifstream file(path, std::ios::binary);
@@ -34,7 +34,7 @@ protected:
     }
     // Reads a PNG back with its 16-bit samples as they stand in the file.
     std::vector<std::uint16_t> ReadPng(png_byte& channels, png_byte& significantBits) {
-        std::FILE* const file = std::fopen(m_folder.Path("image").c_str(), "rb");
+        std::FILE* const file = std::fopen((m_folder / "image").c_str(), "rb");
         png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
         png_infop info = png_create_info_struct(png);
         png_init_io(png, file);
@@ -59,7 +59,7 @@ protected:
         return samples;
     }
 
-    const TempFolder m_folder;
+    const TemporaryFolder m_folder;
 };
 
 TEST_F(ImageWriter, WritesMono8AsPgm) {
@@ -133,7 +133,7 @@ TEST_F(ImageWriter, WritesColourWithAlphaAsPng) {
 TEST_F(ImageWriter, WritesValuesAsTheyAreToTiff) {
     const Bytes bytes{0x34, 0x02, 0xFF, 0x0F, 0x01, 0x00, 0x02, 0x00};
     Write(EImageFileFormat::kTiff, View(bytes, PixelType_Mono12, 2, 2));
-    TIFF* const tiff = TIFFOpen(m_folder.Path("image").c_str(), "r");
+    TIFF* const tiff = TIFFOpen((m_folder / "image").c_str(), "r");
     ASSERT_NE(tiff, nullptr);
     std::uint16_t row[2] = {};
     EXPECT_EQ(TIFFReadScanline(tiff, row, 0, 0), 1);
@@ -156,7 +156,7 @@ TEST_F(ImageWriter, CompressesTiffWithoutLoss) {
 TEST_F(ImageWriter, NotesWhatIsKnownOfTheImage) {
     const ImageNotes notes{"Marlow H2048", "24000001", "500 us", "12", "2026-03-14T15:09:26Z"};
     const Bytes bytes{1, 2, 3, 4};
-    const std::string path = m_folder.Path("image");
+    const std::string path = m_folder / "image";
     const std::string text = Write(EImageFileFormat::kPng, View(bytes, PixelType_Mono8, 2, 2), notes);
     for (const char* part : {"tEXtSource", "Marlow H2048", "Serial Number", "24000001", "Exposure Time", "500 us",
                              "Frame Number", "Creation Time"})
@@ -183,7 +183,7 @@ TEST_F(ImageWriter, AppendsPnmToBytes) {
 TEST_F(ImageWriter, WritesColourToTiff) {
     const Bytes bytes{1, 2, 3, 4, 5, 6};
     Write(EImageFileFormat::kTiff, View(bytes, PixelType_RGB8, 2, 1));
-    TIFF* const tiff = TIFFOpen(m_folder.Path("image").c_str(), "r");
+    TIFF* const tiff = TIFFOpen((m_folder / "image").c_str(), "r");
     ASSERT_NE(tiff, nullptr);
     std::uint8_t row[6] = {};
     EXPECT_EQ(TIFFReadScanline(tiff, row, 0, 0), 1);
@@ -228,7 +228,7 @@ TEST_F(ImageWriter, RefusesDataThatAreTooShort) {
 
 TEST_F(ImageWriter, NamesAFileThatItCantWriteAndLeavesNothing) {
     const Bytes bytes(4);
-    const std::string path = m_folder.Path("none/image");
+    const std::string path = m_folder / "none/image";
     for (const auto format :
          {EImageFileFormat::kPng, EImageFileFormat::kPnm, EImageFileFormat::kTiff, EImageFileFormat::kRaw}) {
         try {
@@ -244,10 +244,10 @@ TEST_F(ImageWriter, NamesAFileThatItCantWriteAndLeavesNothing) {
 
 TEST_F(ImageWriter, LeavesAFolderThatIsInTheWay) {
     const Bytes bytes(4);
-    std::filesystem::create_directory(m_folder.Path("image.part"));
-    EXPECT_THROW(WriteImage(m_folder.Path("image"), EImageFileFormat::kRaw, View(bytes, PixelType_Mono8, 2, 2)),
+    std::filesystem::create_directory(m_folder / "image.part");
+    EXPECT_THROW(WriteImage(m_folder / "image", EImageFileFormat::kRaw, View(bytes, PixelType_Mono8, 2, 2)),
                  GenICam::RuntimeException);
-    EXPECT_TRUE(std::filesystem::exists(m_folder.Path("image.part")));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "image.part"));
 }
 
 TEST_F(ImageWriter, KnowsExtensions) {

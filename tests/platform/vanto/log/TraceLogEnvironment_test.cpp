@@ -27,29 +27,29 @@ class LogEnvironment : public testing::Test {
 protected:
     // What the program prints with these variables; nothing may appear on its standard output.
     std::string Run(const char* log, const std::string& file = "", const std::string& argument = "") const {
-        const ScopedEnvironment logVariable("VANTO_LOG", log != nullptr ? log : "");
-        const ScopedEnvironment fileVariable("VANTO_LOG_FILE", file);
+        const ScopedVariable logVariable("VANTO_LOG", log != nullptr ? log : "");
+        const ScopedVariable fileVariable("VANTO_LOG_FILE", file);
         if (log == nullptr)
             os::UnsetEnvironment("VANTO_LOG");
         if (file.empty())
             os::UnsetEnvironment("VANTO_LOG_FILE");
-        std::string command = "\"" + Native(LOG_PROBE) + "\" " + argument + " >\"" + m_folder.Path("out") + "\" 2>\"" +
-                              m_folder.Path("err") + "\"";
+        std::string command = "\"" + Native(LOG_PROBE) + "\" " + argument + " >\"" + (m_folder / "out") + "\" 2>\"" +
+                              (m_folder / "err") + "\"";
         // The command interpreter of Windows takes away the outer pair of quotes.
         if (os::kPathSeparator == '\\')
             command = "\"" + command + "\"";
         EXPECT_EQ(std::system(command.c_str()), 0);
-        EXPECT_EQ(ReadAll(m_folder.Path("out")), "");
-        return ReadAll(m_folder.Path("err"));
+        EXPECT_EQ(ReadAll(m_folder / "out"), "");
+        return ReadAll(m_folder / "err");
     }
-    TempFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 TEST_F(LogEnvironment, PrintsNothingWhenVantoLogIsNotSet) {
     EXPECT_EQ(Run(nullptr), "");
     EXPECT_EQ(Run(""), "");
-    EXPECT_EQ(Run(nullptr, m_folder.Path("log")), "");
-    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("log")));
+    EXPECT_EQ(Run(nullptr, m_folder / "log"), "");
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "log"));
 }
 
 TEST_F(LogEnvironment, PrintsTimeLevelCategoryThreadAndText) {
@@ -93,7 +93,7 @@ TEST_F(LogEnvironment, ReportsABadEntryOnceAndGoesOn) {
 }
 
 TEST_F(LogEnvironment, WritesToAFileAsWell) {
-    const std::string file = m_folder.Path("log");
+    const std::string file = m_folder / "log";
     const std::string printed = Run("trace", file);
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 4);
     const auto withoutTimes = [](const std::string& text) { return text.substr(text.find("error")); };
@@ -106,9 +106,9 @@ TEST_F(LogEnvironment, WritesToAFileAsWell) {
 #ifndef _WIN32
 // The log file was opened in its place, and got each line twice.
 TEST_F(LogEnvironment, PrintsIntoNoFileInThePlaceOfStandardError) {
-    const std::string file = m_folder.Path("log");
-    const ScopedEnvironment logVariable("VANTO_LOG", "trace");
-    const ScopedEnvironment fileVariable("VANTO_LOG_FILE", file);
+    const std::string file = m_folder / "log";
+    const ScopedVariable logVariable("VANTO_LOG", "trace");
+    const ScopedVariable fileVariable("VANTO_LOG_FILE", file);
     EXPECT_EQ(std::system(("\"" + Native(LOG_PROBE) + "\" 2>&-").c_str()), 0);
     const std::string printed = ReadAll(file);
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 4);

@@ -11,8 +11,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
+
+#include "../../TemporaryFolder.h"
 
 namespace lockorder {
 namespace {
@@ -74,23 +75,19 @@ TEST(LockOrder, LeavesKnownPairsOut) {
 
 class LockRecorder : public testing::Test {
 protected:
-    LockRecorder() { std::filesystem::create_directory(m_folder); }
-    ~LockRecorder() override { std::filesystem::remove_all(m_folder); }
-
     Order RecordOf(const std::string& arguments) const {
-        const std::string command = "VANTO_LOCK_ORDER='" + m_folder.string() + "' LD_PRELOAD='" LOCK_RECORDER "' '" +
-                                    LOCK_PROBE "' " + arguments;
+        const std::string command =
+            "VANTO_LOCK_ORDER='" + m_folder.Path() + "' LD_PRELOAD='" LOCK_RECORDER "' '" + LOCK_PROBE "' " + arguments;
         EXPECT_EQ(std::system(command.c_str()), 0);
         Order order;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path())) {
             std::ifstream records(entry.path());
             order.Read(records);
         }
         return order;
     }
 
-    const std::filesystem::path m_folder =
-        std::filesystem::temp_directory_path() / ("lock-order-" + std::to_string(std::random_device()()));
+    test_support::TemporaryFolder m_folder;
 };
 
 TEST_F(LockRecorder, RecordsWhatIsTakenBehindWhat) {

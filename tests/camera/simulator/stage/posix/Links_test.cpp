@@ -9,7 +9,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "../../../TemporaryFolder.h"
+#include "../../../../support/TemporaryFolder.h"
 #include "../../Host.h"
 #include "simulator/Simulator.h"
 
@@ -20,9 +20,9 @@ namespace fs = std::filesystem;
 
 class SimulatorLinks : public testing::Test {
 protected:
-    CameraTest::TemporaryFolder m_folder;
-    MarlowSim::Simulator m_simulator{m_folder.Path() / "links"};
-    const fs::path m_link = m_folder.Path() / "links" / "cam0";
+    test_support::TemporaryFolder m_folder;
+    MarlowSim::Simulator m_simulator{m_folder / "links"};
+    const fs::path m_link = m_folder / "links/cam0";
 };
 
 TEST_F(SimulatorLinks, NameTheLines) {

@@ -4,13 +4,11 @@
  */
 #pragma once
 
-#include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "../../../../support/TemporaryFolder.h"
 #include "Support.h"
 #include "archives/Archives.h"
 
@@ -18,21 +16,10 @@ namespace genapitest {
 
 class Loading : public NodeMapTest {
 protected:
-    void SetUp() override {
-        static int count = 0;
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("genapi_test_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "_" +
-                    std::to_string(++count));
-        std::filesystem::create_directories(m_folder);
+    std::string File(const std::string& name, const std::string& content) const {
+        return m_folder.Write(name, content);
     }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
-
-    std::string File(const std::string& name, const std::string& content) {
-        const std::filesystem::path path = m_folder / name;
-        std::ofstream(path, std::ios::binary) << content;
-        return path.string();
-    }
-    std::string Missing(const std::string& name) const { return (m_folder / "missing" / name).string(); }
+    std::string Missing(const std::string& name) const { return m_folder / ("missing/" + name); }
     static std::string Archive(const std::vector<std::pair<std::string, std::string>>& files) { return MakeZip(files); }
     /// The text of the exception that refuses a description.
     std::string Refusal(const std::string& xml) {
@@ -52,7 +39,7 @@ protected:
     }
 
 private:
-    std::filesystem::path m_folder;
+    test_support::TemporaryFolder m_folder;
 };
 
 }  // namespace genapitest

@@ -17,16 +17,16 @@ namespace {
 using namespace Vanto;
 
 void WriteToFullDisk(EImageFileFormat format) {
-    const TempFolder folder;
-    std::filesystem::create_symlink("/dev/full", folder.Path("image.part"));
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink("/dev/full", folder / "image.part");
     const std::vector<std::uint8_t> bytes(100'000, 1);
     try {
-        WriteImage(folder.Path("image"), format, {bytes.data(), bytes.size(), PixelType_Mono8, 1000, 100, 0});
+        WriteImage(folder / "image", format, {bytes.data(), bytes.size(), PixelType_Mono8, 1000, 100, 0});
         ADD_FAILURE() << "nothing was thrown";
     } catch (const GenICam::RuntimeException& error) {
         EXPECT_THAT(error.GetDescription(), testing::HasSubstr("/image' can't be written: No space left on device"));
     }
-    EXPECT_FALSE(std::filesystem::exists(folder.Path("image")));
+    EXPECT_FALSE(std::filesystem::exists(folder / "image"));
 }
 
 TEST(FullDisk, IsTheReasonForEveryFormat) {

@@ -24,7 +24,8 @@
 #include <utility>
 #include <vector>
 
-#include "os/Environment.h"
+#include "../../../ScopedVariable.h"
+#include "../../../TemporaryFolder.h"
 #include "scripted/DriverScript.h"
 #include "scripted/SerialScript.h"
 
@@ -60,35 +61,8 @@ DriverScript& DriverScriptOf(const std::string& libraryPath);
 /// DriverDirectory#DriverFileName# in front of a short DeviceID or template of the scripted driver.
 std::string FullDeviceId(const std::string& shortDeviceId);
 
-/// Sets an environment variable for its own lifetime.
-class ScopedVariable {
-public:
-    ScopedVariable(const char* name, const std::string& value);
-    explicit ScopedVariable(const char* name);  ///< removes it
-    ~ScopedVariable();
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    std::string m_name;
-    os::EnvironmentValue m_previous;
-};
-
-/// A new empty folder below the system's temporary folder, removed with all that is in it.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::string& Path() const { return m_path; }
-    std::string operator/(const std::string& name) const;
-    void Write(const std::string& name, const std::string& content) const;
-
-private:
-    std::string m_path;
-};
+using test_support::ScopedVariable;
+using test_support::TemporaryFolder;
 
 /// Everything of ours finds its ttys, port configuration and cache in new folders, and no drivers, serial libraries or
 /// roots but its own, as long as this lives.
