@@ -16,11 +16,6 @@ namespace Vanto {
 
 namespace {
 
-std::string PropertyOf(const IProperties& record, const char* name) {
-    gcstring value;
-    return record.GetPropertyValue(name, value) ? value.str() : std::string();
-}
-
 /// "Marlow H2048 (21) on COM_Port#ttyS0" for each, for the end of a sentence.
 std::string Listed(const DeviceInfoList& cameras) {
     std::string text;

@@ -57,12 +57,11 @@ std::string LastReason(const tracelog::LogRecorder& recorder) {
 
 // It may go while its baud rate is changed, which opening survives, and only an open device takes a callback.
 bool TellsOfRemoval(const tracelog::LogRecorder& recorder, const CDeviceInfo& record) {
-    gcstring port;
-    record.GetPropertyValue("PortID", port);
+    const std::string port = PropertyOf(record, "PortID");
     const auto messages = recorder.GetMessages();
     return std::any_of(messages.begin(), messages.end(), [&](const tracelog::LogMessage& message) {
         return message.format.rfind("Device removal for PortID", 0) == 0 && !message.arguments.empty() &&
-               message.arguments.front() == port.str();
+               message.arguments.front() == port;
     });
 }
 

@@ -10,11 +10,6 @@ namespace gentl {
 
 namespace {
 
-std::string PropertyOf(const Vanto::CDeviceInfo& info, const char* name) {
-    Vanto::gcstring value;
-    return info.GetPropertyValue(name, value) ? value.str() : std::string();
-}
-
 void SetId(CameraRecord& record) {
     record.id = record.vendor + "-" + record.model + (record.serialNumber.empty() ? "" : "-" + record.serialNumber);
 }

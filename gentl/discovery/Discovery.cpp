@@ -200,9 +200,7 @@ void Discovery::TakeRecords(const Vanto::DeviceInfoList& found) {
         if (port.state != PortRecord::State::kBusy || !Contains(m_asked, port.portId))
             port = {.portId = port.portId, .state = PortRecord::State::kEmpty, .camera = {}};
     for (const Vanto::CDeviceInfo& info : found) {
-        Vanto::gcstring portId;
-        info.GetPropertyValue("PortID", portId);
-        if (PortRecord* const port = FindLocked(portId.str())) {
+        if (PortRecord* const port = FindLocked(PropertyOf(info, "PortID"))) {
             port->camera = RecordOfInfo(info);
             port->state = PortRecord::State::kCamera;
         }

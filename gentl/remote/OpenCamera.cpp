@@ -137,9 +137,8 @@ void OpenCamera::FindRegisters() {
 /// The camera's own description, as the device was made of it.
 std::string OpenCamera::Description() {
     return Use([this](Vanto::IVantoDevice& device) {
-        Vanto::gcstring source;
-        device.GetDeviceInfo().GetPropertyValue("XMLSource", source);
-        if (source.str().rfind("Device", 0) != 0)
+        const std::string source = PropertyOf(device.GetDeviceInfo(), "XMLSource");
+        if (source.rfind("Device", 0) != 0)
             return Vanto::textFileToString(source).str();
         Vanto::gcstring xml;
         Vanto::gcstring marker;

@@ -42,11 +42,6 @@ int RatingOf(const PortEntry& entry, const CDeviceID& id) {
 
 }  // namespace
 
-std::string PropertyOf(const Vanto::IProperties& record, const char* name) {
-    GenICam::gcstring value;
-    return record.GetPropertyValue(name, value) ? value.str() : std::string();
-}
-
 std::string NameOf(const Vanto::CDeviceInfo& record) {
     return Printable(PropertyOf(record, "FriendlyName"));
 }

@@ -14,8 +14,6 @@
 
 namespace tools {
 
-/// A property of a record, empty when it is absent.
-std::string PropertyOf(const Vanto::IProperties& record, const char* name);
 /// The name that people read, fit for a terminal.
 std::string NameOf(const Vanto::CDeviceInfo& record);
 CameraAddress AddressOf(const Vanto::CDeviceInfo& record);

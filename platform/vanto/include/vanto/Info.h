@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "vanto/VantoTypes.h"
@@ -31,6 +32,12 @@ public:
     virtual bool IsUserProvided() const = 0;
     virtual ~IProperties() = default;
 };
+
+/// A property as a text; empty when there is none of this name.
+inline std::string PropertyOf(const IProperties& properties, const char* name) {
+    gcstring value;
+    return properties.GetPropertyValue(name, value) ? value.str() : std::string();
+}
 
 /// Properties with a record of what was done with them since the flags were last cleared. Copies keep that record.
 /// Const operations may run in several threads at once, as of a device whose info is read while it is used.
