@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "AllowedText.h"
+#include "values/AllowedText.h"
 
 namespace Vanto {
 

@@ -12,8 +12,8 @@
 #include <sstream>
 
 #include "Base/GCException.h"
-#include "FeatureValueAccess.h"
 #include "GenApi/GenApi.h"
+#include "values/FeatureValueAccess.h"
 
 namespace Vanto {
 

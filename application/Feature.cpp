@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "Access.h"
-#include "AllowedText.h"
-#include "FeatureValueAccess.h"
 #include "GenApi/GenApi.h"
+#include "values/AllowedText.h"
+#include "values/FeatureValueAccess.h"
 
 namespace Vanto {
 

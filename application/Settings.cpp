@@ -13,15 +13,11 @@
 #include "SelectorMoves.h"
 #include "base/Text.h"
 #include "base/ValueText.h"
+#include "values/FeatureValueAccess.h"
 
 namespace Vanto {
 
 namespace {
-
-bool HasValue(const Feature& feature) {
-    const FeatureKind kind = feature.Kind();
-    return kind != FeatureKind::kCommand && kind != FeatureKind::kCategory && kind != FeatureKind::kOther;
-}
 
 std::vector<std::string> NamesOf(const std::vector<Feature>& features) {
     std::vector<std::string> names;
@@ -40,7 +36,7 @@ struct Group {
 std::vector<Group> GroupsOf(const FeatureMap& map) {
     std::vector<Group> groups(1);
     for (const Feature& feature : map.List()) {
-        if (!feature.IsStreamable() || !HasValue(feature))
+        if (!feature.IsStreamable() || !HasValue(feature.Kind()))
             continue;
         std::vector<Feature> selectors = SelectorMoves::SelectorsOf(feature);
         std::vector<std::string> names = NamesOf(selectors);
@@ -132,7 +128,7 @@ private:
         m_selectors.Move(setting.selectors);
         const Feature feature = m_features[setting.name];
         // What holds its value may be locked, as long as it stays so.
-        if (HasValue(feature) && feature.Access() == FeatureAccess::kReadOnly && Holds(feature, setting.text))
+        if (HasValue(feature.Kind()) && feature.Access() == FeatureAccess::kReadOnly && Holds(feature, setting.text))
             return;
         feature.Set(setting.text);
     }

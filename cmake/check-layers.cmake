@@ -47,6 +47,7 @@ set(rooms
     "camera/simulator/camera|"
     "camera/simulator/line|"
     "camera/simulator/stage|camera line"
+    "application/values|"
     "gentl/support|"
     "gentl/events|support"
     "gentl/ports|events support"

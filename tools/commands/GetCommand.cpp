@@ -17,6 +17,7 @@
 #include "output/Output.h"
 #include "output/Text.h"
 #include "system/Interruptible.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -47,9 +48,9 @@ public:
             if (m_json)
                 json[m_names[index]] = ValueJson(*nodes[index]);
             else if (nodes.size() == 1)
-                text = Printable(ValueText(*nodes[index])) + "\n";
+                text = Printable(Vanto::ReadText(*nodes[index])) + "\n";
             else
-                text += fmt::format("{}={}\n", m_names[index], Printable(ValueText(*nodes[index])));
+                text += fmt::format("{}={}\n", m_names[index], Printable(Vanto::ReadText(*nodes[index])));
         }
         output.Print(m_json ? ToText(json) + "\n" : text);
         return ExitCode::kDone;

@@ -19,6 +19,7 @@
 #include "output/Output.h"
 #include "output/Text.h"
 #include "system/Interruptible.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -33,7 +34,7 @@ public:
     void Look(Output& output, bool json) {
         m_node.InvalidateNode();
         const bool isReadable = GenApi::IsReadable(m_node.GetAccessMode());
-        const std::string text = isReadable ? ValueText(m_node) : std::string();
+        const std::string text = isReadable ? Vanto::ReadText(m_node) : std::string();
         if (m_printed && isReadable == m_wasReadable && text == m_text)
             return;
         m_printed = true;
@@ -74,7 +75,7 @@ public:
         std::vector<Watched> watched;
         for (const std::string& name : m_names) {
             GenApi::INode& node = FindFeature(device.Nodes(), name);
-            if (!HasValue(node))
+            if (!Vanto::HasValue(node))
                 CheckReadable(node);
             watched.emplace_back(node);
         }

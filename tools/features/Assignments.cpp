@@ -10,7 +10,6 @@
 
 #include "error/ExitCode.h"
 #include "features/FeatureInput.h"
-#include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
 #include "features/OpenDevice.h"
 #include "output/Text.h"
@@ -66,11 +65,11 @@ Assignments::Assignments(GenApi::INodeMap& nodes, const std::vector<Assignment>&
  */
 void Assignments::Check() const {
     for (const Step& step : m_steps) {
-        if (!HasValue(*step.node) || !step.dependsOnEarlier)
-            CheckWritable(*step.node);
-        CheckText(*step.node, step.text);
         if (!step.dependsOnEarlier)
-            CheckRange(*step.node, step.text);
+            CheckWritable(*step.node);
+        const Vanto::FeatureValue value = ParsedValue(*step.node, step.text);
+        if (!step.dependsOnEarlier)
+            CheckRange(*step.node, value);
     }
 }
 
@@ -84,10 +83,11 @@ void Assignments::Apply() {
         try {
             ThrowIfInterrupted();
             CheckWritable(*step.node);
-            CheckRange(*step.node, step.text);
+            const Vanto::FeatureValue value = ParsedValue(*step.node, step.text);
+            CheckRange(*step.node, value);
             if (GenApi::IsReadable(step.node->GetAccessMode()))
-                before.push_back({step.node, ValueText(*step.node)});
-            SetText(*step.node, step.text);
+                before.push_back({step.node, Vanto::ReadText(*step.node)});
+            Vanto::WriteValue(*step.node, value);
         } catch (const ToolError& error) {
             throw ToolError(error.what(), error.Hint() + (error.Hint().empty() ? "" : "\n") + PutBack(before),
                             error.Code());
@@ -102,8 +102,8 @@ std::string Assignments::PutBack(const std::vector<Before>& before) const {
     std::string failed;
     for (auto one = before.rbegin(); one != before.rend(); ++one) {
         try {
-            if (ValueText(*one->node) != one->text)
-                SetText(*one->node, one->text);
+            if (Vanto::ReadText(*one->node) != one->text)
+                Vanto::WriteValue(*one->node, one->text);
         } catch (const std::exception&) {
             failed += (failed.empty() ? "" : ", ") + one->node->GetName().str();
         }

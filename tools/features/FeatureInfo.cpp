@@ -10,10 +10,10 @@
 
 #include "features/FeatureFilter.h"
 #include "features/FeatureJson.h"
-#include "features/FeatureText.h"
 #include "features/Unavailability.h"
 #include "output/Output.h"
 #include "output/Text.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -50,8 +50,8 @@ Json NamesOf(const GenApi::FeatureList_t& features, bool withValues) {
     Json names = Json::array();
     for (GenApi::IValue* feature : features) {
         GenApi::INode& node = *feature->GetNode();
-        const bool isRead = withValues && HasValue(node) && GenApi::IsReadable(node.GetAccessMode());
-        names.push_back(node.GetName().str() + (isRead ? "=" + ValueText(node) : ""));
+        const bool isRead = withValues && Vanto::HasValue(node) && GenApi::IsReadable(node.GetAccessMode());
+        names.push_back(node.GetName().str() + (isRead ? "=" + Vanto::ReadText(node) : ""));
     }
     return names;
 }

@@ -1,19 +1,18 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Texts as values of features: checked and set
+ * Texts as values of features, checked before anything is set
  */
 #pragma once
 
 #include <string>
 
-#include "GenApi/GenApi.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
 void CheckReadable(GenApi::INode& node);
 void CheckWritable(GenApi::INode& node);
-void CheckText(GenApi::INode& node, const std::string& text);
-void CheckRange(GenApi::INode& node, const std::string& text);
-void SetText(GenApi::INode& node, const std::string& text);
+Vanto::FeatureValue ParsedValue(GenApi::INode& node, const std::string& text);
+void CheckRange(GenApi::INode& node, const Vanto::FeatureValue& value);
 
 }  // namespace tools

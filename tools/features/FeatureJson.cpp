@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "features/FeatureText.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -55,14 +56,14 @@ Json FeatureJson(GenApi::INode& node) {
               {"Visibility", VisibilityText(node.GetVisibility())},
               {"DisplayName", node.GetDisplayName().str()},
               {"Documentation", description.empty() ? node.GetToolTip().str() : description}};
-    if (HasValue(node))
+    if (Vanto::HasValue(node))
         json["Streamable"] = node.IsStreamable();
     return json;
 }
 
 void AddValueAndLimits(GenApi::INode& node, Json& json) {
     const GenApi::EAccessMode mode = node.GetAccessMode();
-    if (!HasValue(node) || !GenApi::IsAvailable(mode))
+    if (!Vanto::HasValue(node) || !GenApi::IsAvailable(mode))
         return;
     json["Value"] = GenApi::IsReadable(mode) ? ValueJson(node) : Json(nullptr);
     AddLimits(node, json);

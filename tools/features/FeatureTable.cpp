@@ -11,6 +11,8 @@
 #include "output/Progress.h"
 #include "output/Table.h"
 #include "system/Interruptible.h"
+#include "values/AllowedText.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -35,11 +37,13 @@ std::vector<Table::Cell> Row(const OpenDevice& device, GenApi::INode& node, cons
     if (node.GetPrincipalInterfaceType() == GenApi::intfICategory)
         return {{indent + node.GetName().str(), Style::kBold}, "", "", "", ""};
     const GenApi::EAccessMode mode = node.GetAccessMode();
-    const bool isValue = HasValue(node);
-    const std::string value =
-        isValue && GenApi::IsReadable(mode) ? Answer(device, failures, [&] { return ValueText(node); }) : std::string();
-    const std::string range =
-        isValue && GenApi::IsWritable(mode) ? Answer(device, failures, [&] { return RangeText(node); }) : std::string();
+    const bool isValue = Vanto::HasValue(node);
+    const std::string value = isValue && GenApi::IsReadable(mode)
+                                  ? Answer(device, failures, [&] { return Vanto::ReadText(node); })
+                                  : std::string();
+    const std::string range = isValue && GenApi::IsWritable(mode)
+                                  ? Answer(device, failures, [&] { return Vanto::RangeText(node); })
+                                  : std::string();
     return {{indent + node.GetName().str(), GenApi::IsAvailable(mode) ? Style::kPlain : Style::kDim},
             KindText(node),
             AccessText(mode),

@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "features/FeatureText.h"
+#include "values/FeatureValueAccess.h"
 
 namespace tools {
 
@@ -36,9 +36,9 @@ bool IsTrue(GenApi::INode& node) {
 void AddCauses(GenApi::INode& node, std::set<const GenApi::INode*>& seen, std::vector<std::string>& causes) {
     if (!seen.insert(&node).second)
         return;
-    if (node.IsFeature() && HasValue(node)) {
+    if (node.IsFeature() && Vanto::HasValue(node)) {
         if (GenApi::IsReadable(node.GetAccessMode()))
-            causes.push_back(fmt::format("{}={}", node.GetName().str(), ValueText(node)));
+            causes.push_back(fmt::format("{}={}", node.GetName().str(), Vanto::ReadText(node)));
         return;
     }
     GenApi::NodeList_t children;

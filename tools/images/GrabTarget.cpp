@@ -9,7 +9,6 @@
 #include <algorithm>
 
 #include "error/ExitCode.h"
-#include "features/FeatureText.h"
 #include "features/OpenDevice.h"
 #include "images/FrameCounts.h"
 #include "images/GrabProgress.h"
@@ -17,6 +16,7 @@
 #include "output/Output.h"
 #include "system/Clock.h"
 #include "system/Files.h"
+#include "values/FeatureValueAccess.h"
 #include "vanto/PixelTypeMapper.h"
 
 namespace tools {
@@ -26,11 +26,11 @@ namespace {
 /// The value of a feature with its unit; empty for a camera that does not tell.
 std::string ValueWithUnit(GenApi::INodeMap& nodes, const char* name) {
     GenApi::INode* const node = nodes.GetNode(name);
-    if (node == nullptr || !HasValue(*node) || !GenApi::IsReadable(node->GetAccessMode()))
+    if (node == nullptr || !Vanto::HasValue(*node) || !GenApi::IsReadable(node->GetAccessMode()))
         return {};
     const GenApi::CFloatPtr number(node);
     const std::string unit = number.IsValid() ? number->GetUnit().str() : std::string();
-    return ValueText(*node) + (unit.empty() ? "" : " " + unit);
+    return Vanto::ReadText(*node) + (unit.empty() ? "" : " " + unit);
 }
 
 Vanto::ImageNotes NotesOf(const OpenDevice& device) {

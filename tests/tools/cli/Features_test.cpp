@@ -158,8 +158,8 @@ TEST_F(Features, SetPutsBackWhatALaterRefusalLeaves) {
 TEST_F(Features, TakesMultiplesOfTheUnit) {
     EXPECT_EQ(Run({"set", "0", "ExposureTime=2 ms", "Width=1024 px"}).exitCode, 0);
     EXPECT_EQ(Get("ExposureTime"), "2000\n");
-    ExpectFailure({"set", "0", "ExposureTime=2 Hz"}, 1, "its unit is us");
-    ExpectFailure({"set", "0", "Gamma=2 ms"}, 1, "it has no unit");
+    ExpectFailure({"set", "0", "ExposureTime=2 Hz"}, 1, "a number in us, which '2 Hz' is not");
+    ExpectFailure({"set", "0", "Gamma=2 ms"}, 1, "Gamma is a number without a unit, which '2 ms' is not");
 }
 
 TEST_F(Features, ShowsFloatsAsShortAsTheyAreExact) {

@@ -4,7 +4,7 @@
  *
  * What does not fit is an InvalidArgumentException or AccessException of GenICam, which Access makes ours of.
  */
-#include "FeatureValueAccess.h"
+#include "values/FeatureValueAccess.h"
 
 #include <fmt/format.h>
 
@@ -15,6 +15,7 @@
 #include "GenApi/GenApi.h"
 #include "base/Text.h"
 #include "base/ValueText.h"
+#include "values/NumberText.h"
 
 namespace Vanto {
 
@@ -32,21 +33,66 @@ Interface& As(GenApi::INode& node) {
 
 // A command's value is nothing that anybody means.
 void RequireValue(GenApi::INode& node) {
-    const FeatureKind kind = KindOf(node);
-    if (kind == FeatureKind::kCommand)
+    if (KindOf(node) == FeatureKind::kCommand)
         Refuse(node, "is a command, which is executed");
-    if (kind == FeatureKind::kCategory || kind == FeatureKind::kOther)
+    if (!HasValue(node))
         Refuse(node, "has no value");
 }
 
-/// Addresses have a notation of their own, which the node map reads and writes.
-bool IsAddress(GenApi::IInteger& integer) {
-    const GenApi::ERepresentation shown = integer.GetRepresentation();
-    return shown == GenApi::IPV4Address || shown == GenApi::MACAddress;
+std::string UnitText(const GenICam::gcstring& unit) {
+    return unit.empty() ? " without a unit" : fmt::format(" in {}", unit.str());
 }
 
-std::string UnitText(const GenICam::gcstring& unit) {
-    return unit.empty() ? std::string() : fmt::format(" in {}", unit.str());
+FeatureValue ParseInteger(GenApi::INode& node, const std::string& text) {
+    auto& integer = As<GenApi::IInteger>(node);
+    if (IsAddress(integer))
+        return text;
+    if (const auto value = base::IntegerFromText(text, integer.GetUnit().view()))
+        return *value;
+    Refuse(node, fmt::format("is an integer{}, which '{}' is not", UnitText(integer.GetUnit()), text));
+}
+
+FeatureValue ParseNumber(GenApi::INode& node, const std::string& text) {
+    const GenICam::gcstring unit = As<GenApi::IFloat>(node).GetUnit();
+    if (const auto value = base::NumberFromText(text, unit.view()))
+        return *value;
+    Refuse(node, fmt::format("is a number{}, which '{}' is not", UnitText(unit), text));
+}
+
+FeatureValue ParseSwitch(GenApi::INode& node, const std::string& text) {
+    if (const auto value = base::SwitchFromText(text))
+        return *value;
+    Refuse(node, fmt::format("is on or off, which '{}' is not", text));
+}
+
+/// The entry of a name, the only one with that name in another case, or that of a number; null when there is none.
+GenApi::IEnumEntry* FindEntry(GenApi::IEnumeration& enumeration, const std::string& text) {
+    const std::string word(base::Trimmed(text));
+    if (GenApi::IEnumEntry* const entry = enumeration.GetEntryByName(word))
+        return entry;
+    GenApi::NodeList_t entries;
+    enumeration.GetEntries(entries);
+    std::vector<GenApi::IEnumEntry*> found;
+    for (GenApi::INode* node : entries)
+        if (const GenApi::CEnumEntryPtr entry(node);
+            entry.IsValid() && base::EqualsIgnoringCase(entry->GetSymbolic().view(), word))
+            found.push_back(entry);
+    if (found.size() == 1)
+        return found.front();
+    const auto number = base::IntegerFromText(word);
+    return number ? enumeration.GetEntry(*number) : nullptr;
+}
+
+FeatureValue ParseEntry(GenApi::INode& node, const std::string& text) {
+    if (GenApi::IEnumEntry* const entry = FindEntry(As<GenApi::IEnumeration>(node), text))
+        return entry->GetValue();
+    Refuse(node, fmt::format("has no entry '{}'", base::Trimmed(text)));
+}
+
+FeatureValue ParseBytes(GenApi::INode& node, const std::string& text) {
+    if (auto bytes = base::BytesFromText(text))
+        return std::move(*bytes);
+    Refuse(node, fmt::format("takes bytes such as 0x0102fe, which '{}' are not", text));
 }
 
 void WriteInteger(GenApi::INode& node, const FeatureValue& value) {
@@ -60,13 +106,8 @@ void WriteInteger(GenApi::INode& node, const FeatureValue& value) {
         if (std::floor(*number) != *number || std::abs(*number) > kLimit)
             Refuse(node, fmt::format("is an integer, which {} is not", *number));
         integer.SetValue(static_cast<std::int64_t>(*number));
-    } else if (const auto* text = std::get_if<std::string>(&value)) {
-        if (IsAddress(integer))
-            return integer.FromString(*text);
-        const auto parsed = base::IntegerFromText(*text, integer.GetUnit().view());
-        if (!parsed)
-            Refuse(node, fmt::format("is an integer{}, which '{}' is not", UnitText(integer.GetUnit()), *text));
-        integer.SetValue(*parsed);
+    } else if (const auto* address = std::get_if<std::string>(&value)) {
+        integer.FromString(*address);
     } else {
         Refuse(node, "is an integer and takes no bytes");
     }
@@ -74,67 +115,31 @@ void WriteInteger(GenApi::INode& node, const FeatureValue& value) {
 
 void WriteNumber(GenApi::INode& node, const FeatureValue& value) {
     auto& number = As<GenApi::IFloat>(node);
-    if (const auto* given = std::get_if<double>(&value)) {
+    if (const auto* given = std::get_if<double>(&value))
         number.SetValue(*given);
-    } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+    else if (const auto* whole = std::get_if<std::int64_t>(&value))
         number.SetValue(static_cast<double>(*whole));
-    } else if (const auto* text = std::get_if<std::string>(&value)) {
-        const auto parsed = base::NumberFromText(*text, number.GetUnit().view());
-        if (!parsed)
-            Refuse(node, fmt::format("is a number{}, which '{}' is not", UnitText(number.GetUnit()), *text));
-        number.SetValue(*parsed);
-    } else {
+    else
         Refuse(node, "is a number");
-    }
 }
 
 void WriteBoolean(GenApi::INode& node, const FeatureValue& value) {
-    std::optional<bool> on;
-    if (const auto* given = std::get_if<bool>(&value))
-        on = *given;
+    if (const auto* on = std::get_if<bool>(&value))
+        As<GenApi::IBoolean>(node).SetValue(*on);
     else if (const auto* whole = std::get_if<std::int64_t>(&value); whole != nullptr && (*whole == 0 || *whole == 1))
-        on = *whole == 1;
-    else if (const auto* text = std::get_if<std::string>(&value))
-        on = base::SwitchFromText(*text);
-    if (!on)
+        As<GenApi::IBoolean>(node).SetValue(*whole == 1);
+    else
         Refuse(node, "is on or off");
-    As<GenApi::IBoolean>(node).SetValue(*on);
-}
-
-/// The entry of a name, or the only one with that name in another case; null when there is none.
-GenApi::IEnumEntry* FindEntry(GenApi::IEnumeration& enumeration, const std::string& text) {
-    const std::string word(base::Trimmed(text));
-    if (GenApi::IEnumEntry* const entry = enumeration.GetEntryByName(word))
-        return entry;
-    GenApi::NodeList_t entries;
-    enumeration.GetEntries(entries);
-    GenApi::IEnumEntry* found = nullptr;
-    for (GenApi::INode* node : entries) {
-        const GenApi::CEnumEntryPtr entry(node);
-        if (!entry.IsValid() || !base::EqualsIgnoringCase(entry->GetSymbolic().view(), word))
-            continue;
-        if (found != nullptr)
-            return nullptr;
-        found = entry;
-    }
-    return found;
 }
 
 void WriteEntry(GenApi::INode& node, const FeatureValue& value) {
     auto& enumeration = As<GenApi::IEnumeration>(node);
-    GenApi::IEnumEntry* entry = nullptr;
-    std::string word;
-    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-        entry = enumeration.GetEntry(*whole);
-        word = std::to_string(*whole);
-    } else if (const auto* text = std::get_if<std::string>(&value)) {
-        entry = FindEntry(enumeration, *text);
-        word = *text;
-    } else {
+    const auto* whole = std::get_if<std::int64_t>(&value);
+    if (whole == nullptr)
         Refuse(node, "is set to one of its entries");
-    }
+    GenApi::IEnumEntry* const entry = enumeration.GetEntry(*whole);
     if (entry == nullptr)
-        Refuse(node, fmt::format("has no entry '{}'", word));
+        Refuse(node, fmt::format("has no entry '{}'", *whole));
     if (!GenApi::IsAvailable(entry))
         throw OUT_OF_RANGE_EXCEPTION("%s: entry '%s' is not available at present", node.GetName(),
                                      entry->GetSymbolic());
@@ -151,9 +156,6 @@ void WriteText(GenApi::INode& node, const FeatureValue& value) {
 void WriteBytes(GenApi::INode& node, const FeatureValue& value) {
     auto& bytes = As<GenApi::IRegister>(node);
     const auto* given = std::get_if<FeatureBytes>(&value);
-    std::optional<FeatureBytes> parsed;
-    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && (parsed = base::BytesFromText(*text)))
-        given = &*parsed;
     if (given == nullptr)
         Refuse(node, "takes bytes");
     if (static_cast<std::int64_t>(given->size()) != bytes.GetLength())
@@ -186,6 +188,10 @@ FeatureKind KindOf(const GenApi::INode& node) {
     }
 }
 
+bool HasValue(FeatureKind kind) {
+    return kind != FeatureKind::kCommand && kind != FeatureKind::kCategory && kind != FeatureKind::kOther;
+}
+
 /// "us", "Hz" ...; empty for none.
 std::string UnitOf(GenApi::INode& node) {
     if (const GenApi::CIntegerPtr integer(&node); integer.IsValid())
@@ -209,13 +215,15 @@ FeatureValue ReadValue(GenApi::INode& node) {
     }
 }
 
-/// The value in the notation that WriteValue takes; numbers with all their digits.
+/// The value in the notation that WriteValue takes. Nothing is lost: numbers have all the digits that they need.
 std::string ReadText(GenApi::INode& node) {
     RequireValue(node);
     if (KindOf(node) == FeatureKind::kFloat)
-        return fmt::format("{}", As<GenApi::IFloat>(node).GetValue());
+        return NumberText(node, As<GenApi::IFloat>(node).GetValue());
     if (KindOf(node) == FeatureKind::kBoolean)
         return As<GenApi::IBoolean>(node).GetValue() ? "true" : "false";
+    if (const GenApi::CIntegerPtr integer(&node); KindOf(node) == FeatureKind::kInteger && !IsAddress(*integer))
+        return IntegerText(*integer, integer->GetValue());
     return As<GenApi::IValue>(node).ToString().str();
 }
 
@@ -257,8 +265,30 @@ FeatureBytes ReadBytes(GenApi::INode& node) {
     return bytes;
 }
 
-void WriteValue(GenApi::INode& node, const FeatureValue& value) {
+/// A text as a value of the feature's kind: decimal or hexadecimal numbers with the feature's unit or a multiple of it,
+/// an entry by name or number, which gives its number, on and off, bytes. Texts and addresses stay as they are.
+FeatureValue ParseValue(GenApi::INode& node, const std::string& text) {
     RequireValue(node);
+    switch (KindOf(node)) {
+        case FeatureKind::kInteger:
+            return ParseInteger(node, text);
+        case FeatureKind::kFloat:
+            return ParseNumber(node, text);
+        case FeatureKind::kBoolean:
+            return ParseSwitch(node, text);
+        case FeatureKind::kEnumeration:
+            return ParseEntry(node, text);
+        case FeatureKind::kRegister:
+            return ParseBytes(node, text);
+        default:
+            return text;
+    }
+}
+
+void WriteValue(GenApi::INode& node, const FeatureValue& given) {
+    RequireValue(node);
+    const auto* const text = std::get_if<std::string>(&given);
+    const FeatureValue& value = text != nullptr ? ParseValue(node, *text) : given;
     switch (KindOf(node)) {
         case FeatureKind::kInteger:
             return WriteInteger(node, value);
