@@ -14,7 +14,8 @@ list(APPEND pages README.md CONTRIBUTING.md)
 
 # What the programs and scripts take. Their sources have each option as "--word" or "-w,--word", scripts as they come.
 set(known)
-file(GLOB sources tools/commands/*.cpp tools/app/*.cpp camera/simulator/marlow-sim.cpp test.sh test-windows.sh)
+file(GLOB sources tools/commands/*.cpp tools/app/*.cpp camera/simulator/marlow-sim.cpp test.sh test-windows.sh
+     packaging/release.sh)
 foreach(source IN LISTS sources)
     file(READ "${source}" text)
     string(REGEX MATCHALL "[\", ]--[a-z][a-z0-9-]*" found "${text}")
