@@ -6,11 +6,9 @@
 #include "VantoCLSer/VantoCLSerTL.h"
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <future>
 #include <thread>
 
+#include "TlFixture.h"
 #include "VantoCLSer/VantoCLSerTlDeviceInfoImpl.h"
 #include "tests/VantoCLSer/Fixture.h"
 
@@ -21,169 +19,9 @@ using namespace clser_test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kTlSource[] = "VantoCLSer/VantoCLSerTL";
 constexpr char kOther[] = "Marlow#Heron#H4096#5678";
-constexpr char kLoading[] = "Trying to load CLBindings from file '%s'";
 constexpr char kNoUsable[] =
     "No valid usable PortIDs due to no enabled ports in PortConfiguration.xml. Enumeration will return 0 devices.";
-
-class TlTest : public PluginTest {
-protected:
-    // Gives the file another time than it had at the last reading.
-    void Touch() {
-        m_age += std::chrono::hours(1);
-        std::filesystem::last_write_time(ConfigurationPath(), m_start - m_age);
-    }
-    std::size_t Readings() const { return CountFormat(kLoading); }
-
-    const std::filesystem::file_time_type m_start = std::filesystem::file_time_type::clock::now();
-    std::chrono::hours m_age{0};
-    CVantoCLSerTl m_tl;
-};
-
-class Configuration : public TlTest {};
-
-TEST_F(Configuration, IsReadAtTheFirstRefresh) {
-    WriteConfiguration(PortElement("a") + PortElement("b"));
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
-    EXPECT_EQ(Readings(), 1u);
-}
-
-TEST_F(Configuration, IsNotReadAgainWithoutAChange) {
-    WriteConfiguration(PortElement("a") + PortElement("b"));
-    m_tl.UpdatePortConfiguration();
-    m_log.Clear();
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
-    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
-}
-
-TEST_F(Configuration, IsReadAgainWhenItsTimeChanges) {
-    WriteConfiguration(PortElement("a"));
-    m_tl.UpdatePortConfiguration();
-    WriteConfiguration(PortElement("a") + PortElement("b") + PortElement("c"));
-    Touch();
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 3u);
-    EXPECT_EQ(Readings(), 2u);
-}
-
-TEST_F(Configuration, IsReadAgainWhenItsPathChanges) {
-    WriteConfiguration(PortElement("a"));
-    m_tl.UpdatePortConfiguration();
-    const scripted::TemporaryFolder other;
-    other.Write("PortConfiguration_x64.xml", "<r/>");
-    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", other.Path());
-    std::filesystem::last_write_time(other / "PortConfiguration_x64.xml",
-                                     std::filesystem::last_write_time(ConfigurationPath()));
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
-    EXPECT_EQ(Readings(), 2u);
-}
-
-TEST_F(Configuration, OfTheFirstSecondOfAllIsReadAgain) {
-    WriteConfiguration(PortElement("a"));
-    const auto first = std::chrono::file_clock::from_sys(std::chrono::sys_seconds{});
-    std::filesystem::last_write_time(ConfigurationPath(), first);
-    m_tl.UpdatePortConfiguration();
-    m_tl.UpdatePortConfiguration();
-    EXPECT_EQ(Readings(), 2u);
-}
-
-TEST_F(Configuration, IsAnErrorWhenItsFolderIsAFile) {
-    m_folder.Write("file", "");
-    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", m_folder / "file");
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
-    EXPECT_EQ(CountFormat("CLBindings file '%s' does not exist or could not be read."), 1u);
-}
-
-TEST_F(Configuration, IsEmptyWithoutAFile) {
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
-    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
-}
-
-TEST_F(Configuration, IsEmptiedWhenTheFileIsDeleted) {
-    WriteConfiguration(PortElement("a"));
-    m_tl.UpdatePortConfiguration();
-    std::filesystem::remove(ConfigurationPath());
-    m_log.Clear();
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
-    EXPECT_THAT(m_log.GetMessages(), IsEmpty());
-}
-
-TEST_F(Configuration, IsReadAgainWhenTheFileIsBackWithItsOldTime) {
-    WriteConfiguration(PortElement("a"));
-    const auto time = std::filesystem::last_write_time(ConfigurationPath());
-    m_tl.UpdatePortConfiguration();
-    std::filesystem::rename(ConfigurationPath(), m_folder / "aside");
-    m_tl.UpdatePortConfiguration();
-    std::filesystem::rename(m_folder / "aside", ConfigurationPath());
-    std::filesystem::last_write_time(ConfigurationPath(), time);
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
-    EXPECT_EQ(Readings(), 2u);
-}
-
-TEST_F(Configuration, IsEmptyWithoutItsFolder) {
-    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", m_folder / "missing");
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 0u);
-}
-
-TEST_F(Configuration, IsAnErrorWhenItsPathDoesNotFit) {
-    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", std::string(250, 'x'));
-    constexpr char kText[] = "Couldn't get full path to the PortConfiguration.xml file.";
-    EXPECT_EQ(ThrownBy<GenICam::GenericException>([&] { m_tl.UpdatePortConfiguration(); }),
-              (Thrown{"GenericException", kText, kTlSource}));
-    EXPECT_THAT(LoggedIn(kTl), ElementsAre(Logged{kError, kText, {}}));
-}
-
-TEST_F(Configuration, KeepsItsEntriesWhenTheFileIsDamaged) {
-    WriteConfiguration(PortElement("a"));
-    const auto time = std::filesystem::last_write_time(ConfigurationPath());
-    m_tl.UpdatePortConfiguration();
-    m_folder.Write("PortConfiguration_x64.xml", "<r>");
-    Touch();
-    EXPECT_THROW(m_tl.UpdatePortConfiguration(), GenICam::RuntimeException);
-    // Path and time are still those of the good one: with that time the file counts as read.
-    std::filesystem::last_write_time(ConfigurationPath(), time);
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
-}
-
-TEST_F(Configuration, IsReadByManyThreadsAtOnce) {
-    WriteConfiguration(PortElement("a"));
-    std::vector<std::thread> threads;
-    for (int count = 0; count < 4; ++count)
-        threads.emplace_back([this] {
-            for (int round = 0; round < 50; ++round)
-                EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
-        });
-    for (int round = 0; round < 50; ++round)
-        Touch();
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
-TEST_F(Configuration, LeavesTheLockToOthersWhileItIsRead) {
-    WriteConfiguration(PortElement("a"));
-    std::future<void> other;
-    std::future_status status = std::future_status::deferred;
-    const tracelog::LogSubscription whileReading(
-        [&](const tracelog::LogMessage& message) {
-            if (message.format != kLoading)
-                return;
-            other = std::async(std::launch::async, [this] { m_tl.GetOrCreatePort("a"); });
-            status = other.wait_for(std::chrono::seconds(60));
-        },
-        "Vanto.CLSer.TL:debug");
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 1u);
-    EXPECT_EQ(status, std::future_status::ready);
-}
-
-TEST_F(Configuration, LiesInTheWorkingFolderWithAnEmptyVariable) {
-    WriteConfiguration(PortElement("a") + PortElement("b"));
-    const scripted::ScopedVariable folder("VANTO_CL_BINDINGS", "");
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(m_folder.Path());
-    EXPECT_EQ(m_tl.UpdatePortConfiguration(), 2u);
-    std::filesystem::current_path(before);
-    EXPECT_EQ(CountLogged(kTl, {kDebug, kLoading, {"PortConfiguration_x64.xml"}}), 1u);
-}
 
 TEST_F(TlTest, MakesRecordsOfItsClassOnly) {
     StringList_t names;
@@ -472,82 +310,6 @@ TEST_F(Enumeration, RunsInManyThreadsAtOnce) {
         });
     for (std::thread& thread : threads)
         thread.join();
-}
-
-class BestPortConfiguration : public testing::Test {
-protected:
-    static PortConfiguration Entry(const char* manufacturer, const char* family = "", const char* model = "") {
-        PortConfiguration entry;
-        entry.id = "port";
-        entry.manufacturer = manufacturer;
-        entry.family = family;
-        entry.model = model;
-        entry.enabled = true;
-        return entry;
-    }
-    // Index of the entry that is found; -1 for none.
-    static int Find(const PortConfigurationList& entries, const char* deviceId = "d#f#Marlow#Heron#H2048#1234") {
-        const PortConfiguration* found = FindBestPortConfiguration("port", deviceId, entries);
-        return found != nullptr ? static_cast<int>(found - entries.data()) : -1;
-    }
-};
-
-TEST_F(BestPortConfiguration, IsNoneOfNone) {
-    EXPECT_EQ(Find({}), -1);
-}
-
-TEST_F(BestPortConfiguration, NeedsTheMaker) {
-    EXPECT_EQ(Find({Entry("Marlow")}), 0);
-    EXPECT_EQ(Find({Entry("Another", "Heron", "H2048"), Entry("marlow"), Entry("")}), -1);
-}
-
-TEST_F(BestPortConfiguration, PrefersTheFamily) {
-    EXPECT_EQ(Find({Entry("Marlow"), Entry("Marlow", "Heron"), Entry("Marlow", "Egret")}), 1);
-}
-
-TEST_F(BestPortConfiguration, PrefersTheModelOfTheFamily) {
-    EXPECT_EQ(Find({Entry("Marlow", "Heron"), Entry("Marlow", "Heron", "H4096"), Entry("Marlow", "Heron", "H2048")}),
-              2);
-}
-
-TEST_F(BestPortConfiguration, LooksAtTheModelOnlyWithinTheFamily) {
-    EXPECT_EQ(Find({Entry("Marlow", "", "H4096"), Entry("Marlow", "Egret", "H2048")}), 0);
-    EXPECT_EQ(Find({Entry("Marlow", "", "H2048"), Entry("Marlow", "Heron")}), 1);
-}
-
-TEST_F(BestPortConfiguration, ComparesCaseSensitively) {
-    EXPECT_EQ(Find({Entry("Marlow", "heron", "H2048"), Entry("Marlow", "Heron", "h2048")}), 1);
-}
-
-TEST_F(BestPortConfiguration, KeepsTheEarlierOfEquals) {
-    EXPECT_EQ(Find({Entry("Marlow", "Heron", "H2048"), Entry("Marlow", "Heron", "H2048")}), 0);
-    EXPECT_EQ(Find({Entry("Marlow", "x"), Entry("Marlow", "y")}), 0);
-}
-
-TEST_F(BestPortConfiguration, LeavesDisabledEntriesOut) {
-    PortConfiguration disabled = Entry("Marlow", "Heron", "H2048");
-    disabled.enabled = false;
-    EXPECT_EQ(Find({disabled, Entry("Marlow")}), 1);
-}
-
-TEST_F(BestPortConfiguration, LeavesOtherPortsOut) {
-    PortConfiguration other = Entry("Marlow", "Heron", "H2048");
-    other.id = "Port";
-    EXPECT_EQ(Find({other, Entry("Marlow")}), 1);
-}
-
-TEST_F(BestPortConfiguration, MatchesAnEmptyMakerWithAnEmptyMaker) {
-    EXPECT_EQ(Find({Entry("Marlow"), Entry("")}, "d#f##Heron#H2048#1234"), 1);
-}
-
-TEST_F(BestPortConfiguration, WarnsForEachEntryOfAnIdentifierThatIsNone) {
-    const tracelog::LogRecorder log("Vanto.CLSer.TL:trace");
-    PortConfiguration other = Entry("");
-    other.id = "another";
-    EXPECT_EQ(Find({Entry(""), other, Entry("Marlow")}, "nonsense"), -1);
-    EXPECT_EQ(log.GetMessages().size(), 2u);
-    EXPECT_EQ(log.CountText("Could not parse DeviceID 'nonsense', skipping!", kWarning), 2u);
-    EXPECT_EQ(log.CountFormat("Could not parse DeviceID '%s', skipping!", kWarning), 2u);
 }
 
 }  // namespace

@@ -3,29 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include "Connection.h"
+
+#include "ConnectionFixture.h"
 #include "Rig.h"
-#include "clser/ClSerial.h"
 
 namespace {
 
 using namespace marlow;
 using namespace marlow::test;
 using std::chrono::milliseconds;
-
-struct ConnectionTest : testing::Test, OpenRig {
-    std::string OpenedAs(const std::string& request = "Marlow") {
-        Connection fresh(serial, clock, logger, known);
-        fresh.Open(DeviceRequest(request), kTimeout, nullptr);
-        return fresh.ShortDeviceId();
-    }
-    /// The camera hears all of a change and is too late with each answer.
-    void LoseByAChange() {
-        Open();
-        camera.responseDelay = milliseconds(250);
-        EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), CL_ERR_TIMEOUT);
-        ASSERT_EQ(camera.Rate(), 0x80u);
-    }
-};
 
 TEST_F(ConnectionTest, NamesTheCameraAsItsRegistersDo) {
     EXPECT_EQ(OpenedAs(), "Marlow#Heron#H2048#2.0#21790042");
@@ -129,131 +116,6 @@ TEST_F(ConnectionTest, AnotherCameraThanAskedForIsAFailure) {
               "The camera 'Marlow#Heron#H2048#2.0#other' answers at 9600 baud, not 'Marlow#Heron#H2048#21790042'.");
 }
 
-TEST_F(ConnectionTest, KnownCameraIsOpenedAgainWithOneShortExchange) {
-    OpenedAs();
-    camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
-    EXPECT_EQ(camera.received.size(), 1u);
-}
-
-TEST_F(ConnectionTest, KnownCameraOfAnotherVersionIsNoCamera) {
-    OpenedAs();
-    camera.SetNumber(gencp::abrm::kGenCpVersion, 0x00020000);
-    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
-}
-
-TEST_F(ConnectionTest, KnownCameraThatCantStackIsOpenedAgainWithFiveExchanges) {
-    camera.SetCapability(gencp::capability::kFamilyName);
-    OpenedAs();
-    camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
-    EXPECT_EQ(camera.received.size(), 5u);
-}
-
-TEST_F(ConnectionTest, KnownCameraIsFoundAtItsLastRateAtOnce) {
-    Open();
-    connection.SetRate(serial, 0x20, kTimeout);
-    serial.ratesSet.clear();
-    VirtualLine other(clock, camera);  // a host makes a new line object for a new connection
-    Connection fresh(other, clock, logger, known);
-    fresh.Open(DeviceRequest("Marlow#Heron#H2048#2.0#21790042"), kTimeout, nullptr);
-    EXPECT_EQ(other.ratesSet, std::vector<CLUINT32>{0x20});
-}
-
-TEST_F(ConnectionTest, LastRateOfALineIsTriedFirstForATemplate) {
-    Open();
-    connection.SetRate(serial, 0x20, kTimeout);
-    serial.ratesSet.clear();
-    OpenedAs("Marlow");
-    EXPECT_EQ(serial.ratesSet, std::vector<CLUINT32>{0x20});
-}
-
-TEST_F(ConnectionTest, CameraThatFellBackTo9600IsFoundAgain) {
-    Open();
-    connection.SetRate(serial, 0x20, kTimeout);
-    camera.SetRate(0x01);
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.0#21790042");
-}
-
-TEST_F(ConnectionTest, ChangedFirmwareOfAKnownCameraIsReadAfresh) {
-    OpenedAs();
-    camera.SetCapability(gencp::capability::kFamilyName);  // can't stack any more
-    EXPECT_EQ(OpenedAs("Marlow#Heron#H2048#2.0#21790042"), "Marlow#Heron#H2048#2.0#21790042");
-}
-
-TEST_F(ConnectionTest, RateAfterAFailedChangeIsRememberedForTheNextOpen) {
-    Open();
-    connection.SetRate(serial, 0x10, kTimeout);
-    camera.commandFate = [&](std::size_t) { return camera.Rate() == 0x80 ? Fate::kLost : Fate::kArrives; };
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
-    camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
-    EXPECT_EQ(camera.received.size(), 1u);
-}
-
-TEST_F(ConnectionTest, RateWhereTheCameraWasFoundAfterAFailedChangeIsRemembered) {
-    Open();
-    connection.SetRate(serial, 0x10, kTimeout);
-    camera.commandFate = [&](std::size_t) {
-        if (camera.Rate() == 0x80)
-            camera.SetRate(0x01);
-        return Fate::kArrives;
-    };
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kBaudRateChangeFailed);
-    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
-    camera.received.clear();
-    OpenedAs("Marlow#Heron#H2048#2.0#21790042");
-    EXPECT_EQ(camera.received.size(), 1u);
-}
-
-TEST_F(ConnectionTest, CameraThatCanMoreThanBeforeIsReadAfresh) {
-    camera.SetCapability(gencp::capability::kFamilyName | gencp::capability::kStackedCommands);
-    OpenedAs();
-    camera.SetCapability(gencp::capability::kFamilyName | gencp::capability::kStackedCommands |
-                         gencp::capability::kSbrm);
-    connection.Open(DeviceRequest("Marlow#Heron#H2048#2.0#21790042"), kTimeout, nullptr);
-    connection.SetRate(serial, 0x80, kTimeout);
-    EXPECT_EQ(camera.Rate(), 0x80u);
-}
-
-TEST_F(ConnectionTest, ResponseTimeOfAKnownCameraIsTheOneOfNow) {
-    OpenedAs();
-    camera.SetNumber(gencp::abrm::kMaxDeviceResponseTime, 300);
-    Open("Marlow#Heron#H2048#2.0#21790042");
-    camera.responseDelay = milliseconds(250);
-    EXPECT_EQ(Read(0, 4), (Bytes{0, 1, 0, 3}));
-    EXPECT_EQ(camera.received.back().header.IsResend(), false);
-}
-
-TEST_F(ConnectionTest, KnownCameraThatIsGoneIsGivenUpInLittleMoreThanASecond) {
-    for (const std::uint32_t flag : {0x01u, 0x02u, 0x10u, 0x80u}) {
-        camera.isSilent = false;
-        Open();
-        connection.SetRate(serial, flag, kTimeout);
-        camera.isSilent = true;
-        const Time begin = clock.Now();
-        EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), kNoAnswer);
-        EXPECT_LT(clock.Now() - begin, milliseconds(1200)) << flag;
-    }
-}
-
-TEST_F(ConnectionTest, CameraThatOnlyCallsCommandsPendingIsGivenUpInASecond) {
-    camera.answer = [](const gencp::Packet& command) {
-        return gencp::BuildAcknowledge(gencp::kPendingAck, 0, command.header.requestId,
-                                       gencp::EncodePendingAck(0xFFFF));
-    };
-    EXPECT_EQ(CodeOf([&] { Open(); }), kStaysPending);
-    EXPECT_LT(Elapsed(), milliseconds(1200));
-}
-
-TEST_F(ConnectionTest, AnotherCameraAtTheKnownRateIsFoundAtOnce) {
-    OpenedAs();
-    camera.SetText(gencp::abrm::kSerialNumber, "other");
-    const Time begin = clock.Now();
-    EXPECT_EQ(CodeOf([&] { OpenedAs("Marlow#Heron#H2048#2.0#21790042"); }), CLProtocol::CLP_NO_DEVICE_FOUND);
-    EXPECT_LT(clock.Now() - begin, milliseconds(700));
-}
-
 TEST_F(ConnectionTest, ReadsAndWritesRegisters) {
     Open();
     EXPECT_TRUE(Write(kScratchAddress, {1, 2, 3, 4}));
@@ -265,58 +127,6 @@ TEST_F(ConnectionTest, RangesBeyondTheLastAddressAreRefused) {
     EXPECT_EQ(CodeOf([&] { Read(~std::uint64_t{0} - 2, 4); }), kBadRange);
     EXPECT_EQ(CodeOf([&] { Write(~std::uint64_t{0}, {1, 2}); }), kBadRange);
     EXPECT_EQ(CodeOf([&] { Read(~std::uint64_t{0} - 3, 4); }), kStatusCodes - 3) << "the last address is one";
-}
-
-TEST_F(ConnectionTest, BaudRateRegisterHasTheEntryValueAndIsNeverSent) {
-    Open();
-    camera.received.clear();
-    EXPECT_EQ(Read(0x4D42445200000000, 4), (Bytes{0, 0, 0, 15}));
-    EXPECT_TRUE(camera.received.empty());
-}
-
-TEST_F(ConnectionTest, BaudRateRegisterChangesTheRateOfBothSides) {
-    Open();
-    for (const auto& rate : gencp::kBaudRates) {
-        EXPECT_TRUE(Write(0x4D42445200000000, {0, 0, 0, static_cast<std::uint8_t>(rate.entryValue)}));
-        EXPECT_EQ(camera.Rate(), rate.flag);
-        EXPECT_EQ(Read(0x4D42445200000000, 4), (Bytes{0, 0, 0, static_cast<std::uint8_t>(rate.entryValue)}));
-        EXPECT_EQ(connection.Rate(serial, kTimeout), rate.flag);
-        EXPECT_EQ(Read(0, 4), (Bytes{0, 1, 0, 3}));
-    }
-}
-
-TEST_F(ConnectionTest, CameraThatWasLostByAChangeIsBroughtBackByTheNext) {
-    LoseByAChange();
-    camera.responseDelay = milliseconds(2);
-    connection.SetRate(serial, 0x01, kTimeout);
-    EXPECT_EQ(camera.Rate(), 0x01u);
-    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
-}
-
-TEST_F(ConnectionTest, CameraThatStaysLateIsBroughtBackByTheSecondChange) {
-    LoseByAChange();
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x01, kTimeout); }), CL_ERR_TIMEOUT) << "it heard that, too";
-    connection.SetRate(serial, 0x01, kTimeout);
-    EXPECT_EQ(camera.Rate(), 0x01u);
-    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
-}
-
-TEST_F(ConnectionTest, AnotherCameraInPlaceOfALostOneKeepsItsRate) {
-    LoseByAChange();
-    camera.responseDelay = milliseconds(2);
-    camera.SetText(gencp::abrm::kSerialNumber, "other");
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x01, kTimeout); }), CLProtocol::CLP_NO_DEVICE_FOUND);
-    EXPECT_EQ(camera.Rate(), 0x80u);
-    EXPECT_EQ(connection.Rate(serial, kTimeout), 0x01u);
-}
-
-TEST_F(ConnectionTest, ChangeBehindAnAccessWithoutAnswerCostsOneLook) {
-    Open();
-    camera.isSilent = true;
-    EXPECT_EQ(CodeOf([&] { Read(0, 4); }), CL_ERR_TIMEOUT);
-    const Time begin = clock.Now();
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), CL_ERR_TIMEOUT);
-    EXPECT_LE(clock.Now() - begin, milliseconds(150));
 }
 
 TEST_F(ConnectionTest, CameraThatDiesAtAnyPacketOfAFetchIsGivenUpAndPutBackSoon) {
@@ -340,51 +150,6 @@ TEST_F(ConnectionTest, CameraThatDiesAtAnyPacketOfAFetchIsGivenUpAndPutBackSoon)
         EXPECT_EQ(CodeOf([&] { fresh.SetRate(serial, 0x01, kTimeout); }), CL_ERR_TIMEOUT);
         EXPECT_LT(clock.Now() - died, milliseconds(1200)) << last;
     }
-}
-
-TEST_F(ConnectionTest, EntryValuesWithoutRateAreRefused) {
-    Open();
-    for (const int value : {0, 16, 24, 255})
-        EXPECT_EQ(CodeOf([&] {
-                      Write(0x4D42445200000000, {0, 0, 0, static_cast<std::uint8_t>(value)});
-                  }),
-                  CL_ERR_BAUD_RATE_NOT_SUPPORTED);
-    EXPECT_EQ(CodeOf([&] { Write(0x4D42445200000000, {0, 0, 1, 20}); }), CL_ERR_BAUD_RATE_NOT_SUPPORTED);
-    EXPECT_EQ(camera.Rate(), 0x01u);
-}
-
-TEST_F(ConnectionTest, PartsOfTheBaudRateRegisterAreRefused) {
-    Open();
-    camera.received.clear();
-    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000000, 2); }), kBadRange);
-    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000000, 8); }), kBadRange);
-    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000002, 4); }), kBadRange);
-    EXPECT_EQ(CodeOf([&] { Read(0x4D424451FFFFFFFE, 4); }), kBadRange);
-    EXPECT_TRUE(camera.received.empty());
-    EXPECT_EQ(CodeOf([&] { Read(0x4D42445200000004, 4); }), kStatusCodes - 3);
-    EXPECT_EQ(CodeOf([&] { Read(0x4D424451FFFFFFFC, 4); }), kStatusCodes - 3);
-}
-
-TEST_F(ConnectionTest, RateIsSetByFlagAsWell) {
-    Open();
-    connection.SetRate(serial, 0x80, kTimeout);
-    EXPECT_EQ(camera.Rate(), 0x80u);
-    for (const std::uint32_t flag : {0u, 0x03u, 0x100u, 0x40000000u})
-        EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, flag, kTimeout); }), CLProtocol::CLP_PARAM_VALUE);
-}
-
-TEST_F(ConnectionTest, SupportedRatesAreThoseOfBothSides) {
-    serial.supported = 0x15;
-    camera.SetNumber(gencp::sbrm::kSupportedBaudRates.At(kSbrmAddress), 0x91);
-    Open();
-    EXPECT_EQ(connection.SupportedRates(serial, kTimeout), 0x11u);
-}
-
-TEST_F(ConnectionTest, CameraWithoutSerialRegistersCannotChange) {
-    camera.SetCapability(gencp::capability::kFamilyName);
-    Open();
-    EXPECT_EQ(connection.SupportedRates(serial, kTimeout), 0x01u);
-    EXPECT_EQ(CodeOf([&] { connection.SetRate(serial, 0x80, kTimeout); }), kNoSerialRegisters);
 }
 
 TEST_F(ConnectionTest, DescriptionIsFetchedByItsId) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "DeviceFixture.h"
 #include "base/Sha1.h"
 #include "gencp/Manifest.h"
 #include "gencp/Memory.h"
@@ -15,75 +16,7 @@
 namespace MarlowSim {
 namespace {
 
-using namespace gencp;
-using namespace registers;
-using std::chrono::milliseconds;
-
 constexpr Register kBaud = sbrm::kCurrentBaudRate.At(kSbrmAddress);
-
-class DeviceTest : public testing::Test {
-protected:
-    void Make(const CameraOptions& options) { m_device.emplace(options, m_faults, m_statistics, m_now); }
-
-    void SetUp() override {
-        CameraOptions options;
-        options.serial = "4711";
-        Make(options);
-    }
-
-    Packet Command(std::uint16_t command, Bytes scd, std::uint16_t id) const {
-        Packet packet;
-        packet.header.flags = kFlagRequestAck;
-        packet.header.command = command;
-        packet.header.requestId = id;
-        packet.scd = std::move(scd);
-        return packet;
-    }
-
-    /// The next packet that goes out, as the host gets it.
-    std::optional<Packet> Sent() {
-        const auto outgoing = m_device->TakeOutgoing();
-        if (!outgoing)
-            return std::nullopt;
-        m_now = std::max(m_now, outgoing->ready);
-        m_device->HasSent(*outgoing, m_now);
-        const auto header = ParseHeader(outgoing->packet);
-        EXPECT_TRUE(header && IsScdIntact(outgoing->packet));
-        return Packet{*header, Bytes(outgoing->packet.begin() + kHeaderSize, outgoing->packet.end())};
-    }
-
-    Packet Exchange(const Packet& command) {
-        m_device->Receive(command, m_now);
-        const auto answer = Sent();
-        EXPECT_TRUE(answer);
-        return answer.value_or(Packet{});
-    }
-
-    Packet Read(std::uint64_t address, std::uint16_t length) {
-        const MemoryRange range{address, length};
-        return Exchange(Command(kReadMem, EncodeRanges({&range, 1}), m_id = NextRequestId(m_id)));
-    }
-
-    std::uint32_t Number(Register where) { return Load32(Read(where.address, 4).scd, 0); }
-
-    std::uint16_t Write(Register where, std::uint64_t value) {
-        m_lastWrite = Command(kWriteMem, EncodeWrite(where.address, NumberBytes(value, where.length)),
-                              m_id = NextRequestId(m_id));
-        return Exchange(m_lastWrite).header.flags;
-    }
-
-    void Wait(int ms) {
-        m_now += milliseconds(ms);
-        m_device->OnTime(m_now);
-    }
-
-    FaultSettings m_faults;
-    Statistics m_statistics;
-    TimePoint m_now{std::chrono::hours(1)};
-    std::optional<Device> m_device;
-    std::uint16_t m_id = 0;
-    Packet m_lastWrite;
-};
 
 TEST_F(DeviceTest, TellsItsNamesAndCapabilities) {
     const auto text = [this](Register where) {
@@ -267,78 +200,6 @@ TEST_F(DeviceTest, PointsToItsDescription) {
     EXPECT_EQ(Read(entry->address + entry->size, 1).header.flags, kStatusInvalidAddress);
 }
 
-TEST_F(DeviceTest, ChangesItsRateWhenTheAnswerHasLeft) {
-    m_device->Receive(Command(kWriteMem, EncodeWrite(kBaud.address, NumberBytes(0x80, 4)), 1), m_now);
-    EXPECT_EQ(m_device->BitsPerSecond(), 9600U);
-    EXPECT_TRUE(Sent());
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U);
-}
-
-TEST_F(DeviceTest, FallsBackWithoutTheConfirmingWrite) {
-    EXPECT_EQ(Write(kBaud, 0x80), kStatusSuccess);
-    Wait(249);
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U);
-    EXPECT_EQ(m_device->NextEvent(), m_now + milliseconds(1));
-    Wait(1);
-    EXPECT_EQ(m_device->BitsPerSecond(), 9600U);
-    EXPECT_EQ(Number(kBaud), 0x01U);
-}
-
-TEST_F(DeviceTest, KeepsAConfirmedRate) {
-    EXPECT_EQ(Write(kBaud, 0x80), kStatusSuccess);
-    Wait(200);
-    EXPECT_EQ(Write(kBaud, 0x80), kStatusSuccess);
-    Wait(10000);
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U);
-    EXPECT_EQ(Number(kBaud), 0x80U);
-}
-
-TEST_F(DeviceTest, RepeatsTheAnswerOfARateChangeAfterFallingBackAndStays) {
-    EXPECT_EQ(Write(kBaud, 0x80), kStatusSuccess);
-    Wait(250);
-    Exchange(m_lastWrite);
-    EXPECT_EQ(m_device->BitsPerSecond(), 9600U);
-}
-
-TEST_F(DeviceTest, RefusesRatesThatItDoesNotHave) {
-    CameraOptions options;
-    options.rates = 0x11;
-    Make(options);
-    EXPECT_EQ(Number(sbrm::kSupportedBaudRates.At(kSbrmAddress)), 0x11U);
-    for (const std::uint32_t flag : {0x00U, 0x02U, 0x11U, 0x100U})
-        EXPECT_EQ(Write(kBaud, flag), kStatusInvalidParameter) << flag;
-    EXPECT_EQ(Write(kBaud, 0x10), kStatusSuccess);
-}
-
-TEST_F(DeviceTest, GoesBackTo9600WhenTheHostGivesUpControl) {
-    Write(kBaud, 0x80);
-    Write(kBaud, 0x80);
-    EXPECT_EQ(Write(abrm::kAccessPrivilege, 0), kStatusSuccess);
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U) << "nobody was in control";
-    EXPECT_EQ(Write(abrm::kAccessPrivilege, 1), kStatusSuccess);
-    EXPECT_EQ(Write(abrm::kAccessPrivilege, 2), kStatusInvalidParameter);
-    EXPECT_EQ(Write(abrm::kAccessPrivilege, 0), kStatusSuccess);
-    EXPECT_EQ(m_device->BitsPerSecond(), 9600U);
-}
-
-TEST_F(DeviceTest, GoesBackTo9600WhenTheHeartbeatStops) {
-    Write(kBaud, 0x80);
-    Write(kBaud, 0x80);
-    EXPECT_EQ(Write(abrm::kHeartbeatTimeout, 1000), kStatusSuccess);
-    EXPECT_EQ(Write(abrm::kHeartbeatTimeout, 499), kStatusInvalidParameter);
-    EXPECT_EQ(Write(abrm::kDeviceConfiguration, 1), kStatusSuccess);
-    Wait(5000);
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U) << "nobody is in control";
-    EXPECT_EQ(Write(abrm::kAccessPrivilege, 1), kStatusSuccess);
-    Wait(999);
-    Number(abrm::kAccessPrivilege);
-    Wait(999);
-    EXPECT_EQ(m_device->BitsPerSecond(), 921600U) << "each access starts the time anew";
-    Wait(1);
-    EXPECT_EQ(m_device->BitsPerSecond(), 9600U);
-    EXPECT_EQ(Number(abrm::kAccessPrivilege), 0U);
-}
-
 TEST_F(DeviceTest, AnnouncesThatASlowCommandIsPendingUntilItIsDone) {
     m_faults.pending = milliseconds(500);
     Write(kUserSetSelector, 1);
@@ -399,14 +260,6 @@ TEST_F(DeviceTest, LatchesItsTimeStamp) {
     EXPECT_EQ(Write(abrm::kTimestampLatch, 1), kStatusSuccess);
     Wait(20);
     EXPECT_EQ(stamp(), 20'000'000U);
-}
-
-TEST_F(DeviceTest, MayBeAtAnotherRateWhenSwitchedOn) {
-    CameraOptions options;
-    options.baud = 115200;
-    Make(options);
-    EXPECT_EQ(m_device->BitsPerSecond(), 115200U);
-    EXPECT_EQ(Number(kBaud), 0x10U);
 }
 
 }  // namespace
