@@ -72,7 +72,7 @@ def mistakes_in(line):
         return
     if LOCK.match(line):
         yield "lock taken away", ""
-    elif STATEMENT.match(code) and not NO_STATEMENT.search(code):
+    elif STATEMENT.match(code) and code.count("(") == code.count(")") and not NO_STATEMENT.search(code):
         yield "statement dropped", ""
     for old, new in TURNS:
         for at in (found.start() for found in re.finditer(re.escape(old), code)):
@@ -93,6 +93,20 @@ def equivalents():
     return known
 
 
+def built_lines(text):
+    """The lines that this system's builds have, with their numbers."""
+    left_out = []  # for each condition that is open: whether its lines are left out
+    for number, line in enumerate(text.splitlines()):
+        if line.startswith("#if"):
+            left_out.append(bool(re.match(r"#if(?:def| defined\()\s*\(?(?:_WIN32|VANTO_LOCK_ORDER)", line)))
+        elif line.startswith("#else") and left_out:
+            left_out[-1] = not left_out[-1]
+        elif line.startswith("#endif") and left_out:
+            left_out.pop()
+        elif not any(left_out):
+            yield number, line
+
+
 def candidates(folder):
     known = equivalents()
     found = []
@@ -100,7 +114,7 @@ def candidates(folder):
         name = str(path.relative_to(ROOT))
         if path.suffix not in (".cpp", ".h") or "/windows/" in name or "/interface/" in name:
             continue
-        for number, line in enumerate(path.read_text().splitlines()):
+        for number, line in built_lines(path.read_text()):
             for what, changed in mistakes_in(line):
                 if (name, line.strip(), what) not in known:
                     found.append((name, number, line, what, changed))
