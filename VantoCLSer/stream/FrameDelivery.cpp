@@ -73,10 +73,13 @@ void CFrameDelivery::FillBuffer(const FgFrame& frame) {
         return;
     GrabResult filled;
     const bool isComplete = ReadFrameData(filled, frame, *buffer);
-    // Only now: reading from the camera may call the application, which may wait for another delivery.
-    const std::lock_guard filling(buffer->filling);
-    if (isComplete)
+    if (isComplete) {
+        // Only now: reading from the camera may call the application, which may wait for another delivery. And no
+        // longer: T that starts the plug-in holds the grabber lock, and the plug-in may deliver there into the same
+        // buffer.
+        const std::lock_guard filling(buffer->filling);
         Fill(filled, frame, *buffer);
+    }
     PutFilledBuffer(handle, *buffer, std::move(filled));
 }
 

@@ -149,10 +149,11 @@ std::shared_ptr<Stream> Device::OpenStream(const std::string& id) {
     if (!opening)
         throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is being opened");
     {
+        std::shared_ptr<Stream> closed;  // destroyed without the lock, which T wants that loses the camera in a start
         const std::lock_guard lock(m_mutex);
         if (m_stream && m_stream->IsOpen())
             throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The stream is open already");
-        m_stream.reset();
+        closed.swap(m_stream);
     }
     return m_camera->Use([&](Vanto::IVantoDevice& device) {
         const auto stream = std::make_shared<Stream>(Handles(), shared_from_this(), m_camera, *m_grabber, id,

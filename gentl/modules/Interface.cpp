@@ -173,13 +173,14 @@ std::shared_ptr<Device> Interface::OpenDevice(const std::string& id, DEVICE_ACCE
     if (!opening)
         throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The device is being opened");
     {
+        std::shared_ptr<Device> closed;  // destroyed without the lock: its camera may still be in use
         const std::lock_guard lock(m_mutex);
         if (m_device && m_device->IsOpen()) {
             if (!IsNamed(m_device->Record(), id))
                 throw GenTLError(GC_ERR_INVALID_ID, fmt::format("The port has no device '{}'", id));
             throw GenTLError(GC_ERR_RESOURCE_IN_USE, "The device is open already");
         }
-        m_device.reset();
+        closed.swap(m_device);
     }
     auto device =
         std::make_shared<Device>(Handles(), shared_from_this(), m_layer, Find(id), flags == DEVICE_ACCESS_READONLY);
