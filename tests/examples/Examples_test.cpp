@@ -4,12 +4,12 @@
  */
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <utility>
 
 #include "simulator/CameraRegisters.h"
 #include "tests/integration/Machine.h"
+#include "tests/integration/Program.h"
 
 namespace {
 
@@ -18,58 +18,15 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-#ifdef _WIN32
-std::FILE* OpenPipe(const std::string& command) {
-    return ::_popen(command.c_str(), "r");
-}
-int ClosePipe(std::FILE* pipe) {
-    return ::_pclose(pipe);
-}
-#else
-std::FILE* OpenPipe(const std::string& command) {
-    return ::popen(command.c_str(), "r");
-}
-int ClosePipe(std::FILE* pipe) {
-    const int status = ::pclose(pipe);
-    return status >= 0 && (status & 0x7F) == 0 ? status >> 8 : -1;
-}
-#endif
-
 constexpr const char* kGrabber =
     "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;</DeviceSpecificString>";
 
 // With its drive, where there are drives: a test may change to a folder on another one.
 const std::filesystem::path kExamples = std::filesystem::absolute(VANTO_EXAMPLES).make_preferred();
 
-// A run of an example, whose output and errors come line by line.
-class Example {
+class Example : public integration::Program {
 public:
-    explicit Example(const std::string& command)
-        : m_pipe(OpenPipe((kExamples / ("example-" + command)).string() + " 2>&1")) {}
-    ~Example() {
-        if (m_pipe != nullptr)
-            ClosePipe(m_pipe);
-    }
-    Example(const Example&) = delete;
-    Example& operator=(const Example&) = delete;
-
-    // With its newline; empty at the end.
-    std::string ReadLine() {
-        std::string line;
-        for (int character = 0; character != '\n' && (character = std::fgetc(m_pipe)) != EOF;)
-            line += static_cast<char>(character);
-        return line;
-    }
-    std::string ReadAll() {
-        std::string text;
-        for (std::string line = ReadLine(); !line.empty(); line = ReadLine())
-            text += line;
-        return text;
-    }
-    int ExitCode() { return ClosePipe(std::exchange(m_pipe, nullptr)); }
-
-private:
-    std::FILE* m_pipe;
+    explicit Example(const std::string& command) : Program((kExamples / ("example-" + command)).string()) {}
 };
 
 class Examples : public integration::Machine {

@@ -1,57 +1,16 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Other processes with the producer: they bring functions of the same names, close what they like, and just end
+ * Programs that bring functions of the same names, and what the producer's file exports and needs
  */
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
-#include <fstream>
-#include <memory>
 #include <set>
-#include <sstream>
 
-#include "tests/gentl/Consumer.h"
+#include "tests/gentl/Programs.h"
 
 namespace gentl_test {
 
 namespace {
 
-struct Ended {
-    int status;
-    std::string output;
-};
-
-Ended Execute(const std::string& command) {
-    std::FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    std::string output;
-    std::array<char, 4096> text{};
-    while (std::fgets(text.data(), text.size(), pipe) != nullptr)
-        output += text.data();
-    return {::pclose(pipe), output};
-}
-
-class Strangers : public integration::Machine {
-protected:
-    Strangers() {
-        Add("cam0", integration::Camera("21"),
-            "<Manufacturer>Marlow</Manufacturer><DeviceSpecificString>SaperaSimulated;FrameRate=100"
-            "</DeviceSpecificString>");
-    }
-    static Ended Consume(const std::string& loading, const std::string& ending) {
-        return Execute(std::string(VANTO_CLASHING_CONSUMER " '" VANTO_GENTL_PRODUCER "' ") + loading + " " + ending +
-                       " '" + kPort + "' " + kCamera);
-    }
-    // What the program prints where it closes the library: threads before and after.
-    static void ExpectNoThread(const Ended& ended) {
-        EXPECT_EQ(ended.status, 0) << ended.output;
-        std::istringstream numbers(ended.output);
-        int before = 0;
-        int after = -1;
-        numbers >> before >> after;
-        EXPECT_EQ(before, after) << ended.output;
-    }
-};
+class Strangers : public Programs {};
 
 TEST_F(Strangers, FunctionsOfTheSameNamesAreNotTakenForTheProducers) {
     ExpectNoThread(Consume("local", "close"));
@@ -63,29 +22,6 @@ TEST_F(Strangers, NorWhereItIsBoundDeeply) {
     ExpectNoThread(Consume("deep", "close"));
 }
 #endif
-
-TEST_F(Strangers, ClosingTheLibraryWithEverythingOpenLeavesNoThread) {
-    ExpectNoThread(Consume("local", "leave"));
-}
-
-TEST_F(Strangers, WhoNeverClosesTheLibraryCanEnd) {
-    const Ended ended = Consume("local", "exit");
-    EXPECT_EQ(ended.status, 0) << ended.output;
-    EXPECT_EQ(SerialNumbers(), std::vector<std::string>{"21"}) << "the camera is free again";
-}
-
-TEST_F(Strangers, MessagesGoToTheLogsOwnCategory) {
-    const std::string log = m_folder / "log";
-    const scripted::ScopedVariable rules("VANTO_LOG", "Vanto.GenTL:debug");
-    const scripted::ScopedVariable file("VANTO_LOG_FILE", log);
-    EXPECT_NE(
-        Execute(std::string(VANTO_CLASHING_CONSUMER " '" VANTO_GENTL_PRODUCER "' local close nowhere nobody")).status,
-        0);
-    std::ifstream stream(log);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    EXPECT_NE(text.find("[Vanto.GenTL]"), std::string::npos) << text;
-    EXPECT_NE(text.find("GC_ERR_INVALID_ID: There is no interface 'nowhere'"), std::string::npos) << text;
-}
 
 TEST_F(Strangers, TheFileExportsNothingElse) {
     const Ended ended = Execute("nm -D --defined-only '" VANTO_GENTL_PRODUCER "'");

@@ -1,30 +1,20 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A consumer that has functions of its own under all the names that the producer hides, each of which ends the program:
- *     PRODUCER local|global|deep close|leave|exit PORT CAMERA
+ * A consumer, which is linked with functions of its own under all the names that the producer hides where these could
+ * be taken for the producer's; each of them ends the program: PRODUCER local|global|deep close|leave|exit PORT CAMERA
  * It takes some images. "close" closes all, "leave" only the library, "exit" nothing at all. Prints how many threads
  * there are before the producer is initialised and after it was closed.
  */
-#include <dirent.h>
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "gentl/GenTL.h"
+#include "tests/gentl/consumer/ProducerFile.h"
 
 static void* g_file;
 
-static void* Find(const char* name) {
-    void* const function = dlsym(g_file, name);
-    if (function == NULL) {
-        fprintf(stderr, "%s\n", dlerror());
-        exit(2);
-    }
-    return function;
-}
-
-#define TL(name) ((__typeof__(&(name)))Find(#name))
+#define TL(name) ((__typeof__(&(name)))FindFunction(g_file, #name))
 #define CHECK(call)                                                 \
     do {                                                            \
         const GC_ERROR result = (call);                             \
@@ -33,21 +23,6 @@ static void* Find(const char* name) {
             exit(3);                                                \
         }                                                           \
     } while (0)
-
-static int CountThreads(void) {
-    int count = -2; /* . and .. */
-    DIR* const folder = opendir("/proc/self/task");
-    while (folder != NULL && readdir(folder) != NULL)
-        ++count;
-    closedir(folder);
-    return count;
-}
-
-static int FlagsOf(const char* mode) {
-    if (strcmp(mode, "global") == 0)
-        return RTLD_GLOBAL;
-    return strcmp(mode, "deep") == 0 ? RTLD_LOCAL | RTLD_DEEPBIND : RTLD_LOCAL;
-}
 
 static DEV_HANDLE OpenDevice(TL_HANDLE* system, IF_HANDLE* interface, const char* port, const char* camera) {
     DEV_HANDLE device = NULL;
@@ -102,11 +77,7 @@ int main(int argc, char** argv) {
     IF_HANDLE interface = NULL;
     if (argc != 6)
         return 1;
-    g_file = dlopen(argv[1], RTLD_NOW | FlagsOf(argv[2]));
-    if (g_file == NULL) {
-        fprintf(stderr, "%s\n", dlerror());
-        return 2;
-    }
+    g_file = LoadFile(argv[1], argv[2]);
     const int before = CountThreads();
     CHECK(TL(GCInitLib)());
     DEV_HANDLE device = OpenDevice(&system, &interface, argv[4], argv[5]);
@@ -123,6 +94,6 @@ int main(int argc, char** argv) {
     }
     CHECK(TL(GCCloseLib)());
     printf("%d %d\n", before, CountThreads());
-    dlclose(g_file);
+    UnloadFile(g_file);
     return 0;
 }
