@@ -6,11 +6,14 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
+#include <new>
 #include <thread>
 
 #include "support/ForkGuard.h"
 #include "support/GenTLError.h"
 #include "support/LinkedTransportLayer.h"
+#include "support/Unloading.h"
 
 namespace gentl {
 
@@ -30,17 +33,25 @@ void RefuseForkedChild() {
 }
 
 // Who never calls GCCloseLib and just ends the process must not leave threads running into the destruction of what they
-// use: made after everything that the producer uses, this is destroyed before it.
+// use: made after everything that the producer uses, this is destroyed before it. Where the threads have been ended,
+// nobody is left to be waited for: what is open stays as it is.
 struct AtExit {
     ~AtExit() {
         if (IsForkedChild())
             return;
+        if (!DoThreadsOutliveStatics()) {
+            new (m_abandoned) std::shared_ptr<Library>(std::move(g_library));
+            return;
+        }
         try {
             Library::Close();
         } catch (const GenTLError&) {
             // It was closed.
         }
     }
+
+private:
+    alignas(std::shared_ptr<Library>) std::byte m_abandoned[sizeof(std::shared_ptr<Library>)];
 };
 
 }  // namespace
@@ -57,8 +68,9 @@ void Library::Init() {
     if (g_library)
         throw GenTLError(GC_ERR_RESOURCE_IN_USE, "GCInitLib was called already");
     PrepareTransportLayer();
-    static const AtExit atExit;
+    static AtExit atExit;
     g_library = std::make_shared<Library>();
+    KeepLoaded();
 }
 
 /**
@@ -83,6 +95,7 @@ void Library::Close() {
     const std::lock_guard lock(g_lock);
     g_isClosing = false;
     g_changed.notify_all();
+    LetUnload();
 }
 
 /// The life under way; throws NOT_INITIALIZED where there is none.

@@ -20,6 +20,11 @@ TEST_F(Programs, ThatNeverCloseTheLibraryCanEnd) {
     EXPECT_EQ(SerialNumbers(), std::vector<std::string>{"21"}) << "the camera is free again";
 }
 
+TEST_F(Programs, ThatUnloadTheFileWithoutClosingTheLibraryCanEnd) {
+    const Ended ended = Consume("local", "unload");
+    EXPECT_EQ(ended.status, 0) << ended.output;
+}
+
 TEST_F(Programs, FindMessagesInTheLogsOwnCategory) {
     const std::string log = m_folder / "log";
     const scripted::ScopedVariable rules("VANTO_LOG", "Vanto.GenTL:debug");

@@ -1,9 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A consumer, which is linked with functions of its own under all the names that the producer hides where these could
- * be taken for the producer's; each of them ends the program: PRODUCER local|global|deep close|leave|exit PORT CAMERA
- * It takes some images. "close" closes all, "leave" only the library, "exit" nothing at all. Prints how many threads
- * there are before the producer is initialised and after it was closed.
+ * A consumer in C:
+ *
+ *     gentl_consumer PRODUCER local|global|deep close|leave|unload|exit PORT CAMERA
+ *
+ * Where its own functions could be taken for the producer's it is linked with some under all the names that the
+ * producer hides, each of which ends the program. It takes some images. "close" closes all, "leave" only the library,
+ * "unload" unloads the file at once, "exit" does nothing at all. Prints how many threads there are before the producer
+ * is initialised and after it was closed.
  */
 #include <stdio.h>
 #include <stdlib.h>
@@ -83,7 +87,9 @@ int main(int argc, char** argv) {
     DEV_HANDLE device = OpenDevice(&system, &interface, argv[4], argv[5]);
     ReadDescription(device);
     DS_HANDLE stream = Grab(device);
-    if (strcmp(argv[3], "exit") == 0)
+    if (strcmp(argv[3], "unload") == 0)
+        UnloadFile(g_file);
+    if (strcmp(argv[3], "unload") == 0 || strcmp(argv[3], "exit") == 0)
         return 0;
     if (strcmp(argv[3], "close") == 0) {
         CHECK(TL(DSStopAcquisition)(stream, ACQ_STOP_FLAGS_DEFAULT));
