@@ -107,7 +107,8 @@ def built_lines(text):
             yield number, line
 
 
-def candidates(folder):
+def candidates(folder, seed):
+    """All mistakes of a folder in the order in which they are tried; which are equivalent does not change it."""
     known = equivalents()
     found = []
     for path in sorted((ROOT / folder).rglob("*")):
@@ -116,9 +117,9 @@ def candidates(folder):
             continue
         for number, line in built_lines(path.read_text()):
             for what, changed in mistakes_in(line):
-                if (name, line.strip(), what) not in known:
-                    found.append((name, number, line, what, changed))
-    return found
+                found.append((name, number, line, what, changed))
+    random.Random(seed).shuffle(found)
+    return [mistake for mistake in found if (mistake[0], mistake[2].strip(), mistake[3]) not in known]
 
 
 def run(command, limit=None, **options):
@@ -219,8 +220,7 @@ def examine(copy, wing, count, seed):
     if failed:
         sys.exit(f"{wing}: {failed} fails without any mistake\n{output[-2000:]}")
     limit = max(LEAST_LIMIT, 5 * (time.monotonic() - begin))
-    pool = candidates(folder)
-    random.Random(seed).shuffle(pool)
+    pool = candidates(folder, seed)
     tried, survivors = 0, []
     for mistake in pool:
         if tried == count:
@@ -252,9 +252,7 @@ def main():
         parser.error(f"there is no wing {wing}")
     if arguments.list:
         for wing in arguments.wings:
-            pool = candidates(WINGS[wing][0])
-            random.Random(arguments.s).shuffle(pool)
-            for name, number, line, what, _ in pool[:arguments.n]:
+            for name, number, line, what, _ in candidates(WINGS[wing][0], arguments.s)[:arguments.n]:
                 print(f"{name}:{number + 1}: {what}: {line.strip()}")
         return 0
     copy = Copy(arguments.j)

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 
 #include "CLProtocol/CLException.h"
@@ -131,6 +132,20 @@ TEST_F(Connection, EndsAReadInTimeWhereALibraryReportsSuccessWithNothing) {
     };
     SerialConnection connection(library, 0, "id");
     EXPECT_EQ(Read(connection, 3, 20), -10004);
+}
+
+TEST_F(Connection, PausesBetweenReadsThatGiveNothing) {
+    int calls = 0;
+    script.onRead = [&](PortScript&, char*, std::uint32_t* size, std::uint32_t) {
+        ++calls;
+        *size = 0;
+        return 0;
+    };
+    SerialConnection connection(library, 0, "id");
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(Read(connection, 3, 30), -10004);
+    const auto elapsed = std::chrono::steady_clock::now() - begin;
+    EXPECT_LE(calls, elapsed / std::chrono::milliseconds(1) + 1);
 }
 
 TEST_F(Connection, WaitsItselfWhereALibraryTimesOutTooEarly) {
