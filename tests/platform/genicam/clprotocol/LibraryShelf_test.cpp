@@ -61,4 +61,14 @@ TEST_F(Shelf, LeavesALibraryAloneThatHangsWhenItIsReleased) {
     Parting::action = nullptr;
 }
 
+TEST_F(Shelf, GivesOutLibrariesWhileAnotherOneIsReleased) {
+    CLProtocol::SetPatience({});
+    std::string reason = "nobody has asked";
+    Parting::action = [&] { reason = std::async(std::launch::async, [&] { return Use("/b"); }).get(); };
+    ASSERT_EQ(Use("/a"), "");
+    m_shelf.Release();
+    Parting::action = nullptr;
+    EXPECT_EQ(reason, "");
+}
+
 }  // namespace
