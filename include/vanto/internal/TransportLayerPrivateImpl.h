@@ -6,20 +6,19 @@
 
 #include <atomic>
 #include <memory>
-#include <set>
 #include <source_location>
 #include <string>
 #include <utility>
 
 #include "GenApi/GenApi.h"
 #include "os/Environment.h"
-#include "os/LockName.h"
 #include "vanto/ConfigFileRegistry.h"
 #include "vanto/Device.h"
 #include "vanto/TlFactory.h"
 #include "vanto/TraceLog.h"
 #include "vanto/TransportLayerParams.h"
 #include "vanto/VantoFolders.h"
+#include "vanto/internal/DeviceRegistry.h"
 #include "vanto/internal/VantoException.h"
 
 namespace Vanto {
@@ -87,10 +86,10 @@ public:
     }
 
     void DestroyDevice(IVantoDevice* device) override {
-        if (!Unregister(device))
+        if (!m_registry->Remove(device))
             throw VANTO_EXCEPTION(LogicalErrorException,
                                   kFrameSource)("Trying to destroy device which hasn't been created by me");
-        DestroySelf(device);
+        DeviceRegistry::DestroySelf(device);
         // May delete this object: nothing follows.
         CTlFactory::GetInstance().ReleaseTl(this);
     }
@@ -152,7 +151,8 @@ protected:
             const gcstring source = BuildNodeMaps(*device, *self, deviceInfo, binding, injected);
             // The device's own record, which only its maker may label.
             const_cast<CDeviceInfo&>(device->GetDeviceInfo()).SetPropertyValue("XMLSource", source);
-            Register(device);
+            m_registry->Add(device);
+            ++m_references;
         } catch (...) {
             self->DestroySelf();
             throw;
@@ -160,7 +160,7 @@ protected:
         return device;
     }
 
-    virtual void DestroyAllDevices() { DestroyRegisteredDevices(); }
+    virtual void DestroyAllDevices() { m_registry->DestroyAll(); }
 
     // Hooks of the concrete transport layer
 
@@ -206,7 +206,7 @@ public:
         while (m_references-- != 1) {
         }
         this->OnFinalRelease();
-        DestroyRegisteredDevices();
+        m_registry->DestroyAll();
         m_registry.reset();
         m_params.reset();
     }
@@ -215,13 +215,6 @@ private:
     using Binding = CConfigFileRegistry::CBinding;
 
     static constexpr char kFrameSource[] = "include/vanto/internal/TransportLayerPrivateImpl";
-
-    // The devices that this transport layer made and that were not destroyed yet.
-    struct DeviceRegistry {
-        std::set<IVantoDevice*> devices;
-        GenApi::CLock lock;
-        [[no_unique_address]] const os::LockName lockName{&lock, "registry"};
-    };
 
     static tracelog::CategoryId FrameLog() {
         static const tracelog::CategoryId category = tracelog::LogGetCatID("vanto.base.TL");
@@ -378,39 +371,8 @@ private:
         return CreateDeviceFromInfo(resolved, injectedXml);
     }
 
-    void Register(IVantoDevice* device) {
-        {
-            const GenApi::AutoLock lock(m_registry->lock);
-            m_registry->devices.insert(device);
-        }
-        ++m_references;
-    }
-
-    bool Unregister(IVantoDevice* device) {
-        const GenApi::AutoLock lock(m_registry->lock);
-        return m_registry->devices.erase(device) != 0;
-    }
-
-    // Outside the registry's lock: closing a device takes its port's lock, which another thread may hold while a
-    // removal callback of the application asks this transport layer for something.
-    static void DestroySelf(IVantoDevice* device) {
-        if (auto* self = dynamic_cast<IVantoDevicePrivate*>(device))
-            self->DestroySelf();
-    }
-
-    IVantoDevice* TakeFirst() {
-        const GenApi::AutoLock lock(m_registry->lock);
-        if (m_registry->devices.empty())
-            return nullptr;
-        return m_registry->devices.extract(m_registry->devices.begin()).value();
-    }
-
-    void DestroyRegisteredDevices() {
-        while (IVantoDevice* device = TakeFirst())
-            DestroySelf(device);
-    }
-
     std::atomic<std::uint32_t> m_references{0};
+    // Those of its devices that were not destroyed yet.
     std::unique_ptr<DeviceRegistry> m_registry = std::make_unique<DeviceRegistry>();
     gcstring m_restrictingDeviceClass;
     std::unique_ptr<GenApi::INodeMap, void (*)(GenApi::INodeMap*)> m_params;
