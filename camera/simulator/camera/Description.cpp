@@ -15,10 +15,11 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "camera/EmbeddedDescriptions.h"
 #include "camera/Template.h"
 #include "gencp/BaudRate.h"
 #include "simulator/CameraRegisters.h"
+
+extern const char kHeronDescription[];
 
 namespace MarlowSim {
 
@@ -187,8 +188,8 @@ std::string DescriptionText(const CameraModel& model, const CameraOptions& optio
     auto values = ValuesOf(model);
     const auto conditions = ConditionsOf(model, options.listedRates.value_or(options.rates));
     values[kVersionGuid] = "";
-    values[kVersionGuid] = GuidOf(FillTemplate(HeronDescription(), values, conditions));
-    std::string text = FillTemplate(HeronDescription(), values, conditions);
+    values[kVersionGuid] = GuidOf(FillTemplate(kHeronDescription, values, conditions));
+    std::string text = FillTemplate(kHeronDescription, values, conditions);
     Pad(text, options.descriptionSize, options.seed);
     return text;
 }
