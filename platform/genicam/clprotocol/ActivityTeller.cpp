@@ -8,6 +8,7 @@
 
 #include "Base/GCFormat.h"
 #include "CallbackHolder.h"
+#include "ErrorReporter.h"
 #include "Immortal.h"
 #include "clser/ClSerial.h"
 
@@ -50,9 +51,7 @@ bool IsStopRequested() noexcept {
 
 void ThrowIfStopped(const GenICam::gcstring& portId) {
     if (IsStopRequested())
-        throw CLErrException(
-            GenICam::FormatText("Port '%s': ended early, as it was asked for (%d)", portId, CL_ERR_TIMEOUT).c_str(),
-            __FILE__, __LINE__, CL_ERR_TIMEOUT);
+        throw CL_ERR_EXCEPTION(CL_ERR_TIMEOUT)("Port '%s': ended early, as it was asked for", portId);
 }
 
 /**

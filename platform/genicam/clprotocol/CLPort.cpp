@@ -18,6 +18,7 @@
 #include "CLProtocol/DeviceID.h"
 #include "CallThread.h"
 #include "DriverRegistry.h"
+#include "ErrorReporter.h"
 #include "ModuleLog.h"
 #include "PortSerial.h"
 #include "SerialPorts.h"
@@ -39,10 +40,7 @@ constexpr auto kXmlLimit = std::chrono::hours(1);
 CDeviceID Parse(const GenICam::gcstring& deviceId) {
     CDeviceID parsed;
     if (!parsed.FromString(deviceId))
-        throw CLErrException(GenICam::FormatText("'%s' is no DeviceID and no template (%d)", deviceId,
-                                                 static_cast<int>(CLP_INVALID_DEVICEID))
-                                 .c_str(),
-                             __FILE__, __LINE__, CLP_INVALID_DEVICEID);
+        throw CL_ERR_EXCEPTION(CLP_INVALID_DEVICEID)("'%s' is no DeviceID and no template", deviceId);
     return parsed;
 }
 
@@ -85,10 +83,7 @@ std::shared_ptr<Session> OpenPort(const SerialPort& port, std::shared_ptr<const 
     auto session = std::make_shared<Session>(port, std::move(driver));
     if (port.library->PortName(port.index) == port.name)
         return session;
-    throw CLErrException(GenICam::FormatText("Port '%s' has got another number while it was opened (%d)", port.id,
-                                             static_cast<int>(CL_ERR_INVALID_INDEX))
-                             .c_str(),
-                         __FILE__, __LINE__, CL_ERR_INVALID_INDEX);
+    throw CL_ERR_EXCEPTION(CL_ERR_INVALID_INDEX)("Port '%s' has got another number while it was opened", port.id);
 }
 
 // Opens a port and looks for a camera there.
@@ -152,10 +147,8 @@ public:
         GenICam::gcstring found = FullDeviceId(wanted, opening->found);
         if (opening->found.empty() || !IsSameCamera(wanted, found)) {
             CloseQuietly(*thread, std::exchange(opening->session, nullptr));
-            throw CLErrException(GenICam::FormatText("Port '%s': there is '%s' instead of '%s' (%d)", portId,
-                                                     opening->found, deviceId, static_cast<int>(CLP_NO_DEVICE_FOUND))
-                                     .c_str(),
-                                 __FILE__, __LINE__, CLP_NO_DEVICE_FOUND);
+            throw CL_ERR_EXCEPTION(CLP_NO_DEVICE_FOUND)("Port '%s': there is '%s' instead of '%s'", portId,
+                                                        opening->found, deviceId);
         }
         m_session = std::move(opening->session);
         m_thread = std::move(thread);

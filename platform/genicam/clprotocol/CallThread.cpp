@@ -15,6 +15,7 @@
 
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"
+#include "ErrorReporter.h"
 #include "ForeignCall.h"
 #include "ModuleLifetime.h"
 #include "clser/ClSerial.h"
@@ -191,10 +192,7 @@ void CallThread::Leave(std::shared_ptr<void> last) {
 
 void CallThread::ThrowStuck() {
     const ForeignActivity::Place place = m_state->activity.Current();
-    throw CLErrException(GenICam::FormatText("Function '%s' of '%s' does not return (%d)", place.function,
-                                             place.library, static_cast<int>(CL_ERR_TIMEOUT))
-                             .c_str(),
-                         __FILE__, __LINE__, CL_ERR_TIMEOUT);
+    throw CL_ERR_EXCEPTION(CL_ERR_TIMEOUT)("Function '%s' of '%s' does not return", place.function, place.library);
 }
 
 }  // namespace CLProtocol

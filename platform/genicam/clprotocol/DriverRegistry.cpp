@@ -5,6 +5,7 @@
 
 #include "DriverRegistry.h"
 
+#include "ErrorReporter.h"
 #include "Immortal.h"
 #include "ModuleLog.h"
 #include "clser/ClSerial.h"
@@ -66,18 +67,12 @@ std::shared_ptr<const DriverLibrary> DriverRegistry::Get(const CDeviceID& device
     // A name with a folder in it would lead out of the location.
     const std::string file = deviceId.GetDriverFileName().str();
     if (file.empty() || !os::FolderOf(file).empty())
-        throw CLErrException(GenICam::FormatText("DeviceID '%s' names no driver file (%d)", deviceId.ToString(),
-                                                 static_cast<int>(CLP_INVALID_DEVICEID))
-                                 .c_str(),
-                             __FILE__, __LINE__, CLP_INVALID_DEVICEID);
+        throw CL_ERR_EXCEPTION(CLP_INVALID_DEVICEID)("DeviceID '%s' names no driver file", deviceId.ToString());
     const auto result = std::make_shared<std::shared_ptr<const DriverLibrary>>();
     const std::string path = deviceId.GetDriverPath().str();
     const std::string refusal = m_libraries.With(path, [result](const auto& library) { *result = library; });
     if (!refusal.empty())
-        throw CLErrException(GenICam::FormatText("Driver '%s' can't be used: %s (%d)", path, refusal,
-                                                 static_cast<int>(CL_ERR_UNABLE_TO_LOAD_DLL))
-                                 .c_str(),
-                             __FILE__, __LINE__, CL_ERR_UNABLE_TO_LOAD_DLL);
+        throw CL_ERR_EXCEPTION(CL_ERR_UNABLE_TO_LOAD_DLL)("Driver '%s' can't be used: %s", path, refusal);
     return *result;
 }
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "CLProtocol/CLException.h"
+#include "ErrorReporter.h"
 #include "ModuleLog.h"
 #include "Texts.h"
 
@@ -69,12 +70,9 @@ SerialConnection::SerialConnection(std::shared_ptr<const SerialLibrary> library,
         const std::int32_t result = SetRate(CL_BAUDRATE_9600);
         // A port without that rate keeps the one it has: the driver looks for the camera at the rates that there are.
         if (result < 0 && result != CL_ERR_BAUD_RATE_NOT_SUPPORTED)
-            throw CLErrException(
-                GenICam::FormatText("Could not set port '%s' to 9600 baud: function 'clSetBaudRate' of '%s' failed: "
-                                    "%s (%d)",
-                                    portId, m_library->Path(), m_library->ErrorText(result), result)
-                    .c_str(),
-                __FILE__, __LINE__, result);
+            throw CL_ERR_EXCEPTION(result)(
+                "Could not set port '%s' to 9600 baud: function 'clSetBaudRate' of '%s' failed: %s", portId,
+                m_library->Path(), m_library->ErrorText(result));
         m_library->Flush(m_port);
     } catch (...) {
         m_library->Close(m_port);

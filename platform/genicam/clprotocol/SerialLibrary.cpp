@@ -9,6 +9,7 @@
 
 #include "CLProtocol/CLException.h"
 #include "ErrorCodes.h"
+#include "ErrorReporter.h"
 #include "ForeignCall.h"
 #include "ModuleLog.h"
 #include "SerialErrorText.h"
@@ -176,11 +177,8 @@ hSerRef SerialLibrary::Open(std::uint32_t index, const std::string& portId) cons
     const std::int32_t result = Call("clSerialInit", m_serialInit, index, &port);
     if (result >= 0)
         return port;
-    throw CLErrException(
-        GenICam::FormatText("Could not open port '%s': function 'clSerialInit' of '%s' failed: %s (%d)", portId, m_path,
-                            ErrorText(result), result)
-            .c_str(),
-        __FILE__, __LINE__, result);
+    throw CL_ERR_EXCEPTION(result)("Could not open port '%s': function 'clSerialInit' of '%s' failed: %s", portId,
+                                   m_path, ErrorText(result));
 }
 
 void SerialLibrary::Close(hSerRef port) const {

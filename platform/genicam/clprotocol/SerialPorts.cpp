@@ -9,6 +9,7 @@
 #include <set>
 
 #include "Base/GCUtilities.h"
+#include "ErrorReporter.h"
 #include "Immortal.h"
 #include "ModuleLog.h"
 #include "Texts.h"
@@ -150,10 +151,7 @@ SerialPort SerialPorts::Find(const std::string& portId) {
     if (!*isThere)
         port = find(Enumerate());
     if (!port.library)
-        throw CLErrException(
-            GenICam::FormatText("There is no port '%s' (%d)", portId, static_cast<int>(CL_ERR_MANU_DOES_NOT_EXIST))
-                .c_str(),
-            __FILE__, __LINE__, CL_ERR_MANU_DOES_NOT_EXIST);
+        throw CL_ERR_EXCEPTION(CL_ERR_MANU_DOES_NOT_EXIST)("There is no port '%s'", portId);
     return port;
 }
 
