@@ -20,9 +20,9 @@ set(table
     "camera/simulator|base/ gencp/ os/ camera/"
     "camera/grabber|vanto/FgPlugin.h"
     "application|base/ vanto/ Base/ GenApi/ os/LockName.h"
-    "gentl|base/ gentl/ vanto/ Base/ GenApi/ CLProtocol/ os/"
+    "gentl|base/ gentl/ vanto/ Base/ GenApi/ CLProtocol/ clser/ClSerial.h os/"
     "python|vanto/ Base/ GenApi/ CLProtocol/"
-    "tools|base/ clbindings/ vanto/ Base/ GenApi/ CLProtocol/ gentl/GenTL.h os/ tools/"
+    "tools|base/ clbindings/ vanto/ Base/ GenApi/ CLProtocol/ clser/ClSerial.h gentl/GenTL.h os/ tools/"
     "examples|vanto/ Base/ GenApi/ gentl/ CLProtocol/CLProtocol.h")
 set(system_headers
     "windows|shlobj|shlwapi|dlfcn|termios|pthread|unistd|fcntl|poll|pty|signal|sys/[a-z_]+|linux/[a-z_]+|X11/.*")

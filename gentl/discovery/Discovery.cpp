@@ -8,6 +8,7 @@
 #include <exception>
 #include <string_view>
 
+#include "clser/ClSerial.h"
 #include "discovery/LastCamera.h"
 #include "support/Log.h"
 
@@ -22,8 +23,6 @@ constexpr std::string_view kUsablePort = "Valid usable PortID '%s'";
 constexpr std::string_view kBehindPorts[] = {
     "No valid usable PortIDs due to no enabled ports in PortConfiguration.xml. Enumeration will return 0 devices.",
     "Found DeviceIDTemplate '%s'", "No usable usable DeviceIDTemplates found!"};
-
-constexpr std::int32_t kPortInUse = -10003;
 
 bool Contains(const std::vector<std::string>& list, const std::string& text) {
     return std::ranges::find(list, text) != list.end();
@@ -167,7 +166,7 @@ void Discovery::OnActivity(const CLProtocol::Activity& activity) {
     std::optional<std::string> last;
     if (hasAnswered)
         RememberCamera(portId, activity.deviceId.str());
-    else if (activity.errorCode == kPortInUse)
+    else if (activity.errorCode == CL_ERR_PORT_IN_USE)
         last = LastCamera(portId);
     const std::lock_guard lock(m_mutex);
     PortRecord* const port = FindLocked(portId);
@@ -179,7 +178,7 @@ void Discovery::OnActivity(const CLProtocol::Activity& activity) {
             port->camera = std::move(camera);
         port->state = PortRecord::State::kCamera;
         m_asked.push_back(port->portId);
-    } else if (activity.errorCode == kPortInUse) {
+    } else if (activity.errorCode == CL_ERR_PORT_IN_USE) {
         port->state = PortRecord::State::kBusy;
         if (!port->camera && last)
             port->camera = RecordOfDeviceId(*last);

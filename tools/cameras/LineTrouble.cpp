@@ -10,6 +10,7 @@
 #include <array>
 
 #include "base/Number.h"
+#include "clser/ClSerial.h"
 #include "output/Text.h"
 
 namespace tools {
@@ -22,11 +23,13 @@ struct Trouble {
 };
 
 constexpr std::array kTroubles{
-    Trouble{-10003, "Another program uses the port {}. Close it, or wait until it ends."},
-    Trouble{-10004, "The camera on {} does not answer any more. Is its cable plugged in, and is it switched on?"},
-    Trouble{-10006, "The port {} is gone. Is its adapter or frame grabber plugged in?"},
-    Trouble{-10008, "The port {} does not do this baud rate. 'vanto-cl doctor' says which one works."},
-    Trouble{-10012, "Another program uses the port {}. Close it, or wait until it ends."}};
+    Trouble{CL_ERR_PORT_IN_USE, "Another program uses the port {}. Close it, or wait until it ends."},
+    Trouble{CL_ERR_TIMEOUT,
+            "The camera on {} does not answer any more. Is its cable plugged in, and is it switched on?"},
+    Trouble{CL_ERR_INVALID_REFERENCE, "The port {} is gone. Is its adapter or frame grabber plugged in?"},
+    Trouble{CL_ERR_BAUD_RATE_NOT_SUPPORTED,
+            "The port {} does not do this baud rate. 'vanto-cl doctor' says which one works."},
+    Trouble{CL_ERR_IN_USE, "Another program uses the port {}. Close it, or wait until it ends."}};
 
 /// What stands between two texts, the last ones of their kind in the text.
 std::string_view Between(std::string_view text, std::string_view before, std::string_view behind) {

@@ -8,20 +8,15 @@
 
 #include <string_view>
 
+#include "CLProtocol/DriverCodes.h"
 #include "cameras/PortUser.h"
 #include "cameras/Records.h"
+#include "clser/ClSerial.h"
 #include "system/FileAccess.h"
 
 namespace tools {
 
 namespace {
-
-// Of CLProtocol and its drivers.
-constexpr std::int32_t kNoDeviceFound = -20101;
-constexpr std::int32_t kBadAcknowledge = -30210;
-// Of the Camera Link serial API: the port is not there, or can't be opened.
-constexpr std::int32_t kInvalidIndex = -10005;
-constexpr std::int32_t kInvalidReference = -10006;
 
 // What our own driver says; another one's words are passed on as they are.
 constexpr std::string_view kReceived = "Something was received.";
@@ -87,12 +82,12 @@ PortAdvice AdviceOn(const std::string& portId, const std::optional<PortNews>& ne
                                        : "Close the program that uses the port."};
     if (news->IsNoAnswer())
         return Silent(*news);
-    if (news->errorCode == kNoDeviceFound)
+    if (news->errorCode == CLProtocol::CLP_NO_DEVICE_FOUND)
         return OtherDevice(*news);
-    if (news->errorCode == kBadAcknowledge)
+    if (news->errorCode == CLProtocol::CLP_DRIVER_BAD_ACKNOWLEDGE)
         return {PortState::kNonsense, "what answers does not speak as a camera does: " + Told(*news),
                 "Is there something else behind the port? Else switch the camera off and on."};
-    if (news->errorCode == kInvalidIndex || news->errorCode == kInvalidReference)
+    if (news->errorCode == CL_ERR_INVALID_INDEX || news->errorCode == CL_ERR_INVALID_REFERENCE)
         return {PortState::kNotOpened, "its serial library can't open the port: " + Told(*news),
                 "Is the frame grabber or the adapter still plugged in? 'vanto-cl doctor' shows the libraries."};
     return {PortState::kBroken, "the port can't be used: " + Told(*news),

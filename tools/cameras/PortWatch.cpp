@@ -7,18 +7,15 @@
 #include <utility>
 
 #include "CLProtocol/Activity.h"
+#include "CLProtocol/CLProtocolTypes.h"
 #include "cameras/BaudRates.h"
+#include "clser/ClSerial.h"
 
 namespace tools {
 
 namespace {
 
 using CLProtocol::Activity;
-
-// Of the Camera Link serial API, and the CLProtocol drivers' own for the second.
-constexpr std::int32_t kPortInUse = -10003;
-constexpr std::int32_t kTimeout = -10004;
-constexpr std::int32_t kNoAnswer = -30209;
 
 PortNews NewsOf(const Activity& activity) {
     PortNews news;
@@ -36,11 +33,11 @@ PortNews NewsOf(const Activity& activity) {
 }  // namespace
 
 bool PortNews::IsInUse() const noexcept {
-    return hasFailed && errorCode == kPortInUse;
+    return hasFailed && errorCode == CL_ERR_PORT_IN_USE;
 }
 
 bool PortNews::IsNoAnswer() const noexcept {
-    return hasFailed && (errorCode == kTimeout || errorCode == kNoAnswer);
+    return hasFailed && (errorCode == CL_ERR_TIMEOUT || errorCode == CLProtocol::CLP_DRIVER_NO_ANSWER);
 }
 
 PortWatch::PortWatch() {
