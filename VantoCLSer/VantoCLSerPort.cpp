@@ -399,6 +399,7 @@ gcstring CVantoCLSerPort::ProbeTemplate(const gcstring& deviceIdTemplate, bool& 
                 LogTrace(TlLog(), tracelog::kWarning, "Error accessing port '%s'. Retrying!", m_portId);
             std::this_thread::sleep_for(kProbePause);
         } catch (const GenericException& error) {
+            // The text stays as it is: logs are searched for it.
             LogTrace(TlLog(), tracelog::kWarning, "Port '%s': Generic Exceptiopn! '%s'", m_portId,
                      error.GetDescription());
             return gcstring();
