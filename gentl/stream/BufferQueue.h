@@ -25,8 +25,6 @@ public:
     void Revoke(const StreamBuffer& buffer);
     bool IsAnnounced(const StreamBuffer& buffer) const;
 
-    /// The input pool, without what the frame grabber has; oldest first.
-    const std::vector<StreamBuffer*>& Input() const noexcept { return m_input; }
     void ToInput(StreamBuffer& buffer);
     StreamBuffer* FeedOldest();
     void TakeBack(const std::vector<StreamBuffer*>& canceled);
@@ -60,7 +58,7 @@ private:
     std::uint64_t NextFrameId(const Vanto::GrabResult& result);
 
     Buffers m_announced;
-    std::vector<StreamBuffer*> m_input;
+    std::vector<StreamBuffer*> m_input;  // without what the frame grabber has; oldest first
     std::vector<StreamBuffer*> m_output;
     std::size_t m_fed = 0;
     std::uint64_t m_fired = 0;

@@ -30,11 +30,6 @@ std::string CameraAddress::SerialNumber() const {
     return CLProtocol::CDeviceID(deviceId).GetCameraSerialNumber().str();
 }
 
-const KnownCamera* KnownCameras::WithNumber(std::size_t number) const noexcept {
-    const auto known = std::ranges::find(m_cameras, number, &KnownCamera::number);
-    return known != m_cameras.end() ? &*known : nullptr;
-}
-
 // In the list; its size where the camera is not known.
 std::size_t KnownCameras::PlaceOf(const CameraAddress& address) const {
     const auto known = std::ranges::find_if(m_cameras, [&](const KnownCamera& camera) {

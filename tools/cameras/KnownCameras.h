@@ -33,7 +33,6 @@ struct KnownCamera {
 class KnownCameras {
 public:
     const std::vector<KnownCamera>& All() const noexcept { return m_cameras; }
-    const KnownCamera* WithNumber(std::size_t number) const noexcept;
     /// The camera at a port; null when it is not known there.
     const KnownCamera* At(const CameraAddress& address) const;
     /// The camera that was seen last at a port; null when none was.

@@ -15,10 +15,7 @@ inline constexpr std::string_view kNoUsablePort =
 inline constexpr std::string_view kNoTemplates = "No usable usable DeviceIDTemplates found!";
 inline constexpr std::string_view kNoAnswer =
     "Seems there is no device connected to port '%s'. Skipping further probes.";
-inline constexpr std::string_view kPortError = "Error accessing port '%s'. Retrying!";
-inline constexpr std::string_view kOtherError = "Port '%s': Generic Exceptiopn! '%s'";
 inline constexpr std::string_view kEnumerationFailed = "Exception in %s while enumerating devices. '%s'";
-inline constexpr std::string_view kFileNotReadable = "CLBindings file '%s' does not exist or could not be read.";
 
 /// What the transport layer says of a description that it can't get, up to the reason; and the rules for a recorder.
 inline constexpr std::string_view kNoDescription = "Exception while calling CCLPort::GetXML error: ";

@@ -107,8 +107,8 @@ TEST(KnownCameras, HaveEachNumberOnce) {
     KnownCameras known;
     EXPECT_TRUE(known.Add({3, Camera("a", "1"), "", 0}));
     EXPECT_FALSE(known.Add({3, Camera("b", "2"), "", 0}));
-    EXPECT_NE(known.WithNumber(3), nullptr);
-    EXPECT_EQ(known.WithNumber(0), nullptr);
+    ASSERT_EQ(known.All().size(), 1U);
+    EXPECT_EQ(known.All().front().number, 3U);
 }
 
 }  // namespace

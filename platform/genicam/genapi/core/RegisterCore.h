@@ -52,7 +52,6 @@ public:
     /// What has to be known before the register can be read, or before it is known whether it can be.
     Waiting Need(EPart part) const noexcept;
     bool IsBigEndian() const noexcept;
-    ECachingMode Caching() const noexcept { return m_caching; }
     bool IsValid() const noexcept;
 
 private:
