@@ -38,6 +38,12 @@ install 'C:\Vanto Second' # removes the first
 said=$(cd "$work" && WINEPATH=$(path) timeout 300 "$wine_programs/wine64" cmd /c 'vanto-cl --version' </dev/null | tr -d '\r')
 echo "$said"
 grep -q '^vanto-cl ' <<<"$said"
+# What a program that takes cameras through GenTL finds by the variable; there is no camera, which doctor minds.
+doctor=$(cd "$work" && WINEPATH=$(path) GENICAM_GENTL64_PATH=$(producers) timeout 300 "$wine_programs/wine64" \
+    cmd /c 'vanto-cl doctor' </dev/null | tr -d '\r') || true
+for state in "names the producer's folder" 'loads; interfaces: '; do
+    grep -q "$state" <<<"$doctor" || fail "vanto-cl doctor does not say '$state': $doctor"
+done
 for file in include/vanto-*/vanto/Camera.h lib/cmake/Vanto/VantoConfig.cmake lib/libVantoApplication.dll.a \
     bin/vanto/gentl/vanto-cl.cti share/doc/vanto/licenses/gcc.txt; do
     # shellcheck disable=SC2086 # a pattern
