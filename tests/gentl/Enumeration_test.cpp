@@ -99,6 +99,24 @@ TEST_F(Lists, AnEmptyPortHasNone) {
     EXPECT_EQ(TL().IFOpenDevice(interface, kCamera.c_str(), DEVICE_ACCESS_CONTROL, &device), GC_ERR_INVALID_ID);
 }
 
+// The look that an update without time began may still wait for the answer that did not come: the next one finds it.
+TEST_F(Lists, AnswerWithWhatIsKnownAndALaterUpdateTellsWhatChanged) {
+    AddCamera();
+    simulator.SetFault("cam0", "silent", "on");
+    OpenInterface();
+    bool8_t changed = 1;
+    ASSERT_EQ(TL().IFUpdateDeviceList(interface, &changed, 0), GC_ERR_SUCCESS);
+    EXPECT_EQ(changed, 0);
+    EXPECT_EQ(Devices(), 0U);
+    simulator.SetFault("cam0", "silent", "off");
+    for (int looks = 0; looks < 10 && changed == 0; ++looks)
+        ASSERT_EQ(TL().IFUpdateDeviceList(interface, &changed, kPatience), GC_ERR_SUCCESS);
+    EXPECT_EQ(changed, 1);
+    EXPECT_EQ(Devices(), 1U);
+    ASSERT_EQ(TL().IFUpdateDeviceList(interface, &changed, kPatience), GC_ERR_SUCCESS);
+    EXPECT_EQ(changed, 0);
+}
+
 TEST_F(Lists, ADeviceOpensWithoutAnUpdate) {
     AddCamera();
     ASSERT_EQ(TL().TLOpen(&system), GC_ERR_SUCCESS);
