@@ -45,7 +45,7 @@ private:
     static constexpr std::uint32_t kSpinCount = 200;
 
     const QueueFactory m_createQueue;
-    // One restart or stop at a time; never taken by the callback, for which the holder may wait.
+    // Held by thread T that restarts or stops the timer, which waits for the callback: so the callback never takes it.
     std::mutex m_change;
     [[no_unique_address]] const os::LockName m_changeName{&m_change, "timer's change"};
     // Guards the members below; never held while the callback runs.

@@ -262,8 +262,8 @@ void CVantoCLSerPort::Write(const void* buffer, std::int64_t address, std::int64
     Access("write", [=](CCLPort& port) { port.Write(buffer, address, length); });
 }
 
-// One register access. Removal is fired when the lock is given back: what the application does then may take any
-// time, and any lock.
+// One register access. Removal is fired when T has given the port's lock back: in its callback the application may wait
+// for a lock that thread U holds, which waits for the port.
 template <class Operation>
 void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
     if (m_removed)
@@ -305,7 +305,8 @@ void CVantoCLSerPort::Access(const char* verb, const Operation& operation) {
  * \context Any thread
  */
 gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
-    // Without the port's lock: the node map of the open device has a lock of its own, which comes first.
+    // Without the port's lock: thread T that reads a feature holds the lock of the open device's node map, and waits
+    // for the port.
     const Use use = GetUse();
     const gcstring deviceId = GetDeviceID();
     if (use.owner && use.owner->IsOpen() && !deviceId.empty()) {
@@ -330,7 +331,8 @@ gcstring CVantoCLSerPort::Probe(const gcstring_vector* templates) {
     return found;
 }
 
-// To others the port stays connected meanwhile: a device that is opened or closed waits for the end of the probe.
+// To others the port stays connected meanwhile: thread T that opens or closes a device waits for the port's lock, which
+// the probe holds to its end.
 // Whatever ends it, the connection that there was is opened again, or the port says that there is none.
 gcstring CVantoCLSerPort::ProbeDisconnected(const gcstring_vector& templates, bool& gone) {
     struct Restorer {
@@ -511,8 +513,8 @@ void CVantoCLSerPort::AutoClose(void*, void* port) {
         static_cast<CVantoCLSerPort*>(port)->CloseDueToInactivity();
 }
 
-// On the timer's thread. An access that holds the lock restarts the timer, and waits for this callback to end: so it
-// gives its close up as soon as anybody waits for it.
+// On the timer's thread, which wants the port's lock. Thread T whose access holds that lock restarts the timer, and
+// waits for this callback to end: so it gives its close up as soon as anybody waits for it.
 void CVantoCLSerPort::CloseDueToInactivity() {
     LogTrace(PortLog(), tracelog::kDebug, "AutoClosing CLPort '%s' due to inactivity.", m_portId);
     const CInactivityTimer& timer = *m_timer;

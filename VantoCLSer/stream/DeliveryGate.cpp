@@ -20,7 +20,7 @@ void CDeliveryGate::Enter(Pass& pass) {
     m_passes = &pass;
 }
 
-// Notifies under the lock: the gate may be gone as soon as a waiting Shut has it.
+// Notifies under the lock: T that waits in Shut has the lock next, and then the gate may be gone.
 void CDeliveryGate::Leave(Pass& pass) noexcept {
     if (!pass)
         return;

@@ -74,9 +74,9 @@ void CFrameDelivery::FillBuffer(const FgFrame& frame) {
     GrabResult filled;
     const bool isComplete = ReadFrameData(filled, frame, *buffer);
     if (isComplete) {
-        // Only now: reading from the camera may call the application, which may wait for another delivery. And no
-        // longer: T that starts the plug-in holds the grabber lock, and the plug-in may deliver there into the same
-        // buffer.
+        // Only now: reading from the camera may call the application, whose thread may wait for delivery U, and U waits
+        // for the buffer. And no longer: T that starts the plug-in holds the grabber lock, and the plug-in may deliver
+        // there into the same buffer.
         const std::lock_guard filling(buffer->filling);
         Fill(filled, frame, *buffer);
     }
@@ -113,8 +113,8 @@ bool CFrameDelivery::ReadFrameData(GrabResult& result, const FgFrame& frame, con
     return false;
 }
 
-// Who stops the plug-in, which waits for its deliveries, may hold the lock of the camera's node map: so does everybody
-// who is told, in a node's callback or by a failed access, that the camera is gone.
+// Thread T that stops the plug-in waits for its deliveries, and may hold the lock of the camera's node map for which
+// they wait: so does everybody who is told, in a node's callback or by a failed access, that the camera is gone.
 bool CFrameDelivery::ReadResultData(GrabResult& result, const StreamBuffer& buffer) {
     if (!m_parts.device->IsOpen())
         m_parts.resultData.Forget();

@@ -104,9 +104,10 @@ FgNodeCallbackHandle CNodeCallbackTable::Register(GenApi::INodeMap* map, const c
     return handle;
 }
 
-// The function is told the value with both maps' locks held. D takes them here, where it can give up: in GenApi it
-// could not. As long as nobody else knows the stream grabber, nobody can stop the plug-in, and those who watch the node
-// from outside the lock are called as they expect.
+// The function is told the value with both maps' locks held. The plug-in's thread D takes them here, where it can give
+// up while T, which holds one, stops the plug-in and waits for D: in GenApi it could not. As long as nobody else knows
+// the stream grabber, nobody can stop the plug-in, and those who watch the node from outside the lock are called as
+// they expect.
 void CNodeCallbackTable::Watch(GenApi::INodeMap& map, const Entry& entry, FgNodeCallbackHandle& handle) {
     const auto isHopeless = [this] { return m_isClosed || m_givesUp(); };
     std::optional<CImpatientLock<>> mapLock(std::in_place, map.GetLock(), isHopeless);

@@ -69,8 +69,8 @@ CVantoCLSerStreamGrabber::~CVantoCLSerStreamGrabber() {
     }
     m_nodeCallbacks.DeregisterAll();
     m_resultData.Unwatch();
-    // From here on a plug-in's thread that delivers a frame is sent back at once. So it never waits for the lock that
-    // is held while the plug-in waits for it.
+    // From here on the plug-in's thread D that delivers a frame is sent back at once. So D never waits for the grabber
+    // lock, which this thread holds while the plug-in's end waits for D.
     m_deliveries.Shut();
     const Lock lock(m_lock);
     m_plugin.Release();
