@@ -13,7 +13,7 @@
 namespace Vanto {
 
 /// A copyable function object. It may be called on any thread that uses the camera, and by several at once.
-class VANTOBASE_API CDeviceRemovalCallback {
+class GCBASE_INTERFACE CDeviceRemovalCallback {
 public:
     virtual ~CDeviceRemovalCallback() = default;
     /// Called with the device that is gone; the device still exists, and its operations fail.
