@@ -248,6 +248,13 @@ TEST_F(Frames, AreSavedInTheFormatOfTheName) {
     EXPECT_THROW(frame.Save(elsewhere.string()), Vanto::CameraError);
 }
 
+TEST_F(Frames, AreSavedByTheCameraAtOnce) {
+    const std::string path = (std::filesystem::path(m_folder.Path()) / "one.pgm").string();
+    camera->SaveImage(path);
+    EXPECT_EQ(std::filesystem::file_size(path), std::string("P5\n64 32\n255\n").size() + 64 * 32);
+    EXPECT_THROW(camera->SaveImage("a.gif"), Vanto::CameraError);
+}
+
 TEST(FramesWithoutAFrameGrabber, AreRefusedWithTheReason) {
     class Bare : public integration::Machine {
         void TestBody() override {}

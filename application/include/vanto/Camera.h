@@ -94,6 +94,8 @@ public:
     FrameStream Stream(const StreamOptions& options = StreamOptions()) const;
     FrameStream Grab(std::uint64_t count) const;
     Frame GrabOne() const;
+    /// Takes one image and writes it into a file, whose name chooses the format; throws as GrabOne and Frame::Save do.
+    void SaveImage(const std::string& path) const { GrabOne().Save(path); }
     Subscription OnFrame(std::function<void(Frame&)> callback, std::function<void(std::exception_ptr)> failed = nullptr,
                          const StreamOptions& options = StreamOptions()) const;
 
