@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Makes the pictures of README.md from the real program: a terminal session and a grabbed image.
 
-usage: docs/pictures/make.py FOLDER-OF-VANTO-CL
+usage: docs/pictures/make.py FOLDER-OF-VANTO-CL [FOLDER-FOR-THE-PICTURES]
 """
 import fcntl
 import html
@@ -16,7 +16,7 @@ import sys
 import tempfile
 import termios
 
-HERE = os.path.dirname(os.path.abspath(__file__))
+PICTURES = os.path.abspath(sys.argv[2] if len(sys.argv) > 2 else os.path.dirname(__file__))
 COLUMNS = 80
 SESSION = [
     "vanto-cl list",
@@ -96,12 +96,12 @@ def main():
         for command in SESSION:
             shown += ["\x1b[32m$\x1b[0m \x1b[1m" + command + "\x1b[0m"]
             shown += [line for line in on_terminal(command, folder) if line]
-        with open(os.path.join(HERE, "session.svg"), "w", encoding="utf-8") as file:
+        with open(os.path.join(PICTURES, "session.svg"), "w", encoding="utf-8") as file:
             file.write(picture(shown))
         subprocess.run(
             ["vanto-cl", "grab", "0", "--set", "Width=512", "--set", "Height=256", "-o", "picture"],
             cwd=folder, check=True, stdout=subprocess.DEVNULL)
-        shutil.move(os.path.join(folder, "picture", "frame_000001.png"), os.path.join(HERE, "image.png"))
+        shutil.move(os.path.join(folder, "picture", "frame_000001.png"), os.path.join(PICTURES, "image.png"))
         simulator.stdin.close()
         simulator.wait()
 
