@@ -1,6 +1,6 @@
 #!/bin/bash
 # SPDX-License-Identifier: Apache-2.0
-# The manual pages: each command has one, with an example, and groff finds no fault in any.
+# The manual pages: each command has one, with an example, and groff finds no fault in any. The simulator tells its version.
 # usage: manual-pages-test.sh VANTO-CL MARLOW-SIM
 set -eu
 folder=$(mktemp -d)
@@ -25,4 +25,5 @@ for page in "$folder"/*.1; do
 done
 text=$(MANWIDTH=80 groff -man -Tascii -P-cbou "$folder/vanto-cl-get.1")
 grep -q 'vanto-cl get \[OPTIONS\] DEVICE NAME\.\.\.' <<<"$text" || fail "the usage is not as it must be typed"
+[[ $("$2" --version) =~ ^marlow-sim\ [0-9.]+$ ]] || fail "marlow-sim does not tell its version"
 exit $failures

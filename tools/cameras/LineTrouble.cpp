@@ -17,6 +17,9 @@ namespace tools {
 
 namespace {
 
+// What accesses say that come behind the one that found out.
+constexpr std::string_view kRemoved = "' already removed/disconnected";
+
 struct Trouble {
     int code;  ///< of the Camera Link serial API
     const char* sentence;
@@ -43,8 +46,9 @@ std::string_view Between(std::string_view text, std::string_view before, std::st
 }  // namespace
 
 std::string LineTroubleText(std::string_view failure) {
-    const auto code = base::ParseNumber<int>(Between(failure, "(", ")"));
-    const std::string_view port = Between(failure, "Port '", "'");
+    const bool isRemoved = failure.find(kRemoved) != std::string_view::npos;
+    const auto code = isRemoved ? CL_ERR_TIMEOUT : base::ParseNumber<int>(Between(failure, "(", ")"));
+    const std::string_view port = Between(failure, isRemoved ? "Device '" : "Port '", "'");
     const auto trouble = std::ranges::find(kTroubles, code.value_or(0), &Trouble::code);
     if (trouble == kTroubles.end() || port.empty())
         return {};

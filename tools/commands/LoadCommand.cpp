@@ -38,18 +38,21 @@ Faults Load(const OpenDevice& device, const std::string& text, const std::string
             Output& output) {
     Progress progress(output, "Setting " + device.Name());
     // Each is set, read back, and read back once more.
-    device.Camera().SetStopCheck([&, done = std::size_t{0}]() mutable {
+    std::size_t done = 0;
+    device.Camera().SetStopCheck([&] {
         progress.SetPart(++done, 3 * settings);
         return Interruption::Requested();
     });
-    Faults faults;
+    const struct Restored {
+        const Vanto::Camera& camera;
+        ~Restored() { camera.SetStopCheck(&Interruption::Requested); }
+    } restored{device.Camera()};
     try {
         device.Camera().LoadText(text, file);
+        return {};
     } catch (const Vanto::SettingsRefused& refused) {
-        faults = refused.Faults();
+        return refused.Faults();
     }
-    device.Camera().SetStopCheck(&Interruption::Requested);
-    return faults;
 }
 
 class LoadCommand : public Command {

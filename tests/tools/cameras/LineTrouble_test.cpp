@@ -17,6 +17,12 @@ TEST(LineTrouble, NamesThePortAndWhatToLookAt) {
         "The camera on COM_Port#ttyUSB0 does not answer any more. Is its cable plugged in, and is it switched on?");
 }
 
+TEST(LineTrouble, IsTheSameForAccessesAfterTheOneThatFoundOut) {
+    EXPECT_EQ(
+        LineTroubleText("Device 'COM_Port#ttyUSB0' already removed/disconnected."),
+        "The camera on COM_Port#ttyUSB0 does not answer any more. Is its cable plugged in, and is it switched on?");
+}
+
 TEST(LineTrouble, IsNothingWithoutAPortOrAKnownCode) {
     EXPECT_EQ(LineTroubleText("The serial library failed: clSerialRead returned -10004. (-10004)"), "");
     EXPECT_EQ(LineTroubleText("Port 'x': refused (-2003)"), "");

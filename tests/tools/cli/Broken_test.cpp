@@ -63,6 +63,26 @@ TEST(DescriptionThatCantBeHad, IsSaidWithTheReason) {
     EXPECT_THAT(run.err, testing::Not(HasSubstr("Don't know what XML")));
 }
 
+int PacketsOf(const PlayedCameras& played, const std::vector<std::string>& command) {
+    played.Command("reset-stats cam0");
+    EXPECT_EQ(played.Run(command).exitCode, 0);
+    return std::stoi(played.Command("stats cam0").substr(std::string("ok packets-in=").size()));
+}
+
+TEST(CameraThatIsGone, IsToldOnceInsteadOfWithEachFeature) {
+    const PlayedCameras played({"cam0,serial=S0"});
+    played.Run({"list"});
+    const int one = PacketsOf(played, {"get", "S0", "Width"});
+    const int all = PacketsOf(played, {"features", "S0"});
+    ASSERT_EQ(played.Command("silent-after cam0 " + std::to_string((one + all) / 2)), "ok");
+    const RunResult run = played.Run({"features", "S0"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err,
+                testing::StartsWith("error: The camera on COM_Port#cam0 does not answer any more. Is its cable"));
+    EXPECT_EQ(run.err.find("does not answer", run.err.find("does not answer") + 1), std::string::npos) << run.err;
+}
+
 TEST(Usage, NamesTheCommandsOwnHelp) {
     EXPECT_THAT(RunVantoCl({"get"}).err, HasSubstr("'vanto-cl get --help' explains it."));
     EXPECT_THAT(RunVantoCl({"config"}).err, HasSubstr("'vanto-cl config --help' explains it."));

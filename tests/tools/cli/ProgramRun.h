@@ -29,7 +29,7 @@ Environment WithoutTheUsersState(Environment environment);
 RunResult RunVantoCl(const std::vector<std::string>& arguments, const Environment& environment = {});
 
 /// The same on a terminal of this width, not on Windows: what appears there, lines ending in "\n", is in \a out. What a
-/// line of progress showed before it was written over is gone.
+/// line of progress showed before it was written over is gone; in \a err is all as it was written.
 RunResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
                         const Environment& environment = {});
 

@@ -151,6 +151,7 @@ RunResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned shor
     RunResult result = WaitFor(pid);
     ::close(terminal);
     result.out = WithoutWhatWasWrittenOver(text);
+    result.err = std::move(text);
     return result;
 }
 

@@ -25,6 +25,7 @@ class Simulation : public Cameras {};
 
 TEST_F(Simulation, ListShowsTheSimulatedOnes) {
     const RunResult run = RunVantoCl({"--simulate", "list"});
+    EXPECT_THAT(RunVantoCl({"list", "--simulate=1"}).out, HasSubstr("1 camera found"));
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_THAT(run.out, HasSubstr("0  Marlow H2048 (SIM00001)  COM_Port#cam0       9600  ready\n"));
     EXPECT_THAT(run.out, HasSubstr("2 cameras found in "));

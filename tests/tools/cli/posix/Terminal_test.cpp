@@ -74,4 +74,38 @@ TEST_F(OnTerminalOf80Columns, NamesOfFeaturesStayWhole) {
     EXPECT_THAT(Run({"list"}).out, HasSubstr("COM_Port#a-camera-with-a-long-name"));
 }
 
+/// What a command shows while it goes on.
+std::string ShownBy(const tools_test::PlayedCameras& cameras, const Words& words) {
+    tools_test::Environment environment = cameras.Variables();
+    environment["TERM"] = "xterm";
+    const RunResult run = RunOnTerminal(words, kColumns, environment);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    return run.err;
+}
+
+TEST(ProgressOnTerminal, NamesEachPortWithPercentAndTimeLeft) {
+    const tools_test::PlayedCameras cameras({"cam0,serial=S0", "silent1,silent=on", "silent2,silent=on"});
+    const std::string shown = ShownBy(cameras, {"list"});
+    EXPECT_THAT(shown,
+                testing::ContainsRegex("Looking for cameras: COM_Port#silent1, port 2 of 3: 33%, [0-9.]+ m?s left"));
+    EXPECT_THAT(shown,
+                testing::ContainsRegex("Looking for cameras: COM_Port#silent2, port 3 of 3: 66%, [0-9.]+ m?s left"));
+}
+
+// Each packet takes its time, so that there is something to be seen.
+TEST(ProgressOnTerminal, TellsPercentRateAndTimeLeftOfADescription) {
+    const tools_test::PlayedCameras cameras({"cam0,serial=S0,zip=off,delay=5"});
+    EXPECT_THAT(ShownBy(cameras, {"xml", "COM_Port#cam0", "-o", (cameras.Folder() / "camera.xml").string()}),
+                testing::ContainsRegex("description: [1-9][0-9]?%, [0-9.]+ kB/s, [0-9.]+ m?s left"));
+}
+
+TEST(ProgressOnTerminal, TellsPercentAndTimeLeftOfSettings) {
+    const tools_test::PlayedCameras cameras({"cam0,serial=S0"});
+    const std::string file = (cameras.Folder() / "settings.txt").string();
+    ASSERT_EQ(cameras.Run({"save", "COM_Port#cam0", file}).exitCode, 0);
+    ASSERT_EQ(cameras.Command("delay cam0 10"), "ok");
+    EXPECT_THAT(ShownBy(cameras, {"load", "S0", file}),
+                testing::ContainsRegex("Setting Marlow H2048 .S0.: [1-9][0-9]?%, [0-9.]+ m?s left"));
+}
+
 }  // namespace
