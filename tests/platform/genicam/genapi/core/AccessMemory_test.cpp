@@ -194,6 +194,18 @@ TEST_F(AccessWork, AnyChainMayBeLong) {
     }
 }
 
+TEST_F(AccessWork, AChainOfRulesMayBeLong) {
+    const auto ruled = [](const std::string& name, const std::string& next) {
+        return "<Integer Name='" + name + "'><pIsImplemented>" + next + "</pIsImplemented><Value>1</Value></Integer>";
+    };
+    Load(Chain(100000, ruled, Uncached("N100000")));
+    for (const unsigned value : {1U, 0U}) {
+        port.PutLittle(0, value, 4);
+        EXPECT_EQ(Mode("N99999"), value != 0 ? RW : NI);
+        EXPECT_EQ(Mode("N0"), value != 0 ? RW : NA);  // whose rule can't be read itself
+    }
+}
+
 TEST_F(AccessWork, TheErrorAtTheEndOfALongChainIsTold) {
     Load(Chain(1000, Pass, Uncached("N1000", 0x20000)));
     EXPECT_THROW(Integer("N0")->GetValue(), OutOfRangeException);

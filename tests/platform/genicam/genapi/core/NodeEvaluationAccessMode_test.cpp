@@ -55,6 +55,29 @@ TEST_F(AccessMode, OfAnUnconnectedPortIsNotImplemented) {
     EXPECT_EQ(Mode("R"), NI);
 }
 
+TEST_F(AccessMode, IsAskedOfThePortOnceHoweverOftenItWasConnected) {
+    struct Curious final : IPort {
+        EAccessMode GetAccessMode() const override {
+            ++asked;
+            return RW;
+        }
+        void Read(void*, std::int64_t, std::int64_t) override {}
+        void Write(const void*, std::int64_t, std::int64_t) override {}
+        mutable int asked = 0;
+    } curious;
+    Load(Reg("R", "RW"));
+    const auto questions = [&] {
+        EXPECT_TRUE(map._Connect(&curious));
+        curious.asked = 0;
+        EXPECT_EQ(Mode("R"), RW);
+        return curious.asked;
+    };
+    const int once = questions();
+    EXPECT_GT(once, 0);
+    EXPECT_EQ(questions(), once);
+    EXPECT_EQ(questions(), once);
+}
+
 TEST_F(AccessMode, IsThatOfTheNodeBehind) {
     Load(Reg("Ro", "RO") + Reg("Wo", "WO", 4) +
          "<Integer Name='A'><pValue>Ro</pValue></Integer>"
