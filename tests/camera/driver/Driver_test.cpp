@@ -85,6 +85,18 @@ TEST_F(DriverTest, CloseForgetsEverything) {
     EXPECT_EQ(driver.ErrorText(-30209, 0), "No camera answers.");
 }
 
+TEST_F(DriverTest, CloseForgetsWhichCamerasThereWere) {
+    const auto packetsOfAProbe = [&] {
+        camera.commandPackets = 0;
+        driver.Probe(serial, "Marlow#Heron#H2048#2.0#21790042", kTimeout);
+        return camera.commandPackets;
+    };
+    const std::size_t fresh = packetsOfAProbe();
+    EXPECT_LT(packetsOfAProbe(), fresh);
+    driver.Close();
+    EXPECT_EQ(packetsOfAProbe(), fresh);
+}
+
 TEST_F(DriverTest, TextOfACodeIsTheFailuresOwnOrGeneral) {
     EXPECT_EQ(driver.ErrorText(-20103, 0), "The cookie stands for no connection.");
     driver.Errors().Remember(7, -20103, "special");
