@@ -6,11 +6,11 @@
 #include "XmlIds.h"
 
 #include <algorithm>
-#include <charconv>
 #include <tuple>
 
 #include "ShortForm.h"
 #include "Texts.h"
+#include "base/Number.h"
 #include "base/Text.h"
 
 namespace CLProtocol {
@@ -28,10 +28,10 @@ std::optional<XmlId::Version> ParseVersion(std::string_view text, std::string_vi
     if (parts.front() != name || parts.size() < 1 + minNumbers || parts.size() > 1 + version.size())
         return std::nullopt;
     for (std::size_t index = 1; index < parts.size(); ++index) {
-        const std::string& part = parts[index];
-        const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), version[index - 1]);
-        if (error != std::errc() || end != part.data() + part.size())
+        const auto number = base::ParseNumber<XmlId::Version::value_type>(parts[index]);
+        if (!number)
             return std::nullopt;
+        version[index - 1] = *number;
     }
     return version;
 }

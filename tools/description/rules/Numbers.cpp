@@ -4,10 +4,10 @@
  */
 #include "description/rules/Numbers.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <system_error>
+
+#include "base/Number.h"
 
 namespace tools {
 
@@ -37,12 +37,8 @@ std::optional<WholeValue> WholeNumber(std::string_view text) {
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     if (isHexadecimal)
         text.remove_prefix(2);
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number, isHexadecimal ? 16 : 10);
-    if (error != std::errc() || stop != end || text.empty())
-        return std::nullopt;
-    return WholeValue{isNegative && number != 0, number};
+    const auto number = base::ParseNumber<std::uint64_t>(text, isHexadecimal ? 16 : 10);
+    return number ? std::optional(WholeValue{isNegative && *number != 0, *number}) : std::nullopt;
 }
 
 std::optional<std::int64_t> SmallNumber(std::string_view text) {
@@ -57,12 +53,8 @@ std::optional<std::int64_t> SmallNumber(std::string_view text) {
 std::optional<double> RealNumber(std::string_view text) {
     if (const auto whole = WholeNumber(text))
         return (whole->isNegative ? -1.0 : 1.0) * static_cast<double>(whole->magnitude);
-    double number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end || text.empty() || std::isnan(number))
-        return std::nullopt;
-    return number;
+    const auto number = base::ParseNumber<double>(text);
+    return number && !std::isnan(*number) ? number : std::nullopt;
 }
 
 bool IsIntegerRegister(const DescribedNode& node) {

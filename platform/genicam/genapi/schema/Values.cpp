@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "Base/GCFormat.h"
+#include "base/Number.h"
 #include "schema/Text.h"
 
 namespace GenApi {
@@ -56,19 +57,17 @@ constexpr Words<bool, 6> kYesNo = {
 constexpr Words<ENameSpace, 2> kNameSpaces = {{{"Standard", Standard}, {"Custom", Custom}}};
 
 // Numbers of one base between separators, the first being the most significant.
-std::optional<std::int64_t> ParseGroups(std::string_view text, char separator, std::size_t groups, int base) noexcept {
+std::optional<std::int64_t> ParseGroups(std::string_view text, char separator, std::size_t groups, int radix) noexcept {
     std::uint64_t result = 0;
     for (std::size_t group = 0; group < groups; ++group) {
         const std::size_t end = text.find(separator);
         const bool isLast = group + 1 == groups;
         if ((end == std::string_view::npos) != isLast)
             return std::nullopt;
-        const std::string_view digits = text.substr(0, end);
-        unsigned value = 0;
-        const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-        if (digits.empty() || error != std::errc() || stop != digits.data() + digits.size() || value > 255)
+        const auto value = base::ParseNumber<unsigned>(text.substr(0, end), radix);
+        if (!value || *value > 255)
             return std::nullopt;
-        result = (result << 8) | value;
+        result = (result << 8) | *value;
         text.remove_prefix(isLast ? text.size() : end + 1);
     }
     return static_cast<std::int64_t>(result);
