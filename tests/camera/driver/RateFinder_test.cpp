@@ -157,6 +157,13 @@ TEST_F(RateFinderTest, TellsWhenSomethingWasReceived) {
     EXPECT_NE(TextOf([&] { Find(); }).find("Something was received."), std::string::npos);
 }
 
+TEST_F(RateFinderTest, AsksPatientlyAtOnceWhereSomethingWasReceived) {
+    camera.isSilent = true;
+    serial.AddStray({1, 2, 3});
+    EXPECT_EQ(CodeOf([&] { Find(); }), kNoAnswer);
+    EXPECT_EQ(serial.ratesSet.size(), 2 * gencp::kBaudRates.size());
+}
+
 TEST_F(RateFinderTest, FailingLibraryEndsTheSearch) {
     serial.readCode = CL_ERR_INVALID_REFERENCE;
     EXPECT_EQ(CodeOf([&] { Find(); }), CL_ERR_INVALID_REFERENCE);
