@@ -60,7 +60,8 @@ void AddKeys(const json& value, Names& keys) {
     for (const auto& [key, inner] : value.items()) {
         if (value.is_object())
             keys.insert(key);
-        AddKeys(inner, keys);
+        if (inner.is_structured())  // anything else has itself as its only item
+            AddKeys(inner, keys);
     }
 }
 
