@@ -47,6 +47,13 @@ TEST(SettingsFile, ReadsWhatItWrote) {
     }
 }
 
+TEST(SettingsFile, NeedsNoBlankBetweenSelectors) {
+    const std::vector<Setting> read = ParseSettings("f", "[S=1,T=x]\nA=1\n[ S=2 ,]\nA=2");
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_EQ(read[0].selectors, (SelectorState{{"S", "1"}, {"T", "x"}}));
+    EXPECT_EQ(read[1].selectors, (SelectorState{{"S", "2"}}));
+}
+
 TEST(SettingsFile, KeepsLineNumbersAndSkipsComments) {
     const std::vector<Setting> read = ParseSettings("f", "\xEF\xBB\xBF# x\r\n\r\n Width = 8 \r\n[ S = 1 ]\r\nHeight=4");
     ASSERT_EQ(read.size(), 2U);

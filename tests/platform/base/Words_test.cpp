@@ -16,6 +16,7 @@ using base::EditDistance;
 
 TEST(EditDistance, CountsASwapOnce) {
     EXPECT_EQ(EditDistance("Enabeld", "Enabled"), 1U);
+    EXPECT_EQ(EditDistance("iWdth", "Width"), 1U);
 }
 
 TEST(EditDistance, IgnoresCase) {
@@ -34,6 +35,12 @@ TEST(ClosestWord, FindsATypingMistake) {
 TEST(ClosestWord, FindsNothingThatIsFar) {
     const std::vector<std::string> words{"list", "ports", "config"};
     EXPECT_EQ(ClosestWord("xyz", words), "");
+}
+
+TEST(ClosestWord, IsFoundForWordsOfUpTo64Letters) {
+    const std::vector<std::string> words{std::string(63, 'l')};
+    EXPECT_EQ(ClosestWord(std::string(64, 'l'), words), words[0]);
+    EXPECT_EQ(ClosestWord(std::string(65, 'l'), words), "");
 }
 
 TEST(ClosestWord, OfAVeryLongWordIsNothing) {
