@@ -100,6 +100,7 @@ constexpr std::array kExpected = {
     "grab: ",                                                         // the same, while the grab is begun or ended
     "turn: No device contains the provided device info properties.",  // enumeration did not find it
     "turn: Could not open CLPort",
+    "turn: Could not reopen CLPort",  // the same, where an access finds it closed
     "turn: Could not get XML for device",
     "turn: Device creation failed.",
     "turn: The simulated grabber does not know the camera's pixel format",  // it could not be read
