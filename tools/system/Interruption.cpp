@@ -5,7 +5,6 @@
 #include "system/Interruption.h"
 
 #include <atomic>
-#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -43,9 +42,8 @@ bool IsWatched() noexcept {
 std::unique_lock<std::mutex> RunCleanUps() {
     CleanUps& cleanUps = TheCleanUps();
     std::unique_lock lock(cleanUps.lock);
-    for (std::function<void()>* action : cleanUps.actions | std::views::reverse)
-        (*action)();
-    cleanUps.actions.clear();
+    for (; !cleanUps.actions.empty(); cleanUps.actions.pop_back())
+        (*cleanUps.actions.back())();
     return lock;
 }
 
