@@ -52,6 +52,19 @@ void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
+// A sanitizer has these of its own, which know nothing of the others here.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    operator delete(memory);
+}
+
 void operator delete(void* memory, std::size_t) noexcept {
     operator delete(memory);
 }
