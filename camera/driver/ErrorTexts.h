@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include <deque>
+#include <list>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -32,7 +32,7 @@ private:
 
     mutable std::mutex m_mutex;
     [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's texts"};
-    std::deque<Entry> m_entries;  // newest first, one per thread and cookie
+    std::list<Entry> m_entries;  // newest first, one per thread and cookie
 };
 
 }  // namespace marlow

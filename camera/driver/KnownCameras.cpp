@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kMostEntries = 256;
 
 template <typename Entry, typename Predicate>
-void PutFirst(std::deque<Entry>& entries, Entry entry, Predicate isSame) {
+void PutFirst(std::list<Entry>& entries, Entry entry, Predicate isSame) {
     std::erase_if(entries, isSame);
     entries.push_front(std::move(entry));
     if (entries.size() > kMostEntries)

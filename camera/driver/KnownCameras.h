@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include <deque>
+#include <list>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -39,8 +39,8 @@ private:
 
     mutable std::mutex m_mutex;
     [[no_unique_address]] const os::LockName m_mutexName{&m_mutex, "driver's cameras"};
-    std::deque<Camera> m_cameras;  // newest first
-    std::deque<Line> m_lines;
+    std::list<Camera> m_cameras;  // newest first
+    std::list<Line> m_lines;
 };
 
 }  // namespace marlow

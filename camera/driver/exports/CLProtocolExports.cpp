@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -32,10 +33,16 @@ using marlow::Duration;
 
 constexpr CLINT64 kMaxAccess = CLINT64{64} << 20;  // bytes; more is a slip of the caller's
 
+// Not destroyed: where a host never closes the library, thread T of it may be in a call while the process ends and runs
+// the destructors of static objects. clpCloseLib leaves nothing in it that is not part of this place.
 Driver& TheDriver() {
-    static marlow::SteadyClock clock;
-    static Driver driver(clock);
-    return driver;
+    struct Parts {
+        marlow::SteadyClock clock;
+        Driver driver{clock};
+    };
+    alignas(Parts) static std::byte place[sizeof(Parts)];
+    static Parts* const parts = new (place) Parts;
+    return parts->driver;
 }
 
 CLINT32 Fail(CLUINT32 cookie, CLINT32 code, const char* text) noexcept {
