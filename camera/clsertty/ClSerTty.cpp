@@ -15,6 +15,7 @@
 #include "SerialDevice.h"
 #include "SerialError.h"
 #include "SerialPort.h"
+#include "base/Immortal.h"
 #include "clser/ClSerial.h"
 
 #ifdef _WIN32
@@ -31,9 +32,8 @@ constexpr const char* kMakerName = "COM_Port";
 
 /// Never destroyed: an application may still close its ports when its own static objects go.
 PortTable& Ports() {
-    alignas(PortTable) static std::byte place[sizeof(PortTable)];
-    static PortTable* const table = ::new (static_cast<void*>(place)) PortTable;
-    return *table;
+    static base::Immortal<PortTable> table;
+    return table.Get();
 }
 
 /// The one place where exceptions become codes; none leaves the library.

@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <mutex>
-#include <new>
 #include <unordered_set>
 
 #include "SerialError.h"
+#include "base/Immortal.h"
 #include "clser/ClSerial.h"
 #include "os/LockName.h"
 #include "os/PerThread.h"
@@ -31,9 +31,8 @@ struct LatestList {
 
 /// Never destroyed: a thread may be in the library when the process ends.
 LatestList& Latest() {
-    alignas(LatestList) static std::byte place[sizeof(LatestList)];
-    static LatestList* const latest = ::new (static_cast<void*>(place)) LatestList;
-    return *latest;
+    static base::Immortal<LatestList> latest;
+    return latest.Get();
 }
 
 /// Leaves nothing behind where the library is unloaded.

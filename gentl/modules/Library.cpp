@@ -6,10 +6,9 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <cstddef>
-#include <new>
 #include <thread>
 
+#include "base/Immortal.h"
 #include "support/ForkGuard.h"
 #include "support/GenTLError.h"
 #include "support/LinkedTransportLayer.h"
@@ -40,7 +39,7 @@ struct AtExit {
         if (IsForkedChild())
             return;
         if (!DoThreadsOutliveStatics()) {
-            new (m_abandoned) std::shared_ptr<Library>(std::move(g_library));
+            m_abandoned.Get() = std::move(g_library);
             return;
         }
         try {
@@ -51,7 +50,7 @@ struct AtExit {
     }
 
 private:
-    alignas(std::shared_ptr<Library>) std::byte m_abandoned[sizeof(std::shared_ptr<Library>)];
+    base::Immortal<std::shared_ptr<Library>> m_abandoned;
 };
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -15,6 +14,7 @@
 #include "Clock.h"
 #include "Driver.h"
 #include "DriverError.h"
+#include "base/Immortal.h"
 #include "clser/ClSerial.h"
 
 #ifdef _WIN32
@@ -40,9 +40,8 @@ Driver& TheDriver() {
         marlow::SteadyClock clock;
         Driver driver{clock};
     };
-    alignas(Parts) static std::byte place[sizeof(Parts)];
-    static Parts* const parts = new (place) Parts;
-    return parts->driver;
+    static base::Immortal<Parts> parts;
+    return parts.Get().driver;
 }
 
 CLINT32 Fail(CLUINT32 cookie, CLINT32 code, const char* text) noexcept {

@@ -9,7 +9,7 @@
 #include "Base/GCFormat.h"
 #include "CallbackHolder.h"
 #include "ErrorReporter.h"
-#include "Immortal.h"
+#include "base/Immortal.h"
 #include "clser/ClSerial.h"
 
 namespace CLProtocol {
@@ -22,7 +22,7 @@ std::atomic<bool> g_stop{false};
 using Holder = CallbackHolder<const Activity&>;
 
 Holder& TheHolder() {
-    static Immortal<Holder> holder;
+    static base::Immortal<Holder> holder;
     return holder.Get();
 }
 

@@ -6,8 +6,8 @@
 #include "DriverRegistry.h"
 
 #include "ErrorReporter.h"
-#include "Immortal.h"
 #include "ModuleLog.h"
+#include "base/Immortal.h"
 #include "clser/ClSerial.h"
 #include "os/Path.h"
 
@@ -30,7 +30,7 @@ struct DriverRegistry::Scan {
  * \context Any thread.
  */
 DriverRegistry& DriverRegistry::GetInstance() {
-    static Immortal<DriverRegistry> instance;
+    static base::Immortal<DriverRegistry> instance;
     return instance.Get();
 }
 

@@ -12,7 +12,7 @@
 
 #include "CallbackHolder.h"
 #include "ForeignCall.h"
-#include "Immortal.h"
+#include "base/Immortal.h"
 
 namespace CLProtocol {
 
@@ -26,7 +26,7 @@ std::atomic<CLINT32> g_level{kNothing};
 using SinkHolder = CallbackHolder<CLINT32, const char*, const char*>;
 
 SinkHolder& Holder() {
-    static Immortal<SinkHolder> holder;
+    static base::Immortal<SinkHolder> holder;
     return holder.Get();
 }
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "ActivityTeller.h"
-#include "Immortal.h"
+#include "base/Immortal.h"
 
 namespace CLProtocol {
 
@@ -90,7 +90,7 @@ CLINT32 PortLine::clSetBaudRate(CLUINT32 baudRate) noexcept {
  * \context Any thread.
  */
 PortLines& PortLines::GetInstance() {
-    static Immortal<PortLines> instance;
+    static base::Immortal<PortLines> instance;
     return instance.Get();
 }
 

@@ -10,9 +10,9 @@
 
 #include "Base/GCUtilities.h"
 #include "ErrorReporter.h"
-#include "Immortal.h"
 #include "ModuleLog.h"
 #include "Texts.h"
+#include "base/Immortal.h"
 #include "base/Text.h"
 #include "os/Path.h"
 #include "os/System.h"
@@ -81,7 +81,7 @@ struct SerialPorts::Scan {
  * \context Any thread.
  */
 SerialPorts& SerialPorts::GetInstance() {
-    static Immortal<SerialPorts> instance;
+    static base::Immortal<SerialPorts> instance;
     return instance.Get();
 }
 

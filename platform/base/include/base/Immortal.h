@@ -4,10 +4,11 @@
  */
 #pragma once
 
-namespace CLProtocol {
+namespace base {
 
-/// Holds a value whose destructor never runs. At the end of a process foreign libraries destroy their own statics in
-/// an order that nobody knows: calling or unloading them then is an access to what is gone.
+/// Holds a value whose destructor never runs, in its own place: it leaves nothing but what the value owns. At the end
+/// of a process the static objects of all libraries are destroyed in an order that nobody knows, while threads may
+/// still be in calls: using or unloading what is gone then is an access to freed memory.
 template <class Value>
 class Immortal {
 public:
@@ -24,4 +25,4 @@ private:
     };
 };
 
-}  // namespace CLProtocol
+}  // namespace base
