@@ -213,11 +213,10 @@ protected:
     void RequireWritable();
     void CheckError();
     [[noreturn]] void ThrowAccess(const char* what) const;
-    /// Whether the next read asks nobody: neither for the value nor for whether it may be read.
     /// What the interfaces of nodes with an integer do; take the map's lock. \a verify refuses what CheckInteger does.
     std::int64_t UsersInteger(bool verify, bool ignoreCache);
     void SetUsersInteger(std::int64_t value, bool verify);
-    /// Takes the map's lock.
+    /// Whether the next read asks nobody: neither for the value nor for whether it may be read. Takes the map's lock.
     bool IsValueCached() const;
 
 private:
