@@ -34,6 +34,18 @@ protected:
     }
     void LetGoOn() { m_mayGoOn.set_value(); }
 
+    /// The next read from the camera cancels the grab, while a frame is delivered on another thread, for whose end the
+    /// plug-in's stop waits.
+    void CancelInTheNextRead(std::thread& delivery, std::uint32_t tag) {
+        m_plugin->hookContext = &delivery;
+        m_plugin->onStop = [](void* thread) { static_cast<std::thread*>(thread)->join(); };
+        m_device.Memory().onRead = [this, &delivery, tag] {
+            m_device.Memory().onRead = nullptr;
+            delivery = std::thread([this, tag] { m_plugin.Deliver(Frame(tag)); });
+            m_grabber->CancelGrab();
+        };
+    }
+
 private:
     std::promise<void> m_inside;
     std::promise<void> m_mayGoOn;
@@ -157,13 +169,7 @@ TEST_F(FrameDeliveryOfRegisterCamera, MayComeWithinAnotherIntoTheSameBuffer) {
 TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithTheCamerasLockHeld) {
     m_grabber->QueueBuffer(AddBuffer(), nullptr);
     std::thread delivery;
-    m_plugin->hookContext = &delivery;
-    m_plugin->onStop = [](void* thread) { static_cast<std::thread*>(thread)->join(); };
-    m_device.Memory().onRead = [&] {
-        m_device.Memory().onRead = nullptr;
-        delivery = std::thread([this] { m_plugin.Deliver(Frame(1)); });
-        m_grabber->CancelGrab();
-    };
+    CancelInTheNextRead(delivery, 1);
     m_device.Value("OffsetX");
     const GrabResult result = Retrieve();
     EXPECT_EQ(result.status, GrabFailed);
@@ -176,13 +182,7 @@ TEST_F(FrameDeliveryOfRegisterCamera, GivesWayToAStopWithinADeliveryIntoTheSameB
     m_grabber->QueueBuffer(handle, nullptr);
     m_grabber->QueueBuffer(handle, nullptr);
     std::thread delivery;
-    m_plugin->hookContext = &delivery;
-    m_plugin->onStop = [](void* thread) { static_cast<std::thread*>(thread)->join(); };
-    m_device.Memory().onRead = [&] {
-        m_device.Memory().onRead = nullptr;
-        delivery = std::thread([this] { m_plugin.Deliver(Frame(2)); });
-        m_grabber->CancelGrab();
-    };
+    CancelInTheNextRead(delivery, 2);
     m_plugin.Deliver(Frame(1));
     EXPECT_EQ(Retrieve().handle, handle);
     EXPECT_EQ(Retrieve().frameTag, 1U);
