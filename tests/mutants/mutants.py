@@ -107,12 +107,12 @@ def built_lines(text):
             yield number, line
 
 
-def candidates(folder, seed):
-    """All mistakes of a folder in the order in which they are tried; which are equivalent does not change it."""
+def candidates(tree, folder, seed):
+    """All mistakes of a tree's folder in the order in which they are tried; which are equivalent does not change it."""
     known = equivalents()
     found = []
-    for path in sorted((ROOT / folder).rglob("*")):
-        name = str(path.relative_to(ROOT))
+    for path in sorted((tree / folder).rglob("*")):
+        name = str(path.relative_to(tree))
         if path.suffix not in (".cpp", ".h") or "/windows/" in name or "/interface/" in name:
             continue
         for number, line in built_lines(path.read_text()):
@@ -220,7 +220,7 @@ def examine(copy, wing, count, seed):
     if failed:
         sys.exit(f"{wing}: {failed} fails without any mistake\n{output[-2000:]}")
     limit = max(LEAST_LIMIT, 5 * (time.monotonic() - begin))
-    pool = candidates(folder, seed)
+    pool = candidates(copy.tree, folder, seed)
     tried, survivors = 0, []
     for mistake in pool:
         if tried == count:
@@ -233,9 +233,13 @@ def examine(copy, wing, count, seed):
         if not who:
             survivors.append(mistake)
         print(f"{'caught  ' if who else 'SURVIVES'} {name}:{number + 1}: {what}: {changed.strip() or line.strip()}", who, flush=True)
+    return tried, survivors
+
+
+def figure(wing, tried, survivors):
+    """The line of a wing in the table at the end."""
     caught = tried - len(survivors)
-    print(f"{wing}: {caught} of {tried} caught" + (f" ({100 * caught // tried} of 100)" if tried else ""))
-    return survivors
+    return f"{wing}: {caught} of {tried} caught" + (f" ({100 * caught // tried} of 100)" if tried else "")
 
 
 def main():
@@ -252,15 +256,19 @@ def main():
         parser.error(f"there is no wing {wing}")
     if arguments.list:
         for wing in arguments.wings:
-            for name, number, line, what, _ in candidates(WINGS[wing][0], arguments.s)[:arguments.n]:
+            for name, number, line, what, _ in candidates(ROOT, WINGS[wing][0], arguments.s)[:arguments.n]:
                 print(f"{name}:{number + 1}: {what}: {line.strip()}")
         return 0
     copy = Copy(arguments.j)
-    survivors = []
+    survivors, table = [], []
     for wing in arguments.wings:
-        survivors += examine(copy, wing, arguments.n, arguments.s)
+        tried, survived = examine(copy, wing, arguments.n, arguments.s)
+        survivors += survived
+        table.append(figure(wing, tried, survived))
+        print(table[-1], flush=True)
     for name, number, line, what, changed in survivors:
         print(f"\n{name}:{number + 1}: {what}\n- {line.strip()}\n+ {changed.strip()}")
+    print("\n" + "\n".join(table))
     return 1 if survivors else 0
 
 
