@@ -43,7 +43,7 @@ public:
             result.precision = "." + ReadDigits();
         }
         SkipLength();
-        if (std::string_view("diuoxXcspfFeEgGaA").find(Peek()) == std::string_view::npos || Peek() == 0)
+        if (std::string_view("diuoxXcspfFeEgGaA").find(Peek()) == std::string_view::npos)
             return result;
         result.letter = Peek();
         result.length = m_at + 1;
@@ -58,7 +58,7 @@ private:
         while (IsDigit(Peek()))
             ++m_at;
         const std::string digits(m_text.substr(from, m_at - from));
-        return digits.size() > 4 ? std::to_string(kMaxWidth) : digits;
+        return digits.size() > 4 || std::atoi(digits.c_str()) > kMaxWidth ? std::to_string(kMaxWidth) : digits;
     }
 
     void SkipLength() {

@@ -5,10 +5,6 @@
 
 #include <limits>
 
-#include "Base/GCException.h"
-#include "Base/GCUtilities.h"
-#include "os/Environment.h"
-
 namespace {
 
 using GenICam::FormatText;
@@ -48,41 +44,48 @@ TEST(GCFormat, LetsTheTypeDecideWhereLetterAndTypeDiffer) {
 }
 
 TEST(GCFormat, BoundsWidths) {
-    EXPECT_LE(FormatText("%999999999d", 1).size(), 4096u);
+    for (const char* format : {"%999999999d", "%99999d", "%9999d", "%4097d", "%4096d"})
+        EXPECT_EQ(FormatText(format, 1).size(), 4096u) << format;
+    EXPECT_EQ(FormatText("%4095d", 1).size(), 4095u);
 }
 
 TEST(GCFormat, TreatsArgumentsAsData) {
     EXPECT_EQ(FormatText("<%s>", "%s%n%d"), "<%s%n%d>");
 }
 
-TEST(GCException, CarriesDescriptionSourceLineAndType) {
-    try {
-        throw GenICam::ExceptionReporter<GenICam::RuntimeException>("Source", 12, "RuntimeException")
-            .Report("a %s", "b");
-    } catch (const GenICam::GenericException& error) {
-        EXPECT_STREQ(error.GetDescription(), "a b");
-        EXPECT_STREQ(error.GetSourceFileName(), "Source");
-        EXPECT_EQ(error.GetSourceLine(), 12u);
-        EXPECT_STREQ(error.GetExceptionType(), "RuntimeException");
-        EXPECT_STREQ(error.what(), "a b : RuntimeException thrown (file 'Source', line 12)");
-    }
+TEST(GCFormat, WritesTwoPercentSignsAsOne) {
+    EXPECT_EQ(FormatText("100%% of %d%%|%%d", 5), "100% of 5%|%d");
 }
 
-TEST(GCUtilities, ReplacesEnvironmentVariablesOnce) {
-    os::SetEnvironment("GCBASE_TEST_A", "$(GCBASE_TEST_A) b");
-    gcstring text("x/$(GCBASE_TEST_A)/$(GCBASE_TEST_NONE)/$(open");
-    GenICam::ReplaceEnvironmentVariables(text);
-    EXPECT_EQ(text, "x/$(GCBASE_TEST_A) b//$(open");
-    gcstring blanks("a $(GCBASE_TEST_NONE) b");
-    GenICam::ReplaceEnvironmentVariables(blanks, true);
-    EXPECT_EQ(blanks, "a%20%20b");
+TEST(GCFormat, KnowsEveryLengthPrefix) {
+    EXPECT_EQ(FormatText("%hhd %hd %ld %lld %zu %jd %td %I32d", 1, 2, 3L, 4LL, std::size_t{5}, 6, 7, 8),
+              "1 2 3 4 5 6 7 8");
+    EXPECT_EQ(FormatText("%ws %Lf", "wide", 1.5), "wide 1.500000");
 }
 
-TEST(GCString, ComparesCaseSensitively) {
-    EXPECT_FALSE(gcstring("a") == gcstring("A"));
-    EXPECT_TRUE(gcstring("A") < gcstring("a"));
-    EXPECT_EQ(gcstring(static_cast<const char*>(nullptr)), "");
-    EXPECT_EQ(gcstring("abc").find("z"), gcstring::_npos());
+TEST(GCFormat, PrintsFloatsWithTheirFlagsAndPrecision) {
+    EXPECT_EQ(FormatText("%.2f|%8.3f|%-8.1f|%+.0f|%08.2f|% .1f", 1.256, 1.5, 2.25, 3.0, -4.5, 5.0),
+              "1.26|   1.500|2.2     |+3|-0004.50| 5.0");
+    EXPECT_EQ(FormatText("%e %G %#.0f %d", 12.5, 1e-10, 1.0, 0.5), "1.250000e+01 1E-10 1. 0.5");
+}
+
+TEST(GCFormat, PrintsIntegersWithTheirFlagsAndPrecision) {
+    EXPECT_EQ(FormatText("%.3d|%6.2u|%-6x|%#X|%#o|% d", 5, 7u, 0xabu, 0xabu, 8u, 3), "005|    07|ab    |0XAB|010| 3");
+    EXPECT_EQ(FormatText("%c%c%p", 65, 'B', 255), "AB0xff");
+}
+
+TEST(GCFormat, CutsTextsToTheirPrecision) {
+    EXPECT_EQ(FormatText("%.0s|%.s|%.9s|%5.2s|%.2d", "abc", "abc", "abc", "abc", "abc"), "||abc|   ab|abc");
+}
+
+TEST(GCFormat, GivesAnArgumentByItselfAsAPlainText) {
+    EXPECT_EQ(GenICam::FormatArgument(-5).ToString(), "-5");
+    EXPECT_EQ(GenICam::FormatArgument("text").ToString(), "text");
+    EXPECT_EQ(GenICam::FormatArgument(0.5).ToString(), "0.5");
+}
+
+TEST(GCFormat, TakesNoTextForAnEmptyOne) {
+    EXPECT_EQ(GenICam::FormatTyped(nullptr, {}), "");
 }
 
 }  // namespace
