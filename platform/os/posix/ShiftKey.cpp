@@ -105,8 +105,8 @@ struct XLibrary {
     bool IsComplete() const { return open && close && keymap && keycode && onExit; }
 
     bool IsKeyDown(Display* display, const char* keys, KeySym key) const {
-        const unsigned code = keycode(display, key);
-        return code != 0 && (static_cast<unsigned char>(keys[code / 8]) >> (code % 8) & 1u) != 0;
+        const unsigned code = keycode(display, key);  // 0 for a key that the display has not, whose bit is never set
+        return (static_cast<unsigned char>(keys[code / 8]) >> (code % 8) & 1u) != 0;
     }
 
     bool IsShiftDown() const {

@@ -47,7 +47,6 @@ public:
             return false;
         m_changed.wait(lock, [&] { return m_running != id; });
         m_timers.erase(id);
-        m_changed.notify_all();
         return true;
     }
 

@@ -5,10 +5,12 @@
 
 #include "tests/integration/Machine.h"
 #include "tests/integration/SmallDescription.h"
-#include "tests/integration/posix/VirtualDisplay.h"
+#include "tests/support/display/VirtualDisplay.h"
 
 namespace integration {
 namespace {
+
+using test_support::VirtualDisplay;
 
 class ShiftAtClosing : public Machine {
 protected:

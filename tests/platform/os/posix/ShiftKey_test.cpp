@@ -8,6 +8,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <string>
+
+#include "../../../support/display/VirtualDisplay.h"
 #include "os/Environment.h"
 #include "os/System.h"
 
@@ -26,7 +29,7 @@ private:
     os::EnvironmentValue m_display = os::GetEnvironment("DISPLAY");
 };
 
-// Listens on a port of a TCP display and accepts, through the backlog, but never answers.
+// Listens on a port of a TCP display and accepts, through the backlog.
 class SilentDisplay {
 public:
     SilentDisplay() {
@@ -43,6 +46,15 @@ public:
     ~SilentDisplay() { ::close(m_socket); }
 
     std::string Name() const { return "localhost:" + std::to_string(m_number) + ".0"; }
+
+    // What the next one to connect sends before it leaves or hears nothing any more.
+    std::string Request() const {
+        const int connection = ::accept(m_socket, nullptr, nullptr);
+        std::string bytes(100, '\0');
+        bytes.resize(static_cast<std::size_t>(::recv(connection, bytes.data(), bytes.size(), 0)));
+        ::close(connection);
+        return bytes;
+    }
 
 private:
     int m_socket = ::socket(AF_INET, SOCK_STREAM, 0);
@@ -67,6 +79,29 @@ TEST_F(ShiftKey, IsNotHeldOnADisplayThatIsNotThere) {
 TEST_F(ShiftKey, DoesNotHangOnADisplayThatDoes) {
     const SilentDisplay display;
     os::SetEnvironment("DISPLAY", display.Name());
+    EXPECT_FALSE(os::IsShiftKeyDown());
+}
+
+TEST_F(ShiftKey, AsksAServerInTheProtocolsVersionWithoutAnyAuthority) {
+    const SilentDisplay display;
+    os::SetEnvironment("DISPLAY", display.Name());
+    EXPECT_FALSE(os::IsShiftKeyDown());
+    EXPECT_EQ(display.Request(), std::string("l\0\13\0\0\0\0\0\0\0\0\0", 12));
+}
+
+TEST_F(ShiftKey, IsHeldAsLongAsEitherOfThemIs) {
+    if (!test_support::VirtualDisplay::IsInstalled())
+        GTEST_SKIP() << "Xvfb is not installed (package xvfb)";
+    test_support::VirtualDisplay display;
+    for (const std::string& name : {display.Name(), "unix" + display.Name(), display.Name() + ".0"}) {
+        os::SetEnvironment("DISPLAY", name);
+        for (const test_support::Shift key : {test_support::Shift::kLeft, test_support::Shift::kRight}) {
+            EXPECT_FALSE(os::IsShiftKeyDown());
+            display.PressShift(key);
+            EXPECT_TRUE(os::IsShiftKeyDown()) << name;
+            display.ReleaseShift(key);
+        }
+    }
     EXPECT_FALSE(os::IsShiftKeyDown());
 }
 

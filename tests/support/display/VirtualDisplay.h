@@ -7,7 +7,9 @@
 #include <memory>
 #include <string>
 
-namespace integration {
+namespace test_support {
+
+enum class Shift { kLeft, kRight };
 
 /// A server of its own (Xvfb) as long as this lives.
 class VirtualDisplay {
@@ -20,12 +22,12 @@ public:
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;
 
     std::string Name() const;  ///< as for the variable DISPLAY
-    void PressShift();
-    void ReleaseShift();
+    void PressShift(Shift key = Shift::kLeft);
+    void ReleaseShift(Shift key = Shift::kLeft);
 
 private:
     class Impl;
     std::unique_ptr<Impl> m_impl;
 };
 
-}  // namespace integration
+}  // namespace test_support

@@ -3,7 +3,7 @@
  * An X display without a screen, whose Shift key a test holds
  */
 
-#include "VirtualDisplay.h"
+#include "../VirtualDisplay.h"
 
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
@@ -20,7 +20,7 @@
 
 extern char** environ;
 
-namespace integration {
+namespace test_support {
 
 namespace {
 
@@ -78,8 +78,9 @@ public:
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
-    void Set(bool isPressed) {
-        ::XTestFakeKeyEvent(m_display, ::XKeysymToKeycode(m_display, XK_Shift_L), isPressed ? True : False, 0);
+    void Set(Shift key, bool isPressed) {
+        const KeySym symbol = key == Shift::kLeft ? XK_Shift_L : XK_Shift_R;
+        ::XTestFakeKeyEvent(m_display, ::XKeysymToKeycode(m_display, symbol), isPressed ? True : False, 0);
         ::XSync(m_display, False);
     }
 
@@ -107,11 +108,11 @@ VirtualDisplay::~VirtualDisplay() = default;
 std::string VirtualDisplay::Name() const {
     return m_impl->name;
 }
-void VirtualDisplay::PressShift() {
-    m_impl->Set(true);
+void VirtualDisplay::PressShift(Shift key) {
+    m_impl->Set(key, true);
 }
-void VirtualDisplay::ReleaseShift() {
-    m_impl->Set(false);
+void VirtualDisplay::ReleaseShift(Shift key) {
+    m_impl->Set(key, false);
 }
 
-}  // namespace integration
+}  // namespace test_support
