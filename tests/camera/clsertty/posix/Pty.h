@@ -15,6 +15,8 @@ public:
     ~Pty();
     Pty(const Pty&) = delete;
     const std::string& SlavePath() const { return m_slavePath; }
+    int Slave() const { return m_slave; }
+    int Master() const { return m_master; }
 
 private:
     int m_master = -1;
