@@ -53,4 +53,8 @@ TEST(ManifestEntry, OfZerosHasNoSha1) {
     EXPECT_TRUE(DecodeManifestEntry(bytes)->Is(ManifestEntry::FileType::kBufferXml));
 }
 
+TEST(ManifestEntry, OfNothingIsAllZeros) {
+    EXPECT_EQ(EncodeManifestEntry({}), Bytes(64));
+}
+
 }  // namespace

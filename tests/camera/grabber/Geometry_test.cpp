@@ -62,4 +62,40 @@ TEST(Geometry, RefusesSizesThatNoCameraHas) {
     EXPECT_THROW(MakeGeometry({.width = 1 << 20, .height = 1 << 20, .pixelFormat = 0x01080001}), std::invalid_argument);
 }
 
+// Each row of formats, from its first to its last number; beside it are formats that are not known.
+TEST(Geometry, KnowsNoFormatBesideItsRows) {
+    const std::pair<std::int64_t, std::int64_t> rows[] = {
+        {0x01080001, 0x01080001}, {0x01100003, 0x01100003}, {0x01100005, 0x01100005}, {0x01100025, 0x01100025},
+        {0x01100007, 0x01100007}, {0x01080008, 0x0108000B}, {0x0110000C, 0x01100013}, {0x01100109, 0x0110010C},
+        {0x0110002E, 0x01100031}, {0x02180014, 0x02180014}};
+    for (const auto& [first, last] : rows) {
+        EXPECT_THROW(GeometryOf(first - 1), std::invalid_argument) << first;
+        EXPECT_THROW(GeometryOf(last + 1), std::invalid_argument) << last;
+        EXPECT_NO_THROW(GeometryOf(first)) << first;
+        EXPECT_NO_THROW(GeometryOf(last)) << last;
+    }
+    EXPECT_EQ(GeometryOf(0x0110000F).bits, 10U);
+    EXPECT_EQ(GeometryOf(0x01100010).bits, 12U);
+    EXPECT_EQ(GeometryOf(0x02180014).bits, 8U);
+}
+
+TEST(Geometry, TakesTheBitsOfOtherFormatsFromTheirPixelSize) {
+    for (const unsigned size : {1U, 8U, 9U, 16U})
+        EXPECT_EQ(GeometryOf(3, size).bits, size);
+    EXPECT_EQ(GeometryOf(3, 1).bytesPerPixel, 1U);
+    EXPECT_EQ(GeometryOf(3, 24).bits, 8U);
+}
+
+TEST(Geometry, AllowsTheLargestSidesAndPictures) {
+    const auto of = [](std::int64_t width, std::int64_t height) {
+        return MakeGeometry({.width = width, .height = height, .pixelFormat = 0x01080001});
+    };
+    EXPECT_EQ(of(1 << 20, 1).width, 1U << 20);
+    EXPECT_EQ(of(1, 1 << 20).height, 1U << 20);
+    EXPECT_THROW(of((1 << 20) + 1, 1), std::invalid_argument);
+    EXPECT_THROW(of(1, (1 << 20) + 1), std::invalid_argument);
+    EXPECT_EQ(of(1 << 20, 2048).Size(), grabber::kLargestPicture);
+    EXPECT_THROW(of(1 << 20, 2049), std::invalid_argument);
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <stdexcept>
 
 #include "FrameMark.h"
@@ -95,6 +96,61 @@ TEST(Picture, UsesTheWholeRangeOfAPixel) {
 TEST(Picture, MayBeSmallerThanAMark) {
     Picture picture({.width = 1, .height = 1, .bytesPerPixel = 1, .bits = 8}, Settings());
     EXPECT_EQ(picture.Draw(0).dataSize, 1U);
+}
+
+// So small that a frame has no mark: every byte is of the picture.
+constexpr Geometry kUnmarked{.width = 5, .height = 3, .bytesPerPixel = 1, .bits = 8};
+
+std::vector<std::uint8_t> Drawn(const Geometry& geometry, Pattern pattern, std::uint64_t number) {
+    Settings settings;
+    settings.pattern = pattern;
+    Picture picture(geometry, settings);
+    return PixelsOf(picture.Draw(number));
+}
+
+TEST(Picture, IsARampThatMovesWithLineAndNumber) {
+    using Pixels = std::vector<std::uint8_t>;
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kDiagonal, 0), (Pixels{0, 1, 2, 3, 4, 1, 2, 3, 4, 5, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kDiagonal, 254), (Pixels{254, 255, 0, 1, 2, 255, 0, 1, 2, 3, 0, 1, 2, 3, 4}));
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kColumns, 7), (Pixels{7, 8, 9, 10, 11, 7, 8, 9, 10, 11, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kColumns, 256), Drawn(kUnmarked, Pattern::kColumns, 0));
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kBlack, 7), Pixels(15));
+}
+
+TEST(Picture, HasTheSameNoiseEachTime) {
+    std::minstd_rand random(1);
+    std::vector<std::uint8_t> noise(256);
+    for (std::uint8_t& pixel : noise)
+        pixel = static_cast<std::uint8_t>(random() >> 8);
+    std::vector<std::uint8_t> pixels;
+    for (const std::size_t offset : {3 * 40503U, 3 * 40503U + 2654435761U, 3 * 40503U + 2 * 2654435761U}) {
+        for (std::size_t column = 0; column < kUnmarked.width; ++column)
+            pixels.push_back(noise[offset % 256 + column]);
+    }
+    EXPECT_EQ(Drawn(kUnmarked, Pattern::kNoise, 3), pixels);
+}
+
+TEST(Picture, PutsTheLowByteOfAPixelFirstAndColoursApart) {
+    using Pixels = std::vector<std::uint8_t>;
+    EXPECT_EQ(Drawn({.width = 3, .height = 1, .bytesPerPixel = 2, .bits = 12}, Pattern::kColumns, 100),
+              (Pixels{0x90, 0x01, 0x94, 0x01, 0x98, 0x01}));
+    EXPECT_EQ(Drawn({.width = 2, .height = 1, .bytesPerPixel = 3, .bits = 8}, Pattern::kColumns, 10),
+              (Pixels{10, 95, 180, 11, 96, 181}));
+}
+
+TEST(Picture, MovesThroughAllValuesOfItsLongestPeriod) {
+    const Geometry deep{.width = 3, .height = 1, .bytesPerPixel = 2, .bits = 16};
+    EXPECT_EQ(Drawn(deep, Pattern::kColumns, 1024), Drawn(deep, Pattern::kColumns, 0));
+    EXPECT_EQ(Drawn(deep, Pattern::kColumns, 1023), (std::vector<std::uint8_t>{0xC0, 0xFF, 0, 0, 0x40, 0}));
+}
+
+TEST(Picture, ShowsWhatLiesBetweenItsLines) {
+    Settings settings;
+    settings.pitch = 8;
+    Picture picture(kUnmarked, settings);
+    const auto* bytes = static_cast<const std::uint8_t*>(picture.Draw(0).data);
+    EXPECT_EQ(std::vector<std::uint8_t>(bytes, bytes + 16),
+              (std::vector<std::uint8_t>{0, 1, 2, 3, 4, 0xA5, 0xA5, 0xA5, 1, 2, 3, 4, 5, 0xA5, 0xA5, 0xA5}));
 }
 
 }  // namespace

@@ -32,6 +32,7 @@ TEST(Settings, HaveDefaults) {
     EXPECT_EQ(settings.dropEvery, 0U);
     EXPECT_EQ(settings.frames, 0U);
     EXPECT_FALSE(settings.triggered);
+    EXPECT_EQ(settings.firstTag, 0U);
     EXPECT_EQ(settings.pixelClock, 85000000U);
     EXPECT_TRUE(settings.poCL);
     EXPECT_FALSE(settings.failInit || settings.failStart || settings.failStop);
@@ -71,6 +72,33 @@ TEST(Settings, RefuseInvalidValues) {
                             "FrameRate=1e9", "FrameRate=1e-300", "Pattern=Blue", "Trigger=on", "PoCL=",
                             "FirstTag=4294967296", "DropEvery=x", "Frames=-3", "PixelClock=18446744073709551616"})
         EXPECT_NE(RefusalOf(std::string("S;") + bad), "") << bad;
+}
+
+TEST(Settings, ReadBothEndsOfEveryRange) {
+    EXPECT_EQ(ParseSettings("S;FrameRate=0").frameRate, 0);
+    EXPECT_EQ(ParseSettings("S;FrameRate=1e-6").frameRate, 1e-6);
+    EXPECT_EQ(ParseSettings("S;FrameRate=1e6").frameRate, 1e6);
+    EXPECT_NE(RefusalOf("S;FrameRate=1000000.1"), "");
+    EXPECT_NE(RefusalOf("S;FrameRate=9e-7"), "");
+    EXPECT_EQ(ParseSettings("S;Pitch=1").pitch, 1U);
+    EXPECT_EQ(ParseSettings("S;Pitch=1048576").pitch, 1048576U);
+    EXPECT_NE(RefusalOf("S;Pitch=1048577"), "");
+    EXPECT_EQ(ParseSettings("S;Frames=18446744073709551615").frames, ~std::uint64_t{0});
+    EXPECT_EQ(ParseSettings("S;DropEvery=0").dropEvery, 0U);
+    EXPECT_EQ(ParseSettings("S;PixelClock=0;FirstTag=0").pixelClock, 0U);
+}
+
+TEST(Settings, ReadEachWordOfASwitchAndAPattern) {
+    EXPECT_EQ(ParseSettings("S;Pattern=Diagonal").pattern, Pattern::kDiagonal);
+    EXPECT_EQ(ParseSettings("S;Pattern=Columns").pattern, Pattern::kColumns);
+    EXPECT_EQ(ParseSettings("S;Pattern=Black").pattern, Pattern::kBlack);
+    EXPECT_TRUE(ParseSettings("S;PoCL=Off;PoCL=On").poCL);
+    EXPECT_FALSE(ParseSettings("S;Trigger=On;Trigger=Off").triggered);
+}
+
+TEST(Settings, LeaveOutTheNameAndWhatIsEmpty) {
+    EXPECT_EQ(ParseSettings("Pitch=64").pitch, 1U);
+    EXPECT_EQ(ParseSettings(";;Pitch=64;;").pitch, 64U);
 }
 
 }  // namespace

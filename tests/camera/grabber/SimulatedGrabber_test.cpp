@@ -197,6 +197,16 @@ TEST_F(SimulatedGrabberTest, EndsItsWatchesAtShutdown) {
     ASSERT_TRUE(Init("SaperaSimulated;Trigger=On"));
     m_grabber.Shutdown();
     EXPECT_EQ(m_host.deregistered, 5);
+    m_grabber.Shutdown();
+    EXPECT_EQ(m_host.deregistered, 5);
+}
+
+TEST_F(SimulatedGrabberTest, MakesNoFrameForACountBelowZero) {
+    ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;Trigger=On"));
+    ASSERT_TRUE(m_grabber.StartGrab());
+    m_host.Set("DebugData1", -1);
+    EXPECT_TRUE(m_grabber.StopGrab());
+    EXPECT_TRUE(m_host.Tags().empty());
 }
 
 TEST_F(SimulatedGrabberTest, FailsAsItIsAsked) {
@@ -236,6 +246,8 @@ TEST_F(SimulatedGrabberTest, SwitchesPoCL) {
     EXPECT_EQ(m_grabber.PoCLControl(20), 1);
     m_grabber.PoCLControl(0);
     EXPECT_EQ(m_grabber.PoCLControl(20), 0);
+    ASSERT_TRUE(Init("SaperaSimulated"));
+    EXPECT_EQ(m_grabber.PoCLControl(20), 1);
 }
 
 }  // namespace
