@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <limits>
+#include <utility>
 
 #include "gencp/Protocol.h"
 #include "simulator/CameraRegisters.h"
@@ -190,7 +192,119 @@ TEST(Lines, StatusFollowsTheInverter) {
 TEST(Gamma, IsADouble) {
     Camera camera("H2048");
     EXPECT_EQ(camera.Write(kGamma, std::bit_cast<std::uint64_t>(0.45)), kOk);
-    EXPECT_EQ(camera.Write(kGamma, std::bit_cast<std::uint64_t>(4.5)), kInvalid);
+    for (const double good : {0.25, 4.0})
+        EXPECT_EQ(camera.Write(kGamma, std::bit_cast<std::uint64_t>(good)), kOk) << good;
+    for (const double bad : {0.2, 4.5, std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_EQ(camera.Write(kGamma, std::bit_cast<std::uint64_t>(bad)), kInvalid) << bad;
+}
+
+struct Numbers {
+    Register where;
+    std::uint32_t factory;
+    std::uint32_t min;
+    std::uint32_t max;
+};
+
+void ExpectRange(Camera& camera, const Numbers& numbers) {
+    const std::uint64_t place = numbers.where.address;
+    EXPECT_EQ(camera.Read(numbers.where), numbers.factory) << place;
+    EXPECT_EQ(camera.Write(numbers.where, numbers.max + 1), kInvalid) << place;
+    if (numbers.min > 0) {
+        EXPECT_EQ(camera.Write(numbers.where, numbers.min - 1), kInvalid) << place;
+    }
+    EXPECT_EQ(camera.Write(numbers.where, numbers.min), kOk) << place;
+    EXPECT_EQ(camera.Write(numbers.where, numbers.max), kOk) << place;
+    EXPECT_EQ(camera.Read(numbers.where), numbers.max) << place;
+}
+
+TEST(Numbers, HaveTheirRangesAndWhatTheFactorySet) {
+    Camera camera("H2048");
+    const Numbers all[] = {{kTestPattern, 0, 0, 5},
+                           {kImageFlags, 0, 0, 3},
+                           {kLUTEnable, 0, 0, 1},
+                           {kLUTIndex, 0, 0, 255},
+                           {kLUTValue, 0, 0, 4095},
+                           {kLUTValue.At(4 * 255), 4080, 0, 4095},
+                           {kAcquisitionMode, 0, 0, 1},
+                           {kAcquisitionFrameRateEnable, 0, 0, 1},
+                           {kExposureMode, 0, 0, 1},
+                           {kExposureTime, 50'000, 10, 10'000'000},
+                           {kGainRaw, 0, 0, 240},
+                           {kBlackLevelRaw, 16, 0, 255},
+                           {kTriggerSelector, 1, 0, 1},
+                           {kTriggerMode.At(16), 0, 0, 1},
+                           {kTriggerSource.At(16), 0, 0, 6},
+                           {kTriggerActivation.At(16), 0, 0, 4},
+                           {kTriggerDelay.At(16), 0, 0, 10'000'000},
+                           {kLineSelector, 0, 0, 3},
+                           {kLineInverter, 0, 0, 1},
+                           {kLineSource.At(32), 0, 0, 3},
+                           {kClTapGeometry, 1, 0, 7},
+                           {kUserSetSelector, 0, 0, 2},
+                           {kUserSetDefault, 0, 0, 2},
+                           {kBinningHorizontal, 1, 1, 4},
+                           {kBinningVertical, 1, 1, 4}};
+    for (const Numbers& numbers : all)
+        ExpectRange(camera, numbers);
+    Camera line("H8192L");
+    for (const Numbers& numbers : {Numbers{kExposureAuto, 0, 0, 0}, Numbers{kTriggerSelector, 1, 0, 2},
+                                   Numbers{kImageFlags, 0, 0, 1}, Numbers{kBinningVertical, 1, 1, 1}})
+        ExpectRange(line, numbers);
+}
+
+TEST(Numbers, OfAModelAreReadOnly) {
+    Camera camera("H2048");
+    for (const auto& [where, value] :
+         {std::pair{kDeviceScanType, 0U}, std::pair{kSensorWidth, 2048U}, std::pair{kSensorHeight, 2048U},
+          std::pair{kWidthMax, 2048U}, std::pair{kHeightMax, 2048U}, std::pair{kDeviceTemperature, 365U},
+          std::pair{kDeviceClockFrequency, 80'000'000U}, std::pair{kSoftwareTriggerCount, 0U}, std::pair{kLineMode, 0U},
+          std::pair{kLineMode.At(16), 0U}, std::pair{kLineMode.At(32), 1U}}) {
+        EXPECT_EQ(camera.Read(where), value) << where.address;
+        EXPECT_NE(camera.Write(where, value), kOk) << where.address;
+    }
+    EXPECT_EQ(Camera("H8192L").Read(kDeviceScanType), 1U);
+}
+
+TEST(Commands, AreCarriedOutForOneOnly) {
+    Camera camera("H2048");
+    for (const Register& where : {kAcquisitionStart, kAcquisitionStop, kTriggerSoftware, kUserSetLoad}) {
+        EXPECT_EQ(camera.Write(where, 1), kOk) << where.address;
+        EXPECT_EQ(camera.Write(where, 0), kInvalid) << where.address;
+        EXPECT_EQ(camera.Write(where, 2), kInvalid) << where.address;
+    }
+    EXPECT_EQ(camera.Write(kUserSetSave, 1), gencp::kStatusWriteProtected);
+}
+
+TEST(FrameRate, HasItsLimits) {
+    Camera camera("H2048");
+    const auto write = [&camera](Register where, float rate) {
+        return camera.Write(where, std::bit_cast<std::uint32_t>(rate));
+    };
+    EXPECT_FLOAT_EQ(std::bit_cast<float>(camera.Read(kAcquisitionFrameRate)), 30.0F);
+    for (const float good : {0.1F, 340.0F})
+        EXPECT_EQ(write(kAcquisitionFrameRate, good), kOk) << good;
+    EXPECT_EQ(write(kAcquisitionFrameRate, 0.09F), kInvalid);
+    EXPECT_FLOAT_EQ(std::bit_cast<float>(camera.Read(kAcquisitionLineRate)), 340.0F);
+    EXPECT_EQ(write(kAcquisitionLineRate, 100.0F), kOk);
+    EXPECT_EQ(write(kAcquisitionLineRate, 99.0F), kInvalid);
+}
+
+TEST(Taps, HaveAGeometryForEachConfiguration) {
+    Camera camera("H2048");
+    const std::uint32_t configurations[] = {0, 0, 0, 1, 2, 3, 0, 0};
+    for (std::uint32_t geometry = 0; geometry < 8; ++geometry) {
+        EXPECT_EQ(camera.Write(kClTapGeometry, geometry), kOk);
+        EXPECT_EQ(camera.Read(kClConfiguration), configurations[geometry]) << geometry;
+    }
+    EXPECT_EQ(camera.Write(kClConfiguration, 4), kInvalid);
+    for (const auto& [configuration, geometry] :
+         {std::pair{3U, 5U}, std::pair{2U, 4U}, std::pair{1U, 3U}, std::pair{0U, 2U}}) {
+        EXPECT_EQ(camera.Write(kClConfiguration, configuration), kOk);
+        EXPECT_EQ(camera.Read(kClTapGeometry), geometry) << configuration;
+    }
+    EXPECT_EQ(camera.Write(kClTapGeometry, 7), kOk);
+    EXPECT_EQ(camera.Write(kClConfiguration, 0), kOk);
+    EXPECT_EQ(camera.Read(kClTapGeometry), 7U) << "the configuration did not change";
 }
 
 }  // namespace

@@ -50,7 +50,9 @@ TEST_F(SimulatorTest, PlaysManyCamerasAtOnce) {
 TEST_F(SimulatorTest, CamerasWithoutASerialNumberGetDifferentOnes) {
     Host first(Add("a"));
     Host second(Add("b"));
-    EXPECT_NE(first.Read(abrm::kSerialNumber), second.Read(abrm::kSerialNumber));
+    const auto text = [](const Bytes& bytes) { return std::string(bytes.begin(), std::ranges::find(bytes, 0)); };
+    EXPECT_EQ(text(first.Read(abrm::kSerialNumber)), "24000001");
+    EXPECT_EQ(text(second.Read(abrm::kSerialNumber)), "24000002");
 }
 
 TEST_F(SimulatorTest, GivesItsDescriptionInPieces) {
