@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "archives/Archives.h"
 #include "tests/application/ApplicationTest.h"
 
 namespace {
@@ -70,9 +71,17 @@ TEST_F(Descriptions, TellOfFaultsThatDoNotMatter) {
     EXPECT_THAT(warnings, testing::Each(testing::StartsWith("line ")));
 }
 
+TEST_F(Descriptions, AreReadFromAnArchiveWhateverItsName) {
+    m_folder.Write("archive.xml", MakeZip({{"camera.xml", kDescription}}));
+    EXPECT_EQ(Vanto::DescribeFile(m_folder / "archive.xml").model, "M1");
+    EXPECT_EQ(Vanto::DescribeFile(m_folder / "archive.xml").features.size(), 2u);
+}
+
 TEST_F(Descriptions, AreNoneWhereTheFileIsNone) {
     m_folder.Write("text.xml", "no description");
-    for (const char* name : {"text.xml", "missing.xml"}) {
+    m_folder.Write("empty.xml", "");
+    m_folder.Write("byte.xml", "P");
+    for (const char* name : {"text.xml", "empty.xml", "byte.xml", "missing.xml"}) {
         const auto error = Thrown<Vanto::CameraError>([&] { Vanto::DescribeFile(m_folder / name); });
         EXPECT_THAT(error.what(), HasSubstr(name));
     }

@@ -26,6 +26,8 @@ TEST(FrameIsCut, WhereAByteIsMissing) {
 TEST(FrameIsCut, WhereItsLastByteIsNotFilledUp) {
     EXPECT_FALSE(Vanto::IsCut(Result(3, Vanto::PixelType_Mono10p, 12)));
     EXPECT_TRUE(Vanto::IsCut(Result(3, Vanto::PixelType_Mono10p, 11)));
+    EXPECT_FALSE(Vanto::IsCut(Result(3, Vanto::PixelType_Mono1p, 2))) << "9 bits";
+    EXPECT_TRUE(Vanto::IsCut(Result(3, Vanto::PixelType_Mono1p, 1)));
 }
 
 TEST(FrameIsCut, NotWhereItsSizeIsUnknown) {
