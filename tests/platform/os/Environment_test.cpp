@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <string>
+#include <thread>
+
 namespace {
 
 using os::EnvironmentStatus;
@@ -46,6 +50,32 @@ TEST_F(Environment, RefusesImpossibleNames) {
     EXPECT_FALSE(os::SetEnvironment(nullptr, "x"));
     EXPECT_FALSE(os::UnsetEnvironment(nullptr));
     EXPECT_EQ(os::GetEnvironment(nullptr).status, EnvironmentStatus::kAbsent);
+}
+
+// A variable that goes moves all behind it: who reads at that moment without a lock may miss one that is there.
+TEST_F(Environment, IsWholeForThoseWhoReadWhileOthersChangeIt) {
+    const auto before = [](int number) { return kName + std::to_string(number); };
+    constexpr int kOthers = 300;
+    std::atomic<int> missed{0};
+    for (int round = 0; round < 50; ++round) {
+        for (int number = 0; number < kOthers; ++number)
+            os::SetEnvironment(before(number).c_str(), "x");
+        os::SetEnvironment(kName, "there");
+        std::atomic<bool> isReading{false};
+        std::atomic<bool> isDone{false};
+        std::thread reader([&] {
+            for (; !isDone; isReading = true)
+                missed += os::GetEnvironment(kName).status == EnvironmentStatus::kPresent ? 0 : 1;
+        });
+        while (!isReading)
+            std::this_thread::yield();
+        for (int number = 0; number < kOthers; ++number)
+            os::UnsetEnvironment(before(number).c_str());
+        isDone = true;
+        reader.join();
+        os::UnsetEnvironment(kName);
+    }
+    EXPECT_EQ(missed, 0);
 }
 
 }  // namespace
