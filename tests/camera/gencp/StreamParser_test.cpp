@@ -128,6 +128,21 @@ TEST(StreamParser, GivesUpAPartialPacketOnDemand) {
     EXPECT_EQ(parser.BytesNeeded(), kHeaderSize);
 }
 
+TEST(StreamParser, KeepsOnlyWhatMayBeginAPacket) {
+    const auto skippedOf = [](const Bytes& bytes) {
+        StreamParser parser;
+        parser.Append(bytes);
+        EXPECT_EQ(parser.IsInsidePacket(), parser.SkippedBytes() < bytes.size());
+        return parser.SkippedBytes();
+    };
+    EXPECT_EQ(skippedOf({0x01}), 0U);
+    EXPECT_EQ(skippedOf({0x01, 0x00}), 0U);
+    EXPECT_EQ(skippedOf({0x55}), 1U);
+    EXPECT_EQ(skippedOf({0x01, 0x55}), 2U);
+    EXPECT_EQ(skippedOf({0x01, 0x55, 0x01}), 2U);
+    EXPECT_EQ(skippedOf({0x00, 0x01, 0x01, 0x00, 0x55}), 2U);
+}
+
 TEST(StreamParser, ClearForgetsEverything) {
     StreamParser parser;
     parser.Append(ByteView(Ack(1)).first(20));
