@@ -81,7 +81,7 @@ void* Library::Symbol(const char* name) const {
  */
 std::string PathOfCode(const void* address) {
     Dl_info info{};
-    if (::dladdr(address, &info) == 0 || info.dli_fname == nullptr)
+    if (::dladdr(address, &info) == 0)
         return {};
     struct Freer {
         void operator()(char* text) const noexcept { std::free(text); }

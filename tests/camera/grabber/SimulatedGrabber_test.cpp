@@ -38,6 +38,7 @@ public:
             return 0;
         function(device[name], context, kind);
         m_watched[name] = [=](std::int64_t value) { function(value, context, kind); };
+        m_kinds.push_back(kind);
         return m_watched.size();
     }
     bool DeregisterNodeCallback(Vanto::FgNodeCallbackHandle) noexcept override {
@@ -47,10 +48,12 @@ public:
     Vanto::FgNodeCallbackHandle RegisterStreamNodeCallback(const char* name, Vanto::FgNodeCallback function,
                                                            void* context, std::uint32_t kind) noexcept override {
         m_watched[name] = [=](std::int64_t value) { function(value, context, kind); };
+        m_kinds.push_back(kind);
         return m_watched.size();
     }
 
     void Set(const std::string& name, std::int64_t value) { m_watched.at(name)(value); }
+    std::vector<std::uint32_t> Kinds() const { return m_kinds; }
     bool WaitForFrames(std::size_t count) {
         std::unique_lock lock(m_lock);
         return m_changed.wait_for(lock, kPatience, [&] { return m_tags.size() >= count; });
@@ -75,6 +78,7 @@ private:
     std::vector<std::uint32_t> m_tags;
     std::vector<std::optional<std::uint64_t>> m_marks;
     std::map<std::string, std::function<void(std::int64_t)>> m_watched;
+    std::vector<std::uint32_t> m_kinds;
 };
 
 std::string ErrorOf(SimulatedGrabber& grabber) {
@@ -191,6 +195,11 @@ TEST_F(SimulatedGrabberTest, FollowsTheCamerasGeometry) {
     m_host.Set("Width", 128);
     EXPECT_TRUE(m_grabber.StartGrab());
     EXPECT_TRUE(m_host.WaitForFrames(1));
+}
+
+TEST_F(SimulatedGrabberTest, WatchesItsNodesWithoutAKind) {
+    ASSERT_TRUE(Init("SaperaSimulated;Trigger=On"));
+    EXPECT_EQ(m_host.Kinds(), std::vector<std::uint32_t>(5, 0));
 }
 
 TEST_F(SimulatedGrabberTest, EndsItsWatchesAtShutdown) {
