@@ -5,8 +5,6 @@
 
 #include "ErrorText.h"
 
-#include <array>
-
 #include "clser/ClSerial.h"
 #include "os/PerThread.h"
 
@@ -19,7 +17,7 @@ struct Row {
     const char* text;
 };
 
-constexpr std::array<Row, 15> kRows{{
+constexpr Row kRows[] = {
     {CL_ERR_NO_ERR, "No error."},
     {CL_ERR_BUFFER_TOO_SMALL, "The buffer is too small."},
     {CL_ERR_MANU_DOES_NOT_EXIST, "The maker does not exist."},
@@ -35,7 +33,7 @@ constexpr std::array<Row, 15> kRows{{
     {CL_ERR_IN_USE, "In use."},
     {CL_ERR_UNABLE_TO_LOAD_DLL, "The library could not be loaded."},
     {CL_ERR_FUNCTION_NOT_FOUND, "The function was not found in the library."},
-}};
+};
 
 struct LastError {
     std::int32_t code = CL_ERR_NO_ERR;
