@@ -145,14 +145,6 @@ std::int64_t IntegerArithmetic::Binary(EOperation operation, std::int64_t left, 
             return ShiftLeft(left, right);
         case EOperation::ShiftRight:
             return left >> ShiftCount(right);
-        case EOperation::Equal:
-            return left == right;
-        case EOperation::NotEqual:
-            return left != right;
-        case EOperation::Less:
-            return left < right;
-        case EOperation::Greater:
-            return left > right;
         case EOperation::LessOrEqual:
             return left <= right;
         case EOperation::GreaterOrEqual:
@@ -199,12 +191,6 @@ void FloatArithmetic::RequireExpected(double result, double left, double right) 
 
 double FloatArithmetic::Binary(EOperation operation, double left, double right) {
     switch (operation) {
-        case EOperation::Add:
-            return Checked(left + right, left, right);
-        case EOperation::Subtract:
-            return Checked(left - right, left, right);
-        case EOperation::Multiply:
-            return Checked(left * right, left, right);
         case EOperation::Divide:
             if (right == 0.0)
                 ThrowDivisionByZero();
@@ -225,14 +211,6 @@ double FloatArithmetic::Binary(EOperation operation, double left, double right) 
             return static_cast<double>(ShiftLeft(Bits(left), Bits(right)));
         case EOperation::ShiftRight:
             return static_cast<double>(Bits(left) >> ShiftCount(Bits(right)));
-        case EOperation::Equal:
-            return left == right;
-        case EOperation::NotEqual:
-            return left != right;
-        case EOperation::Less:
-            return left < right;
-        case EOperation::Greater:
-            return left > right;
         case EOperation::LessOrEqual:
             return left <= right;
         case EOperation::GreaterOrEqual:

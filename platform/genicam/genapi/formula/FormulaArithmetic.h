@@ -12,6 +12,8 @@
 
 namespace GenApi {
 
+// The most common operators are no part of these: the machine that runs a formula computes them itself.
+
 /// Operators and functions of a formula that computes in integers.
 struct IntegerArithmetic {
     using Number = std::int64_t;
