@@ -23,15 +23,9 @@ CallbackHandleType CallbackTable::Add(std::uint32_t node, CNodeCallback* callbac
     // Taken over from here on, whatever fails.
     const auto destroy = [](CNodeCallback* taken) { taken->Destroy(); };
     std::unique_ptr<CNodeCallback, decltype(destroy)> owned(callback);
-    CallbackList& list = m_entries[node];
-    list.emplace_back();
-    try {
-        list.back() = std::make_shared<CallbackEntry>(callback);
-    } catch (...) {
-        list.pop_back();
-        throw;
-    }
-    owned.release();
+    auto entry = std::make_shared<CallbackEntry>(callback);
+    owned.release();  // the entry destroys it
+    m_entries[node].push_back(std::move(entry));
     m_before += RunsBefore(*callback) ? 1 : 0;
     return reinterpret_cast<CallbackHandleType>(callback);
 }
