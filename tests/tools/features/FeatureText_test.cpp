@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "error/ExitCode.h"
 #include "features/Assignments.h"
 #include "features/FeatureWalk.h"
@@ -97,6 +99,38 @@ TEST_F(FeatureText, ChecksAllBeforeTheFirstWrite) {
 TEST_F(FeatureText, LooksAtLimitsThatAnEarlierOneMovesWhenItsTurnComes) {
     EXPECT_EQ(Refused({{"Limit", "128"}, {"Whole", "100"}}), "taken");
     EXPECT_EQ(Get("Whole"), "100");
+}
+
+/// Four bytes behind a register.
+class Cell final : public GenApi::IPort {
+public:
+    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
+    void Read(void* buffer, std::int64_t, std::int64_t) override { std::memcpy(buffer, &m_number, sizeof(m_number)); }
+    void Write(const void* buffer, std::int64_t, std::int64_t) override {
+        std::memcpy(&m_number, buffer, sizeof(m_number));
+    }
+
+private:
+    std::uint32_t m_number = 64;
+};
+
+TEST_F(FeatureText, LooksAtLimitsThatAnEarlierOneMovesThroughItsRegister) {
+    Cell cell;
+    GenApi::CNodeMapRef map;
+    map._LoadXMLFromString(R"(<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None"
+        SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0"
+        SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
+        xmlns="http://www.genicam.org/GenApi/Version_1_1">
+        <Category Name="Root"><pFeature>Front</pFeature><pFeature>Bound</pFeature></Category>
+        <Integer Name="Front"><pValue>Behind</pValue></Integer><Integer Name="Limit"><pValue>Behind</pValue></Integer>
+        <IntReg Name="Behind"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
+        </IntReg><Integer Name="Bound"><Value>1</Value><pMax>Limit</pMax></Integer><Port Name="Device"/>
+        </RegisterDescription>)");
+    map._Connect(&cell);
+    Assignments steps(*map._GetNodeMap(), {{"Front", "128"}, {"Bound", "100"}});
+    steps.Check();
+    steps.Apply();
+    EXPECT_EQ(Vanto::ReadText(FindFeature(*map._GetNodeMap(), "Bound")), "100");
 }
 
 TEST_F(FeatureText, PutsBackWhatWasSetBeforeARefusal) {
