@@ -139,8 +139,8 @@ void Features::FitWindow(Register size, Register offset, std::uint32_t max, std:
 }
 
 void Features::AddGeometry() {
-    AddNumber(kBinningHorizontal, 1, 1, m_model.binningMax);
-    AddNumber(kBinningVertical, 1, 1, m_model.isLineScan ? 1 : m_model.binningMax);
+    AddSetting(kBinningHorizontal, NumberBytes(1, 4));
+    AddSetting(kBinningVertical, NumberBytes(1, 4));
     AddSetting(kWidth, NumberBytes(m_model.sensorWidth, 4));
     AddSetting(kHeight, NumberBytes(m_model.isLineScan ? 1024 : m_model.sensorHeight, 4));
     AddSetting(kOffsetX, NumberBytes(0, 4));
@@ -224,13 +224,13 @@ void Features::AddAcquisition() {
     m_file.AddNumber(kResultingFrameRate, Access::kRead, 0);
     m_file.OnRead(kResultingFrameRate, [this] { return FloatBytes(ResultingRate()); });
     AddNumber(kExposureMode, 0, 0, 1);
-    AddNumber(kExposureTime, m_model.isLineScan ? 500 : 50'000, 10, m_model.exposureMax * 10);
+    AddSetting(kExposureTime, NumberBytes(m_model.isLineScan ? 500 : 50'000, 4));
     m_file.OnWrite(kExposureTime, [this](ByteView value) {
         const std::uint32_t time = gencp::Load32(value, 0);
         return m_file.Number(kExposureAuto) == kAutoContinuous ? gencp::kStatusAccessDenied
                                                                : Check(time >= 10 && time <= m_model.exposureMax * 10);
     });
-    AddNumber(kExposureAuto, 0, 0, kAutoContinuous);
+    AddSetting(kExposureAuto, NumberBytes(0, 4));
     m_file.OnWrite(kExposureAuto, [this](ByteView value) { return ChangeExposureAuto(gencp::Load32(value, 0)); });
     // Once is done with the next image, so it reads back as Off.
     m_file.OnRead(kExposureAuto, [this] {
@@ -286,7 +286,7 @@ void Features::AddAnalog() {
 
 /// The configuration is as large as the taps need; choosing one by itself takes the most taps that it has.
 void Features::AddTransport() {
-    AddNumber(kClTapGeometry, 1, 0, static_cast<std::uint32_t>(kTaps.size() - 1));
+    AddSetting(kClTapGeometry, NumberBytes(1, 4));
     m_file.OnWrite(kClTapGeometry, [this](ByteView value) {
         const std::uint32_t geometry = gencp::Load32(value, 0);
         if (geometry >= kTaps.size())
@@ -294,7 +294,7 @@ void Features::AddTransport() {
         m_file.SetNumber(kClConfiguration, ConfigurationOf(kTaps[geometry]));
         return kOk;
     });
-    AddNumber(kClConfiguration, 0, 0, 3);
+    AddSetting(kClConfiguration, NumberBytes(0, 4));
     m_file.OnWrite(kClConfiguration, [this](ByteView value) {
         constexpr std::array<std::uint32_t, 4> kGeometries{2, 3, 4, 5};
         const std::uint32_t configuration = gencp::Load32(value, 0);
