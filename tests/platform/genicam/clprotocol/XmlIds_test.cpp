@@ -97,4 +97,23 @@ TEST(XmlIds, PrefersTheFileOfTheSameDescription) {
     EXPECT_EQ(candidates.front().file, "file");
 }
 
+TEST(XmlIds, KeepsEqualOnesInTheirOrder) {
+    const XmlId id = *XmlId::Parse("SchemaVersion.1.1@M@XMLVersion.1.0.0");
+    std::vector<XmlCandidate> candidates;
+    for (const char* file : {"1", "2", "3", "4"})
+        candidates.push_back({id, file});
+    CLProtocol::SortBestFirst(candidates);
+    std::string order;
+    for (const XmlCandidate& candidate : candidates)
+        order += candidate.file;
+    EXPECT_EQ(order, "1234");
+}
+
+TEST(XmlIds, PrefersMoreTokensToMoreLetters) {
+    EXPECT_EQ(BestOf({"SchemaVersion.1.1@Marlow#Heron2@XMLVersion.1.0.0", "SchemaVersion.1.1@M#H#1@XMLVersion.1.0.0"}),
+              "SchemaVersion.1.1@M#H#1@XMLVersion.1.0.0");
+    EXPECT_EQ(BestOf({"SchemaVersion.1.1@M#H@XMLVersion.9.0.0", "SchemaVersion.1.1@M#H1@XMLVersion.1.0.0"}),
+              "SchemaVersion.1.1@M#H1@XMLVersion.1.0.0");
+}
+
 }  // namespace
