@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -86,20 +85,6 @@ private:
     std::set<GenApi::INode*> m_seen;
 };
 
-bool IsZip(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    char mark[2] = {};
-    file.read(mark, sizeof(mark));
-    return file && mark[0] == 'P' && mark[1] == 'K';
-}
-
-void LoadFile(GenApi::CNodeMapRef& map, const std::string& path) {
-    if (IsZip(path))
-        map._LoadXMLFromZIPFile(path);
-    else
-        map._LoadXMLFromFile(path);
-}
-
 }  // namespace
 
 /**
@@ -113,7 +98,7 @@ void LoadFile(GenApi::CNodeMapRef& map, const std::string& path) {
 Description DescribeFile(const std::string& path) {
     try {
         GenApi::CNodeMapRef map;
-        LoadFile(map, path);
+        map._LoadXMLFromFile(path);
         Description description{map._GetVendorName().str(), map._GetModelName().str(), map._GetToolTip().str(), {}, {}};
         Collection collection(map);
         collection.Below(map._GetNode("Root"), std::string());

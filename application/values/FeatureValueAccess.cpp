@@ -260,7 +260,7 @@ FeatureBytes ReadBytes(GenApi::INode& node) {
     if (KindOf(node) != FeatureKind::kRegister)
         Refuse(node, "is no register");
     auto& source = As<GenApi::IRegister>(node);
-    FeatureBytes bytes(static_cast<std::size_t>(std::max<std::int64_t>(source.GetLength(), 0)));
+    FeatureBytes bytes(static_cast<std::size_t>(source.GetLength()));  // at least one, or an exception
     source.Get(bytes.data(), static_cast<std::int64_t>(bytes.size()));
     return bytes;
 }
