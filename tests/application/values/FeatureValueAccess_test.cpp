@@ -92,6 +92,7 @@ TEST_F(FeatureValues, OfOtherKindsAreRefused) {
     ExpectRefusal<InvalidArgumentException>("Choice", true, "Choice is set to one of its entries");
     ExpectRefusal<InvalidArgumentException>("Go", "1", "Go is a command, which is executed");
     ExpectRefusal<InvalidArgumentException>("Root", "1", "Root has no value");
+    EXPECT_THROW(Vanto::ReadBytes(Node("Whole")), InvalidArgumentException);
 }
 
 TEST_F(FeatureValues, ThatAreNotAvailableAreOutOfRange) {

@@ -20,11 +20,11 @@ namespace GenApi {
 
 namespace {
 
-template <class T, std::size_t N>
-using Words = std::array<std::pair<std::string_view, T>, N>;
+template <class T>
+using Word = std::pair<std::string_view, T>;
 
 template <class T, std::size_t N>
-std::optional<T> Find(const Words<T, N>& words, std::string_view text) noexcept {
+std::optional<T> Find(const Word<T> (&words)[N], std::string_view text) noexcept {
     for (const auto& [word, value] : words) {
         if (AreEqual(word, text))
             return value;
@@ -33,28 +33,24 @@ std::optional<T> Find(const Words<T, N>& words, std::string_view text) noexcept 
 }
 
 // R and W are not of the schema; descriptions have them.
-constexpr Words<EAccessMode, 7> kAccessModes = {
-    {{"RO", RO}, {"RW", RW}, {"WO", WO}, {"NA", NA}, {"NI", NI}, {"R", RO}, {"W", WO}}};
-constexpr Words<ECachingMode, 3> kCachingModes = {
-    {{"NoCache", NoCache}, {"WriteThrough", WriteThrough}, {"WriteAround", WriteAround}}};
-constexpr Words<EEndianess, 2> kEndianesses = {{{"LittleEndian", LittleEndian}, {"BigEndian", BigEndian}}};
-constexpr Words<ESign, 2> kSigns = {{{"Unsigned", Unsigned}, {"Signed", Signed}}};
-constexpr Words<EVisibility, 4> kVisibilities = {
-    {{"Beginner", Beginner}, {"Expert", Expert}, {"Guru", Guru}, {"Invisible", Invisible}}};
-constexpr Words<ERepresentation, 7> kRepresentations = {{{"Linear", Linear},
-                                                         {"Logarithmic", Logarithmic},
-                                                         {"Boolean", Boolean},
-                                                         {"PureNumber", PureNumber},
-                                                         {"HexNumber", HexNumber},
-                                                         {"IPV4Address", IPV4Address},
-                                                         {"MACAddress", MACAddress}}};
-constexpr Words<EDisplayNotation, 3> kNotations = {
-    {{"Automatic", fnAutomatic}, {"Fixed", fnFixed}, {"Scientific", fnScientific}}};
-constexpr Words<ESlope, 4> kSlopes = {
-    {{"Increasing", Increasing}, {"Decreasing", Decreasing}, {"Varying", Varying}, {"Automatic", Automatic}}};
-constexpr Words<bool, 6> kYesNo = {
-    {{"Yes", true}, {"No", false}, {"true", true}, {"false", false}, {"1", true}, {"0", false}}};
-constexpr Words<ENameSpace, 2> kNameSpaces = {{{"Standard", Standard}, {"Custom", Custom}}};
+constexpr Word<EAccessMode> kAccessModes[] = {{"RO", RO}, {"RW", RW}, {"WO", WO}, {"NA", NA},
+                                              {"NI", NI}, {"R", RO},  {"W", WO}};
+constexpr Word<ECachingMode> kCachingModes[] = {
+    {"NoCache", NoCache}, {"WriteThrough", WriteThrough}, {"WriteAround", WriteAround}};
+constexpr Word<EEndianess> kEndianesses[] = {{"LittleEndian", LittleEndian}, {"BigEndian", BigEndian}};
+constexpr Word<ESign> kSigns[] = {{"Unsigned", Unsigned}, {"Signed", Signed}};
+constexpr Word<EVisibility> kVisibilities[] = {
+    {"Beginner", Beginner}, {"Expert", Expert}, {"Guru", Guru}, {"Invisible", Invisible}};
+constexpr Word<ERepresentation> kRepresentations[] = {
+    {"Linear", Linear},       {"Logarithmic", Logarithmic}, {"Boolean", Boolean},      {"PureNumber", PureNumber},
+    {"HexNumber", HexNumber}, {"IPV4Address", IPV4Address}, {"MACAddress", MACAddress}};
+constexpr Word<EDisplayNotation> kNotations[] = {
+    {"Automatic", fnAutomatic}, {"Fixed", fnFixed}, {"Scientific", fnScientific}};
+constexpr Word<ESlope> kSlopes[] = {
+    {"Increasing", Increasing}, {"Decreasing", Decreasing}, {"Varying", Varying}, {"Automatic", Automatic}};
+constexpr Word<bool> kYesNo[] = {{"Yes", true},    {"No", false}, {"true", true},
+                                 {"false", false}, {"1", true},   {"0", false}};
+constexpr Word<ENameSpace> kNameSpaces[] = {{"Standard", Standard}, {"Custom", Custom}};
 
 // Numbers of one base between separators, the first being the most significant.
 std::optional<std::int64_t> ParseGroups(std::string_view text, char separator, std::size_t groups, int radix) noexcept {
