@@ -80,6 +80,7 @@ stage_format() {
         clang-format --dry-run -Werror "$file" || wrong+=("$file")
     done < <(sources)
     sources | xargs cmake/check-style.py || return 1
+    sources | xargs cmake/check-includes.py || return 1
     [ ${#wrong[@]} -eq 0 ] && return 0
     echo "This repairs it: clang-format -i ${wrong[*]}" >&2
     return 1

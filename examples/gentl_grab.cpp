@@ -4,6 +4,7 @@
  * example-gentl_grab PRODUCER [COUNT]
  */
 
+#include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>

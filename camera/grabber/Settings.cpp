@@ -7,6 +7,7 @@
 
 #include <charconv>
 #include <stdexcept>
+#include <system_error>
 
 namespace grabber {
 

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <condition_variable>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <random>
 #include <set>

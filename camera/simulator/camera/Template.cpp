@@ -5,6 +5,8 @@
 
 #include "camera/Template.h"
 
+#include <algorithm>
+#include <functional>
 #include <stdexcept>
 
 namespace MarlowSim {

@@ -5,6 +5,7 @@
 
 #include "stage/ControlCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <vector>

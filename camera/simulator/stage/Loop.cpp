@@ -5,6 +5,7 @@
 
 #include "stage/Loop.h"
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 #include <utility>

@@ -8,6 +8,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "os/Environment.h"

@@ -5,6 +5,8 @@
 
 #include "clbindings/XercesGuard.h"
 
+#include <stdexcept>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <xercesc/util/PlatformUtils.hpp>

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cctype>
+#include <functional>
 #include <set>
 #include <string>
 

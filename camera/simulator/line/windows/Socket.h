@@ -10,6 +10,7 @@
 // After winsock2.h, which it must not precede.
 #include <windows.h>
 
+#include <cstdint>
 #include <system_error>
 
 namespace MarlowSim {

@@ -6,6 +6,7 @@
 #include "schema/Arena.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace GenApi {
 

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <system_error>
 
 #include "base/Utf8.h"
 

@@ -6,6 +6,7 @@
 #include "SerialLibraryLine.h"
 
 #include <array>
+#include <cstdint>
 #include <stdexcept>
 #include <type_traits>
 

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <random>
 #include <set>
+#include <stdexcept>
 
 #include "../../../support/TemporaryFolder.h"
 #include "camera/Template.h"

@@ -3,6 +3,8 @@
  * Tests of the frame's choice of a description, and of the chunks' node maps
  */
 
+#include <stdexcept>
+
 #include "tests/VantoCLSer/Fixture.h"
 #include "tests/include/vanto/internal/TestTl.h"
 

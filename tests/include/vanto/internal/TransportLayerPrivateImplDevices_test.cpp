@@ -5,6 +5,7 @@
 
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
+#include <stdexcept>
 #include <thread>
 
 #include "TransportLayerPrivateImplFixture.h"

@@ -6,6 +6,7 @@
 #include "vanto/internal/TransportLayerPrivateImpl.h"
 
 #include <ostream>
+#include <stdexcept>
 
 #include "TransportLayerPrivateImplFixture.h"
 #include "tests/VantoCLSer/Fixture.h"

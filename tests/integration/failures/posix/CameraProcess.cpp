@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cerrno>
+#include <stdexcept>
 #include <system_error>
 
 #include "simulator/Simulator.h"

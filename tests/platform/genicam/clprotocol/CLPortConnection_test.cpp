@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <stdexcept>
 
 #include "CLPortFixture.h"
 #include "CLProtocol/DeviceID.h"

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <stdexcept>
 
 #include "CLPortFixture.h"
 #include "CLProtocol/Diagnostics.h"

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <future>
+#include <stdexcept>
 
 #include "CLProtocol/CLException.h"
 #include "CLProtocol/Diagnostics.h"

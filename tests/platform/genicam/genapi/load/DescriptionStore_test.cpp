@@ -3,6 +3,7 @@
  * Several node maps of one description
  */
 
+#include <array>
 #include <thread>
 
 #include "Support.h"
