@@ -5,6 +5,8 @@
 unset VANTO_ROOT VANTO_CL_BINDINGS VANTO_USE_TL VANTO_XML_BINDINGS VANTO_LOG
 unset GENICAM_CLPROTOCOL GENICAM_CACHE GENICAM_GENTL64_PATH CLSERIALPATH CLSERTTY_PATH
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+# What the compiler cache asks for where headers are precompiled: no source of ours looks at the time of its compiling.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 # packages_of STEP...: the Debian packages that packaging/debian-packages.txt lists for the steps.
 packages_of() {
