@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "Base/GCException.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
@@ -87,6 +88,19 @@ TEST(GrabState, IsNotOverdueBeforeNorAfterAStop) {
     CGrabState state;
     EXPECT_FALSE(state.IsStopOverdue());
     state.BeginStop();
+    state.EndStop();
+    EXPECT_FALSE(state.IsStopOverdue());
+}
+
+TEST(GrabState, IsOverdueUntilTheLastOneWhoStopsHasEnded) {
+    CGrabState state;
+    state.BeginStop();
+    EXPECT_FALSE(state.IsStopOverdue());
+    ASSERT_TRUE(test_support::WaitUntil([&] { return state.IsStopOverdue(); }));
+    state.BeginStop();
+    EXPECT_TRUE(state.IsStopOverdue()) << "it counts from the first one";
+    state.EndStop();
+    EXPECT_TRUE(state.IsStopOverdue());
     state.EndStop();
     EXPECT_FALSE(state.IsStopOverdue());
 }
