@@ -59,7 +59,7 @@ GenICam::gcstring CNode::StringOf(ETag tag) const {
 
 bool CNode::YesOf(ETag tag, bool otherwise) const {
     const Property* property = Find(tag);
-    return property != nullptr ? ParseYesNo(TextOf(*property)).value_or(otherwise) : otherwise;
+    return property != nullptr ? ParseWord<bool>(TextOf(*property)).value_or(otherwise) : otherwise;
 }
 
 // --- IBase and INode ---
@@ -99,8 +99,8 @@ ENameSpace CNode::GetNameSpace() const {
 }
 
 EVisibility CNode::GetVisibility() const {
-    const EVisibility own = ParseVisibility(TextOf(ETag::Visibility)).value_or(Beginner);
-    const EVisibility imposed = ParseVisibility(TextOf(ETag::ImposedVisibility)).value_or(Beginner);
+    const EVisibility own = ParseWord<EVisibility>(TextOf(ETag::Visibility)).value_or(Beginner);
+    const EVisibility imposed = ParseWord<EVisibility>(TextOf(ETag::ImposedVisibility)).value_or(Beginner);
     const AutoLock lock(m_map->GetLock());
     return Combine(Combine(own, imposed), m_userVisibility);
 }

@@ -69,7 +69,7 @@ EAccessMode CNode::ComputeAccess(Evaluation& evaluation, bool withLocks) {
     EAccessMode mode = ReadAccess(evaluation, withLocks);
     if (hasRules) {
         if (const Property* imposed = Find(ETag::ImposedAccessMode))
-            mode = Combine(mode, ParseAccessMode(TextOf(*imposed)).value_or(RW));
+            mode = Combine(mode, ParseWord<EAccessMode>(TextOf(*imposed)).value_or(RW));
         const Condition available = Rule(ETag::pIsAvailable, evaluation);
         if (implemented == Condition::Unknown || available == Condition::False || available == Condition::Unknown)
             mode = Combine(mode, NA);

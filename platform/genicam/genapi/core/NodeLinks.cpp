@@ -61,7 +61,7 @@ ECachingMode CNode::GetCachingMode() const {
     for (std::size_t next = 0; next < parts.size() && mode != NoCache; ++next) {
         const CNode& node = *parts[next];
         if (const Property* caching = node.Find(ETag::Cachable))
-            mode = LessCaching(mode, ParseCachingMode(node.TextOf(*caching)).value_or(WriteThrough));
+            mode = LessCaching(mode, ParseWord<ECachingMode>(node.TextOf(*caching)).value_or(WriteThrough));
         addPartsOf(node);
         if (node.Kind() == ENodeKind::StructEntry && node.Enclosing() != nullptr)
             addPartsOf(*node.Enclosing());

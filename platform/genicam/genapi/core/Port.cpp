@@ -15,7 +15,7 @@ namespace GenApi {
 
 void CPort::ConnectTo(IPort* port) noexcept {
     m_connected = port;
-    m_swaps = ParseYesNo(TextOf(ETag::SwapEndianess)).value_or(false);
+    m_swaps = ParseWord<bool>(TextOf(ETag::SwapEndianess)).value_or(false);
     m_mode = Ask();
 }
 

@@ -71,11 +71,11 @@ RegisterCore::RegisterCore(CNode& owner)
     if (m_port == nullptr)
         throw INVALID_ARGUMENT_EXCEPTION("pPort refers to '%s', which is no port", Shortened(owner.TextOf(*port)));
     if (const Property* access = owner.Find(ETag::AccessMode))
-        m_access = ParseAccessMode(owner.TextOf(*access)).value_or(RO);
+        m_access = ParseWord<EAccessMode>(owner.TextOf(*access)).value_or(RO);
     if (const Property* caching = owner.Find(ETag::Cachable))
-        m_caching = ParseCachingMode(owner.TextOf(*caching)).value_or(WriteThrough);
+        m_caching = ParseWord<ECachingMode>(owner.TextOf(*caching)).value_or(WriteThrough);
     if (const Property* endianess = owner.Find(ETag::Endianess))
-        m_endianess = ParseEndianess(owner.TextOf(*endianess)).value_or(LittleEndian);
+        m_endianess = ParseWord<EEndianess>(owner.TextOf(*endianess)).value_or(LittleEndian);
     if (const Property* length = owner.Find(ETag::pLength)) {
         m_lengthNode = &RequireIntegerNode(owner, *length);
     } else {

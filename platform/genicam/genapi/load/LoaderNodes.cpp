@@ -210,7 +210,7 @@ void Loader::LoadNodeAttributes(std::uint32_t node) {
             m_builder.Node(node).name = m_builder.Intern(Clean(raw, attribute.mayRefer));
             WarnAboutBlanks(raw, position, node, "The name");
         } else if (attribute.name == "NameSpace") {
-            const auto nameSpace = ParseNameSpace(Trimmed(raw));
+            const auto nameSpace = ParseWord<ENameSpace>(Trimmed(raw));
             if (!nameSpace)
                 Warn(wkBadValue, position, NameOf(node), {"NameSpace '", raw, "' is not known"});
             m_builder.Node(node).isStandard = nameSpace == Standard;

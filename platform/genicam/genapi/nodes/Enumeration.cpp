@@ -55,7 +55,7 @@ double CEnumEntry::GetNumericValue() {
 }
 
 bool CEnumEntry::IsSelfClearing() {
-    return ParseYesNo(TextOf(ETag::IsSelfClearing)).value_or(false);
+    return ParseWord<bool>(TextOf(ETag::IsSelfClearing)).value_or(false);
 }
 
 GenICam::gcstring CEnumEntry::ToString(bool, bool) {

@@ -110,7 +110,7 @@ double_autovector_t CFloatNode::GetListOfValidValues(bool bounded) {
 
 ERepresentation CFloatNode::GetRepresentation() {
     const MapAccess access(Map());
-    return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
+    return ParseWord<ERepresentation>(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CFloatNode::GetUnit() {
@@ -120,7 +120,7 @@ GenICam::gcstring CFloatNode::GetUnit() {
 
 EDisplayNotation CFloatNode::GetDisplayNotation() {
     const MapAccess access(Map());
-    return ParseDisplayNotation(InheritedText(ETag::DisplayNotation)).value_or(fnAutomatic);
+    return ParseWord<EDisplayNotation>(InheritedText(ETag::DisplayNotation)).value_or(fnAutomatic);
 }
 
 std::int64_t CFloatNode::GetDisplayPrecision() {

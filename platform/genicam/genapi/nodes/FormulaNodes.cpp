@@ -72,7 +72,7 @@ ConverterParts::ConverterParts(CNode& owner, bool floating) {
     // Without a way back the converter can only be read.
     if (owner.Find(ETag::FormulaTo) != nullptr)
         to = owner.Map().Memory().New<NodeFormula>(owner, ETag::FormulaTo, "FROM", floating);
-    slope = ParseSlope(owner.TextOf(ETag::Slope)).value_or(Automatic);
+    slope = ParseWord<ESlope>(owner.TextOf(ETag::Slope)).value_or(Automatic);
 }
 
 EAccessMode ConverterParts::Access(CNode&, Evaluation& evaluation, bool withLocks) {

@@ -80,7 +80,7 @@ int64_autovector_t CIntegerNode::GetListOfValidValues(bool bounded) {
 
 ERepresentation CIntegerNode::GetRepresentation() {
     const MapAccess access(Map());
-    return ParseRepresentation(InheritedText(ETag::Representation)).value_or(PureNumber);
+    return ParseWord<ERepresentation>(InheritedText(ETag::Representation)).value_or(PureNumber);
 }
 
 GenICam::gcstring CIntegerNode::GetUnit() {

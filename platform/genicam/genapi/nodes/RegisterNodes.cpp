@@ -168,7 +168,7 @@ bool CBytesNode::IsValueCacheValid() const {
 void CIntReg::Bind() {
     CRegisterNode::Bind();
     const Property* sign = Find(ETag::Sign);
-    m_isSigned = sign != nullptr && ParseSign(TextOf(*sign)) == Signed;
+    m_isSigned = sign != nullptr && ParseWord<ESign>(TextOf(*sign)) == Signed;
     const auto bitOf = [this](ETag tag) -> std::int16_t {
         const Property* property = Find(tag);
         const std::int64_t bit = property != nullptr ? NumberOf<std::int64_t>(*this, *property) : -1;

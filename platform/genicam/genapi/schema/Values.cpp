@@ -23,34 +23,45 @@ namespace {
 template <class T>
 using Word = std::pair<std::string_view, T>;
 
-template <class T, std::size_t N>
-std::optional<T> Find(const Word<T> (&words)[N], std::string_view text) noexcept {
-    for (const auto& [word, value] : words) {
-        if (AreEqual(word, text))
-            return value;
-    }
-    return std::nullopt;
-}
-
+/// The words for the values of a type.
+template <class T>
+constexpr std::array<Word<T>, 0> kWords;
 // R and W are not of the schema; descriptions have them.
-constexpr Word<EAccessMode> kAccessModes[] = {{"RO", RO}, {"RW", RW}, {"WO", WO}, {"NA", NA},
-                                              {"NI", NI}, {"R", RO},  {"W", WO}};
-constexpr Word<ECachingMode> kCachingModes[] = {
-    {"NoCache", NoCache}, {"WriteThrough", WriteThrough}, {"WriteAround", WriteAround}};
-constexpr Word<EEndianess> kEndianesses[] = {{"LittleEndian", LittleEndian}, {"BigEndian", BigEndian}};
-constexpr Word<ESign> kSigns[] = {{"Unsigned", Unsigned}, {"Signed", Signed}};
-constexpr Word<EVisibility> kVisibilities[] = {
-    {"Beginner", Beginner}, {"Expert", Expert}, {"Guru", Guru}, {"Invisible", Invisible}};
-constexpr Word<ERepresentation> kRepresentations[] = {
-    {"Linear", Linear},       {"Logarithmic", Logarithmic}, {"Boolean", Boolean},      {"PureNumber", PureNumber},
-    {"HexNumber", HexNumber}, {"IPV4Address", IPV4Address}, {"MACAddress", MACAddress}};
-constexpr Word<EDisplayNotation> kNotations[] = {
-    {"Automatic", fnAutomatic}, {"Fixed", fnFixed}, {"Scientific", fnScientific}};
-constexpr Word<ESlope> kSlopes[] = {
-    {"Increasing", Increasing}, {"Decreasing", Decreasing}, {"Varying", Varying}, {"Automatic", Automatic}};
-constexpr Word<bool> kYesNo[] = {{"Yes", true},    {"No", false}, {"true", true},
-                                 {"false", false}, {"1", true},   {"0", false}};
-constexpr Word<ENameSpace> kNameSpaces[] = {{"Standard", Standard}, {"Custom", Custom}};
+template <>
+constexpr auto kWords<EAccessMode> = std::to_array<Word<EAccessMode>>(
+    {{"RO", RO}, {"RW", RW}, {"WO", WO}, {"NA", NA}, {"NI", NI}, {"R", RO}, {"W", WO}});
+template <>
+constexpr auto kWords<ECachingMode> = std::to_array<Word<ECachingMode>>({{"NoCache", NoCache},
+                                                                         {"WriteThrough", WriteThrough},
+                                                                         {"WriteAround", WriteAround}});
+template <>
+constexpr auto kWords<EEndianess> = std::to_array<Word<EEndianess>>({{"LittleEndian", LittleEndian},
+                                                                     {"BigEndian", BigEndian}});
+template <>
+constexpr auto kWords<ESign> = std::to_array<Word<ESign>>({{"Unsigned", Unsigned}, {"Signed", Signed}});
+template <>
+constexpr auto kWords<EVisibility> = std::to_array<Word<EVisibility>>(
+    {{"Beginner", Beginner}, {"Expert", Expert}, {"Guru", Guru}, {"Invisible", Invisible}});
+template <>
+constexpr auto kWords<ERepresentation> = std::to_array<Word<ERepresentation>>({{"Linear", Linear},
+                                                                               {"Logarithmic", Logarithmic},
+                                                                               {"Boolean", Boolean},
+                                                                               {"PureNumber", PureNumber},
+                                                                               {"HexNumber", HexNumber},
+                                                                               {"IPV4Address", IPV4Address},
+                                                                               {"MACAddress", MACAddress}});
+template <>
+constexpr auto kWords<EDisplayNotation> = std::to_array<Word<EDisplayNotation>>({{"Automatic", fnAutomatic},
+                                                                                 {"Fixed", fnFixed},
+                                                                                 {"Scientific", fnScientific}});
+template <>
+constexpr auto kWords<ESlope> = std::to_array<Word<ESlope>>(
+    {{"Increasing", Increasing}, {"Decreasing", Decreasing}, {"Varying", Varying}, {"Automatic", Automatic}});
+template <>
+constexpr auto kWords<bool> = std::to_array<Word<bool>>(
+    {{"Yes", true}, {"No", false}, {"true", true}, {"false", false}, {"1", true}, {"0", false}});
+template <>
+constexpr auto kWords<ENameSpace> = std::to_array<Word<ENameSpace>>({{"Standard", Standard}, {"Custom", Custom}});
 
 // Numbers of one base between separators, the first being the most significant.
 std::optional<std::int64_t> ParseGroups(std::string_view text, char separator, std::size_t groups, int radix) noexcept {
@@ -75,64 +86,53 @@ unsigned ByteOf(std::int64_t value, unsigned index) noexcept {
 
 }  // namespace
 
-std::optional<EAccessMode> ParseAccessMode(std::string_view text) noexcept {
-    return Find(kAccessModes, text);
+template <class T>
+std::optional<T> ParseWord(std::string_view text) noexcept {
+    for (const auto& [word, value] : kWords<T>) {
+        if (AreEqual(word, text))
+            return value;
+    }
+    return std::nullopt;
 }
-std::optional<ECachingMode> ParseCachingMode(std::string_view text) noexcept {
-    return Find(kCachingModes, text);
-}
-std::optional<EEndianess> ParseEndianess(std::string_view text) noexcept {
-    return Find(kEndianesses, text);
-}
-std::optional<ESign> ParseSign(std::string_view text) noexcept {
-    return Find(kSigns, text);
-}
-std::optional<EVisibility> ParseVisibility(std::string_view text) noexcept {
-    return Find(kVisibilities, text);
-}
-std::optional<ERepresentation> ParseRepresentation(std::string_view text) noexcept {
-    return Find(kRepresentations, text);
-}
-std::optional<EDisplayNotation> ParseDisplayNotation(std::string_view text) noexcept {
-    return Find(kNotations, text);
-}
-std::optional<ESlope> ParseSlope(std::string_view text) noexcept {
-    return Find(kSlopes, text);
-}
-std::optional<bool> ParseYesNo(std::string_view text) noexcept {
-    return Find(kYesNo, text);
-}
-std::optional<ENameSpace> ParseNameSpace(std::string_view text) noexcept {
-    return Find(kNameSpaces, text);
-}
+
+template std::optional<EAccessMode> ParseWord(std::string_view) noexcept;
+template std::optional<ECachingMode> ParseWord(std::string_view) noexcept;
+template std::optional<EEndianess> ParseWord(std::string_view) noexcept;
+template std::optional<ESign> ParseWord(std::string_view) noexcept;
+template std::optional<EVisibility> ParseWord(std::string_view) noexcept;
+template std::optional<ERepresentation> ParseWord(std::string_view) noexcept;
+template std::optional<EDisplayNotation> ParseWord(std::string_view) noexcept;
+template std::optional<ESlope> ParseWord(std::string_view) noexcept;
+template std::optional<bool> ParseWord(std::string_view) noexcept;
+template std::optional<ENameSpace> ParseWord(std::string_view) noexcept;
 
 bool IsKnownWord(ETag element, std::string_view text) noexcept {
     switch (element) {
         case ETag::AccessMode:
         case ETag::ImposedAccessMode:
-            return ParseAccessMode(text).has_value();
+            return ParseWord<EAccessMode>(text).has_value();
         case ETag::Cachable:
-            return ParseCachingMode(text).has_value();
+            return ParseWord<ECachingMode>(text).has_value();
         case ETag::Endianess:
-            return ParseEndianess(text).has_value();
+            return ParseWord<EEndianess>(text).has_value();
         case ETag::Sign:
-            return ParseSign(text).has_value();
+            return ParseWord<ESign>(text).has_value();
         case ETag::Visibility:
         case ETag::ImposedVisibility:
-            return ParseVisibility(text).has_value();
+            return ParseWord<EVisibility>(text).has_value();
         case ETag::Representation:
-            return ParseRepresentation(text).has_value();
+            return ParseWord<ERepresentation>(text).has_value();
         case ETag::DisplayNotation:
-            return ParseDisplayNotation(text).has_value();
+            return ParseWord<EDisplayNotation>(text).has_value();
         case ETag::Slope:
-            return ParseSlope(text).has_value();
+            return ParseWord<ESlope>(text).has_value();
         case ETag::Streamable:
         case ETag::IsDeprecated:
         case ETag::IsLinear:
         case ETag::IsSelfClearing:
         case ETag::SwapEndianess:
         case ETag::CacheChunkData:
-            return ParseYesNo(text).has_value();
+            return ParseWord<bool>(text).has_value();
         default:
             return true;
     }

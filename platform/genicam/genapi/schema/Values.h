@@ -13,16 +13,9 @@
 
 namespace GenApi {
 
-std::optional<EAccessMode> ParseAccessMode(std::string_view text) noexcept;
-std::optional<ECachingMode> ParseCachingMode(std::string_view text) noexcept;
-std::optional<EEndianess> ParseEndianess(std::string_view text) noexcept;
-std::optional<ESign> ParseSign(std::string_view text) noexcept;
-std::optional<EVisibility> ParseVisibility(std::string_view text) noexcept;
-std::optional<ERepresentation> ParseRepresentation(std::string_view text) noexcept;
-std::optional<EDisplayNotation> ParseDisplayNotation(std::string_view text) noexcept;
-std::optional<ESlope> ParseSlope(std::string_view text) noexcept;
-std::optional<bool> ParseYesNo(std::string_view text) noexcept;
-std::optional<ENameSpace> ParseNameSpace(std::string_view text) noexcept;
+/// The value that a word of the schema stands for: one of its enumerations, or a bool for a yes or no.
+template <class T>
+std::optional<T> ParseWord(std::string_view text) noexcept;
 /// False when the text of an element must be one of some words and is none of them.
 bool IsKnownWord(ETag element, std::string_view text) noexcept;
 
