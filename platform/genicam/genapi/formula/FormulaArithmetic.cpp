@@ -97,6 +97,51 @@ std::int64_t Bits(double number) {
     return TruncateToInteger(number);
 }
 
+double ResultOf(EOperation operation, double operand) {
+    switch (operation) {
+        case EOperation::Negate:
+            return -operand;
+        case EOperation::Absolute:
+            return std::fabs(operand);
+        case EOperation::BitNot:
+            return static_cast<double>(~Bits(operand));
+        case EOperation::ToBoolean:
+            return operand != 0.0;
+        case EOperation::Sign:
+            return operand > 0.0 ? 1.0 : (operand < 0.0 ? -1.0 : 0.0);
+        case EOperation::Truncate:
+            return std::trunc(operand);
+        case EOperation::Floor:
+            return std::floor(operand);
+        case EOperation::Ceiling:
+            return std::ceil(operand);
+        case EOperation::Round:
+            return std::round(operand);
+        case EOperation::SquareRoot:
+            return std::sqrt(operand);
+        case EOperation::Sine:
+            return std::sin(operand);
+        case EOperation::Cosine:
+            return std::cos(operand);
+        case EOperation::Tangent:
+            return std::tan(operand);
+        case EOperation::ArcSine:
+            return std::asin(operand);
+        case EOperation::ArcCosine:
+            return std::acos(operand);
+        case EOperation::ArcTangent:
+            return std::atan(operand);
+        case EOperation::Exponential:
+            return std::exp(operand);
+        case EOperation::NaturalLogarithm:
+            return std::log(operand);
+        case EOperation::DecimalLogarithm:
+            return std::log10(operand);
+        default:
+            throw LOGICAL_ERROR_EXCEPTION("Unknown function of a formula");
+    }
+}
+
 }  // namespace
 
 std::int64_t TruncateToInteger(double number) {
@@ -223,48 +268,7 @@ double FloatArithmetic::Binary(EOperation operation, double left, double right) 
 }
 
 double FloatArithmetic::Unary(EOperation operation, double operand) {
-    switch (operation) {
-        case EOperation::Negate:
-            return -operand;
-        case EOperation::Absolute:
-            return std::fabs(operand);
-        case EOperation::BitNot:
-            return static_cast<double>(~Bits(operand));
-        case EOperation::ToBoolean:
-            return operand != 0.0;
-        case EOperation::Sign:
-            return operand > 0.0 ? 1.0 : (operand < 0.0 ? -1.0 : 0.0);
-        case EOperation::Truncate:
-            return std::trunc(operand);
-        case EOperation::Floor:
-            return std::floor(operand);
-        case EOperation::Ceiling:
-            return std::ceil(operand);
-        case EOperation::Round:
-            return std::round(operand);
-        case EOperation::SquareRoot:
-            return Checked(std::sqrt(operand), operand, operand);
-        case EOperation::Sine:
-            return Checked(std::sin(operand), operand, operand);
-        case EOperation::Cosine:
-            return Checked(std::cos(operand), operand, operand);
-        case EOperation::Tangent:
-            return Checked(std::tan(operand), operand, operand);
-        case EOperation::ArcSine:
-            return Checked(std::asin(operand), operand, operand);
-        case EOperation::ArcCosine:
-            return Checked(std::acos(operand), operand, operand);
-        case EOperation::ArcTangent:
-            return std::atan(operand);
-        case EOperation::Exponential:
-            return Checked(std::exp(operand), operand, operand);
-        case EOperation::NaturalLogarithm:
-            return Checked(std::log(operand), operand, operand);
-        case EOperation::DecimalLogarithm:
-            return Checked(std::log10(operand), operand, operand);
-        default:
-            throw LOGICAL_ERROR_EXCEPTION("Unknown function of a formula");
-    }
+    return Checked(ResultOf(operation, operand), operand, operand);
 }
 
 }  // namespace GenApi
