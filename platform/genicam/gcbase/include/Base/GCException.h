@@ -86,23 +86,16 @@ private:
 
 }  // namespace GenICam
 
-#define GENERIC_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::GenericException>(__FILE__, __LINE__, "GenericException").Report
-#define BAD_ALLOC_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::BadAllocException>(__FILE__, __LINE__, "BadAllocException").Report
-#define INVALID_ARGUMENT_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::InvalidArgumentException>(__FILE__, __LINE__, "InvalidArgumentException").Report
-#define OUT_OF_RANGE_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::OutOfRangeException>(__FILE__, __LINE__, "OutOfRangeException").Report
-#define PROPERTY_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::PropertyException>(__FILE__, __LINE__, "PropertyException").Report
-#define RUNTIME_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::RuntimeException>(__FILE__, __LINE__, "RuntimeException").Report
-#define LOGICAL_ERROR_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::LogicalErrorException>(__FILE__, __LINE__, "LogicalErrorException").Report
-#define ACCESS_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::AccessException>(__FILE__, __LINE__, "AccessException").Report
-#define TIMEOUT_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::TimeoutException>(__FILE__, __LINE__, "TimeoutException").Report
-#define DYNAMICCAST_EXCEPTION \
-    GenICam::ExceptionReporter<GenICam::DynamicCastException>(__FILE__, __LINE__, "DynamicCastException").Report
+/// What reports an exception of this class, thrown at this place: throw GENICAM_REPORTER(RuntimeException)("...").
+#define GENICAM_REPORTER(Name) GenICam::ExceptionReporter<GenICam::Name>(__FILE__, __LINE__, #Name).Report
+
+#define GENERIC_EXCEPTION GENICAM_REPORTER(GenericException)
+#define BAD_ALLOC_EXCEPTION GENICAM_REPORTER(BadAllocException)
+#define INVALID_ARGUMENT_EXCEPTION GENICAM_REPORTER(InvalidArgumentException)
+#define OUT_OF_RANGE_EXCEPTION GENICAM_REPORTER(OutOfRangeException)
+#define PROPERTY_EXCEPTION GENICAM_REPORTER(PropertyException)
+#define RUNTIME_EXCEPTION GENICAM_REPORTER(RuntimeException)
+#define LOGICAL_ERROR_EXCEPTION GENICAM_REPORTER(LogicalErrorException)
+#define ACCESS_EXCEPTION GENICAM_REPORTER(AccessException)
+#define TIMEOUT_EXCEPTION GENICAM_REPORTER(TimeoutException)
+#define DYNAMICCAST_EXCEPTION GENICAM_REPORTER(DynamicCastException)
