@@ -21,12 +21,12 @@ void CBoolean::Bind() {
         m_off = NumberOf<std::int64_t>(*this, *off);
     if (m_on == m_off)
         throw INVALID_ARGUMENT_EXCEPTION("has the same value for true and false");
-    m_source = &ValueSource<std::int64_t>::Require(*this);
+    CSourcedNode::Bind();
 }
 
 // A device that holds neither of both values is told so: to guess would be to lie.
 std::int64_t CBoolean::ReadInteger(Evaluation& evaluation) {
-    const std::int64_t value = m_source->Read(*this, evaluation);
+    const std::int64_t value = Source().Read(*this, evaluation);
     if (value == m_on)
         return 1;
     if (value == m_off)
@@ -35,11 +35,7 @@ std::int64_t CBoolean::ReadInteger(Evaluation& evaluation) {
 }
 
 void CBoolean::WriteInteger(std::int64_t value, Evaluation& evaluation) {
-    m_source->Write(*this, value != 0 ? m_on : m_off, evaluation);
-}
-
-EAccessMode CBoolean::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return m_source->Access(evaluation, withLocks);
+    Source().Write(*this, value != 0 ? m_on : m_off, evaluation);
 }
 
 void CBoolean::CheckInteger(std::int64_t value, Evaluation&) {

@@ -5,15 +5,15 @@
 #pragma once
 
 #include "GenApi/IBoolean.h"
+#include "nodes/SourcedNode.h"
 #include "nodes/ValueNode.h"
-#include "nodes/ValueSource.h"
 
 namespace GenApi {
 
 /// Boolean: true when the integer behind it has the value of OnValue.
-class CBoolean final : public CValueNode<IBoolean, intfIBoolean> {
+class CBoolean final : public CSourcedNode<CValueNode<IBoolean, intfIBoolean>, std::int64_t> {
 public:
-    using CValueNode::CValueNode;
+    using CSourcedNode::CSourcedNode;
 
     // IValue
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
@@ -26,13 +26,10 @@ protected:
     void Bind() override;
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
-    Waiting NeedBehind(EPart part) override { return {IsLimit(part) ? nullptr : m_source->OnlyTarget(), part}; }
     std::int64_t ReadIntegerBound(EBound bound, Evaluation&) override { return bound == EBound::Min ? 0 : 1; }
     void CheckInteger(std::int64_t value, Evaluation& evaluation) override;
 
 private:
-    ValueSource<std::int64_t>* m_source = nullptr;
     std::int64_t m_on = 1;
     std::int64_t m_off = 0;
 };

@@ -14,10 +14,8 @@
 namespace GenApi {
 
 void CCommand::Bind() {
-    m_source = Map().Memory().New<ValueSource<std::int64_t>>(*this);
+    CSourcedNode::Bind();
     m_command = BindOperand<std::int64_t>(*this, ETag::CommandValue, ETag::pCommandValue);
-    if (!m_source->IsGiven())
-        throw INVALID_ARGUMENT_EXCEPTION("has no value");
     if (!m_command.isGiven) {
         m_command.constant = 1;
         Map().Warn(MakeWarning(wkBadValue, "has no command value; 1 is taken"));
@@ -26,12 +24,12 @@ void CCommand::Bind() {
 
 // The number of a command, for rules and formulas, is what lies behind it.
 std::int64_t CCommand::ReadInteger(Evaluation& evaluation) {
-    return m_source->Read(*this, evaluation);
+    return Source().Read(*this, evaluation);
 }
 
 void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     const ScopedValue isPassing(evaluation.isPassing, true);
-    m_source->Write(*this, value, evaluation);
+    Source().Write(*this, value, evaluation);
     // What has been written runs, whatever the error node says of it afterwards.
     m_isRunning = true;
     Map().Changed(*this);
@@ -39,7 +37,7 @@ void CCommand::WriteInteger(std::int64_t value, Evaluation& evaluation) {
 
 // A command that can be read can tell whether it is done.
 EAccessMode CCommand::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    EAccessMode mode = m_source->Access(evaluation, withLocks);
+    EAccessMode mode = CSourcedNode::ReadAccess(evaluation, withLocks);
     if (m_command.node != nullptr && !IsReadable(m_command.node->Access(evaluation, false)))
         mode = Combine(mode, NA);
     return mode;
@@ -97,7 +95,7 @@ bool CCommand::ReadDone() {
         return true;
     // A constant behind the command is nothing that clears itself.
     const std::int64_t command = m_command.Read(evaluation);
-    if (command == 0 || m_source->Target(*this, evaluation) == nullptr)
+    if (command == 0 || Source().Target(*this, evaluation) == nullptr)
         return true;
     evaluation.ignoreCache = true;
     return Integer(evaluation) != command;

@@ -5,15 +5,15 @@
 #pragma once
 
 #include "GenApi/ICommand.h"
+#include "nodes/SourcedNode.h"
 #include "nodes/ValueNode.h"
-#include "nodes/ValueSource.h"
 
 namespace GenApi {
 
 /// Command: done when what was written is no longer there to be read.
-class CCommand final : public CValueNode<ICommand, intfICommand> {
+class CCommand final : public CSourcedNode<CValueNode<ICommand, intfICommand>, std::int64_t> {
 public:
-    using CValueNode::CValueNode;
+    using CSourcedNode::CSourcedNode;
 
     // IValue
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
@@ -28,12 +28,10 @@ protected:
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
     EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
-    Waiting NeedBehind(EPart part) override { return {IsLimit(part) ? nullptr : m_source->OnlyTarget(), part}; }
 
 private:
     bool ReadDone();
 
-    ValueSource<std::int64_t>* m_source = nullptr;
     Operand<std::int64_t> m_command;
     bool m_isRunning = false;
 };

@@ -81,22 +81,18 @@ void CEnumeration::Bind() {
     std::stable_sort(entries.begin(), entries.end(),
                      [](const Entry& left, const Entry& right) { return left.value < right.value; });
     m_entries = Map().Memory().Copy(entries);
-    m_source = &ValueSource<std::int64_t>::Require(*this);
+    CSourcedNode::Bind();
 }
 
 std::int64_t CEnumeration::ReadInteger(Evaluation& evaluation) {
-    return m_source->Read(*this, evaluation);
+    return Source().Read(*this, evaluation);
 }
 
 void CEnumeration::WriteInteger(std::int64_t value, Evaluation& evaluation) {
     CEnumEntry* entry = BestEntryOf(value);
     const ScopedValue isPassing(evaluation.isPassing,
                                 evaluation.isPassing || (entry != nullptr && entry->IsSelfClearing()));
-    m_source->Write(*this, value, evaluation);
-}
-
-EAccessMode CEnumeration::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return m_source->Access(evaluation, withLocks);
+    Source().Write(*this, value, evaluation);
 }
 
 void CEnumeration::CheckInteger(std::int64_t value, Evaluation& evaluation) {

@@ -5,8 +5,8 @@
 #pragma once
 
 #include "GenApi/IEnumeration.h"
+#include "nodes/SourcedNode.h"
 #include "nodes/ValueNode.h"
-#include "nodes/ValueSource.h"
 
 namespace GenApi {
 
@@ -38,9 +38,9 @@ private:
 };
 
 /// Enumeration: an integer whose values have names.
-class CEnumeration final : public CValueNode<IEnumeration, intfIEnumeration> {
+class CEnumeration final : public CSourcedNode<CValueNode<IEnumeration, intfIEnumeration>, std::int64_t> {
 public:
-    using CValueNode::CValueNode;
+    using CSourcedNode::CSourcedNode;
 
     // IValue
     GenICam::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
@@ -61,8 +61,6 @@ protected:
     void Bind() override;
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
-    Waiting NeedBehind(EPart part) override { return {IsLimit(part) ? nullptr : m_source->OnlyTarget(), part}; }
     void CheckInteger(std::int64_t value, Evaluation& evaluation) override;
     std::int64_t ReadIntegerBound(EBound bound, Evaluation& evaluation) override;
 
@@ -77,7 +75,6 @@ private:
     void IndexNames();
     CEnumEntry& CurrentEntry(bool verify, bool ignoreCache);
 
-    ValueSource<std::int64_t>* m_source = nullptr;
     std::span<const Entry> m_entries;       // by value; those of one value in the order of the description
     std::span<CEnumEntry* const> m_byName;  // all entries by symbolic name, once one is looked for
 };

@@ -224,41 +224,32 @@ void CFloatNode::CheckIncrement(double value, double min, Evaluation& evaluation
 
 // --- Float ---
 
-void CFloat::Bind() {
-    CFloatNode::Bind();
-    m_source = &ValueSource<double>::Require(*this);
-}
-
 double CFloat::ReadFloat(Evaluation& evaluation) {
-    return m_source->Read(*this, evaluation);
+    return Source().Read(*this, evaluation);
 }
 
 void CFloat::WriteFloat(double value, Evaluation& evaluation) {
-    m_source->Write(*this, value, evaluation);
-}
-
-EAccessMode CFloat::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return m_source->Access(evaluation, withLocks);
+    Source().Write(*this, value, evaluation);
 }
 
 double CFloat::OwnBound(EBound bound, Evaluation& evaluation) {
-    CNode* target = m_source->Target(*this, evaluation);
+    CNode* target = Source().Target(*this, evaluation);
     return target != nullptr ? target->FloatBound(bound, evaluation) : CFloatNode::OwnBound(bound, evaluation);
 }
 
 // An integer behind the node rounds what it gets: steps of 1 are no increment of the number.
 double CFloat::OwnInc(Evaluation& evaluation) {
-    CNode* target = m_source->Target(*this, evaluation);
+    CNode* target = Source().Target(*this, evaluation);
     const double inc = target != nullptr ? target->FloatInc(evaluation) : 0.0;
     return target != nullptr && target->Number() == ENumber::Integer && inc <= 1.0 ? 0.0 : inc;
 }
 
 Waiting CFloat::NeedBehind(EPart part) {
-    return {IsLimit(part) && HasLimits() ? nullptr : m_source->OnlyTarget(), part};
+    return {IsLimit(part) && HasLimits() ? nullptr : Source().OnlyTarget(), part};
 }
 
 CNode* CFloat::Appearance() {
-    return m_source->Appearance();
+    return Source().Appearance();
 }
 
 }  // namespace GenApi

@@ -7,8 +7,8 @@
 #include <limits>
 
 #include "GenApi/IFloat.h"
+#include "nodes/SourcedNode.h"
 #include "nodes/ValueNode.h"
-#include "nodes/ValueSource.h"
 
 namespace GenApi {
 
@@ -66,22 +66,17 @@ protected:
 };
 
 /// Float: a constant, the value of another node, or one of several by an index.
-class CFloat final : public CFloatNode {
+class CFloat final : public CSourcedNode<CFloatNode, double> {
 public:
-    using CFloatNode::CFloatNode;
+    using CSourcedNode::CSourcedNode;
 
 protected:
-    void Bind() override;
     double ReadFloat(Evaluation& evaluation) override;
     void WriteFloat(double value, Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
     double OwnBound(EBound bound, Evaluation& evaluation) override;
     double OwnInc(Evaluation& evaluation) override;
     CNode* Appearance() override;
     Waiting NeedBehind(EPart part) override;
-
-private:
-    ValueSource<double>* m_source = nullptr;
 };
 
 }  // namespace GenApi

@@ -187,39 +187,30 @@ void CIntegerNode::CheckValidValue(std::int64_t value) const {
 
 // --- Integer ---
 
-void CInteger::Bind() {
-    CIntegerNode::Bind();
-    m_source = &ValueSource<std::int64_t>::Require(*this);
-}
-
 std::int64_t CInteger::ReadInteger(Evaluation& evaluation) {
-    return m_source->Read(*this, evaluation);
+    return Source().Read(*this, evaluation);
 }
 
 void CInteger::WriteInteger(std::int64_t value, Evaluation& evaluation) {
-    m_source->Write(*this, value, evaluation);
-}
-
-EAccessMode CInteger::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return m_source->Access(evaluation, withLocks);
+    Source().Write(*this, value, evaluation);
 }
 
 std::int64_t CInteger::OwnBound(EBound bound, Evaluation& evaluation) {
-    CNode* target = m_source->Target(*this, evaluation);
+    CNode* target = Source().Target(*this, evaluation);
     return target != nullptr ? target->IntegerBound(bound, evaluation) : CIntegerNode::OwnBound(bound, evaluation);
 }
 
 std::int64_t CInteger::OwnInc(Evaluation& evaluation) {
-    CNode* target = m_source->Target(*this, evaluation);
+    CNode* target = Source().Target(*this, evaluation);
     return target != nullptr && target->Number() == ENumber::Integer ? target->IntegerInc(evaluation) : 1;
 }
 
 Waiting CInteger::NeedBehind(EPart part) {
-    return {IsLimit(part) && HasLimits() ? nullptr : m_source->OnlyTarget(), part};
+    return {IsLimit(part) && HasLimits() ? nullptr : Source().OnlyTarget(), part};
 }
 
 CNode* CInteger::Appearance() {
-    return m_source->Appearance();
+    return Source().Appearance();
 }
 
 }  // namespace GenApi

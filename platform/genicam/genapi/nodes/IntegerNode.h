@@ -5,8 +5,8 @@
 #pragma once
 
 #include "GenApi/IInteger.h"
+#include "nodes/SourcedNode.h"
 #include "nodes/ValueNode.h"
-#include "nodes/ValueSource.h"
 
 namespace GenApi {
 
@@ -62,22 +62,17 @@ protected:
 };
 
 /// Integer: a constant, the value of another node, or one of several by an index.
-class CInteger final : public CIntegerNode {
+class CInteger final : public CSourcedNode<CIntegerNode, std::int64_t> {
 public:
-    using CIntegerNode::CIntegerNode;
+    using CSourcedNode::CSourcedNode;
 
 protected:
-    void Bind() override;
     std::int64_t ReadInteger(Evaluation& evaluation) override;
     void WriteInteger(std::int64_t value, Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
     std::int64_t OwnBound(EBound bound, Evaluation& evaluation) override;
     std::int64_t OwnInc(Evaluation& evaluation) override;
     CNode* Appearance() override;
     Waiting NeedBehind(EPart part) override;
-
-private:
-    ValueSource<std::int64_t>* m_source = nullptr;
 };
 
 }  // namespace GenApi

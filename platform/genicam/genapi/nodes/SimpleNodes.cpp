@@ -73,71 +73,51 @@ std::int64_t CString::MaxLength(Evaluation& evaluation) {
 
 // --- TextDesc and IntKey ---
 
-namespace {
-
-struct RomKey {
-    CNode* rom;
-    std::int64_t key;
-};
-
-RomKey BindRomKey(CNode& owner) {
-    const Property* parser = owner.Find(ETag::p1212Parser);
-    CNode* rom = parser != nullptr ? owner.NodeOf(*parser) : owner.Enclosing();
-    if (rom == nullptr || !rom->Is(kIsRegister))
+template <class Base>
+void CRomNode<Base>::Bind() {
+    Base::Bind();
+    const Property* parser = this->Find(ETag::p1212Parser);
+    m_rom = parser != nullptr ? this->NodeOf(*parser) : this->Enclosing();
+    if (m_rom == nullptr || !m_rom->Is(kIsRegister))
         throw INVALID_ARGUMENT_EXCEPTION("has no configuration ROM");
-    const Property* key = owner.Find(ETag::Key);
+    const Property* key = this->Find(ETag::Key);
     if (key == nullptr)
-        key = owner.Find(ETag::Value);
+        key = this->Find(ETag::Value);
     if (key == nullptr)
         throw INVALID_ARGUMENT_EXCEPTION("has no key");
-    return {rom, NumberOf<std::int64_t>(owner, *key)};
+    m_key = NumberOf<std::int64_t>(*this, *key);
 }
 
-std::span<const std::uint8_t> BytesOf(CNode& rom, Evaluation& evaluation) {
-    rom.Require();
-    return rom.Register()->Read(evaluation);
+template <class Base>
+EAccessMode CRomNode<Base>::ReadAccess(Evaluation& evaluation, bool withLocks) {
+    return Combine(m_rom->Access(evaluation, withLocks), RO);
 }
 
-}  // namespace
-
-void CTextDesc::Bind() {
-    const auto [rom, key] = BindRomKey(*this);
-    m_rom = rom;
-    m_key = key;
+template <class Base>
+RegisterCore& CRomNode<Base>::Rom() {
+    m_rom->Require();
+    return *m_rom->Register();
 }
+
+template class CRomNode<CTextNode>;
+template class CRomNode<CIntegerNode>;
 
 std::string CTextDesc::ReadText(Evaluation& evaluation) {
-    const auto text = FindRomText(BytesOf(*m_rom, evaluation), m_key);
+    const auto text = FindRomText(Rom().Read(evaluation), Key());
     if (!text)
-        throw OUT_OF_RANGE_EXCEPTION("%s: the configuration ROM has no text of key %I64d", Label(), m_key);
+        throw OUT_OF_RANGE_EXCEPTION("%s: the configuration ROM has no text of key %I64d", Label(), Key());
     return *text;
 }
 
-EAccessMode CTextDesc::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return Combine(m_rom->Access(evaluation, withLocks), RO);
-}
-
 std::int64_t CTextDesc::MaxLength(Evaluation& evaluation) {
-    m_rom->Require();
-    return m_rom->Register()->Length(evaluation);
-}
-
-void CIntKey::Bind() {
-    CIntegerNode::Bind();
-    const auto [rom, key] = BindRomKey(*this);
-    m_rom = rom;
-    m_key = key;
+    return Rom().Length(evaluation);
 }
 
 std::int64_t CIntKey::ReadInteger(Evaluation& evaluation) {
-    const auto value = FindRomValue(BytesOf(*m_rom, evaluation), m_key);
+    const auto value = FindRomValue(Rom().Read(evaluation), Key());
     if (!value)
-        throw OUT_OF_RANGE_EXCEPTION("%s: the configuration ROM has no value of key %I64d", Label(), m_key);
+        throw OUT_OF_RANGE_EXCEPTION("%s: the configuration ROM has no value of key %I64d", Label(), Key());
     return *value;
-}
-
-EAccessMode CIntKey::ReadAccess(Evaluation& evaluation, bool withLocks) {
-    return Combine(m_rom->Access(evaluation, withLocks), RO);
 }
 
 }  // namespace GenApi

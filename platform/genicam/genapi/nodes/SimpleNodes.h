@@ -46,36 +46,45 @@ private:
     CNode* m_value = nullptr;
 };
 
-/// TextDesc: a text of a configuration ROM (IEEE 1212), found by its key.
-class CTextDesc final : public CTextNode {
+/// Adds to a kind of node that it is an entry of a configuration ROM (IEEE 1212), found by its key.
+template <class Base>
+class CRomNode : public Base {
 public:
-    using CTextNode::CTextNode;
+    using Base::Base;
+
+protected:
+    void Bind() override;
+    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
+    /// The register that is the ROM, ready for use.
+    RegisterCore& Rom();
+    std::int64_t Key() const noexcept { return m_key; }
+
+private:
+    CNode* m_rom = nullptr;
+    std::int64_t m_key = 0;
+
+protected:
+    ~CRomNode() = default;
+};
+
+/// TextDesc: a text of a configuration ROM.
+class CTextDesc final : public CRomNode<CTextNode> {
+public:
+    using CRomNode::CRomNode;
 
     std::int64_t MaxLength(Evaluation& evaluation) override;
 
 protected:
-    void Bind() override;
     std::string ReadText(Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
-
-private:
-    CNode* m_rom = nullptr;
-    std::int64_t m_key = 0;
 };
 
-/// IntKey: an integer of a configuration ROM (IEEE 1212), found by its key.
-class CIntKey final : public CIntegerNode {
+/// IntKey: an integer of a configuration ROM.
+class CIntKey final : public CRomNode<CIntegerNode> {
 public:
-    using CIntegerNode::CIntegerNode;
+    using CRomNode::CRomNode;
 
 protected:
-    void Bind() override;
     std::int64_t ReadInteger(Evaluation& evaluation) override;
-    EAccessMode ReadAccess(Evaluation& evaluation, bool withLocks) override;
-
-private:
-    CNode* m_rom = nullptr;
-    std::int64_t m_key = 0;
 };
 
 }  // namespace GenApi

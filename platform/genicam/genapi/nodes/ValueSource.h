@@ -51,7 +51,6 @@ public:
     /// The source of a node, in its map's memory; throws when the description gives none.
     static ValueSource& Require(CNode& owner);
 
-    bool IsGiven() const noexcept { return m_value.isGiven || m_index != nullptr; }
     T Read(CNode& owner, Evaluation& evaluation);
     void Write(CNode& owner, T value, Evaluation& evaluation);
     EAccessMode Access(Evaluation& evaluation, bool withLocks);
@@ -68,6 +67,7 @@ private:
         Operand<T> operand;
     };
 
+    bool IsGiven() const noexcept { return m_value.isGiven || m_index != nullptr; }
     void WriteAll(CNode& owner, Operand<T>& current, T value, Evaluation& evaluation);
     void BindIndexed(const CNode& owner);
     Operand<T>* Current(Evaluation& evaluation);
