@@ -19,8 +19,7 @@ namespace CLProtocol {
 
 namespace {
 
-constexpr std::size_t kFirstTextSize = 4096;
-constexpr std::size_t kMaxTextSize = 1u << 20;
+constexpr TextRoom kTextRoom{4096, 1u << 20};
 constexpr std::size_t kFirstXmlSize = 1u << 20;  // enough for nearly all, so that a description is asked for once
 constexpr std::size_t kMaxXmlSize = 64u << 20;
 constexpr int kMaxXmlAttempts = 3;
@@ -119,7 +118,7 @@ std::vector<std::string> DriverLibrary::ShortTemplates() const {
         [this](char* text, std::uint32_t* size) {
             return Call("clpGetShortDeviceIDTemplates", m_getTemplates, text, size);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     CheckSuccess("clpGetShortDeviceIDTemplates", templates.result);
     std::vector<std::string> result = base::SplitWithoutEmpty(templates.text, '\t');
     std::erase_if(result, [](const std::string& text) { return HasControlCharacters(text); });
@@ -143,7 +142,7 @@ CLINT32 DriverLibrary::Probe(ISerial& serial, const std::string& templateOrDevic
             return Call("clpProbeDevice", m_probeDevice, &serial, templateOrDeviceId.c_str(), text, size, &cookie,
                         timeoutMs);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     deviceId = ShortForm(WithoutControlCharacters(found.text));
     return found.result;
 }
@@ -158,7 +157,7 @@ CLINT32 DriverLibrary::GetXmlIds(ISerial& serial, CLUINT32 cookie, std::string& 
         [&](char* buffer, std::uint32_t* size) {
             return Call("clpGetXMLIDs", m_getXmlIds, &serial, cookie, buffer, size, timeoutMs);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     ids = std::move(text.text);
     return text.result;
 }
@@ -199,7 +198,7 @@ CLINT32 DriverLibrary::GetXmlDigest(ISerial& serial, CLUINT32 cookie, const std:
         [&](char* buffer, std::uint32_t* size) {
             return Call("clpGetXMLDigest", m_getXmlDigest, &serial, cookie, xmlId.c_str(), buffer, size, timeoutMs);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     digest = std::move(text.text);
     return text.result;
 }
@@ -252,7 +251,7 @@ std::optional<std::string> DriverLibrary::ErrorText(CLINT32 code, CLUINT32 cooki
             [&](char* buffer, std::uint32_t* size) {
                 return Call("clpGetErrorText", m_getErrorText, code, buffer, size, cookie);
             },
-            kFirstTextSize, kMaxTextSize);
+            kTextRoom);
         if (text.result >= 0 && !text.text.empty())
             return WithoutControlCharacters(text.text);
     } catch (const GenICam::GenericException& error) {

@@ -22,8 +22,7 @@ namespace {
 
 constexpr std::uint32_t kMaxPorts = 256;
 constexpr std::uint32_t kMaxOldPorts = 16;
-constexpr std::size_t kFirstTextSize = 256;
-constexpr std::size_t kMaxTextSize = 65536;
+constexpr TextRoom kTextRoom{256, 65536};
 
 }  // namespace
 
@@ -79,7 +78,7 @@ std::string SerialLibrary::AskForMaker(std::uint32_t& version) const {
         [&](char* name, std::uint32_t* size) {
             return Call("clGetManufacturerInfo", m_getManufacturerInfo, name, size, &version);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     if (maker.result < 0)
         throw RUNTIME_EXCEPTION("Function 'clGetManufacturerInfo' of '%s' failed: %s (%d)", m_path,
                                 ErrorText(maker.result), maker.result);
@@ -159,7 +158,7 @@ std::optional<std::string> SerialLibrary::PortName(std::uint32_t index) const {
         [&](char* id, std::uint32_t* size) {
             return Call("clGetSerialPortIdentifier", m_getSerialPortIdentifier, index, id, size);
         },
-        kFirstTextSize, kMaxTextSize);
+        kTextRoom);
     if (name.result >= 0)
         return WithoutControlCharacters(name.text);
     Log(CLP_LOG_WARN, "Port %u of '%s' has no name: %s (%d)", index, m_path, ErrorText(name.result), name.result);

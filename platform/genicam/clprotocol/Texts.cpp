@@ -60,15 +60,14 @@ std::string WithoutControlCharacters(std::string_view text, std::string_view all
 /**
  * \brief Ask a foreign function for a text of unknown size
  * \param[in] function Gives the text
- * \param[in] firstSize Size of the buffer to begin with, NUL included
- * \param[in] maxSize Size that is granted at most
+ * \param[in] room Size of the buffer to begin with, and the size that is granted at most
  *
  * Whatever size the function reports, the text ends at its first NUL and within the buffer.
  *
- * \return The function's result; -10001 also when the text needs more than \a maxSize or ever more
+ * \return The function's result; -10001 also when the text needs more than \a room or ever more
  */
-ForeignText AskForText(const TextFunction& function, std::size_t firstSize, std::size_t maxSize) {
-    std::size_t capacity = firstSize;
+ForeignText AskForText(const TextFunction& function, TextRoom room) {
+    std::size_t capacity = room.first;
     for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
         std::string buffer(capacity + 1, '\0');
         auto size = static_cast<std::uint32_t>(capacity);
@@ -79,7 +78,7 @@ ForeignText AskForText(const TextFunction& function, std::size_t firstSize, std:
         }
         if (result != CL_ERR_BUFFER_TOO_SMALL)
             return {result, {}};
-        if (size <= capacity || size > maxSize)
+        if (size <= capacity || size > room.most)
             break;
         capacity = size;
     }

@@ -28,6 +28,12 @@ struct ForeignText {
     std::string text;
 };
 
-ForeignText AskForText(const TextFunction& function, std::size_t firstSize, std::size_t maxSize);
+/// How much room a text gets, NUL included: at first, and when it asks for more.
+struct TextRoom {
+    std::size_t first;
+    std::size_t most;
+};
+
+ForeignText AskForText(const TextFunction& function, TextRoom room);
 
 }  // namespace CLProtocol

@@ -42,7 +42,7 @@ TEST(Texts, AsksAgainWithTheNeededSize) {
                 std::memcpy(buffer, "12345", 6);
             return fits ? 0 : -10001;
         },
-        4, 100);
+        {4, 100});
     EXPECT_EQ(text.text, "12345");
     EXPECT_EQ(calls, 2);
 }
@@ -54,7 +54,7 @@ TEST(Texts, EndsATextWithoutNulAtItsBuffer) {
             *size = 0xffffffff;
             return 0;
         },
-        8, 100);
+        {8, 100});
     EXPECT_EQ(text.result, 0);
     EXPECT_EQ(text.text, "xxxxxxxx");
 }
@@ -66,15 +66,15 @@ TEST(Texts, GivesUpOnSizesThatGrowOrMakeNoSense) {
         ++*size;
         return -10001;
     };
-    EXPECT_EQ(AskForText(growing, 8, 1000).result, -10001);
+    EXPECT_EQ(AskForText(growing, {8, 1000}).result, -10001);
     EXPECT_LE(calls, 4);
     const auto same = [](char*, std::uint32_t*) { return -10001; };
-    EXPECT_EQ(AskForText(same, 8, 1000).result, -10001);
+    EXPECT_EQ(AskForText(same, {8, 1000}).result, -10001);
     const auto huge = [](char*, std::uint32_t* size) {
         *size = 0xfffffff0;
         return -10001;
     };
-    EXPECT_EQ(AskForText(huge, 8, 1000).result, -10001);
+    EXPECT_EQ(AskForText(huge, {8, 1000}).result, -10001);
 }
 
 TEST(Texts, PassesOnErrorsWithoutText) {
@@ -83,7 +83,7 @@ TEST(Texts, PassesOnErrorsWithoutText) {
             *buffer = 'x';
             return -10006;
         },
-        8, 100);
+        {8, 100});
     EXPECT_EQ(text.result, -10006);
     EXPECT_EQ(text.text, "");
 }
