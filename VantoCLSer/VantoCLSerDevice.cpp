@@ -32,11 +32,8 @@ constexpr std::int64_t kLargestBaudRateEntry = 255;
 constexpr std::chrono::seconds kMakingTime{10};
 
 std::uint32_t FlagOfEntry(std::int64_t entry) {
-    for (const base::BaudRate& rate : base::kBaudRates) {
-        if (rate.entryValue == entry)
-            return rate.flag;
-    }
-    return 0;
+    const base::BaudRate* const rate = base::FindBaudRateByEntryValue(entry);
+    return rate != nullptr ? rate->flag : 0;
 }
 
 }  // namespace

@@ -17,9 +17,8 @@ namespace ClSerTty {
  * \return Bits per second; 0 for anything but exactly one known flag
  */
 std::uint32_t BitsPerSecond(std::uint32_t flag) {
-    if (!std::has_single_bit(flag) || (flag & kAllBaudRates) == 0)
-        return 0;
-    return base::kBaudRates[static_cast<std::size_t>(std::countr_zero(flag))].bitsPerSecond;
+    const base::BaudRate* const rate = base::FindBaudRateByFlag(flag);
+    return rate != nullptr ? rate->bitsPerSecond : 0;
 }
 
 /**

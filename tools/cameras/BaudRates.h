@@ -4,7 +4,6 @@
  */
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -20,8 +19,8 @@ inline constexpr std::uint32_t kFirstBaudRate = 9600;
 
 /// The rate of a flag in bit/s; 0 for a flag that is none.
 constexpr std::uint32_t BaudRateOfFlag(std::uint32_t flag) noexcept {
-    const auto rate = std::ranges::find(kBaudRates, flag, &BaudRate::flag);
-    return rate != kBaudRates.end() ? rate->bitsPerSecond : 0;
+    const BaudRate* const rate = base::FindBaudRateByFlag(flag);
+    return rate != nullptr ? rate->bitsPerSecond : 0;
 }
 
 /// What to tell of a camera that a program left at a rate; \a device is a name that commands know it by.

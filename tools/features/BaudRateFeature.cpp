@@ -43,8 +43,8 @@ BaudRateFeature::BaudRateFeature(GenApi::INodeMap& nodes, std::string camera)
 }
 
 std::uint32_t BaudRateFeature::Get() const {
-    const auto rate = std::ranges::find(kBaudRates, m_node->GetIntValue(), &BaudRate::entryValue);
-    return rate != kBaudRates.end() ? rate->bitsPerSecond : 0;
+    const BaudRate* const rate = base::FindBaudRateByEntryValue(m_node->GetIntValue());
+    return rate != nullptr ? rate->bitsPerSecond : 0;
 }
 
 void BaudRateFeature::Set(const BaudRate& rate) {

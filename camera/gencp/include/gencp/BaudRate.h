@@ -14,6 +14,9 @@
 namespace gencp {
 
 using base::BaudRate;
+using base::FindBaudRateByEntryValue;
+using base::FindBaudRateByFlag;
+using base::FindBaudRateBySpeed;
 using base::kBaudRates;
 
 inline constexpr std::uint32_t kAllBaudRateFlags = 0xFF;
@@ -21,10 +24,6 @@ inline constexpr BaudRate kStartBaudRate = kBaudRates[0];  ///< a line starts wi
 
 /// The driver's own register with the entry value of the present rate; it is never asked of the camera.
 inline constexpr Register kBaudRateRegister{0x4D42445200000000, 4};
-
-const BaudRate* FindBaudRateByFlag(std::uint32_t flag) noexcept;
-const BaudRate* FindBaudRateBySpeed(std::uint32_t bitsPerSecond) noexcept;
-const BaudRate* FindBaudRateByEntryValue(std::uint32_t entryValue) noexcept;
 
 std::chrono::nanoseconds TransferTime(std::size_t bytes, std::uint32_t bitsPerSecond) noexcept;
 

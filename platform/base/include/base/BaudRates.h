@@ -25,4 +25,26 @@ inline constexpr std::array<BaudRate, 8> kBaudRates{{{0x01, 9600, 15},
                                                      {0x40, 460800, 22},
                                                      {0x80, 921600, 23}}};
 
+/// The rate whose member has this value, else null.
+constexpr const BaudRate* FindBaudRate(std::uint32_t BaudRate::*member, std::int64_t value) noexcept {
+    for (const BaudRate& rate : kBaudRates) {
+        if (rate.*member == value)
+            return &rate;
+    }
+    return nullptr;
+}
+
+/// The rate of exactly one flag, else null.
+constexpr const BaudRate* FindBaudRateByFlag(std::uint32_t flag) noexcept {
+    return FindBaudRate(&BaudRate::flag, flag);
+}
+/// The rate of so many bit/s, else null.
+constexpr const BaudRate* FindBaudRateBySpeed(std::uint32_t bitsPerSecond) noexcept {
+    return FindBaudRate(&BaudRate::bitsPerSecond, bitsPerSecond);
+}
+/// The rate of an entry value of ClSerialPortBaudRate, else null.
+constexpr const BaudRate* FindBaudRateByEntryValue(std::int64_t entryValue) noexcept {
+    return FindBaudRate(&BaudRate::entryValue, entryValue);
+}
+
 }  // namespace base
