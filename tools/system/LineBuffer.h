@@ -4,18 +4,34 @@
  */
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
-#include <string_view>
 
 namespace tools {
 
 class LineBuffer {
 public:
-    void Append(std::string_view piece) { m_pending += piece; }
+    /// The next whole line without its end. \a read puts bytes into the space that it is given and returns their
+    /// number; nothing when that is 0, or when a line is longer than any that is waited for.
+    template <class Read>
+    std::optional<std::string> Next(Read&& read) {
+        for (;;) {
+            if (auto line = Take())
+                return line;
+            std::array<char, 4096> space;
+            const std::size_t count = m_pending.size() > kLongestLine ? 0 : read(std::span<char>(space));
+            if (count == 0)
+                return std::nullopt;
+            m_pending.append(space.data(), count);
+        }
+    }
 
-    /// The next whole line without its end, which it takes away.
+private:
+    static constexpr std::size_t kLongestLine = 64 * 1024;
+
     std::optional<std::string> Take() {
         const std::size_t end = m_pending.find('\n');
         if (end == std::string::npos)
@@ -24,12 +40,6 @@ public:
         m_pending.erase(0, end + 1);
         return line;
     }
-
-    /// Whether a line is longer than any that is waited for.
-    bool IsTooLong() const noexcept { return m_pending.size() > kLongestLine; }
-
-private:
-    static constexpr std::size_t kLongestLine = 64 * 1024;
 
     std::string m_pending;
 };

@@ -12,8 +12,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
+#include <span>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -89,6 +89,19 @@ public:
     os::FileDescriptor output;
     LineBuffer pending;
 
+    /// What the child writes next, put into a space; 0 when it closed its output or the time is over.
+    std::size_t Read(std::span<char> space, Clock::time_point deadline) {
+        for (;;) {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+            pollfd waiting{output.Get(), POLLIN, 0};
+            const int ready = left.count() > 0 ? ::poll(&waiting, 1, static_cast<int>(left.count())) : 0;
+            if (ready < 0 && errno == EINTR)
+                continue;
+            const ssize_t count = ready > 0 ? ::read(output.Get(), space.data(), space.size()) : 0;
+            return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        }
+    }
+
     /// Waits until the child has ended; false when it has not in time.
     bool WaitForEnd(std::chrono::milliseconds timeout) noexcept {
         const Clock::time_point deadline = Clock::now() + timeout;
@@ -127,23 +140,8 @@ ChildProcess::~ChildProcess() {
 }
 
 std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    for (;;) {
-        if (auto line = m_impl->pending.Take())
-            return line;
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd waiting{m_impl->output.Get(), POLLIN, 0};
-        const int ready = left.count() > 0 ? ::poll(&waiting, 1, static_cast<int>(left.count())) : 0;
-        if (ready < 0 && errno == EINTR)
-            continue;
-        if (ready <= 0)
-            return std::nullopt;
-        std::array<char, 4096> buffer;
-        const ssize_t count = ::read(m_impl->output.Get(), buffer.data(), buffer.size());
-        if (count <= 0 || m_impl->pending.IsTooLong())
-            return std::nullopt;
-        m_impl->pending.Append({buffer.data(), static_cast<std::size_t>(count)});
-    }
+    return m_impl->pending.Next(
+        [&, deadline = Clock::now() + timeout](std::span<char> space) { return m_impl->Read(space, deadline); });
 }
 
 void ChildProcess::Stop() noexcept {

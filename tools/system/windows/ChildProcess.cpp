@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include <array>
+#include <span>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -79,6 +79,21 @@ public:
         ::AssignProcessToJobObject(job.Get(), process.Get());
         ::ResumeThread(thread.Get());
     }
+
+    /// What the child writes next, put into a space; 0 when it closed its output or the time is over.
+    std::size_t Read(std::span<char> space, Clock::time_point deadline) {
+        DWORD available = 0;
+        while (Clock::now() < deadline &&
+               ::PeekNamedPipe(output.Get(), nullptr, 0, nullptr, &available, nullptr) != 0) {
+            DWORD count = 0;
+            if (available == 0)
+                std::this_thread::sleep_for(kPause);
+            else if (::ReadFile(output.Get(), space.data(), static_cast<DWORD>(space.size()), &count, nullptr) != 0 &&
+                     count != 0)
+                return count;
+        }
+        return 0;
+    }
 };
 
 ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments)
@@ -95,25 +110,11 @@ ChildProcess::~ChildProcess() {
 }
 
 std::optional<std::string> ChildProcess::ReadLine(std::chrono::milliseconds timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    for (;;) {
-        if (auto line = m_impl->pending.Take()) {
-            if (line->ends_with('\r'))
-                line->pop_back();
-            return line;
-        }
-        DWORD available = 0;
-        if (Clock::now() >= deadline || m_impl->pending.IsTooLong() ||
-            ::PeekNamedPipe(m_impl->output.Get(), nullptr, 0, nullptr, &available, nullptr) == 0)
-            return std::nullopt;
-        std::array<char, 4096> buffer;
-        DWORD count = 0;
-        if (available == 0)
-            std::this_thread::sleep_for(kPause);
-        else if (::ReadFile(m_impl->output.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) !=
-                 0)
-            m_impl->pending.Append({buffer.data(), count});
-    }
+    auto line = m_impl->pending.Next(
+        [&, deadline = Clock::now() + timeout](std::span<char> space) { return m_impl->Read(space, deadline); });
+    if (line && line->ends_with('\r'))
+        line->pop_back();
+    return line;
 }
 
 void ChildProcess::Stop() noexcept {
