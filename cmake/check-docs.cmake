@@ -14,12 +14,15 @@ list(APPEND pages README.md CONTRIBUTING.md)
 
 # What the programs and scripts take. Their sources have each option as "--word" or "-w,--word", scripts as they come.
 set(known)
+set(commands)
 file(GLOB sources tools/commands/*.cpp tools/app/*.cpp camera/simulator/marlow-sim.cpp test.sh test-windows.sh
      packaging/release.sh)
 foreach(source IN LISTS sources)
     file(READ "${source}" text)
     string(REGEX MATCHALL "[\", ]--[a-z][a-z0-9-]*" found "${text}")
     list(APPEND known ${found})
+    string(REGEX MATCHALL "CommandEntry k[A-Za-z]+{\"[a-z -]+\"" found "${text}")
+    list(APPEND commands ${found})
 endforeach()
 list(TRANSFORM known REPLACE ".(--.*)" "\\1")
 
@@ -43,12 +46,11 @@ foreach(page IN LISTS pages)
         endif()
     endforeach()
 
-    # Every "vanto-cl COMMAND" of a page is a command of the table.
-    file(READ tools/app/CommandTable.cpp table)
+    # Every "vanto-cl COMMAND" of a page is one.
     string(REGEX MATCHALL "vanto-cl (--simulate[=0-9]* )*[a-z]+" uses "${text}")
     foreach(use IN LISTS uses)
         string(REGEX REPLACE ".* " "" command "${use}")
-        if(NOT table MATCHES "\"${command}[\" ]")
+        if(NOT commands MATCHES "\"${command}[\" ]")
             complain("${page}: vanto-cl has no command '${command}'")
         endif()
     endforeach()

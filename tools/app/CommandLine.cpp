@@ -39,8 +39,8 @@ public:
         app.require_subcommand(0, 1);
         // Else a path that begins with a slash is an option on Windows.
         app.allow_windows_style_options(false);
-        for (const CommandEntry& entry : CommandTable())
-            Add(entry);
+        for (const CommandEntry* entry : CommandTable())
+            Add(*entry);
     }
 
     const CLI::App* Place() const {

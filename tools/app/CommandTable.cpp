@@ -8,32 +8,12 @@ namespace tools {
 
 namespace {
 
-constexpr CommandEntry kCommands[] = {
-    {"list", "List the cameras, or say why there are none", &MakeListCommand},
-    {"ports", "List the serial ports of this machine and their configuration", &MakePortsCommand},
-    {"xml", "Fetch a camera's own description", &MakeXmlCommand},
-    {"features", "List a camera's features with their values", &MakeFeaturesCommand},
-    {"info", "Show all that is known of features", &MakeInfoCommand},
-    {"get", "Print the values of features", &MakeGetCommand},
-    {"set", "Change features, all or none", &MakeSetCommand},
-    {"exec", "Execute a command of a camera", &MakeExecCommand},
-    {"grab", "Take images and save them", &MakeGrabCommand},
-    {"watch", "Print features whenever they change", &MakeWatchCommand},
-    {"save", "Save a camera's settings in a file", &MakeSaveCommand},
-    {"load", "Set a camera as a file says", &MakeLoadCommand},
-    {"rate", "Show a camera's baud rate, or bring it to one to stay", &MakeRateCommand},
-    {"read", "Read a camera's registers", &MakeReadCommand},
-    {"write", "Write a camera's registers", &MakeWriteCommand},
-    {"config path", "Say where the file is looked for, and why there", &MakeConfigPathCommand},
-    {"config show", "Show what the file says", &MakeConfigShowCommand},
-    {"config check", "Say what is wrong with the file, with line and column", &MakeConfigCheckCommand},
-    {"config init", "Write a new file for the ports of this machine", &MakeConfigInitCommand},
-    {"describe", "Show or check a camera description from a file", &MakeDescribeCommand},
-    {"doctor", "Look for what keeps cameras from being found", &MakeDoctorCommand},
-    {"completion", "Print the completion for a shell", &MakeCompletionCommand},
-    {"help", "Explain a command", &MakeHelpCommand},
-    {"complete", "", &MakeCompleteCommand},
-    {"manual-pages", "", &MakeManualPagesCommand},
+constexpr const CommandEntry* kCommands[] = {
+    &kListCommand,       &kPortsCommand,      &kXmlCommand,         &kFeaturesCommand,   &kInfoCommand,
+    &kGetCommand,        &kSetCommand,        &kExecCommand,        &kGrabCommand,       &kWatchCommand,
+    &kSaveCommand,       &kLoadCommand,       &kRateCommand,        &kReadCommand,       &kWriteCommand,
+    &kConfigPathCommand, &kConfigShowCommand, &kConfigCheckCommand, &kConfigInitCommand, &kDescribeCommand,
+    &kDoctorCommand,     &kCompletionCommand, &kHelpCommand,        &kCompleteCommand,   &kManualPagesCommand,
 };
 
 constexpr CommandGroup kGroups[] = {
@@ -42,7 +22,7 @@ constexpr CommandGroup kGroups[] = {
 
 }  // namespace
 
-std::span<const CommandEntry> CommandTable() {
+std::span<const CommandEntry* const> CommandTable() {
     return kCommands;
 }
 

@@ -28,7 +28,7 @@ public:
     virtual ExitCode Run(Output& output) = 0;
 };
 
-/// A line of the table of commands. A name of two words ("config path") is a command of a group. A command without a
+/// A command as the table has it. A name of two words ("config path") is a command of a group. A command without a
 /// summary is for scripts and not in the help.
 struct CommandEntry {
     const char* name;
@@ -42,7 +42,8 @@ struct CommandGroup {
     const char* summary;
 };
 
-std::span<const CommandEntry> CommandTable();
+/// In the order of the help.
+std::span<const CommandEntry* const> CommandTable();
 std::span<const CommandGroup> CommandGroups();
 /// The help of what these words name ("config path"), of the program without any. Throws ToolError (kUsage).
 std::string HelpOf(const std::vector<std::string>& words, const Output& output);

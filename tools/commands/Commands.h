@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The commands, each a class in the .cpp file of its name: only the table makes them
+ * The commands, each with its class in the .cpp file of its name
  */
 #pragma once
 
@@ -10,30 +10,35 @@
 
 namespace tools {
 
-std::unique_ptr<Command> MakeListCommand();
-std::unique_ptr<Command> MakePortsCommand();
-std::unique_ptr<Command> MakeXmlCommand();
-std::unique_ptr<Command> MakeFeaturesCommand();
-std::unique_ptr<Command> MakeInfoCommand();
-std::unique_ptr<Command> MakeGetCommand();
-std::unique_ptr<Command> MakeSetCommand();
-std::unique_ptr<Command> MakeExecCommand();
-std::unique_ptr<Command> MakeGrabCommand();
-std::unique_ptr<Command> MakeWatchCommand();
-std::unique_ptr<Command> MakeSaveCommand();
-std::unique_ptr<Command> MakeLoadCommand();
-std::unique_ptr<Command> MakeRateCommand();
-std::unique_ptr<Command> MakeReadCommand();
-std::unique_ptr<Command> MakeWriteCommand();
-std::unique_ptr<Command> MakeConfigPathCommand();
-std::unique_ptr<Command> MakeConfigShowCommand();
-std::unique_ptr<Command> MakeConfigCheckCommand();
-std::unique_ptr<Command> MakeConfigInitCommand();
-std::unique_ptr<Command> MakeDescribeCommand();
-std::unique_ptr<Command> MakeDoctorCommand();
-std::unique_ptr<Command> MakeHelpCommand();
-std::unique_ptr<Command> MakeCompletionCommand();
-std::unique_ptr<Command> MakeCompleteCommand();
-std::unique_ptr<Command> MakeManualPagesCommand();
+template <class T>
+std::unique_ptr<Command> Make() {
+    return std::make_unique<T>();
+}
+
+extern const CommandEntry kListCommand;
+extern const CommandEntry kPortsCommand;
+extern const CommandEntry kXmlCommand;
+extern const CommandEntry kFeaturesCommand;
+extern const CommandEntry kInfoCommand;
+extern const CommandEntry kGetCommand;
+extern const CommandEntry kSetCommand;
+extern const CommandEntry kExecCommand;
+extern const CommandEntry kGrabCommand;
+extern const CommandEntry kWatchCommand;
+extern const CommandEntry kSaveCommand;
+extern const CommandEntry kLoadCommand;
+extern const CommandEntry kRateCommand;
+extern const CommandEntry kReadCommand;
+extern const CommandEntry kWriteCommand;
+extern const CommandEntry kConfigPathCommand;
+extern const CommandEntry kConfigShowCommand;
+extern const CommandEntry kConfigCheckCommand;
+extern const CommandEntry kConfigInitCommand;
+extern const CommandEntry kDescribeCommand;
+extern const CommandEntry kDoctorCommand;
+extern const CommandEntry kCompletionCommand;
+extern const CommandEntry kHelpCommand;
+extern const CommandEntry kCompleteCommand;
+extern const CommandEntry kManualPagesCommand;
 
 }  // namespace tools

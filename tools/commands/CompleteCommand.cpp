@@ -3,7 +3,6 @@
  * vanto-cl complete: words for the completion of shells
  */
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -136,8 +135,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeCompleteCommand() {
-    return std::make_unique<CompleteCommand>();
-}
+constexpr CommandEntry kCompleteCommand{"complete", "", &Make<CompleteCommand>};
 
 }  // namespace tools

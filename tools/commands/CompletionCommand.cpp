@@ -2,7 +2,6 @@
 /*
  * vanto-cl completion: what a shell needs to complete command lines of vanto-cl
  */
-#include <memory>
 #include <string>
 
 #include "commands/Commands.h"
@@ -117,8 +116,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeCompletionCommand() {
-    return std::make_unique<CompletionCommand>();
-}
+constexpr CommandEntry kCompletionCommand{"completion", "Print the completion for a shell", &Make<CompletionCommand>};
 
 }  // namespace tools

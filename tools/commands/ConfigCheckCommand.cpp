@@ -4,7 +4,6 @@
  */
 #include <fmt/format.h>
 #include <algorithm>
-#include <memory>
 #include <string>
 
 #include "cameras/TransportLayer.h"
@@ -57,8 +56,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeConfigCheckCommand() {
-    return std::make_unique<ConfigCheckCommand>();
-}
+constexpr CommandEntry kConfigCheckCommand{"config check", "Say what is wrong with the file, with line and column",
+                                           &Make<ConfigCheckCommand>};
 
 }  // namespace tools

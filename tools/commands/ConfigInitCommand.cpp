@@ -3,7 +3,6 @@
  * vanto-cl config init: a new port configuration file for the ports of the machine
  */
 #include <fmt/format.h>
-#include <memory>
 
 #include "cameras/TransportLayer.h"
 #include "commands/Commands.h"
@@ -68,8 +67,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeConfigInitCommand() {
-    return std::make_unique<ConfigInitCommand>();
-}
+constexpr CommandEntry kConfigInitCommand{"config init", "Write a new file for the ports of this machine",
+                                          &Make<ConfigInitCommand>};
 
 }  // namespace tools

@@ -2,7 +2,6 @@
 /*
  * vanto-cl config path: where the port configuration file is looked for
  */
-#include <memory>
 
 #include "commands/Commands.h"
 #include "commands/Options.h"
@@ -54,8 +53,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeConfigPathCommand() {
-    return std::make_unique<ConfigPathCommand>();
-}
+constexpr CommandEntry kConfigPathCommand{"config path", "Say where the file is looked for, and why there",
+                                          &Make<ConfigPathCommand>};
 
 }  // namespace tools

@@ -3,7 +3,6 @@
  * vanto-cl config show: what the port configuration file says
  */
 #include <fmt/format.h>
-#include <memory>
 
 #include "commands/Commands.h"
 #include "commands/Options.h"
@@ -62,8 +61,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeConfigShowCommand() {
-    return std::make_unique<ConfigShowCommand>();
-}
+constexpr CommandEntry kConfigShowCommand{"config show", "Show what the file says", &Make<ConfigShowCommand>};
 
 }  // namespace tools

@@ -3,7 +3,6 @@
  * vanto-cl describe: a camera description from a file
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
 #include "commands/Commands.h"
@@ -100,8 +99,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeDescribeCommand() {
-    return std::make_unique<DescribeCommand>();
-}
+constexpr CommandEntry kDescribeCommand{"describe", "Show or check a camera description from a file",
+                                        &Make<DescribeCommand>};
 
 }  // namespace tools

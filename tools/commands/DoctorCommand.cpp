@@ -2,7 +2,6 @@
 /*
  * vanto-cl doctor: what a stuck user needs to know
  */
-#include <memory>
 
 #include "commands/Commands.h"
 #include "commands/Options.h"
@@ -39,8 +38,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeDoctorCommand() {
-    return std::make_unique<DoctorCommand>();
-}
+constexpr CommandEntry kDoctorCommand{"doctor", "Look for what keeps cameras from being found", &Make<DoctorCommand>};
 
 }  // namespace tools

@@ -3,11 +3,10 @@
  * vanto-cl exec: executes a command of the camera
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/FeatureText.h"
 #include "features/FeatureWalk.h"
@@ -21,10 +20,10 @@ namespace tools {
 
 namespace {
 
-class ExecCommand : public Command {
+class ExecCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Argument("COMMAND", m_command, "Name of a command feature");
         options.Value("--timeout", m_timeout, "SECONDS", "How long to wait until the command is done (10)");
         options.Example("vanto-cl exec 0 UserSetLoad", "Execute a command and wait until it is done");
@@ -32,7 +31,7 @@ public:
 
     ExitCode Run(Output& output) override {
         const auto timeout = DurationOption("--timeout", m_timeout);
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         GenApi::INode& node = FindFeature(device.Nodes(), m_command);
         if (node.GetPrincipalInterfaceType() != GenApi::intfICommand)
             throw ToolError(fmt::format("{} is no command: its kind is {}", m_command, KindText(node)),
@@ -45,15 +44,12 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_command;
     std::string m_timeout = "10";
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeExecCommand() {
-    return std::make_unique<ExecCommand>();
-}
+constexpr CommandEntry kExecCommand{"exec", "Execute a command of a camera", &Make<ExecCommand>};
 
 }  // namespace tools

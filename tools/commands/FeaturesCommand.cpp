@@ -4,11 +4,10 @@
  */
 #include <fmt/format.h>
 
-#include <memory>
 #include <string>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/FeatureFilter.h"
 #include "features/FeatureTable.h"
@@ -20,10 +19,10 @@ namespace tools {
 
 namespace {
 
-class FeaturesCommand : public Command {
+class FeaturesCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.OptionalArgument(
             "PATTERN", m_pattern,
             "Only those with these words in name, category or documentation, or named like 'Trigger*'");
@@ -44,7 +43,7 @@ public:
 
     ExitCode Run(Output& output) override {
         const GenApi::EVisibility visibility = VisibilityFromWord(m_visibility);
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         const std::vector<TreeNode> features = SelectFeatures(device.Nodes(), visibility, m_pattern);
         const std::size_t failures =
             m_json ? PrintFeaturesAsJson(output, device, features) : PrintFeatures(output, device, features, m_tree);
@@ -55,7 +54,6 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_pattern;
     std::string m_visibility = "guru";
     bool m_tree = false;
@@ -64,8 +62,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeFeaturesCommand() {
-    return std::make_unique<FeaturesCommand>();
-}
+constexpr CommandEntry kFeaturesCommand{"features", "List a camera's features with their values",
+                                        &Make<FeaturesCommand>};
 
 }  // namespace tools

@@ -3,12 +3,11 @@
  * vanto-cl get: values of features
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/FeatureInput.h"
 #include "features/FeatureText.h"
@@ -23,10 +22,10 @@ namespace tools {
 
 namespace {
 
-class GetCommand : public Command {
+class GetCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Arguments("NAME", m_names, "Names of features");
         options.Flag("--json", m_json, "Print a JSON object with a member for each feature");
         options.Notes("One feature prints its bare value, several print NAME=VALUE lines, as 'set' takes them.");
@@ -35,7 +34,7 @@ public:
     }
 
     ExitCode Run(Output& output) override {
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         std::vector<GenApi::INode*> nodes;
         for (const std::string& name : m_names) {
             nodes.push_back(&FindFeature(device.Nodes(), name));
@@ -57,15 +56,12 @@ public:
     }
 
 private:
-    std::string m_device;
     std::vector<std::string> m_names;
     bool m_json = false;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeGetCommand() {
-    return std::make_unique<GetCommand>();
-}
+constexpr CommandEntry kGetCommand{"get", "Print the values of features", &Make<GetCommand>};
 
 }  // namespace tools

@@ -7,13 +7,12 @@
 #include <cstdint>
 #include <exception>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
@@ -31,7 +30,7 @@ namespace tools {
 
 namespace {
 
-class GrabCommand : public Command {
+class GrabCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override;
     ExitCode Run(Output& output) override;
@@ -45,7 +44,6 @@ private:
     void PrintSummary(Output& output, const FrameCounts& counts, const GrabTarget& target, double seconds) const;
     Json Summary(const FrameCounts& counts, const GrabTarget& target, double seconds) const;
 
-    std::string m_device;
     std::string m_countText;
     std::string m_everyText = "1";
     std::string m_durationText;
@@ -82,7 +80,7 @@ std::string SavedText(const FrameFiles& files, double seconds) {
 }  // namespace
 
 void GrabCommand::Declare(Options& options) {
-    options.Argument("DEVICE", m_device, kDeviceHelp);
+    DeviceCommand::Declare(options);
     options.Value("-n,--count", m_countText, "COUNT", "How many frames (1); 0 goes on until Ctrl-C");
     options.Value("--duration", m_durationText, "SECONDS", "End after this time, without -n whatever came until then");
     options.Value("--every", m_everyText, "N", "Save each Nth frame only (1)");
@@ -125,7 +123,7 @@ ExitCode GrabCommand::Run(Output& output) {
     std::vector<Assignment> settings;
     for (const std::string& word : m_settings)
         settings.push_back(ParseAssignment(word));
-    const OpenDevice device(m_device, output);
+    const OpenDevice device(Device(), output);
     ApplySettings(device.Nodes(), settings);
     GrabTarget target(m_wishes, device, output);
     FrameCounts counts;
@@ -215,8 +213,6 @@ void GrabCommand::PrintSummary(Output& output, const FrameCounts& counts, const 
         print(SavedText(*target.Files(), target.SaveSeconds()));
 }
 
-std::unique_ptr<Command> MakeGrabCommand() {
-    return std::make_unique<GrabCommand>();
-}
+constexpr CommandEntry kGrabCommand{"grab", "Take images and save them", &Make<GrabCommand>};
 
 }  // namespace tools

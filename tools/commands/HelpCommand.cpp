@@ -3,7 +3,6 @@
  * vanto-cl help: explains a command
  */
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,8 +16,8 @@ namespace {
 
 std::vector<std::string> Names() {
     std::vector<std::string> names;
-    for (const CommandEntry& entry : CommandTable())
-        if (const std::string name = entry.name; *entry.summary != '\0')
+    for (const CommandEntry* entry : CommandTable())
+        if (const std::string name = entry->name; *entry->summary != '\0')
             names.push_back(name.substr(0, name.find(' ')));
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
@@ -44,8 +43,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeHelpCommand() {
-    return std::make_unique<HelpCommand>();
-}
+constexpr CommandEntry kHelpCommand{"help", "Explain a command", &Make<HelpCommand>};
 
 }  // namespace tools

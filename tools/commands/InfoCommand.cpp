@@ -2,12 +2,11 @@
 /*
  * vanto-cl info: all that is known of features
  */
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/FeatureInfo.h"
 #include "features/FeatureWalk.h"
@@ -19,10 +18,10 @@ namespace tools {
 
 namespace {
 
-class InfoCommand : public Command {
+class InfoCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Arguments("NAME", m_names, "Names of features");
         options.Flag("--json", m_json, "Print a JSON array with an object for each feature");
         options.Notes(
@@ -31,7 +30,7 @@ public:
     }
 
     ExitCode Run(Output& output) override {
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         std::vector<GenApi::INode*> nodes;
         for (const std::string& name : m_names)
             nodes.push_back(&FindFeature(device.Nodes(), name));
@@ -53,15 +52,12 @@ public:
     }
 
 private:
-    std::string m_device;
     std::vector<std::string> m_names;
     bool m_json = false;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeInfoCommand() {
-    return std::make_unique<InfoCommand>();
-}
+constexpr CommandEntry kInfoCommand{"info", "Show all that is known of features", &Make<InfoCommand>};
 
 }  // namespace tools

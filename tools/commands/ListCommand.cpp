@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -143,8 +142,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeListCommand() {
-    return std::make_unique<ListCommand>();
-}
+constexpr CommandEntry kListCommand{"list", "List the cameras, or say why there are none", &Make<ListCommand>};
 
 }  // namespace tools

@@ -3,12 +3,11 @@
  * vanto-cl load: the settings of a file into a camera
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
 #include "base/SettingsFile.h"
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
 #include "output/Json.h"
@@ -55,10 +54,10 @@ Faults Load(const OpenDevice& device, const std::string& text, const std::string
     }
 }
 
-class LoadCommand : public Command {
+class LoadCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Argument("FILE", m_file,
                          "A file that 'vanto-cl save' wrote, or NAME=VALUE lines; - for standard input");
         options.Flag("--json", m_json, "Print a JSON object, refusals included");
@@ -72,7 +71,7 @@ public:
     ExitCode Run(Output& output) override {
         const std::string text = ReadInput(PathOf(m_file));
         const std::size_t settings = base::ParseSettings(m_file, text).size();
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         const Faults faults = Load(device, text, m_file, settings, output);
         for (const Vanto::SettingFault& fault : faults)
             output.Warn(Printable(fmt::format("{}:{}: {}{}", m_file, fault.line,
@@ -87,15 +86,12 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_file;
     bool m_json = false;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeLoadCommand() {
-    return std::make_unique<LoadCommand>();
-}
+constexpr CommandEntry kLoadCommand{"load", "Set a camera as a file says", &Make<LoadCommand>};
 
 }  // namespace tools

@@ -3,7 +3,6 @@
  * vanto-cl manual-pages: writes the manual pages, for the build
  */
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "commands/Commands.h"
@@ -35,8 +34,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeManualPagesCommand() {
-    return std::make_unique<ManualPagesCommand>();
-}
+constexpr CommandEntry kManualPagesCommand{"manual-pages", "", &Make<ManualPagesCommand>};
 
 }  // namespace tools

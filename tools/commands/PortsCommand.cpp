@@ -3,7 +3,6 @@
  * vanto-cl ports: the serial ports of the machine
  */
 #include <fmt/format.h>
-#include <memory>
 
 #include "CLProtocol/Diagnostics.h"
 #include "cameras/TransportLayer.h"
@@ -118,8 +117,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakePortsCommand() {
-    return std::make_unique<PortsCommand>();
-}
+constexpr CommandEntry kPortsCommand{"ports", "List the serial ports of this machine and their configuration",
+                                     &Make<PortsCommand>};
 
 }  // namespace tools

@@ -4,13 +4,12 @@
  */
 #include <fmt/format.h>
 
-#include <memory>
 #include <string>
 
 #include "cameras/BaudRates.h"
-#include "cameras/DeviceChoice.h"
 #include "cameras/KnownCamerasFile.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/BaudRateFeature.h"
 #include "features/OpenDevice.h"
@@ -21,10 +20,10 @@ namespace tools {
 
 namespace {
 
-class RateCommand : public Command {
+class RateCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.OptionalArgument("RATE", m_rate, "The new baud rate, for example 9600");
         options.Flag("--json", m_json, "Print a JSON object");
         options.Notes(
@@ -37,7 +36,7 @@ public:
 
     ExitCode Run(Output& output) override {
         const BaudRate* const wanted = m_rate.empty() ? nullptr : &BaudRateFromWord(m_rate);
-        const OpenDevice device(m_device, output, OpenDevice::Use::kConnect);
+        const OpenDevice device(Device(), output, OpenDevice::Use::kConnect);
         BaudRateFeature feature(device.Nodes(), device.Name());
         const std::uint32_t before = feature.Get();
         if (wanted == nullptr) {
@@ -57,15 +56,13 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_rate;
     bool m_json = false;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeRateCommand() {
-    return std::make_unique<RateCommand>();
-}
+constexpr CommandEntry kRateCommand{"rate", "Show a camera's baud rate, or bring it to one to stay",
+                                    &Make<RateCommand>};
 
 }  // namespace tools

@@ -4,13 +4,12 @@
  */
 #include <fmt/format.h>
 #include <algorithm>
-#include <memory>
 #include <string>
 
 #include "base/Text.h"
 #include "base/ValueText.h"
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/OptionNumbers.h"
 #include "features/RegisterPort.h"
@@ -41,10 +40,10 @@ std::string DumpText(std::uint64_t address, const std::vector<std::uint8_t>& byt
     return text;
 }
 
-class ReadCommand : public Command {
+class ReadCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
         options.Argument("LENGTH", m_length, "Number of bytes");
         options.Flag("--dump", m_dump, "Print lines with addresses and letters");
@@ -60,7 +59,7 @@ public:
     ExitCode Run(Output& output) override {
         const std::int64_t address = AddressArgument(m_address);
         const std::int64_t length = NumberOption("LENGTH", m_length, 1, kMostBytes);
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         std::vector<std::uint8_t> bytes;
         {
             const Progress progress(output, fmt::format("Reading {} bytes from {}", length, device.Name()));
@@ -77,7 +76,6 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_address;
     std::string m_length;
     std::string m_file;
@@ -87,8 +85,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeReadCommand() {
-    return std::make_unique<ReadCommand>();
-}
+constexpr CommandEntry kReadCommand{"read", "Read a camera's registers", &Make<ReadCommand>};
 
 }  // namespace tools

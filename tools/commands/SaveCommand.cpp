@@ -3,12 +3,11 @@
  * vanto-cl save: the settings of a camera into a file
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
 #include "base/SettingsFile.h"
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/OpenDevice.h"
 #include "output/Output.h"
@@ -20,10 +19,10 @@ namespace tools {
 
 namespace {
 
-class SaveCommand : public Command {
+class SaveCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Argument("FILE", m_file, "The file to write, - for standard output");
         options.Notes(
             "Saved are the streamable features that can be set at present, for each value of their selectors. "
@@ -32,7 +31,7 @@ public:
     }
 
     ExitCode Run(Output& output) override {
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         std::string text;
         std::vector<Vanto::SettingFault> faults;
         {
@@ -51,14 +50,11 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_file;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeSaveCommand() {
-    return std::make_unique<SaveCommand>();
-}
+constexpr CommandEntry kSaveCommand{"save", "Save a camera's settings in a file", &Make<SaveCommand>};
 
 }  // namespace tools

@@ -2,12 +2,11 @@
 /*
  * vanto-cl set: changes features, all or none
  */
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/Assignments.h"
 #include "features/OpenDevice.h"
@@ -16,10 +15,10 @@ namespace tools {
 
 namespace {
 
-class SetCommand : public Command {
+class SetCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Arguments("NAME=VALUE", m_assignments, "Features and their new values, set in this order");
         options.Notes(
             "Values: 16, 0x10, 12.5, '2500 us', on, off, names of entries, bytes as 0x0102fe. All are checked "
@@ -33,7 +32,7 @@ public:
         std::vector<Assignment> parsed;
         for (const std::string& word : m_assignments)
             parsed.push_back(ParseAssignment(word));
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         Assignments assignments(device.Nodes(), parsed);
         assignments.Check();
         assignments.Apply();
@@ -41,14 +40,11 @@ public:
     }
 
 private:
-    std::string m_device;
     std::vector<std::string> m_assignments;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeSetCommand() {
-    return std::make_unique<SetCommand>();
-}
+constexpr CommandEntry kSetCommand{"set", "Change features, all or none", &Make<SetCommand>};
 
 }  // namespace tools

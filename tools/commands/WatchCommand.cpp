@@ -4,12 +4,11 @@
  */
 #include <fmt/format.h>
 #include <limits>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/FeatureInput.h"
 #include "features/FeatureText.h"
@@ -55,10 +54,10 @@ private:
     bool m_printed = false;
 };
 
-class WatchCommand : public Command {
+class WatchCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Arguments("NAME", m_names, "Names of features");
         options.Value("--interval", m_interval, "SECONDS", "Time from one look to the next (0.5)");
         options.Value("--count", m_count, "N", "End after N looks; without it Ctrl-C ends it");
@@ -71,7 +70,7 @@ public:
         const auto interval = DurationOption("--interval", m_interval);
         constexpr std::int64_t kEndless = std::numeric_limits<std::int64_t>::max();
         const std::int64_t count = m_count.empty() ? kEndless : NumberOption("--count", m_count, 1, kEndless);
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         std::vector<Watched> watched;
         for (const std::string& name : m_names) {
             GenApi::INode& node = FindFeature(device.Nodes(), name);
@@ -91,7 +90,6 @@ public:
     }
 
 private:
-    std::string m_device;
     std::vector<std::string> m_names;
     std::string m_interval = "0.5";
     std::string m_count;
@@ -100,8 +98,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Command> MakeWatchCommand() {
-    return std::make_unique<WatchCommand>();
-}
+constexpr CommandEntry kWatchCommand{"watch", "Print features whenever they change", &Make<WatchCommand>};
 
 }  // namespace tools

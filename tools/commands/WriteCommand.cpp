@@ -3,12 +3,11 @@
  * vanto-cl write: registers of the camera
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
 #include "base/ValueText.h"
-#include "cameras/DeviceChoice.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "features/RegisterPort.h"
 
@@ -16,10 +15,10 @@ namespace tools {
 
 namespace {
 
-class WriteCommand : public Command {
+class WriteCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Argument("ADDRESS", m_address, "Address of the first byte, for example 0x10000");
         options.Argument("HEX", m_bytes, "The bytes as pairs of hexadecimal digits, in the order of the addresses");
         options.Notes("Nothing is checked: the camera takes what it is given.");
@@ -31,21 +30,18 @@ public:
         const auto bytes = base::BytesFromText(m_bytes);
         if (!bytes)
             throw ToolError(fmt::format("'{}' are no bytes", m_bytes), "Example: 0x0102fe", ExitCode::kUsage);
-        const OpenDevice device(m_device, output);
+        const OpenDevice device(Device(), output);
         device.Camera().WriteRegisters(address, *bytes);
         return ExitCode::kDone;
     }
 
 private:
-    std::string m_device;
     std::string m_address;
     std::string m_bytes;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeWriteCommand() {
-    return std::make_unique<WriteCommand>();
-}
+constexpr CommandEntry kWriteCommand{"write", "Write a camera's registers", &Make<WriteCommand>};
 
 }  // namespace tools

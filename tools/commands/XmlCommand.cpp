@@ -3,16 +3,15 @@
  * vanto-cl xml: a camera's own description
  */
 #include <fmt/format.h>
-#include <memory>
 #include <string>
 
 #include "base/Sha1.h"
 #include "cameras/CameraSearch.h"
 #include "cameras/DescriptionTrouble.h"
-#include "cameras/DeviceChoice.h"
 #include "cameras/Fetching.h"
 #include "cameras/Records.h"
 #include "commands/Commands.h"
+#include "commands/DeviceCommand.h"
 #include "commands/Options.h"
 #include "output/Output.h"
 #include "output/Progress.h"
@@ -24,10 +23,10 @@ namespace tools {
 
 namespace {
 
-class XmlCommand : public Command {
+class XmlCommand : public DeviceCommand {
 public:
     void Declare(Options& options) override {
-        options.Argument("DEVICE", m_device, kDeviceHelp);
+        DeviceCommand::Declare(options);
         options.Value("-o,--output", m_file, "FILE", "Write to FILE instead of standard output");
         options.Notes(
             "The description is printed as the camera gives it, byte by byte, faults included. A description "
@@ -45,7 +44,7 @@ public:
         std::chrono::milliseconds elapsed{0};
         {
             const Interruption::Watch watch;
-            CameraSearch(layer, output).Find(m_device, [&](const Vanto::CDeviceInfo& camera) {
+            CameraSearch(layer, output).Find(Device(), [&](const Vanto::CDeviceInfo& camera) {
                 const Fetching progress(layer.Ports(), output, "Fetching the description of " + NameOf(camera));
                 ReadDescription(NameOf(camera), [&] { provider->ProvideXMLFile(camera, source, xml); });
                 elapsed = progress.Elapsed();
@@ -63,14 +62,11 @@ public:
     }
 
 private:
-    std::string m_device;
     std::string m_file;
 };
 
 }  // namespace
 
-std::unique_ptr<Command> MakeXmlCommand() {
-    return std::make_unique<XmlCommand>();
-}
+constexpr CommandEntry kXmlCommand{"xml", "Fetch a camera's own description", &Make<XmlCommand>};
 
 }  // namespace tools
