@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/MapAccess.h"
 #include "core/NodeMap.h"
 #include "core/RegisterCore.h"

@@ -4,17 +4,16 @@
  */
 #pragma once
 
-#include <algorithm>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
 
 #include "GenApi/Diagnostics.h"
 #include "GenApi/INode.h"
 #include "GenApi/ISelector.h"
 #include "core/Evaluation.h"
+#include "core/ValidValues.h"
 #include "schema/Description.h"
 
 namespace GenApi {
@@ -24,27 +23,6 @@ class RegisterCore;
 
 /// Which end of a range.
 enum class EBound : std::uint8_t { Min, Max };
-
-/// The values that a node restricts itself to, in the numbers that it computes with.
-struct ValidValues {
-    std::span<const std::int64_t> integers;
-    std::span<const double> numbers;
-    bool isFinal = false;  ///< the node has an increment of its own: what lies behind it does not count
-
-    bool empty() const noexcept { return integers.empty() && numbers.empty(); }
-    /// Those within a range, as numbers of type \a T.
-    template <class T>
-    std::vector<T> Within(T min, T max) const {
-        std::vector<T> values;
-        const auto add = [&](auto value) {
-            if (min <= static_cast<T>(value) && static_cast<T>(value) <= max)
-                values.push_back(static_cast<T>(value));
-        };
-        std::for_each(integers.begin(), integers.end(), add);
-        std::for_each(numbers.begin(), numbers.end(), add);
-        return values;
-    }
-};
 
 /// What a node is made from.
 struct NodeSeed {

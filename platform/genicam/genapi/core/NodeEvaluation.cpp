@@ -6,7 +6,8 @@
 #include <limits>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
+#include "GenApi/IValue.h"
 #include "core/MapAccess.h"
 #include "core/Node.h"
 #include "core/NodeMap.h"

@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/Node.h"
 #include "core/NodeMap.h"
 #include "schema/Values.h"

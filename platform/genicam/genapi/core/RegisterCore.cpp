@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/NodeMap.h"
 #include "core/Port.h"
 #include "schema/Text.h"

@@ -6,7 +6,7 @@
 #include "nodes/Command.h"
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/MapAccess.h"
 #include "core/NodeMap.h"
 #include "schema/Text.h"

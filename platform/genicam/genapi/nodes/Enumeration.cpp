@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/MapAccess.h"
 #include "core/NodeMap.h"
 #include "schema/Text.h"

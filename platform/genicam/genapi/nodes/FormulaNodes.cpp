@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/NodeMap.h"
 #include "schema/Values.h"
 

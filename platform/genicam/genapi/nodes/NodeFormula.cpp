@@ -10,7 +10,7 @@
 #include <unordered_map>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/NodeMap.h"
 #include "formula/FormulaCompiler.h"
 #include "nodes/Enumeration.h"

@@ -13,7 +13,7 @@
 #include <cstring>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/MapAccess.h"
 #include "core/NodeMap.h"
 #include "schema/Values.h"

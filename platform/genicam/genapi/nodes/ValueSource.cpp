@@ -8,7 +8,7 @@
 #include <type_traits>
 
 #include "Base/GCException.h"
-#include "GenApi/Pointer.h"
+#include "GenApi/AccessMode.h"
 #include "core/NodeMap.h"
 #include "formula/FormulaArithmetic.h"
 #include "schema/Text.h"

@@ -1,10 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Smart pointers to the interfaces of a node, and questions to an access mode
+ * Smart pointers to the interfaces of a node
  */
 #pragma once
 
 #include "Base/GCException.h"
+#include "GenApi/AccessMode.h"
 #include "GenApi/IBoolean.h"
 #include "GenApi/ICategory.h"
 #include "GenApi/ICommand.h"
@@ -76,45 +77,6 @@ using CSelectorPtr = CPointer<ISelector>;
 using CPortPtr = CPointer<IPort>;
 using CBasePtr = CPointer<IBase>;
 
-inline bool IsReadable(EAccessMode mode) {
-    return mode == RW || mode == RO;
-}
-inline bool IsWritable(EAccessMode mode) {
-    return mode == RW || mode == WO;
-}
-inline bool IsImplemented(EAccessMode mode) {
-    return mode != NI;
-}
-inline bool IsAvailable(EAccessMode mode) {
-    return mode != NI && mode != NA;
-}
-
-inline bool IsReadable(const IBase* object) {
-    return object != nullptr && IsReadable(object->GetAccessMode());
-}
-inline bool IsWritable(const IBase* object) {
-    return object != nullptr && IsWritable(object->GetAccessMode());
-}
-inline bool IsImplemented(const IBase* object) {
-    return object != nullptr && IsImplemented(object->GetAccessMode());
-}
-inline bool IsAvailable(const IBase* object) {
-    return object != nullptr && IsAvailable(object->GetAccessMode());
-}
-
-inline bool IsReadable(const IBase& object) {
-    return IsReadable(object.GetAccessMode());
-}
-inline bool IsWritable(const IBase& object) {
-    return IsWritable(object.GetAccessMode());
-}
-inline bool IsImplemented(const IBase& object) {
-    return IsImplemented(object.GetAccessMode());
-}
-inline bool IsAvailable(const IBase& object) {
-    return IsAvailable(object.GetAccessMode());
-}
-
 template <class T, class B>
 bool IsReadable(const CPointer<T, B>& pointer) {
     return IsReadable(static_cast<T*>(pointer));
@@ -130,25 +92,6 @@ bool IsImplemented(const CPointer<T, B>& pointer) {
 template <class T, class B>
 bool IsAvailable(const CPointer<T, B>& pointer) {
     return IsAvailable(static_cast<T*>(pointer));
-}
-
-inline bool IsVisible(EVisibility visibility, EVisibility maximum) {
-    return visibility <= maximum;
-}
-
-/// The mode that is left when two restrict each other.
-inline EAccessMode Combine(EAccessMode left, EAccessMode right) {
-    if (left == NI || right == NI)
-        return NI;
-    if (left == NA || right == NA)
-        return NA;
-    if (left == right || right == RW)
-        return left;
-    return left == RW ? right : NA;
-}
-
-inline EVisibility Combine(EVisibility left, EVisibility right) {
-    return left < right ? right : left;
 }
 
 }  // namespace GenApi
