@@ -15,8 +15,8 @@
 #include "CLProtocol/Activity.h"
 #include "discovery/CameraRecord.h"
 #include "os/LockName.h"
-#include "vanto/Device.h"
 #include "vanto/LogListener.h"
+#include "vanto/TransportLayer.h"
 
 namespace gentl {
 

@@ -15,7 +15,7 @@
 
 #include "os/LockName.h"
 #include "support/GenTLError.h"
-#include "vanto/Device.h"
+#include "vanto/TransportLayer.h"
 
 namespace GenApi {
 struct INode;

@@ -4,7 +4,7 @@
  */
 #pragma once
 
-#include "vanto/Device.h"
+#include "vanto/TransportLayer.h"
 
 namespace gentl {
 

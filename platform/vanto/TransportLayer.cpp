@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Devices and transport layers as applications and the factory see them
+ * Transport layers as applications and the factory see them
  */
 
-#include "vanto/Device.h"
+#include "vanto/TransportLayer.h"
 
 namespace Vanto {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "vanto/Device.h"
+#include "vanto/TransportLayer.h"
 
 namespace Vanto {
 
