@@ -4,4 +4,5 @@
  */
 #pragma once
 
-#include "vanto/internal/TransportLayerBase.h"
+#include "vanto/internal/TransportLayerCreation.h"
+#include "vanto/internal/TransportLayerLookup.h"
