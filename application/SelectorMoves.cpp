@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "vanto/CameraError.h"
+
 namespace Vanto {
 
 namespace {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/SettingsFile.h"
+#include "vanto/CameraError.h"
 #include "vanto/FeatureMap.h"
 
 namespace Vanto {

@@ -4,7 +4,14 @@
  */
 #pragma once
 
-#include "vanto/Feature.h"
+#include <cstdint>
+#include <string>
+
+#include "vanto/FeatureValue.h"
+
+namespace GenApi {
+struct INode;
+}
 
 namespace Vanto {
 
