@@ -14,6 +14,7 @@
 #include <optional>
 #include <system_error>
 
+#include "base/Stream.h"
 #include "error/ExitCode.h"
 #include "output/Output.h"
 #include "output/Text.h"
@@ -101,8 +102,8 @@ std::optional<std::string> TextOf(const std::filesystem::path& path) {
     if (!std::filesystem::is_regular_file(status) || std::filesystem::file_size(path, error) > kLargestFile)
         throw ToolError("it is no file of ours");
     std::ifstream stream(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream)
+    std::optional<std::string> text = base::ReadAll(stream);
+    if (!stream.eof())
         throw ToolError("it can't be read");
     return text;
 }

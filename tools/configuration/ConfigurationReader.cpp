@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -31,14 +30,9 @@ namespace tools {
 
 namespace {
 
-struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-
 void CheckReadable(const std::filesystem::path& path) {
     const std::string refused = WhyNotReadable(path);
-    const std::unique_ptr<std::FILE, CloseFile> file(refused.empty() ? std::fopen(path.string().c_str(), "rb")
-                                                                     : nullptr);
+    const os::OpenFile file(refused.empty() ? std::fopen(path.string().c_str(), "rb") : nullptr);
     if (file == nullptr)
         throw ToolError(fmt::format("can't read '{}': {}", path.string(),
                                     refused.empty() ? std::generic_category().message(errno) : refused));

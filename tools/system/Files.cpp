@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <sstream>
 #include <system_error>
 
+#include "base/Stream.h"
 #include "error/ExitCode.h"
 #include "system/FileAccess.h"
 
@@ -69,18 +69,15 @@ void WriteFile(const std::filesystem::path& path, std::string_view text) {
 }
 
 std::string ReadInput(const std::filesystem::path& path) {
-    std::ostringstream text;
-    if (path == "-") {
-        text << std::cin.rdbuf();
-        return text.str();
-    }
+    if (path == "-")
+        return *base::ReadAll(std::cin);
     std::error_code error;
     const std::string why =
         std::filesystem::is_directory(path, error) ? std::string("it is a folder") : WhyNotReadable(path);
     if (!why.empty())
         throw ToolError(fmt::format("can't read '{}': {}", path.string(), why));
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
+    std::ifstream file(path, std::ios::binary);
+    return *base::ReadAll(file);
 }
 
 }  // namespace tools

@@ -13,9 +13,9 @@
 #include <map>
 #include <random>
 #include <set>
-#include <sstream>
 #include <stdexcept>
 
+#include "base/Stream.h"
 #include "camera/Template.h"
 #include "gencp/BaudRate.h"
 #include "simulator/CameraRegisters.h"
@@ -165,11 +165,10 @@ void Pad(std::string& text, std::size_t size, std::uint64_t seed) {
 
 std::string ReadTextFile(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    if (!stream)
+    std::string text = *base::ReadAll(stream);
+    if (!stream.eof())
         throw std::invalid_argument("cannot read the description file " + path);
-    return text.str();
+    return text;
 }
 
 /// The file without what comes of a fault.

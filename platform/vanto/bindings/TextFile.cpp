@@ -7,8 +7,10 @@
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "Base/GCException.h"
+#include "base/Stream.h"
 #include "os/Path.h"
 #include "vanto/VantoFolders.h"
 
@@ -16,7 +18,7 @@ namespace Vanto {
 
 namespace {
 
-constexpr std::uintmax_t kMaxTextFile = std::uintmax_t{256} * 1024 * 1024;
+constexpr std::size_t kMaxTextFile = std::size_t{256} * 1024 * 1024;
 
 constexpr const char* kTooLarge = "it is larger than 256 MiB";
 
@@ -50,17 +52,12 @@ gcstring textFileToString(const gcstring& path) {
     std::ifstream file(filePath, std::ios::binary);
     if (!file)
         ThrowUnreadable(path, LastSystemError());
-    std::string text;
-    char block[16 * 1024];
-    // The size alone is no guide: the file may grow or shrink while it is read.
-    while (file.read(block, sizeof block) || file.gcount() > 0) {
-        text.append(block, static_cast<std::size_t>(file.gcount()));
-        if (text.size() > kMaxTextFile)
-            ThrowUnreadable(path, kTooLarge);
-    }
+    std::optional<std::string> text = base::ReadAll(file, kMaxTextFile);
+    if (!text)
+        ThrowUnreadable(path, kTooLarge);
     if (file.bad())
         ThrowUnreadable(path, LastSystemError());
-    return text;
+    return *std::move(text);
 }
 
 }  // namespace Vanto

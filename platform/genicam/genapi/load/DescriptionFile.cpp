@@ -5,10 +5,11 @@
 
 #include "load/DescriptionFile.h"
 
-#include <array>
 #include <fstream>
+#include <utility>
 
 #include "Base/GCException.h"
+#include "base/Stream.h"
 #include "base/Zip.h"
 #include "load/Loader.h"
 
@@ -29,16 +30,12 @@ std::string ReadDescriptionFile(const std::string& fileName) {
     std::ifstream file(fileName, std::ios::binary);
     if (!file)
         throw RUNTIME_EXCEPTION("%s(1,1): the file can't be opened", fileName);
-    std::string text;
-    std::array<char, 65536> piece{};
-    while (file.read(piece.data(), piece.size()) || file.gcount() > 0) {
-        text.append(piece.data(), static_cast<std::size_t>(file.gcount()));
-        if (text.size() > kMaxDescription)
-            throw RUNTIME_EXCEPTION("%s(1,1): the file is too large", fileName);
-    }
+    std::optional<std::string> text = base::ReadAll(file, kMaxDescription);
+    if (!text)
+        throw RUNTIME_EXCEPTION("%s(1,1): the file is too large", fileName);
     if (file.bad())
         throw RUNTIME_EXCEPTION("%s(1,1): the file can't be read", fileName);
-    return base::IsZip(text) ? UnzipDescription(text.data(), text.size(), fileName) : text;
+    return base::IsZip(*text) ? UnzipDescription(text->data(), text->size(), fileName) : *std::move(text);
 }
 
 }  // namespace GenApi

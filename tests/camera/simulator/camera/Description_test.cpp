@@ -151,6 +151,8 @@ TEST(DescriptionText, CanComeFromAFile) {
     EXPECT_EQ(TextOf(options), "<any/>");
     std::filesystem::remove(options.descriptionFile);
     EXPECT_THROW(TextOf(options), std::invalid_argument);
+    std::filesystem::create_directory(options.descriptionFile);
+    EXPECT_THROW(TextOf(options), std::invalid_argument);
 }
 
 TEST(MakeDescriptionFile, PlainIsTheText) {
