@@ -54,7 +54,7 @@ check_header() {
 }
 export -f check_header
 export headers
-for compiler in g++ clang++; do
+for compiler in g++ clang++ clang++-16; do
     command -v $compiler >/dev/null || continue
     xargs -P "${JOBS:-2}" -I{} bash -c "check_header {} $compiler" <"$folder/headers"
 done
