@@ -2,6 +2,8 @@
 /*
  * Buffers, acquisition and the event NEW_BUFFER
  */
+#include <utility>
+
 #include "FrameMark.h"
 #include "tests/gentl/StreamConsumer.h"
 
@@ -63,10 +65,13 @@ TEST_F(Streams, FramesArriveWithTheirFacts) {
     QueueAll();
     Start();
     EXPECT_TRUE(IsGrabbing());
+    std::uint64_t last = 0;
     for (std::uint64_t number = 1; number <= 10; ++number) {
         const BUFFER_HANDLE buffer = Next();
         ASSERT_NE(buffer, nullptr);
         EXPECT_GE(FrameId(buffer), number);
+        EXPECT_GT(FrameId(buffer), std::exchange(last, FrameId(buffer)));
+        EXPECT_LE(FrameId(buffer), StreamCount(STREAM_INFO_NUM_STARTED));
         EXPECT_EQ(BufferSize(buffer, BUFFER_INFO_WIDTH), 2048u);
         EXPECT_EQ(BufferSize(buffer, BUFFER_INFO_HEIGHT), 2048u);
         EXPECT_EQ(BufferSize(buffer, BUFFER_INFO_SIZE_FILLED), PayloadSize());
