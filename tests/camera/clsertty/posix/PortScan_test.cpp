@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 
 #include "../../../support/TemporaryFolder.h"
@@ -98,6 +99,14 @@ TEST(LinkedTtys, LeavesOutEverythingElse) {
     fs::create_symlink(folder / "loop", folder / "loop");
     fs::create_symlink(folder.Path(), folder / "folder");
     std::ofstream(folder / "file") << "text";
+    fs::create_symlink(folder / "file", folder / "to a file");
+    EXPECT_TRUE(LinkedTtys(folder.Path()).empty());
+}
+
+TEST(LinkedTtys, LeavesOutAnotherDeviceWhateverFailedBefore) {
+    const TemporaryFolder folder;
+    fs::create_symlink("/dev/null", folder / "null");
+    errno = 0;
     EXPECT_TRUE(LinkedTtys(folder.Path()).empty());
 }
 

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -48,6 +49,14 @@ TEST_F(TtyDeviceTest, ForgetsWhatCameBeforeItWasOpened) {
     EXPECT_EQ(device.BytesAvailable(), 0u);
     char byte = '.';
     EXPECT_EQ(device.TakeInput({&byte, 1}), 0u);
+}
+
+// It would outlive a user that is killed, until the other side closes.
+TEST_F(TtyDeviceTest, KeepsNobodyFromAPseudoTerminalByTheKernel) {
+    const TtyDevice device = Open();
+    int isExclusive = 1;
+    ASSERT_EQ(::ioctl(m_pty.Slave(), TIOCGEXCL, &isExclusive), 0);
+    EXPECT_EQ(isExclusive, 0);
 }
 
 TEST_F(TtyDeviceTest, GivesALineBackToOthersWhenItGoes) {
