@@ -161,6 +161,19 @@ TEST_F(SimulatedGrabberTest, StopsWhileItWaitsForTheNextFrame) {
     EXPECT_EQ(m_host.Tags().size(), 1U);
 }
 
+// Sometimes the thread is already asleep when it is stopped, sometimes it is about to.
+TEST_F(SimulatedGrabberTest, StopsAtAnyMomentOfItsWait) {
+    ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0.001"));
+    for (std::size_t round = 1; round <= 100; ++round) {
+        ASSERT_TRUE(m_grabber.StartGrab());
+        ASSERT_TRUE(m_host.WaitForFrames(round));
+        for (std::size_t turn = 0; turn < 10 * round; ++turn)
+            std::this_thread::yield();
+        ASSERT_TRUE(m_grabber.StopGrab());
+    }
+    EXPECT_EQ(m_host.Tags().size(), 100U);
+}
+
 TEST_F(SimulatedGrabberTest, MayBeStoppedInADelivery) {
     m_host.onFrame = [this] { m_grabber.StopGrab(); };
     ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0"));
