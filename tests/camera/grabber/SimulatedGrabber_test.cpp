@@ -223,6 +223,19 @@ TEST_F(SimulatedGrabberTest, EndsItsWatchesAtShutdown) {
     EXPECT_EQ(m_host.deregistered, 5);
 }
 
+TEST_F(SimulatedGrabberTest, IsTriggeredAtAnyMomentOfItsWait) {
+    ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;Trigger=On"));
+    ASSERT_TRUE(m_grabber.StartGrab());
+    for (std::size_t round = 1; round <= 100; ++round) {
+        for (std::size_t turn = 0; turn < 10 * round; ++turn)
+            std::this_thread::yield();
+        m_host.Set("DebugData1", static_cast<std::int64_t>(round));
+        ASSERT_TRUE(m_host.WaitForFrames(round));
+    }
+    EXPECT_TRUE(m_grabber.StopGrab());
+    EXPECT_EQ(m_host.Tags().size(), 100U);
+}
+
 TEST_F(SimulatedGrabberTest, MakesNoFrameForACountBelowZero) {
     ASSERT_TRUE(Init("SaperaSimulated;FrameRate=0;Trigger=On"));
     ASSERT_TRUE(m_grabber.StartGrab());
