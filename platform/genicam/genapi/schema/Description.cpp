@@ -81,7 +81,7 @@ std::uint32_t Description::FindUnqualified(std::string_view name) const {
 
 // The name of the enumeration, an underscore, that of the entry; both names may have underscores.
 std::uint32_t Description::FindEntry(std::string_view name) const {
-    std::call_once(m_entriesIndexed, [this] { IndexEntries(); });
+    m_entriesIndexed.Do([this] { IndexEntries(); });
     return m_entryNames.Find(NameIndex::Hash(name), [&](std::uint32_t entry) {
         const std::string_view enumeration = NameOf(m_nodes[entry].enclosing);
         return name.substr(0, enumeration.size()) == enumeration && name.size() > enumeration.size() &&
@@ -92,6 +92,7 @@ std::uint32_t Description::FindEntry(std::string_view name) const {
 // Few descriptions are asked for entries by name: the others need not pay for an index. Called when all nodes are
 // there.
 void Description::IndexEntries() const {
+    m_entryNames = {};
     std::string name;
     for (std::uint32_t node = 0; node < NodeCount(); ++node) {
         const NodeRecord& record = m_nodes[node];
@@ -103,12 +104,12 @@ void Description::IndexEntries() const {
 }
 
 const NodeTable<Invalidation>& Description::Dependents() const {
-    std::call_once(m_dependentsFound, [this] { m_dependents = FindDependents(*this); });
+    m_dependentsFound.Do([this] { m_dependents = FindDependents(*this); });
     return m_dependents;
 }
 
 const NodeTable<Referrer>& Description::Referrers() const {
-    std::call_once(m_referrersFound, [this] { m_referrers = FindReferrers(*this); });
+    m_referrersFound.Do([this] { m_referrers = FindReferrers(*this); });
     return m_referrers;
 }
 

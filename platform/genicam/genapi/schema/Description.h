@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +16,7 @@
 #include "GenApi/Types.h"
 #include "schema/Dependencies.h"
 #include "schema/NameTable.h"
+#include "schema/Once.h"
 #include "schema/Property.h"
 #include "schema/SharedParts.h"
 
@@ -115,12 +115,12 @@ private:
     DescriptionInfo m_info;
     std::vector<LoadWarning> m_warnings;
     std::unordered_map<std::uint32_t, std::string> m_reasons;
-    mutable std::once_flag m_entriesIndexed;
+    mutable Once m_entriesIndexed;
     mutable NameIndex m_entryNames;  // entries by the names of their enumeration and their own
-    mutable std::once_flag m_dependentsFound;
+    mutable Once m_dependentsFound;
     mutable NodeTable<Invalidation> m_dependents;
     mutable SharedParts m_parts;
-    mutable std::once_flag m_referrersFound;
+    mutable Once m_referrersFound;
     mutable NodeTable<Referrer> m_referrers;
 };
 
