@@ -204,10 +204,13 @@ std::optional<Frame> StreamCore::Next(const Deadline& deadline) {
 /// Puts a buffer back into the queue, or away where there are more than enough or the stream has stopped.
 void StreamCore::GiveBack(FrameBuffer buffer) noexcept {
     const std::lock_guard lock(m_mutex);
-    m_held.erase(buffer.handle);
-    if (!m_running)
-        return;
+    const bool isRegistered = m_held.erase(buffer.handle) != 0;
     try {
+        if (!m_running) {
+            if (isRegistered)
+                m_queued.emplace(buffer.handle, std::move(buffer));  // who stops puts it away
+            return;
+        }
         if (m_queued.size() >= 2 * std::max<std::size_t>(m_options.buffers, 1)) {
             m_grabber.DeregisterBuffer(buffer.handle);
             return;
@@ -265,10 +268,15 @@ std::exception_ptr StreamCore::GiveUpGrabber() noexcept {
         attempt([this] { TakeOutAll(); });
         attempt([this] { m_grabber.FinishGrab(); });
     }
-    for (const auto& [handle, buffer] : m_queued)
-        attempt([this, handle = handle] { m_grabber.DeregisterBuffer(handle); });
-    for (const StreamBufferHandle handle : m_held)
-        attempt([this, handle] { m_grabber.DeregisterBuffer(handle); });
+    {
+        // A thread that gives a frame back waits here until the grabber has forgotten its memory.
+        const std::lock_guard lock(m_mutex);
+        for (const auto& [handle, buffer] : m_queued)
+            attempt([this, handle = handle] { m_grabber.DeregisterBuffer(handle); });
+        for (const StreamBufferHandle handle : m_held)
+            attempt([this, handle] { m_grabber.DeregisterBuffer(handle); });
+        m_held.clear();
+    }
     attempt([this] { m_grabber.Close(); });
     m_queued.clear();
     m_camera->EndStream(this);

@@ -190,6 +190,18 @@ TEST_F(Frames, AreSharedBetweenThreads) {
     EXPECT_EQ(taken, 60);
 }
 
+TEST_F(Frames, AreGivenBackWhileTheStreamStops) {
+    for (int round = 0; round < 10; ++round) {
+        Vanto::FrameStream stream = camera->Stream();
+        std::vector<Vanto::Frame> frames;
+        while (frames.size() < 10)
+            frames.push_back(*stream.Next());
+        std::jthread giver([&] { frames.clear(); });
+        stream.Stop();
+    }
+    EXPECT_TRUE(camera->GrabOne().IsComplete());
+}
+
 TEST_F(Frames, AreHandedToACallback) {
     std::mutex mutex;
     std::condition_variable changed;
