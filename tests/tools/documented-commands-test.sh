@@ -48,8 +48,8 @@ run() { # run PAGE LINE SHOWN
     [[ ${words[0]} == --simulate* || ${words[*]} == *--file* ]] || words=(--simulate "${words[@]}")
     rm -rf frame_* images
     ((++count))
-    # Ctrl-C after a while: 'watch' and endless grabs have no other end.
-    timeout -s INT -k 20 4 vanto-cl "${words[@]}" >output 2>errors
+    # Ctrl-C after a while: 'watch' and endless grabs have no other end. What prints what is shown ends by itself.
+    timeout -s INT -k 20 "$([ -n "$3" ] && echo 30 || echo 4)" vanto-cl "${words[@]}" >output 2>errors
     code=$?
     case "$code:${words[*]}" in
         0:* | 124:* | 130:*) ;;
