@@ -35,7 +35,7 @@ NAMES = {
     "cstddef": "size_t byte ptrdiff_t nullptr_t max_align_t",
     "cstdint": "int8_t int16_t int32_t int64_t uint8_t uint16_t uint32_t uint64_t uintptr_t intptr_t uintmax_t",
     "cstdio": "FILE fopen fclose snprintf fprintf printf fputs fwrite fread perror rename",
-    "cstdlib": "strtod strtol strtoull getenv abort exit malloc free",
+    "cstdlib": "atoi strtod strtol strtoull getenv abort exit malloc free",
     "cstring": "memcpy memset memcmp memmove memchr strlen strcmp strncmp strchr strerror",
     "ctime": "time_t localtime gmtime strftime",
     "deque": "deque",

@@ -8,6 +8,7 @@
 #include <fmt/printf.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace GenICam {
 
