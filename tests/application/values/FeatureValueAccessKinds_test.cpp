@@ -4,9 +4,12 @@
  */
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "GenApi/GenApi.h"
+#include "tests/platform/genicam/genapi/Support.h"
 #include "values/AllowedText.h"
 #include "values/FeatureValueAccess.h"
 
@@ -19,10 +22,7 @@ using Vanto::FeatureKind;
 using Vanto::FeatureValue;
 using namespace std::string_literals;
 
-constexpr const char* kDescription = R"(<RegisterDescription ModelName="M" VendorName="V"
-  StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"
-  MinorVersion="0" SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
-  xmlns="http://www.genicam.org/GenApi/Version_1_1">
+constexpr const char* kNodes = R"(
   <Category Name="Root"><pFeature>Whole</pFeature></Category>
   <Integer Name="Whole"><Value>16</Value><Unit>px</Unit></Integer>
   <Float Name="Number"><Value>2.5</Value><Min>0</Min><Max>10</Max><Inc>0.5</Inc><Unit>us</Unit></Float>
@@ -36,28 +36,14 @@ constexpr const char* kDescription = R"(<RegisterDescription ModelName="M" Vendo
   </Register>
   <Integer Name="Never"><Value>0</Value></Integer>
   <Command Name="Go"><pValue>Never</pValue><CommandValue>1</CommandValue></Command>
-  <Port Name="Device"/>
-</RegisterDescription>)";
-
-/// "abc" in its first bytes and 1, 2, 3 behind eight.
-class Memory final : public GenApi::IPort {
-public:
-    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
-    void Read(void* buffer, std::int64_t address, std::int64_t length) override {
-        std::memcpy(buffer, m_bytes + address, static_cast<std::size_t>(length));
-    }
-    void Write(const void* buffer, std::int64_t address, std::int64_t length) override {
-        std::memcpy(m_bytes + address, buffer, static_cast<std::size_t>(length));
-    }
-
-private:
-    char m_bytes[16] = {'a', 'b', 'c', 0, 0, 0, 0, 0, 1, 2, 3};
-};
+)";
 
 class FeatureKinds : public testing::Test {
 protected:
     FeatureKinds() {
-        m_map._LoadXMLFromString(kDescription);
+        m_memory.PutText(0, "abc");
+        m_memory.Put(8, {1, 2, 3});
+        m_map._LoadXMLFromString(genapitest::Describe(kNodes).c_str());
         m_map._Connect(&m_memory);
     }
     GenApi::INode& Node(const std::string& name) { return *m_map._GetNode(name.c_str()); }
@@ -71,7 +57,7 @@ protected:
     }
 
 private:
-    Memory m_memory;
+    genapitest::MemoryPort m_memory{16};
     GenApi::CNodeMapRef m_map;
 };
 

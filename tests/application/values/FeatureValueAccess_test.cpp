@@ -7,9 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "GenApi/GenApi.h"
+#include "tests/platform/genicam/genapi/Support.h"
 #include "values/AllowedText.h"
 
 namespace {
@@ -116,36 +115,19 @@ TEST_F(FeatureValues, HaveRanges) {
     EXPECT_EQ(Vanto::AllowedText(nullptr), "");
 }
 
-/// Memory behind registers.
-class Memory final : public GenApi::IPort {
-public:
-    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
-    void Read(void* buffer, std::int64_t address, std::int64_t length) override {
-        std::memcpy(buffer, m_bytes + address, static_cast<std::size_t>(length));
-    }
-    void Write(const void* buffer, std::int64_t address, std::int64_t length) override {
-        std::memcpy(m_bytes + address, buffer, static_cast<std::size_t>(length));
-    }
-
-private:
-    char m_bytes[16] = {};
-};
-
 // Four bytes hold no more than their own digits, whatever a calculation behind them makes of them.
 TEST(FeatureValuesOfRegisters, HaveAsManyDigitsAsTheirBytes) {
-    Memory memory;
+    genapitest::MemoryPort memory(16);
     GenApi::CNodeMapRef map;
-    map._LoadXMLFromString(R"(<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None"
-        SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0"
-        SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
-        xmlns="http://www.genicam.org/GenApi/Version_1_1"><Category Name="Root"/>
+    map._LoadXMLFromString(genapitest::Describe(R"(<Category Name="Root"/>
         <FloatReg Name="Four"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
           <Endianess>LittleEndian</Endianess></FloatReg>
         <FloatReg Name="Eight"><Address>8</Address><Length>8</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
           <Endianess>LittleEndian</Endianess></FloatReg>
         <Float Name="OfFour"><pValue>Four</pValue></Float><Float Name="OfEight"><pValue>Eight</pValue></Float>
         <Converter Name="Tenth"><FormulaTo>FROM * 10</FormulaTo><FormulaFrom>TO / 10</FormulaFrom><pValue>Four</pValue>
-        </Converter><Port Name="Device"/></RegisterDescription>)");
+        </Converter>)")
+                               .c_str());
     map._Connect(&memory);
     const auto text = [&map](const char* name) { return Vanto::ReadText(*map._GetNode(name)); };
     GenApi::CFloatPtr(map._GetNode("Four"))->SetValue(41.9);
@@ -160,17 +142,14 @@ TEST(FeatureValuesOfRegisters, HaveAsManyDigitsAsTheirBytes) {
 }
 
 TEST(FeatureValuesOfRegisters, AreAsManyBytesAsTheRegisterHasAtPresent) {
-    Memory memory;
+    genapitest::MemoryPort memory(16);
     GenApi::CNodeMapRef map;
-    map._LoadXMLFromString(R"(<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None"
-        SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0"
-        SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
-        xmlns="http://www.genicam.org/GenApi/Version_1_1"><Category Name="Root"/>
+    map._LoadXMLFromString(genapitest::Describe(R"(<Category Name="Root"/>
         <Register Name="Bytes"><Address>0</Address><pLength>Length</pLength><AccessMode>RW</AccessMode>
-          <pPort>Device</pPort></Register><Integer Name="Length"><Value>3</Value></Integer><Port Name="Device"/>
-        </RegisterDescription>)");
+          <pPort>Device</pPort></Register><Integer Name="Length"><Value>3</Value></Integer>)")
+                               .c_str());
     map._Connect(&memory);
-    memory.Write("abc", 0, 3);
+    memory.PutText(0, "abc");
     EXPECT_EQ(Vanto::ReadBytes(*map._GetNode("Bytes")), (Vanto::FeatureBytes{'a', 'b', 'c'}));
     GenApi::CIntegerPtr(map._GetNode("Length"))->SetValue(1);
     EXPECT_EQ(Vanto::ReadBytes(*map._GetNode("Bytes")), Vanto::FeatureBytes{'a'});

@@ -8,11 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "error/ExitCode.h"
 #include "features/Assignments.h"
 #include "features/FeatureWalk.h"
+#include "tests/platform/genicam/genapi/Support.h"
 
 namespace {
 
@@ -101,32 +100,17 @@ TEST_F(FeatureText, LooksAtLimitsThatAnEarlierOneMovesWhenItsTurnComes) {
     EXPECT_EQ(Get("Whole"), "100");
 }
 
-/// Four bytes behind a register.
-class Cell final : public GenApi::IPort {
-public:
-    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
-    void Read(void* buffer, std::int64_t, std::int64_t) override { std::memcpy(buffer, &m_number, sizeof(m_number)); }
-    void Write(const void* buffer, std::int64_t, std::int64_t) override {
-        std::memcpy(&m_number, buffer, sizeof(m_number));
-    }
-
-private:
-    std::uint32_t m_number = 64;
-};
-
 TEST_F(FeatureText, LooksAtLimitsThatAnEarlierOneMovesThroughItsRegister) {
-    Cell cell;
+    genapitest::MemoryPort memory(4);
+    memory.PutLittle(0, 64, 4);
     GenApi::CNodeMapRef map;
-    map._LoadXMLFromString(R"(<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None"
-        SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1" MinorVersion="0"
-        SubMinorVersion="0" ProductGuid="p" VersionGuid="v" ToolTip="t"
-        xmlns="http://www.genicam.org/GenApi/Version_1_1">
+    map._LoadXMLFromString(genapitest::Describe(R"(
         <Category Name="Root"><pFeature>Front</pFeature><pFeature>Bound</pFeature></Category>
         <Integer Name="Front"><pValue>Behind</pValue></Integer><Integer Name="Limit"><pValue>Behind</pValue></Integer>
         <IntReg Name="Behind"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
-        </IntReg><Integer Name="Bound"><Value>1</Value><pMax>Limit</pMax></Integer><Port Name="Device"/>
-        </RegisterDescription>)");
-    map._Connect(&cell);
+        </IntReg><Integer Name="Bound"><Value>1</Value><pMax>Limit</pMax></Integer>)")
+                               .c_str());
+    map._Connect(&memory);
     Assignments steps(*map._GetNodeMap(), {{"Front", "128"}, {"Bound", "100"}});
     steps.Check();
     steps.Apply();
