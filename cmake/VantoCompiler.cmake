@@ -15,6 +15,14 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
+# Most of this waits for a serial line, a disk or a person: there the optimizer takes longer than all that it could save.
+# vanto_optimize is for what is computed with each register and each pixel.
+add_compile_options($<$<CONFIG:Release>:-O1>)
+function(vanto_optimize target)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O3>)
+    set_target_properties(${target} PROPERTIES VANTO_OPTIMIZED ON)
+endfunction()
+
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib/static")
