@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Finds names of the standard library in files that include their header neither themselves nor through headers of ours.
+"""Finds names of the standard library and of fmt in files that include their header neither themselves nor through ours.
 
     git ls-files '*.h' '*.cpp' | xargs cmake/check-includes.py
 
@@ -163,9 +163,13 @@ class Tree:
     def missing(self, file):
         names = collections.defaultdict(set)
         present = self.included(file)
-        for name in re.findall(r"\bstd::(\w+)\b", NO_CODE.sub(" ", self.text[file])):
+        code = NO_CODE.sub(" ", self.text[file])
+        for name in re.findall(r"\bstd::(\w+)\b", code):
             if name in HEADER and HEADER[name] not in present:
-                names[HEADER[name]].add(name)
+                names[HEADER[name]].add("std::" + name)
+        formatting = set(re.findall(r"\bfmt::\w+", code))
+        if formatting and not any(header.startswith("fmt/") for header in present):
+            names["fmt/format.h"] = formatting
         return names
 
 
@@ -176,7 +180,7 @@ def main():
     for file in files:
         for header, names in sorted(tree.missing(file).items()):
             wrong += 1
-            print(f"{file}: #include <{header}> for {', '.join('std::' + name for name in sorted(names))}")
+            print(f"{file}: #include <{header}> for {', '.join(sorted(names))}")
     return 1 if wrong else 0
 
 

@@ -6,6 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <future>
+#include <numeric>
+#include <random>
 
 #include "standard.h"
