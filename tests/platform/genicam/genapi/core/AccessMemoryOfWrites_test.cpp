@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "Support.h"
+#include "AccessWork.h"
 
 using namespace GenApi;
 using namespace GenICam;
@@ -14,22 +14,8 @@ namespace genapitest {
 
 namespace {
 
-using Maker = std::function<std::string(const std::string& name, const std::string& next)>;
-
-std::string Chain(int count, const Maker& make, const std::string& end) {
-    std::string nodes;
-    for (int i = 0; i < count; ++i)
-        nodes += make("N" + std::to_string(i), "N" + std::to_string(i + 1));
-    return nodes + end;
-}
-
 std::string Element(const std::string& name, const std::string& text) {
     return "<" + name + ">" + text + "</" + name + ">";
-}
-
-std::string Uncached(const std::string& name, int address = 0) {
-    return "<IntReg Name='" + name + "'><Address>" + std::to_string(address) + "</Address><Length>4</Length>" +
-           "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable></IntReg>";
 }
 
 /// A node that asks the next one in as many ways as there are: sixty of them over each other would never end if each
@@ -53,13 +39,8 @@ const std::string kRules = "<Integer Name='Least'><Value>0</Value></Integer>" + 
 
 }  // namespace
 
-class WriteWork : public NodeMapTest {
+class WriteWork : public AccessWork {
 protected:
-    int ReadsOf(const std::function<void()>& access) {
-        port.accesses.clear();
-        access();
-        return port.Reads();
-    }
     void LoadChain(const Maker& make) {
         Load(Chain(60, make, Uncached("N60")) + kRules);
         port.PutLittle(0, 7, 4);

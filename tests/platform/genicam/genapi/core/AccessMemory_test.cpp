@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
+#include <string>
+#include <vector>
 
-#include "Support.h"
+#include "AccessWork.h"
 
 using namespace GenApi;
 using namespace GenICam;
@@ -15,24 +16,6 @@ using namespace GenICam;
 namespace genapitest {
 
 namespace {
-
-std::string Number(int value) {
-    return std::to_string(value);
-}
-
-std::string Uncached(const std::string& name, int address = 0) {
-    return "<IntReg Name='" + name + "'><Address>" + Number(address) + "</Address><Length>4</Length>" +
-           "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable></IntReg>";
-}
-
-/// Nodes N0 to N(count), each made from the name of the next one; the last one is \a end.
-std::string Chain(int count, const std::function<std::string(const std::string&, const std::string&)>& make,
-                  const std::string& end) {
-    std::string nodes;
-    for (int i = 0; i < count; ++i)
-        nodes += make("N" + Number(i), "N" + Number(i + 1));
-    return nodes + end;
-}
 
 std::string ThreeWays(const std::string& name, const std::string& next) {
     return "<Integer Name='" + name + "'><pIsImplemented>" + next + "</pIsImplemented><pIsAvailable>" + next +
@@ -49,15 +32,6 @@ std::string Pass(const std::string& name, const std::string& next) {
 }
 
 }  // namespace
-
-class AccessWork : public NodeMapTest {
-protected:
-    int ReadsOf(const std::function<void()>& access) {
-        port.accesses.clear();
-        access();
-        return port.Reads();
-    }
-};
 
 TEST_F(AccessWork, ThreeWaysToTheNextNodeAreAskedOnce) {
     Load(Chain(14, ThreeWays, Uncached("N14")));
@@ -117,7 +91,7 @@ TEST_F(AccessWork, ListsOfACategoryAskOnceForAllFeatures) {
     std::string category = "<Category Name='Root'>";
     std::string features;
     for (int i = 0; i < 20; ++i) {
-        const std::string name = "F" + Number(i);
+        const std::string name = "F" + std::to_string(i);
         category += "<pFeature>" + name + "</pFeature>";
         features += "<Integer Name='" + name + "'><pIsImplemented>R</pIsImplemented><Value>1</Value></Integer>";
     }
@@ -187,7 +161,7 @@ TEST_F(AccessWork, AnyChainMayBeLong) {
     };
     for (const auto& [make, length, value] :
          {Case{Pass, 100000, 7}, Case{ThreeWays, 100000, 7}, Case{address, 20000, 0}, Case{chosen, 20000, 7}}) {
-        Load(Chain(length, make, Uncached("N" + Number(length))));
+        Load(Chain(length, make, Uncached("N" + std::to_string(length))));
         port.PutLittle(0, value, 4);
         EXPECT_EQ(Integer("N0")->GetValue(), value);
         EXPECT_LE(port.Reads(), 2 * length);
@@ -268,144 +242,5 @@ TEST_F(AccessWork, APortThatAsksTheMapGetsAnAnswerOfItsOwn) {
     ASSERT_GE(curious.seen.size(), 2U);
     EXPECT_NE(curious.seen.front(), curious.seen.back());
 }
-
-// --- Any description ---
-
-namespace {
-
-/// Nodes that refer to earlier ones at random, and what the standard says of them.
-class RandomNodes {
-public:
-    explicit RandomNodes(unsigned seed) : m_random(seed) {
-        for (int i = 0; i < kRegisters; ++i)
-            Add({Kind::Register});
-        while (m_nodes.size() < 40)
-            Add(Below(2) == 0
-                    ? Node{Kind::Formula, Earlier(), Earlier()}
-                    : Node{Kind::Integer, Earlier(), Below(2) == 0 ? Earlier() : -1, Below(2) == 0 ? Earlier() : -1});
-    }
-    static constexpr int kRegisters = 4;
-
-    std::string Description() const {
-        std::string xml;
-        for (std::size_t i = 0; i < m_nodes.size(); ++i)
-            xml += Xml(static_cast<int>(i));
-        return xml;
-    }
-    std::size_t Size() const { return m_nodes.size(); }
-    unsigned Register(int index) const { return m_nodes[static_cast<std::size_t>(index)].value; }
-    bool IsReadable(int index) const { return m_nodes[static_cast<std::size_t>(index)].isReadable; }
-    std::int64_t Value(int index) const { return m_nodes[static_cast<std::size_t>(index)].value; }
-
-private:
-    enum class Kind { Register, Integer, Formula };
-    struct Node {
-        Kind kind;
-        int first = -1;
-        int second = -1;
-        int third = -1;
-        bool isReadable = true;
-        unsigned value = 0;
-    };
-
-    int Below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
-    int Earlier() {
-        const int size = static_cast<int>(m_nodes.size());
-        return Below(2) == 0 ? size - 1 : Below(size);
-    }
-    bool Holds(int rule) const { return rule < 0 || (IsReadable(rule) && Value(rule) != 0); }
-
-    void Add(Node node) {
-        if (node.kind == Kind::Register)
-            node.value = static_cast<unsigned>(Below(4));
-        if (node.kind == Kind::Integer) {
-            node.isReadable = IsReadable(node.first) && Holds(node.second) && Holds(node.third);
-            node.value = static_cast<unsigned>(Value(node.first));
-        }
-        if (node.kind == Kind::Formula) {
-            node.isReadable = IsReadable(node.first) && IsReadable(node.second);
-            node.value = static_cast<unsigned>(Value(node.first) ^ Value(node.second));
-        }
-        m_nodes.push_back(node);
-    }
-
-    std::string Xml(int index) const {
-        const Node& node = m_nodes[static_cast<std::size_t>(index)];
-        const auto name = [](int number) { return "N" + Number(number); };
-        if (node.kind == Kind::Register)
-            return Uncached(name(index), 4 * index);
-        if (node.kind == Kind::Formula)
-            return "<IntSwissKnife Name='" + name(index) + "'><pVariable Name='A'>" + name(node.first) +
-                   "</pVariable><pVariable Name='B'>" + name(node.second) +
-                   "</pVariable><Formula>A ^ B</Formula></IntSwissKnife>";
-        std::string xml = "<Integer Name='" + name(index) + "'>";
-        if (node.second >= 0)
-            xml += "<pIsImplemented>" + name(node.second) + "</pIsImplemented>";
-        if (node.third >= 0)
-            xml += "<pIsAvailable>" + name(node.third) + "</pIsAvailable>";
-        return xml + "<pValue>" + name(node.first) + "</pValue></Integer>";
-    }
-
-    std::mt19937 m_random;
-    std::vector<Node> m_nodes;
-};
-
-}  // namespace
-
-class RandomAccessWork : public AccessWork, public testing::WithParamInterface<unsigned> {};
-
-TEST_P(RandomAccessWork, ReadsEachRegisterAFewTimes) {
-    const RandomNodes nodes(GetParam());
-    Load(nodes.Description());
-    for (int i = 0; i < RandomNodes::kRegisters; ++i)
-        port.PutLittle(4 * i, nodes.Register(i), 4);
-    for (int i = 0; i < static_cast<int>(nodes.Size()); ++i) {
-        const CIntegerPtr node = Integer("N" + Number(i));
-        for (const bool ignoreCache : {false, true}) {
-            const int reads = ReadsOf([&] {
-                if (nodes.IsReadable(i))
-                    EXPECT_EQ(node->GetValue(false, ignoreCache), nodes.Value(i)) << i;
-                else
-                    EXPECT_THROW(node->GetValue(false, ignoreCache), AccessException) << i;
-            });
-            EXPECT_LE(reads, 2 * RandomNodes::kRegisters) << i;
-        }
-        EXPECT_LE(ReadsOf([&] { node->GetMax(); }), 2 * RandomNodes::kRegisters) << i;
-    }
-}
-
-// Whatever is asked and written, and whether it is refused or not.
-TEST_P(RandomAccessWork, WritesAndQuestionsReadEachRegisterAFewTimes) {
-    const RandomNodes nodes(GetParam());
-    Load(nodes.Description());
-    for (int i = 0; i < RandomNodes::kRegisters; ++i)
-        port.PutLittle(4 * i, nodes.Register(i), 4);
-    for (int i = 0; i < static_cast<int>(nodes.Size()); ++i) {
-        const CIntegerPtr node = Integer("N" + Number(i));
-        const std::vector<std::function<void()>> questions = {[&] { node->SetValue(1); },
-                                                              [&] { node->SetValue(2, false); },
-                                                              [&] { node->FromString("3"); },
-                                                              [&] { node->ToString(true, true); },
-                                                              [&] { node->GetAccessMode(); },
-                                                              [&] { node->IsValueCacheValid(); },
-                                                              [&] { node->GetMin(); },
-                                                              [&] { node->GetInc(); },
-                                                              [&] { node->GetRepresentation(); },
-                                                              [&] { node->GetNode()->InvalidateNode(); },
-                                                              [&] { node->GetListOfValidValues(); }};
-        for (const auto& question : questions) {
-            const int reads = ReadsOf([&] {
-                try {
-                    question();
-                } catch (const GenericException&) {  // refused
-                }
-            });
-            EXPECT_LE(reads, 3 * RandomNodes::kRegisters) << i;
-            EXPECT_LE(port.Writes(), 1) << i;
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomAccessWork, testing::Range(0U, 60U));
 
 }  // namespace genapitest
