@@ -21,7 +21,9 @@ namespace {
 std::mutex g_lock;
 [[maybe_unused]] const os::LockName g_lockName(&g_lock, "GenTL libraries");
 std::shared_ptr<Library> g_library;
-std::condition_variable g_changed;
+// Never destroyed: on Windows the process has ended its other threads by then, one of them perhaps with the lock that
+// all condition variables of a file share. The destructor of one for which nobody ever waited takes that lock.
+base::Immortal<std::condition_variable> g_changed;
 bool g_isClosing = false;
 
 void RefuseForkedChild() {
@@ -63,7 +65,7 @@ void Library::Init() {
     RefuseForkedChild();
     WatchForks();
     std::unique_lock lock(g_lock);
-    g_changed.wait(lock, [] { return !g_isClosing; });
+    g_changed.Get().wait(lock, [] { return !g_isClosing; });
     if (g_library)
         throw GenTLError(GC_ERR_RESOURCE_IN_USE, "GCInitLib was called already");
     PrepareTransportLayer();
@@ -93,7 +95,7 @@ void Library::Close() {
     library.reset();
     const std::lock_guard lock(g_lock);
     g_isClosing = false;
-    g_changed.notify_all();
+    g_changed.Get().notify_all();
     LetUnload();
 }
 
