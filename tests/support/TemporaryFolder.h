@@ -4,6 +4,7 @@
  */
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -26,14 +27,17 @@ public:
 
     const std::string& Path() const { return m_path; }
     std::string operator/(const std::string& name) const {
-        return (std::filesystem::path(m_path) / name).make_preferred().string();
+        // As text: a std::filesystem::path of Windows reads narrow names in another encoding than it gives them back.
+        std::string path = m_path + '/' + name;
+        std::replace(path.begin(), path.end(), '/', static_cast<char>(std::filesystem::path::preferred_separator));
+        return path;
     }
     /// Makes the folders on the way as well; returns the path.
     std::string Write(const std::string& name, const std::string& content) const {
-        const std::filesystem::path path = *this / name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << content;
-        return path.string();
+        const std::string path = *this / name;
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        std::ofstream(std::filesystem::path(path), std::ios::binary) << content;
+        return path;
     }
 
 private:

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "../../support/WaitUntil.h"
+#include "../Pattern.h"
 #include "CamerasFixture.h"
 #include "PlayedCameras.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 using testing::HasSubstr;
 using tools_test::BlockedRun;
+using tools_test::ContainsPattern;
 using tools_test::PlayedCameras;
 using tools_test::RunResult;
 using tools_test::RunVantoCl;
@@ -110,7 +112,7 @@ TEST_F(ManyCameras, AreListedWithAllThatKeepsSomeFromBeingFound) {
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(run.out, HasSubstr("29 cameras found in "));
     EXPECT_THAT(run.out, HasSubstr(", 1 in use\n"));
-    EXPECT_THAT(run.out, testing::ContainsRegex("COM_Port#cam7 .*in use by vanto-cl .[0-9]+."));
+    EXPECT_THAT(run.out, ContainsPattern("COM_Port#cam7 .*in use by vanto-cl .[0-9]+."));
     EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#foreign': a camera of another maker answers: The camera 'Acme#"));
     EXPECT_THAT(run.err, HasSubstr("\n  Use its maker's CLProtocol driver and software"));
     EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent': no camera answers: No camera answers."));
@@ -158,7 +160,7 @@ protected:
 TEST_F(EndedList, ShowsWhatWasFoundUntilThen) {
     const RunResult run = Ended({"list"});
     EXPECT_EQ(run.exitCode, 130) << run.signal;
-    EXPECT_THAT(run.out, testing::ContainsRegex("\n0  Marlow H2048 .S0.  COM_Port#cam0 .*ready\n1 camera found in "));
+    EXPECT_THAT(run.out, ContainsPattern("\n0  Marlow H2048 .S0.  COM_Port#cam0 .*ready\n1 camera found in "));
     EXPECT_THAT(run.err, HasSubstr("port 'COM_Port#silent9': it was not asked\n"));
 }
 
