@@ -96,13 +96,18 @@ private:
 
 }  // namespace
 
-class RandomAccessWork : public AccessWork, public testing::WithParamInterface<unsigned> {};
+class RandomAccessWork : public AccessWork, public testing::WithParamInterface<unsigned> {
+protected:
+    void SetUp() override {
+        Load(nodes.Description());
+        for (int i = 0; i < RandomNodes::kRegisters; ++i)
+            port.PutLittle(4 * i, nodes.Register(i), 4);
+    }
+
+    const RandomNodes nodes{GetParam()};
+};
 
 TEST_P(RandomAccessWork, ReadsEachRegisterAFewTimes) {
-    const RandomNodes nodes(GetParam());
-    Load(nodes.Description());
-    for (int i = 0; i < RandomNodes::kRegisters; ++i)
-        port.PutLittle(4 * i, nodes.Register(i), 4);
     for (int i = 0; i < static_cast<int>(nodes.Size()); ++i) {
         const CIntegerPtr node = Integer("N" + std::to_string(i));
         for (const bool ignoreCache : {false, true}) {
@@ -120,10 +125,6 @@ TEST_P(RandomAccessWork, ReadsEachRegisterAFewTimes) {
 
 // Whatever is asked and written, and whether it is refused or not.
 TEST_P(RandomAccessWork, WritesAndQuestionsReadEachRegisterAFewTimes) {
-    const RandomNodes nodes(GetParam());
-    Load(nodes.Description());
-    for (int i = 0; i < RandomNodes::kRegisters; ++i)
-        port.PutLittle(4 * i, nodes.Register(i), 4);
     for (int i = 0; i < static_cast<int>(nodes.Size()); ++i) {
         const CIntegerPtr node = Integer("N" + std::to_string(i));
         const std::vector<std::function<void()>> questions = {[&] { node->SetValue(1); },
